@@ -1,0 +1,70 @@
+# The two commands of the project:
+#   make demo   set everything up on a fresh Debian machine, build, run the tour
+#   make test   set everything up, build, run all tests
+# Further: make test-asan (tests under AddressSanitizer + UBSan), make bench,
+# make install PREFIX=..., make clean.
+
+BUILD      ?= build
+ASAN_BUILD ?= build-asan
+BENCH_BUILD ?= build-bench
+PREFIX     ?= /usr/local
+JOBS       ?= $(shell nproc)
+CMAKE_FLAGS ?=
+
+DEB_PACKAGES := cmake ninja-build g++ pkg-config ccache python3 \
+  libboost-dev libboost-log-dev libgtest-dev libgmock-dev libbenchmark-dev libedit-dev
+
+SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
+
+.PHONY: all deps build demo test test-unit test-install test-asan bench install clean
+
+all: build
+
+# Installs the Debian packages that are missing; does nothing when all are there.
+deps:
+	@missing=""; for p in $(DEB_PACKAGES); do \
+	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "install ok installed" || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	  echo "Installing:$$missing"; \
+	  $(SUDO) apt-get update -qq && DEBIAN_FRONTEND=noninteractive $(SUDO) apt-get install -y -qq $$missing >/dev/null; \
+	fi
+
+$(BUILD)/build.ninja: | deps
+	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo $(CMAKE_FLAGS)
+
+build: deps $(BUILD)/build.ninja
+	cmake --build $(BUILD) -j $(JOBS)
+
+demo: build
+	./$(BUILD)/examples/sgdemo
+
+test: test-unit test-install
+
+test-unit: build
+	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+
+# Installs into a staging folder and builds a consumer project against it.
+test-install: build
+	rm -rf $(BUILD)/stage $(BUILD)/consumer
+	cmake --install $(BUILD) --prefix $(CURDIR)/$(BUILD)/stage >/dev/null
+	cmake -S tests/install -B $(BUILD)/consumer -G Ninja -DCMAKE_PREFIX_PATH=$(CURDIR)/$(BUILD)/stage >/dev/null
+	cmake --build $(BUILD)/consumer >/dev/null
+	./$(BUILD)/consumer/consumer && echo "install: consumer project found and linked sgutils"
+
+test-asan: deps
+	cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DSG_SANITIZE=ON -DSG_BUILD_BENCH=OFF $(CMAKE_FLAGS)
+	cmake --build $(ASAN_BUILD) -j $(JOBS)
+	cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+	  ctest --output-on-failure -j $(JOBS)
+
+bench: deps
+	cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DSG_BUILD_TESTS=OFF $(CMAKE_FLAGS)
+	cmake --build $(BENCH_BUILD) -j $(JOBS) --target sgbench
+	./$(BENCH_BUILD)/bench/sgbench $(BENCH_ARGS)
+
+install: build
+	cmake --install $(BUILD) --prefix $(PREFIX)
+
+clean:
+	rm -rf $(BUILD) $(ASAN_BUILD) $(BENCH_BUILD)
