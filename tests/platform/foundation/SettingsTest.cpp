@@ -112,6 +112,17 @@ TEST_F(SettingsTest, CorruptLinesAreSkippedWithAWarning) {
   EXPECT_NE(warnings.find("Line 3 "), std::string::npos) << warnings;
 }
 
+TEST_F(SettingsTest, WarningSinkMayReadSettings) {
+  // The warning is issued while the file is being read; a sink that reads a
+  // setting in turn must find the store unlocked.
+  std::optional<std::string> seen;
+  auto oldSink = WarningChannel::instance().setSink(
+      [&](std::string_view) { seen = getSettingsByFullName("test.good").get(); });
+  writeFile("broken line\ntest.good = yes\n");
+  WarningChannel::instance().setSink(std::move(oldSink));
+  EXPECT_EQ(seen, "yes");
+}
+
 TEST_F(SettingsTest, BinaryGarbageIsReadWithoutCrashing) {
   auto oldSink = WarningChannel::instance().setSink([](std::string_view) {});
   const char raw[] = "\x00\xff\xfe=\x01\n=\n====\n.a.b = c\na..b = c\n\xC3";

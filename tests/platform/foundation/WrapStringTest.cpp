@@ -54,6 +54,7 @@ TEST(WrapString, CountsCharactersNotBytes) {
   // Five two-byte characters fit a width of five and are never cut in half.
   EXPECT_EQ(wrap("\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9 x", 5), "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\nx");
   EXPECT_EQ(wrap("\xC3\xA9\xC3\xA9\xC3\xA9", 2), "\xC3\xA9\xC3\xA9\n\xC3\xA9");
+  EXPECT_EQ(utStrlen("\xC3\xA9 \xF0\x9F\x8E\xA8x"), 4u);
 }
 
 TEST(WrapString, KeepsLineBreaksInnerBlanksAndIndentation) {
