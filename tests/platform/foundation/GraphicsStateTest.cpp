@@ -1,5 +1,5 @@
-// GraphicsState: the runtime's answers and the polite-then-insist change of
-// the Java use that start-up performs for a web default figure.
+// GraphicsState: the polite-then-insist change of the Java use that start-up
+// performs for a web default figure.
 #include <gtest/gtest.h>
 
 #include <foundation/graphicsstate/GraphicsState.h>
@@ -25,13 +25,4 @@ TEST(GraphicsStateJava, LockedUseRefusesThePoliteChangeButNotTheInsistentOne) {
   gs::setUsesJava(true, true);
   EXPECT_TRUE(gs::usesJava());
   gs::setUsesJava(false, false);
-}
-
-TEST(GraphicsStateDefaults, DesktopLessRuntimeAnswers) {
-  EXPECT_FALSE(gs::usesJava());
-  EXPECT_FALSE(gs::sgIsProduction());
-  EXPECT_FALSE(gs::isDecaf());
-  EXPECT_TRUE(gs::sgSealGraphicsClasses());
-  EXPECT_FALSE(gs::FigureState::instance().isDefaultFigureTypeWeb());
-  EXPECT_TRUE(gs::OpenGLState::instance().isDepthPeelingFeatureAvailable());
 }

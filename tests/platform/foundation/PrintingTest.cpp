@@ -1,5 +1,5 @@
 // Printing: one sink for utPrintf and uout, capture and restore, the window
-// width, hyperlinks, and variable names supplied by the language.
+// width, and variable names supplied by the language.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -65,17 +65,6 @@ TEST(Printing, WindowColumnsComeFromTheSetterThenTheEnvironment) {
   int expected = env && std::atoi(env) > 0 ? std::atoi(env) : 80;
   EXPECT_EQ(ioGetNumWindowColumns(), expected);
   io::setNumWindowColumns(old);
-}
-
-TEST(Printing, SwitchesReturnTheValueTheyReplace) {
-  bool oldHot = io::setPrintfHot(true);
-  EXPECT_TRUE(utPrintfIsHot());
-  EXPECT_TRUE(io::setPrintfHot(oldHot));
-  EXPECT_FALSE(ioVantelDesktopInUse()) << "no desktop unless set";
-  EXPECT_FALSE(io::setVantelDesktopInUse(true));
-  EXPECT_TRUE(ioVantelDesktopInUse());
-  io::setVantelDesktopInUse(false);
-  EXPECT_STREQ(GetNewline(), "\n");
 }
 
 TEST(Printing, ArrayNamesComeFromTheInnermostMatchingScope) {

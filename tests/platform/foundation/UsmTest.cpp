@@ -60,12 +60,6 @@ TEST(UsmStore, FindOrThrowRaisesForAnEmptySlot) {
   }
 }
 
-TEST(UsmStore, SlotIdsAreDistinctPerRequest) {
-  Store::ID a = Store::getNextID(typeid(int));
-  Store::ID b = Store::getNextID(typeid(int));
-  EXPECT_NE(a, b);
-}
-
 TEST(UsmInstances, SecondInstanceStartsEmptyAndFreesItsValuesAtTheEnd) {
   static const Store::ID id = Store::getNextID(typeid(Counted));
   EXPECT_TRUE(Store::isRequiredContextActive());

@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "foundation/PlatformExport.h"
 
@@ -58,6 +59,13 @@ class FOUNDATION_API Logger {
 // The channel of this name, created on first request. The reference stays
 // valid for the life of the process, so callers keep it in a static.
 FOUNDATION_API Logger& channel(std::string_view name);
+
+// The channel of a generated class: "<C++ class name>::sgclassgen".
+FOUNDATION_API Logger& classGenChannel(std::string_view cppClassName);
+
+// Names of every channel created so far, sorted. The diagnostic channels of
+// the graphics library exist from the first use of any channel.
+FOUNDATION_API std::vector<std::string> channelNames();
 
 // Sets a channel's verbosity word; "*" sets the word of every channel that has
 // no setting of its own, now and later.
