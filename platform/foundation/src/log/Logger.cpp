@@ -80,7 +80,7 @@ class LoggerRegistry {
     std::lock_guard lock(mutex_);
     auto it = channels_.find(name);
     if (it != channels_.end()) return *it->second;
-    std::unique_ptr<Logger> logger(new Logger(std::string(name), levelFor(name)));
+    auto logger = std::make_unique<Logger>(Logger::PassKey(), std::string(name), levelFor(name));
     return *channels_.emplace(std::string(name), std::move(logger)).first->second;
   }
 

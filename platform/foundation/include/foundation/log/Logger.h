@@ -34,7 +34,14 @@ enum Level : std::uint32_t {
 };
 
 class FOUNDATION_API Logger {
+  // Only the channel registry makes loggers.
+  class PassKey {
+    PassKey() = default;
+    friend class LoggerRegistry;
+  };
+
  public:
+  Logger(PassKey, std::string name, std::uint32_t bits) : bits_(bits), name_(std::move(name)) {}
   Logger(const Logger&) = delete;
   Logger& operator=(const Logger&) = delete;
 
@@ -49,7 +56,6 @@ class FOUNDATION_API Logger {
 
  private:
   friend class LoggerRegistry;
-  Logger(std::string name, std::uint32_t bits) : bits_(bits), name_(std::move(name)) {}
   void setBits(std::uint32_t bits) noexcept { bits_.store(bits, std::memory_order_relaxed); }
 
   std::atomic<std::uint32_t> bits_;
