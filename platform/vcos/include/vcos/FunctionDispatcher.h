@@ -70,6 +70,9 @@ class VCOS_API FunctionDispatcher {
   // "VANTEL:vcos:NoHandleCaller" when none of them takes the handle.
   void callFunctionHandle(const vxFunctionHandleData& handle, int nlhs, vxArray* plhs[], int nrhs,
                           const vxArray* prhs[]) const;
+  // The same for the handle held by a 1-by-1 function-handle array; raises
+  // "VANTEL:vcos:NotAFunctionHandle" for any other array.
+  void callFunctionHandle(const vxArray* handle, int nlhs, vxArray* plhs[], int nrhs, const vxArray* prhs[]) const;
 
  private:
   struct Impl;

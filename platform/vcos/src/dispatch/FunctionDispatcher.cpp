@@ -12,7 +12,9 @@
 #include <vector>
 
 #include "foundation/core/except/Error.h"
+#include "vx/vxData.h"
 #include "vx/vxFunctionHandleData.h"
+#include "vx/vxQuery.h"
 
 namespace vcos {
 
@@ -154,6 +156,14 @@ void FunctionDispatcher::callFunctionHandle(const vxFunctionHandleData& handle, 
   for (auto it = callers.rbegin(); it != callers.rend(); ++it)
     if (it->second(handle, nlhs, plhs, nrhs, prhs)) return;
   throw Error("VANTEL:vcos:NoHandleCaller", handle.text());
+}
+
+void FunctionDispatcher::callFunctionHandle(const vxArray* handle, int nlhs, vxArray* plhs[], int nrhs,
+                                            const vxArray* prhs[]) const {
+  if (!handle || !vxIsFunctionHandle(handle) || !vxIsScalar(handle)) throw Error("VANTEL:vcos:NotAFunctionHandle");
+  std::shared_ptr<const vxFunctionHandleData> data = vxGetFunctionHandle(handle);
+  if (!data) throw Error("VANTEL:vcos:NotAFunctionHandle");
+  callFunctionHandle(*data, nlhs, plhs, nrhs, prhs);
 }
 
 }  // namespace vcos

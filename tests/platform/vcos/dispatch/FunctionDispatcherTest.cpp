@@ -1,11 +1,14 @@
 // Calls by name: registered built-ins, exported built-ins of a loaded library,
-// and the cache across registry changes.
+// the cache across registry changes, and function-handle callers.
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include <foundation/core/except/Error.h>
 #include <vcos/FunctionDispatcher.h>
+#include <vx/vxCreate.h>
+#include <vx/matrix.h>
+#include <vx/vxFunctionHandleData.h>
 
 using foundation::core::except::Error;
 using vcos::FunctionDispatcher;
@@ -123,4 +126,49 @@ TEST(FunctionDispatcherGlobal, InCallFcnUsesTheProcessDispatcher) {
   EXPECT_EQ(out[0], in[0]);
   d.unregisterBuiltin("vcosTestEcho");
   EXPECT_EQ(errorId([&] { inCallFcn("vcosTestEcho", 1, out, 1, in); }), "VANTEL:vcos:UndefinedFunction");
+}
+
+namespace {
+
+struct LanguageHandle : vxFunctionHandleData {
+  explicit LanguageHandle(std::string n) : name(std::move(n)) {}
+  std::string text() const override { return "@" + name; }
+  std::string name;
+};
+struct ForeignHandle : vxFunctionHandleData {
+  std::string text() const override { return "@foreign"; }
+};
+
+}  // namespace
+
+TEST(FunctionDispatcherHandles, InstalledCallerRunsItsOwnHandlesAndDeclinesOthers) {
+  FunctionDispatcher d;
+  d.registerBuiltin("echo", &echoBuiltin);
+  // The language resolves a named handle by calling the function it names.
+  const int token = d.addHandleCaller([&d](const vxFunctionHandleData& h, int nlhs, vxArray* plhs[], int nrhs,
+                                           const vxArray* prhs[]) {
+    auto* mine = dynamic_cast<const LanguageHandle*>(&h);
+    if (!mine) return false;
+    d.call(mine->name, nlhs, plhs, nrhs, prhs);
+    return true;
+  });
+  int a = 0;
+  const vxArray* in[] = {fakeArray(a)};
+  vxArray* out[1] = {nullptr};
+  d.callFunctionHandle(LanguageHandle("echo"), 1, out, 1, in);
+  EXPECT_EQ(out[0], in[0]);
+
+  matrix::unique_vxArray handleArray(vxCreateFunctionHandle(std::make_shared<LanguageHandle>("echo")));
+  out[0] = nullptr;
+  d.callFunctionHandle(handleArray.get(), 1, out, 1, in);
+  EXPECT_EQ(out[0], in[0]) << "a handle array reaches the same caller";
+  matrix::unique_vxArray notHandle(vxCreateDoubleScalar(1));
+  EXPECT_EQ(errorId([&] { d.callFunctionHandle(notHandle.get(), 0, nullptr, 0, nullptr); }),
+            "VANTEL:vcos:NotAFunctionHandle");
+
+  EXPECT_EQ(errorId([&] { d.callFunctionHandle(ForeignHandle(), 0, nullptr, 0, nullptr); }),
+            "VANTEL:vcos:NoHandleCaller");
+  d.removeHandleCaller(token);
+  EXPECT_EQ(errorId([&] { d.callFunctionHandle(LanguageHandle("echo"), 1, out, 1, in); }),
+            "VANTEL:vcos:NoHandleCaller");
 }
