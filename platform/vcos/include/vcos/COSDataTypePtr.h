@@ -20,7 +20,7 @@ class VCOS_API COSDataTypePtr : public COSSpecializedInterfacePtr<COSDataType, C
   explicit COSDataTypePtr(const char* typeName);
   explicit COSDataTypePtr(COSID typeId);
   explicit COSDataTypePtr(const COSInterfacePtr& p) : Base(p) {}
-  explicit COSDataTypePtr(COSDataType* type) : Base(type) {}
+  explicit COSDataTypePtr(COSDataType* type);
 
   // The interned name of the type; empty for an empty pointer.
   COSID getID() const noexcept;

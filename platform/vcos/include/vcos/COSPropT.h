@@ -4,6 +4,7 @@
 // value elsewhere overrides getValue and setValue (see COSPropCPPT).
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "vcos/COSPropFlags.h"
