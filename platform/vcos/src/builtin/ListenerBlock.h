@@ -6,9 +6,12 @@
 //
 // Ownership: each source holds the registered COSListener strongly; the
 // listener's op holds the listener object strongly; the listener object holds
-// its COSListener and its sources weakly. So a listener object lives as long
-// as a source or a variable holds it, and no cycle forms. Deleting the
-// listener object detaches it from every source that is still alive.
+// its sources weakly and its COSListener not at all (a plain pointer that the
+// op clears when the COSListener goes, which is the moment the last source
+// lets it go). So a listener object lives as long as a source or a variable
+// holds it, and no cycle forms, not even one through memory kept by a weak
+// reference. Deleting the listener object detaches it from every source that
+// is still alive.
 #pragma once
 
 #include <vector>
@@ -16,6 +19,8 @@
 #include "vcos/COSInterface.h"
 #include "vcos/COSInterfacePtr.h"
 #include "vx/matrix.h"
+
+class COSListener;
 
 namespace vcos::builtin {
 
@@ -37,7 +42,7 @@ struct ListenerBlock {
   vxArray* callbackArray() const;
   void setCallback(vxArray* callback);
 
-  COSInterfacePtr listener{nullptr, COSWeakReference};  // the registered COSListener
+  COSListener* listener = nullptr;  // the registered listener while a source holds it
   std::vector<Attachment> attachments;
   COSID eventName;
   COSPropertyEvent propertyEvent = COSPropertyEvent::PostSet;

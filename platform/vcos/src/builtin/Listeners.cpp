@@ -3,6 +3,8 @@
 // object to its sources.
 #include "vcos/src/builtin/Listeners.h"
 
+#include <utility>
+
 #include "foundation/core/except/Error.h"
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
 #include "vcos/COSClass.h"
@@ -48,7 +50,7 @@ ListenerBlock* listenerBlock(COSInterface* object) {
 // ---- listener block --------------------------------------------------------
 
 void ListenerBlock::teardown(COSInterface* /*self*/) {
-  COSListener* l = COSListener::toListener(listener);
+  COSListener* l = std::exchange(listener, nullptr);
   if (!l) return;
   // Marked first: a notification already under way skips it from now on.
   l->markRemoved();
@@ -63,12 +65,11 @@ void ListenerBlock::teardown(COSInterface* /*self*/) {
 }
 
 bool ListenerBlock::enabled() const {
-  const COSListener* l = COSListener::toListener(listener);
-  return l && l->isEnabled();
+  return listener && listener->isEnabled();
 }
 
 void ListenerBlock::setEnabled(bool on) {
-  if (COSListener* l = COSListener::toListener(listener)) l->setEnabled(on);
+  if (listener) listener->setEnabled(on);
 }
 
 vxArray* ListenerBlock::sourceArray() const {
@@ -180,6 +181,20 @@ void runListener(const COSInterfacePtr& self, COSInterface* source, COSEventData
   runCallback(callback.get(), 2, args);
 }
 
+// The callback of a listener object's COSListener. It holds the listener
+// object, and tells it when the COSListener goes.
+class ListenerObjectOp final : public COSListenerOp {
+ public:
+  explicit ListenerObjectOp(COSInterfacePtr self) : self_(std::move(self)) {}
+  ~ListenerObjectOp() override {
+    if (ListenerBlock* block = self_ ? listenerBlock(self_.get()) : nullptr) block->listener = nullptr;
+  }
+  void callback(COSInterface* source, COSEventData* data) override { runListener(self_, source, data); }
+
+ private:
+  COSInterfacePtr self_;
+};
+
 }  // namespace
 
 COSInterfacePtr attachListenerObject(const AttachRequest& request) {
@@ -193,12 +208,9 @@ COSInterfacePtr attachListenerObject(const AttachRequest& request) {
   block->forProperties = request.propertyListener;
   block->setCallback(const_cast<vxArray*>(request.callback));
 
-  COSInterfacePtr listener =
-      COSListener::createListener(COSListenerOp::fromFunction([self = object](COSInterface* s, COSEventData* d) {
-        runListener(self, s, d);
-      }));
-  block->listener = listener.get();
+  COSInterfacePtr listener = COSListener::createListener(new ListenerObjectOp(object));
   COSListener* l = COSListener::toListener(listener);
+  block->listener = l;
   for (const ListenerBlock::Attachment& a : request.attachments) {
     block->attachments.push_back({COSInterfacePtr(a.source.get(), COSWeakReference), a.property});
     if (a.property)

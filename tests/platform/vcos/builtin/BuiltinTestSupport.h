@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "vcos/ObjectArray.h"
+#include "vcos/FunctionDispatcher.h"
 #include "vcos/ObjectCalls.h"
 #include "vcos/vcos.h"
 #include "vx/vx.h"
