@@ -87,6 +87,11 @@ BENCHMARK(BM_FindobjByNumber)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMilli
 void BM_FindobjByText(benchmark::State& state) { findobjByValue(state, "Kind", vxCreateString("MARKED")); }
 BENCHMARK(BM_FindobjByText)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 
+// The walk and a class test alone, no property read: the share of findobj
+// itself in the figures above.
+void BM_FindobjWalkOnly(benchmark::State& state) { findobjByValue(state, "-class", vxCreateString("findbench.None")); }
+BENCHMARK(BM_FindobjWalkOnly)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
 // isvalid of one object, dispatched by name on the array's class.
 void BM_CallMethodThroughArrays(benchmark::State& state) {
   COSInterfacePtr item = itemClass()->createInstance(COSGetPublicClient());
