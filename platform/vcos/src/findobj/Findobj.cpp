@@ -26,11 +26,13 @@ bool searchable(COSInterface* object) {
 }
 
 // The children of one object being walked. A class with its own list gives
-// a snapshot of it; otherwise the object tree's chain is followed in place,
-// newest first, one sibling link at a time, so a wide level costs no copy.
-// Every object in a frame is held strongly: a condition may run code (a
-// -function, a get listener) that deletes objects meanwhile. A chain whose
-// current child was taken out of it meanwhile ends there.
+// a snapshot of it, and so does the tree's chain when the conditions call
+// functions, which may delete objects of the level being walked. Otherwise
+// the chain is followed in place, newest first, one sibling link at a time,
+// so a wide level costs no copy. Every object in a frame is held strongly,
+// so code run by a condition (a get listener) never leaves a dangling
+// pointer; a chain whose current child was taken out of it meanwhile ends
+// there.
 struct Frame {
   COSInterfacePtr parent;
   double depth = 0;  // of the children
@@ -50,7 +52,8 @@ struct Frame {
 
 class Walk {
  public:
-  Walk(search::Query& query, std::vector<COSInterfacePtr>& found) : query_(query), found_(found) {}
+  Walk(search::Query& query, std::vector<COSInterfacePtr>& found)
+      : query_(query), found_(found), snapshotChains_(query.callsFunctions()) {}
 
   void from(COSInterface* start, std::unordered_set<COSInterface*>* seen) {
     visit(COSInterfacePtr(start), 0, seen);
@@ -80,19 +83,24 @@ class Walk {
     Frame& f = frames_[top_++];
     COSClass* cls = parent->getClass();
     COSClassInfo* info = cls ? cls->getClassInfo() : nullptr;
-    f.chain = !(info && info->usesCustomChildrenList());
+    const bool ownList = info && info->usesCustomChildrenList();
+    f.chain = !ownList && !snapshotChains_;
     f.depth = childDepth;
     f.next = 0;
     f.current.reset();
     if (!f.chain) {
       f.list.clear();
-      info->getChildrenOfInstance(parent.get(), f.list);  // newest first
+      if (ownList)
+        info->getChildrenOfInstance(parent.get(), f.list);  // newest first
+      else
+        for (COSInterface* c = parent->getNewestChild(); c; c = c->getOlderSibling()) f.list.emplace_back(c);
     }
     f.parent = std::move(parent);
   }
 
   search::Query& query_;
   std::vector<COSInterfacePtr>& found_;
+  const bool snapshotChains_;
   std::vector<Frame> frames_;
   std::size_t top_ = 0;
 };
@@ -111,6 +119,8 @@ vxArray* findobj(const vxArray* handles, int nargs, const vxArray* const args[])
   // A copy: the walk may run code that changes the array's elements.
   const std::vector<COSInterfacePtr> startObjects(vxGetObjectElements(handles), vxGetObjectElements(handles) + starts);
   for (const COSInterfacePtr& start : startObjects) walk.from(start.get(), starts > 1 ? &seen : nullptr);
+  if (query.callsFunctions())  // a function may have deleted objects already found
+    std::erase_if(found, [](const COSInterfacePtr& o) { return o->isDestroyed(); });
 
   if (found.empty()) {
     COSID cls = omGetCOSClassID(handles);
