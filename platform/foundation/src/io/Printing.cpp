@@ -2,12 +2,12 @@
 #include "foundation/io/Printing.h"
 
 #include <atomic>
+#include <cassert>
 #include <charconv>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <mutex>
 #include <vector>
 
 #include "foundation/io/ArrayNameScope.h"
@@ -39,15 +39,9 @@ struct NamedArray {
   std::string name;
 };
 
-struct NameStack {
-  std::mutex mutex;
-  std::vector<NamedArray> entries;
-};
-
-NameStack& names() {
-  static NameStack stack;
-  return stack;
-}
+// Per thread: the language opens and closes these scopes around a display
+// on its own thread, strictly nested.
+thread_local std::vector<NamedArray> namedArrays;
 
 }  // namespace
 
@@ -78,6 +72,12 @@ int utPrintf(const char* format, ...) {
 
 bool utPrintfIsHot() noexcept { return printfHot.load(std::memory_order_relaxed); }
 
+std::size_t utStrlen(const char* text) noexcept {
+  std::size_t n = 0;
+  for (const char* p = text; p && *p; ++p) n += (static_cast<unsigned char>(*p) & 0xC0) != 0x80;
+  return n;
+}
+
 const char* GetNewline() noexcept { return "\n"; }
 
 int ioGetNumWindowColumns() noexcept {
@@ -88,9 +88,7 @@ int ioGetNumWindowColumns() noexcept {
 bool ioVantelDesktopInUse() noexcept { return desktopInUse.load(std::memory_order_relaxed); }
 
 std::string ioGetArrayName(const vxArray* array, int position) {
-  NameStack& stack = names();
-  std::lock_guard lock(stack.mutex);
-  for (auto it = stack.entries.rbegin(); it != stack.entries.rend(); ++it)
+  for (auto it = namedArrays.rbegin(); it != namedArrays.rend(); ++it)
     if (it->array == array && it->position == position) return it->name;
   return {};
 }
@@ -108,15 +106,12 @@ int setNumWindowColumns(int columns) noexcept {
 bool setVantelDesktopInUse(bool inUse) noexcept { return desktopInUse.exchange(inUse); }
 
 ArrayNameScope::ArrayNameScope(const vxArray* array, std::string name, int position) {
-  NameStack& stack = names();
-  std::lock_guard lock(stack.mutex);
-  stack.entries.push_back({array, position, std::move(name)});
+  namedArrays.push_back({array, position, std::move(name)});
 }
 
 ArrayNameScope::~ArrayNameScope() {
-  NameStack& stack = names();
-  std::lock_guard lock(stack.mutex);
-  stack.entries.pop_back();
+  assert(!namedArrays.empty() && "ArrayNameScope closed twice");
+  namedArrays.pop_back();
 }
 
 }  // namespace services::io

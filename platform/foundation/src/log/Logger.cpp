@@ -37,6 +37,14 @@ bool parseBits(std::string_view text, std::uint32_t& out) {
   return ec == std::errc() && ptr == text.data() + text.size();
 }
 
+// The diagnostic channels of the graphics library, created with the registry
+// so that a listing shows them before they first write.
+constexpr std::string_view kKnownChannels[] = {
+    "sgcustommetadata::update", "sgcustommetadata::validate", "sgcustommetadata::customset",
+    "theme::graphicstheme",     "theme::property",            "theme::visitor",
+    "gencallback::setget",      "graphics::object_serialization",
+};
+
 // Calls apply(name, bits) for each entry of a setting text that parses.
 template <class Apply>
 int forEachEntry(std::string_view setting, Apply apply) {
@@ -72,7 +80,7 @@ class LoggerRegistry {
     std::lock_guard lock(mutex_);
     auto it = channels_.find(name);
     if (it != channels_.end()) return *it->second;
-    std::unique_ptr<Logger> logger(new Logger(std::string(name), levelFor(name)));
+    auto logger = std::make_unique<Logger>(Logger::PassKey(), std::string(name), levelFor(name));
     return *channels_.emplace(std::string(name), std::move(logger)).first->second;
   }
 
@@ -93,12 +101,21 @@ class LoggerRegistry {
     return levelFor(name);
   }
 
+  std::vector<std::string> names() {
+    std::lock_guard lock(mutex_);
+    std::vector<std::string> out;
+    out.reserve(channels_.size());
+    for (const auto& [name, logger] : channels_) out.push_back(name);
+    return out;
+  }
+
   SourceLogger& source() noexcept { return source_; }
 
  private:
   LoggerRegistry() {
     installDefaultSink();
     if (const char* env = std::getenv("SG_LOG")) applySetting(env);
+    for (std::string_view name : kKnownChannels) channel(name);
   }
 
   // Called before any channel exists, so no lock is needed yet.
@@ -137,6 +154,15 @@ void Logger::write(std::uint32_t level, std::string_view text) const {
 }
 
 Logger& channel(std::string_view name) { return LoggerRegistry::instance().channel(name); }
+
+Logger& classGenChannel(std::string_view cppClassName) {
+  std::string name;
+  name.reserve(cppClassName.size() + 12);
+  name.append(cppClassName).append("::sgclassgen");
+  return channel(name);
+}
+
+std::vector<std::string> channelNames() { return LoggerRegistry::instance().names(); }
 
 void setChannelLevel(std::string_view name, std::uint32_t bits) { LoggerRegistry::instance().setLevel(name, bits); }
 

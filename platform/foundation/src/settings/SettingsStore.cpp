@@ -7,6 +7,7 @@
 #include <sstream>
 #include <system_error>
 #include <unistd.h>
+#include <vector>
 
 #include "foundation/core/except/Error.h"
 #include "foundation/core/except/WarningChannel.h"
@@ -69,9 +70,11 @@ bool unescape(std::string_view text, std::string& out) {
   return true;
 }
 
-void warnCorrupt(const std::filesystem::path& file, int lineNo) {
-  core::except::WarningChannel::instance().issue(
-      i18n::Message("VANTEL:settings:CorruptLine", file.string(), lineNo));
+// Issued after the store's lock is released: a warning sink may read settings.
+void warnCorrupt(const std::filesystem::path& file, const std::vector<int>& badLines) {
+  for (int lineNo : badLines)
+    core::except::WarningChannel::instance().issue(
+        i18n::Message("VANTEL:settings:CorruptLine", file.string(), lineNo));
 }
 
 }  // namespace
@@ -120,15 +123,20 @@ std::filesystem::path SettingsStore::filePath() const {
 }
 
 std::filesystem::path SettingsStore::useDirectory(std::filesystem::path directory) {
-  std::lock_guard lock(mutex_);
-  std::filesystem::path old = std::exchange(directory_, std::move(directory));
-  values_.clear();
-  loaded_ = false;
-  loadLocked();
+  std::vector<int> badLines;
+  std::filesystem::path old;
+  {
+    std::lock_guard lock(mutex_);
+    old = std::exchange(directory_, std::move(directory));
+    values_.clear();
+    loaded_ = false;
+    loadLocked(badLines);
+  }
+  warnCorrupt(filePath(), badLines);
   return old;
 }
 
-void SettingsStore::loadLocked() const {
+void SettingsStore::loadLocked(std::vector<int>& badLines) const {
   if (loaded_) return;
   loaded_ = true;
   std::filesystem::path file = directory_ / kFileName;
@@ -144,7 +152,7 @@ void SettingsStore::loadLocked() const {
     auto eq = text.find('=');
     std::string_view name = eq == std::string_view::npos ? text : trim(text.substr(0, eq));
     if (eq == std::string_view::npos || !isValidFullName(name) || !unescape(trim(text.substr(eq + 1)), value)) {
-      warnCorrupt(file, lineNo);
+      badLines.push_back(lineNo);
       continue;
     }
     values_.insert_or_assign(std::string(name), value);
@@ -182,9 +190,18 @@ void SettingsStore::writeLocked(const std::map<std::string, std::string, std::le
   }
 }
 
+void SettingsStore::ensureLoaded() const {
+  std::vector<int> badLines;
+  {
+    std::lock_guard lock(mutex_);
+    loadLocked(badLines);
+  }
+  warnCorrupt(filePath(), badLines);
+}
+
 std::optional<std::string> SettingsStore::get(std::string_view fullName) const {
+  ensureLoaded();
   std::lock_guard lock(mutex_);
-  loadLocked();
   auto it = values_.find(fullName);
   if (it == values_.end()) return std::nullopt;
   return it->second;
@@ -192,8 +209,8 @@ std::optional<std::string> SettingsStore::get(std::string_view fullName) const {
 
 void SettingsStore::set(std::string_view fullName, std::string_view value) {
   if (!isValidFullName(fullName)) throw core::except::Error("VANTEL:settings:InvalidName", fullName);
+  ensureLoaded();
   std::lock_guard lock(mutex_);
-  loadLocked();
   // Written aside first, so a failed write leaves the old value in place.
   auto next = values_;
   next.insert_or_assign(std::string(fullName), std::string(value));
@@ -202,8 +219,8 @@ void SettingsStore::set(std::string_view fullName, std::string_view value) {
 }
 
 bool SettingsStore::remove(std::string_view fullName) {
+  ensureLoaded();
   std::lock_guard lock(mutex_);
-  loadLocked();
   auto it = values_.find(fullName);
   if (it == values_.end()) return false;
   auto next = values_;

@@ -1,7 +1,8 @@
 // Tells the display code the name of the variable it is showing. The
 // language opens a scope around the display of a named value; inside it
 // ioGetArrayName(array, position) answers that name for that array. Scopes
-// nest; the innermost one that matches answers.
+// nest and belong to the thread that opens them; the innermost one that
+// matches answers.
 #pragma once
 
 #include <string>

@@ -17,6 +17,10 @@ FOUNDATION_API int utPrintf(const char* format, ...) __attribute__((format(print
 // True when output may carry hyperlink markup ("<a href=...>").
 FOUNDATION_API bool utPrintfIsHot() noexcept;
 
+// Length of a UTF-8 text in characters, which is its width on the command
+// line; a null text has length 0.
+FOUNDATION_API std::size_t utStrlen(const char* text) noexcept;
+
 // The line break of command-line output.
 FOUNDATION_API const char* GetNewline() noexcept;
 

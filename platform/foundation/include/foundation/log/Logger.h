@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "foundation/PlatformExport.h"
 
@@ -33,7 +34,14 @@ enum Level : std::uint32_t {
 };
 
 class FOUNDATION_API Logger {
+  // Only the channel registry makes loggers.
+  class PassKey {
+    PassKey() = default;
+    friend class LoggerRegistry;
+  };
+
  public:
+  Logger(PassKey, std::string name, std::uint32_t bits) : bits_(bits), name_(std::move(name)) {}
   Logger(const Logger&) = delete;
   Logger& operator=(const Logger&) = delete;
 
@@ -48,7 +56,6 @@ class FOUNDATION_API Logger {
 
  private:
   friend class LoggerRegistry;
-  Logger(std::string name, std::uint32_t bits) : bits_(bits), name_(std::move(name)) {}
   void setBits(std::uint32_t bits) noexcept { bits_.store(bits, std::memory_order_relaxed); }
 
   std::atomic<std::uint32_t> bits_;
@@ -58,6 +65,13 @@ class FOUNDATION_API Logger {
 // The channel of this name, created on first request. The reference stays
 // valid for the life of the process, so callers keep it in a static.
 FOUNDATION_API Logger& channel(std::string_view name);
+
+// The channel of a generated class: "<C++ class name>::sgclassgen".
+FOUNDATION_API Logger& classGenChannel(std::string_view cppClassName);
+
+// Names of every channel created so far, sorted. The diagnostic channels of
+// the graphics library exist from the first use of any channel.
+FOUNDATION_API std::vector<std::string> channelNames();
 
 // Sets a channel's verbosity word; "*" sets the word of every channel that has
 // no setting of its own, now and later.

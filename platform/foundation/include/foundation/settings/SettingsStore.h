@@ -20,6 +20,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "foundation/PlatformExport.h"
 
@@ -49,7 +50,10 @@ class FOUNDATION_API SettingsStore {
 
  private:
   SettingsStore();
-  void loadLocked() const;
+  // Reads the file once; the numbers of lines that did not parse go to badLines.
+  void loadLocked(std::vector<int>& badLines) const;
+  // Reads the file if needed and issues the warnings, outside the lock.
+  void ensureLoaded() const;
   void writeLocked(const std::map<std::string, std::string, std::less<>>& values) const;
 
   mutable std::mutex mutex_;
