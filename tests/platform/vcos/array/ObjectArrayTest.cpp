@@ -147,6 +147,30 @@ TEST(ObjectCalls, ConstructAndCallByNameAndMissingMethods) {
             "VANTEL:vcos:AbstractClass");
 }
 
+TEST(ObjectCalls, WrappedBlockLivesWithItsInstance) {
+  bt::setUp();
+  const int before = bt::WrappedBlock::alive;
+  {
+    COSInterfacePtr o = omWrapData(new bt::WrappedBlock, "bt.Wrapped");
+    EXPECT_EQ(bt::WrappedBlock::alive, before + 1);
+    EXPECT_NE(o->getInstanceData(COSID("bt.Wrapped")), nullptr);
+  }
+  EXPECT_EQ(bt::WrappedBlock::alive, before) << "the wrapped block outlived its instance";
+}
+
+TEST(ObjectCalls, LoadobjGetsASavedFormFollowedByTheObject) {
+  COSInterfacePtr o = bt::make("bt.Wrapped");
+  const char* fields[] = {"x"};
+  matrix::unique_vxArray saved(vxCreateStructMatrix(1, 1, 1, fields));
+  ASSERT_TRUE(omCallLoadobjMethod(o, saved.get(), COSDataTypePtr()));
+  EXPECT_EQ(bt::lastLoadobj().inputs, 2);
+  EXPECT_EQ(bt::lastLoadobj().second, o.get());
+  ASSERT_TRUE(omCallLoadobjMethod(o, bt::arr(o).get(), COSDataTypePtr()));
+  EXPECT_EQ(bt::lastLoadobj().inputs, 1);
+  EXPECT_TRUE(bt::lastLoadobj().firstIsObjectArray);
+  EXPECT_FALSE(omCallLoadobjMethod(bt::make("bt.Node"), saved.get(), COSDataTypePtr()));
+}
+
 TEST(HandleMethods, EqAndNeCompareIdentityWithScalarExpansion) {
   COSInterfacePtr x = bt::make("bt.Node"), y = bt::make("bt.Node");
   auto pair = bt::column({x, y}, "bt.Node");
