@@ -41,6 +41,7 @@ TEST(VcosObjectArrayLifetime, DeletedElementReadsAsShellOrNull) {
 }
 
 TEST(VcosObjectArrayAccess, MisuseRaises) {
+  bt::setUp();
   auto a = matrix::unique_vxArray(omCreateVCOSMatrix(1, 2, "bt.Node"));
   EXPECT_TRUE(omGetArrayElement(a.get(), 1).isNull()) << "a new array holds null elements";
   EXPECT_EQ(bt::errorId([&] { omGetArrayElement(a.get(), 2); }), "VANTEL:vcos:IndexOutOfRange");
@@ -62,6 +63,7 @@ TEST(VcosObjectArrayAccess, WriteDoesNotShowThroughASharedCopy) {
 // bt.Shape (heterogeneous root) > bt.Square > bt.RedSquare; bt.Round, bt.Blank.
 class HeterogeneousArray : public ::testing::Test {
  protected:
+  void SetUp() override { bt::setUp(); }
   std::string classAfterNarrowing(const std::vector<COSInterfacePtr>& objects) {
     auto a = bt::column(objects, "bt.Shape");
     omSetClassOfHeterogeneousArray(a.get());
