@@ -46,6 +46,8 @@ struct Term {
   const vxArray* value = nullptr;              // PropertyValue: borrowed from the arguments
   bool valueIsText = false;
   std::u16string foldedText;                   // PropertyValue with text: lower-cased
+  std::string asciiFoldedText;                 // the same in 8 bits when pure ASCII
+  bool asciiText = false;
   std::regex pattern;                          // Regexp
   COSID classId;                               // Class, Isa
   std::shared_ptr<const vxFunctionHandleData> function;  // Function terms
