@@ -140,3 +140,20 @@ TEST(CustomSet, RunsOnlyForPropertiesTurnedOnForTheClass) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(PropertyAccess, FoundPropertiesWorkThroughTheGeneralPointer) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  COSInterfacePtr width;
+  s->findProperty(width, COSID("width"));
+  ASSERT_TRUE(width);
+  s->setPropertyValue(COSGetPublicClient(), width, COSValue::fromDouble(3.5));
+  COSValue v = s->getPropertyValue(COSGetPublicClient(), width);
+  EXPECT_EQ(v.asDouble(), 3.5);
+  s->releasePropertyValue(COSGetPublicClient(), width, v);
+  // A class is not a property.
+  EXPECT_THROW(s->getPropertyValue(COSGetPublicClient(), COSClass::getClassInterface(COSID("vt.Shape"))), Error);
+}
+
+}  // namespace

@@ -39,6 +39,7 @@
 #include "vcos/COSUseCustomMetaData.h"
 #include "vcos/COSValue.h"
 #include "vcos/COSValueTraits.h"
+#include "vcos/ENoElements.h"
 #include "vcos/Enumeration.h"
 #include "vcos/ExtendedMemberAccess.h"
 #include "vcos/JavaTypeConversion.h"
