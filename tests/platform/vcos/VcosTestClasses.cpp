@@ -267,6 +267,13 @@ class TrackedInfo final : public COSClassInfo, public COSUseCustomMetaData {
   }
 };
 
+// An ordinary class deriving from Tracked: it inherits the custom set marks.
+class TrackedChildInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "TrackedChild"; }
+  void initializeClass(COSClass* c, const COSClient*) override { c->addSuperclass(id("vt.Tracked")); }
+};
+
 // CycleA derives from CycleB, which derives from CycleA.
 class CycleAInfo final : public COSClassInfo {
  public:
@@ -328,6 +335,7 @@ void registerClasses() {
   p->addClass(new TrackedMetaPropertyInfo);
   p->addClass(new TrackingMetaClass);
   p->addClass(new TrackedInfo);
+  p->addClass(new TrackedChildInfo);
   p->addClass(new CycleAInfo);
   p->addClass(new CycleBInfo);
   p->addClass(new FragileInfo);

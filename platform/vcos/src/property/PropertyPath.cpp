@@ -116,7 +116,7 @@ void COSInterface::setPropertyValue(const COSClient* client, const COSPropInfo* 
   if (listeners) firePropertyListeners(this, COSPropertyEvent::PreSet, property, value);
   auto* p = const_cast<COSPropInfo*>(property);
   if (slot && slot->customSet)
-    vcos::internal::metaInfoOf(class_)->customSetPropertyValue(this, p, value);
+    slot->customSet->customSetPropertyValue(this, p, value);
   else
     p->setValue(this, value);
   if (listeners && !isDestroyed()) firePropertyListeners(this, COSPropertyEvent::PostSet, property, value);
