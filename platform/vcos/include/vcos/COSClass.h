@@ -22,6 +22,7 @@ class COSListener;
 class COSMethodInfo;
 class COSPackage;
 class COSPropInfo;
+class COSVisitor;
 
 namespace vcos::internal {
 struct ClassTables;
@@ -57,6 +58,8 @@ class VCOS_API COSClass final : public COSInterface {
   void getProperties(COSIterator& out) const;
   void getMethods(COSIterator& out) const;
   void getEvents(COSIterator& out) const;
+  // Hands the visitor the properties defined by each class of the ancestry.
+  void acceptPropertyVisitor(COSVisitor& visitor) const;
   std::size_t getPropertyCount() const noexcept;
   COSPropInfo* getPropertyAt(std::size_t index) const noexcept;
   // Exact, case-insensitive, then unique-prefix look-up (where allowed);
