@@ -61,7 +61,7 @@ class ShapeInfo final : public BlockInfo<ShapeData> {
   const char* getName() const override { return "Shape"; }
   int& count() override { return journal().shapeBlocks; }
   bool isPropertyTruncationAllowed() const override { return true; }
-  bool isOkToDestroy(COSInterface*) override { return !journal().refuseDestroy; }
+  bool isOkToDestroy(const COSClient*, COSInterface*) override { return !journal().refuseDestroy; }
   void initializeClass(COSClass* c, const COSClient*) override {
     COSID me = c->getID();
     c->addProperty(new COSPropCPPT<ShapeData, bool>(me, id("Visible"), c->validatePropertyType(me, id("logical scalar")),
