@@ -4,6 +4,9 @@
 #include <cstring>
 
 #include "foundation/core/except/Error.h"
+#include "vx/vxObjectStorage.h"
+
+#include <gtest/gtest.h>
 
 namespace vt {
 
@@ -52,6 +55,11 @@ COSMethodSignaturePtr signature(const char* name, std::vector<const char*> input
   return COSMethodSignature::createMethodSignature(COSID(name), std::move(in), {{COSID("out"), {}, false}}, flags);
 }
 
+// The object under construction.
+COSValue constructed(COSValue* plhs) {
+  return COSValue(vxGetObjectElements(plhs[0].asPointer<const vxArray>())[0].get());
+}
+
 ShapeData* shapeOf(COSValue v) {
   return static_cast<ShapeData*>(v.asPointer<COSInterface>()->getInstanceData(COSID("vt.Shape")));
 }
@@ -92,11 +100,16 @@ class ShapeInfo final : public BlockInfo<ShapeData> {
                               }));
     c->addMethod(new FnMethod(me, "hiddenWork", ProtectedAccess, nullptr,
                               [](int& nlhs, COSValue*, int, const COSValue*) { nlhs = 0; }));
-    // The constructor: Shape(obj) or Shape(obj, width).
-    c->addMethod(new FnMethod(me, "Shape", PublicAccess, signature("Shape", {nullptr, nullptr}, COSMethodSignature::None),
-                              [](int&, COSValue*, int, const COSValue* prhs) { shapeOf(prhs[0])->width = prhs[1].asDouble(); }));
+    // The constructor: Shape() or Shape(width); the new object is element 0
+    // of the array in plhs[0].
     c->addMethod(new FnMethod(me, "Shape", PublicAccess, signature("Shape", {nullptr}),
-                              [](int&, COSValue*, int, const COSValue*) {}));
+                              [](int&, COSValue* plhs, int, const COSValue* prhs) {
+                                shapeOf(constructed(plhs))->width = prhs[0].asDouble();
+                              }));
+    c->addMethod(new FnMethod(me, "Shape", PublicAccess, signature("Shape", {}),
+                              [](int&, COSValue* plhs, int, const COSValue*) {
+                                EXPECT_NE(shapeOf(constructed(plhs)), nullptr);
+                              }));
   }
 };
 
@@ -296,7 +309,7 @@ class FragileInfo final : public COSClassInfo {
     c->addSuperclass(id("vt.Shape"));
     c->addMethod(new FnMethod(c->getID(), "Fragile", PublicAccess, nullptr,
                               [](int&, COSValue*, int nrhs, const COSValue* prhs) {
-                                if (nrhs > 1 && prhs[1].asDouble() < 0)
+                                if (nrhs > 0 && prhs[0].asDouble() < 0)
                                   throw foundation::core::except::Error("VANTEL:vcos:InvalidValueForType", "width");
                               }));
   }
