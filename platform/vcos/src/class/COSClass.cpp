@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "vcos/BuiltinClasses.h"
 #include "vcos/src/class/ClassRegistry.h"
 #include "vcos/src/class/ClassTables.h"
 #include "vcos/src/core/Messages.h"
@@ -36,6 +37,9 @@ void ensureBuiltins() {
   if (done) return;
   done = true;
   registerMetaClasses();
+  // "handle", "dynamicprops", the event and listener classes and the mixins
+  // exist from the first use of the class system, like the meta classes.
+  vcos::registerBuiltinClasses();
 }
 
 namespace {
