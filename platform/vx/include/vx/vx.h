@@ -10,6 +10,7 @@
 #include "vx/vxError.h"
 #include "vx/vxFunctionHandleData.h"
 #include "vx/vxMemory.h"
+#include "vx/vxObjectStorage.h"
 #include "vx/vxProperty.h"
 #include "vx/vxQuery.h"
 #include "vx/vxStruct.h"

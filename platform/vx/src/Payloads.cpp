@@ -1,0 +1,116 @@
+// Copies and resizing of every kind of payload.
+#include <algorithm>
+#include <cstring>
+
+#include "CellPayload.h"
+#include "FunctionHandlePayload.h"
+#include "NumericPayload.h"
+#include "ObjectPayload.h"
+#include "StringPayload.h"
+#include "StructPayload.h"
+
+namespace vx::impl {
+namespace {
+
+std::vector<ElementRef> copyElements(const std::vector<ElementRef>& from, Payload::Depth depth) {
+  std::vector<ElementRef> to;
+  to.reserve(from.size());
+  for (const ElementRef& e : from)
+    to.push_back(depth == Payload::Depth::Deep ? duplicateElement(e) : shareElement(e));
+  return to;
+}
+
+bool anyHoldsObjects(const std::vector<ElementRef>& elements) {
+  return std::any_of(elements.begin(), elements.end(), [](const ElementRef& e) {
+    if (!e) return false;
+    if (e->cls() == vxOBJECT_CLASS) return true;
+    return (e->cls() == vxCELL_CLASS || e->cls() == vxSTRUCT_CLASS) && e->payload && e->payload->holdsObjects();
+  });
+}
+
+}  // namespace
+
+Payload::~Payload() = default;
+
+NumericPayload::NumericPayload(vxSize numel, vxSize elementBytes)
+    : numel_(numel), elementBytes_(elementBytes), bytes_(std::make_unique<std::byte[]>(numel * elementBytes)) {}
+
+PayloadRef NumericPayload::clone(Depth) const {
+  auto p = makePayload<NumericPayload>(numel_, elementBytes_);
+  std::memcpy(static_cast<NumericPayload*>(p.get())->data(), data(), numel_ * elementBytes_);
+  return p;
+}
+
+void NumericPayload::resize(vxSize numel) {
+  auto bytes = std::make_unique<std::byte[]>(numel * elementBytes_);
+  std::memcpy(bytes.get(), bytes_.get(), std::min(numel, numel_) * elementBytes_);
+  bytes_ = std::move(bytes);
+  numel_ = numel;
+}
+
+PayloadRef CellPayload::clone(Depth depth) const {
+  auto p = makePayload<CellPayload>(0);
+  static_cast<CellPayload*>(p.get())->cells = copyElements(cells, depth);
+  return p;
+}
+
+bool CellPayload::holdsObjects() const { return anyHoldsObjects(cells); }
+
+PayloadRef StructPayload::clone(Depth depth) const {
+  auto p = makePayload<StructPayload>(numel_);
+  auto& to = static_cast<StructPayload*>(p.get())->fields_;
+  to.reserve(fields_.size());
+  for (const auto& f : fields_) to.push_back(std::make_unique<Field>(Field{f->name, copyElements(f->values, depth)}));
+  return p;
+}
+
+void StructPayload::resize(vxSize numel) {
+  for (auto& f : fields_) f->values.resize(numel);
+  numel_ = numel;
+}
+
+bool StructPayload::holdsObjects() const {
+  return std::any_of(fields_.begin(), fields_.end(), [](const auto& f) { return anyHoldsObjects(f->values); });
+}
+
+int StructPayload::find(const char* name) const noexcept {
+  for (std::size_t i = 0; i < fields_.size(); ++i)
+    if (fields_[i]->name == name) return static_cast<int>(i);
+  return -1;
+}
+
+int StructPayload::add(const char* name) {
+  int n = find(name);
+  if (n >= 0) return n;
+  fields_.push_back(std::make_unique<Field>(Field{name, std::vector<ElementRef>(numel_)}));
+  return fieldCount() - 1;
+}
+
+void StructPayload::remove(int number) { fields_.erase(fields_.begin() + number); }
+
+bool isValidFieldName(const char* name) noexcept {
+  // ASCII only, whatever the locale says.
+  auto letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+  auto digit = [](char c) { return c >= '0' && c <= '9'; };
+  if (!name || !letter(name[0])) return false;
+  for (const char* c = name + 1; *c; ++c)
+    if (!letter(*c) && !digit(*c) && *c != '_') return false;
+  return true;
+}
+
+PayloadRef StringPayload::clone(Depth) const {
+  auto p = makePayload<StringPayload>(0);
+  static_cast<StringPayload*>(p.get())->strings = strings;
+  return p;
+}
+
+PayloadRef FunctionHandlePayload::clone(Depth) const { return makePayload<FunctionHandlePayload>(data); }
+
+PayloadRef ObjectPayload::clone(Depth) const {
+  // Objects are handles: a copy of the array refers to the same objects.
+  auto p = makePayload<ObjectPayload>(0, classId);
+  static_cast<ObjectPayload*>(p.get())->elements = elements;
+  return p;
+}
+
+}  // namespace vx::impl
