@@ -74,7 +74,7 @@ const char* opText(Op op) noexcept;
 struct Node;
 using NodePtr = std::shared_ptr<const Node>;
 
-struct Node {
+struct Node : std::enable_shared_from_this<Node> {
   NodeKind kind;
   Op op = Op::Add;
   bool show = false;        // statement without a closing semicolon
