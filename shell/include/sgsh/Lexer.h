@@ -22,12 +22,14 @@ class Lexer {
   std::vector<Token> tokenize();
 
  private:
-  enum class Group : char { Paren, Bracket, Brace };
+  enum class Group : char { Paren, LambdaParams, Bracket, Brace };
 
   char peek(std::size_t ahead = 0) const noexcept;
   void advance(std::size_t n = 1) noexcept;
   bool lastEndsValue() const noexcept;
-  bool inMatrix() const noexcept { return !groups_.empty() && groups_.back() != Group::Paren; }
+  bool inMatrix() const noexcept {
+    return !groups_.empty() && (groups_.back() == Group::Bracket || groups_.back() == Group::Brace);
+  }
   bool startsElement() const noexcept;
   bool atLineStartBlockComment(char second) const noexcept;
   void skipBlockComment();
@@ -44,6 +46,7 @@ class Lexer {
   std::vector<Token> out_;
   std::vector<Group> groups_;
   bool blankBefore_ = false;  // whitespace between the last token and here
+  bool lambdaParamsClosed_ = false;  // the last token closed @( ... ): a body follows, not an element
 };
 
 }  // namespace sgsh

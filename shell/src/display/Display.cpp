@@ -28,15 +28,14 @@ enum class NumberStyle { Integer, Fixed, Exponent };
 std::string formatReal(double v, NumberStyle style) {
   if (std::isnan(v)) return "NaN";
   if (std::isinf(v)) return v > 0 ? "Inf" : "-Inf";
+  if (v == 0) return "0";
   char buf[64];
   switch (style) {
     case NumberStyle::Integer: std::snprintf(buf, sizeof buf, "%.0f", v); break;
     case NumberStyle::Fixed: std::snprintf(buf, sizeof buf, "%.4f", v); break;
     case NumberStyle::Exponent: std::snprintf(buf, sizeof buf, "%.4e", v); break;
   }
-  std::string s = buf;
-  if (s == "-0") s = "0";
-  return s;
+  return buf;
 }
 
 // One style for all the parts of an array.
@@ -71,7 +70,7 @@ std::vector<std::string> numberTexts(const vxArray* a) {
     const NumberStyle st = styleFor(parts);
     for (vxSize i = 0; i < n; ++i) {
       const std::complex<double> c = ops::complexAt(a, i);
-      const bool neg = std::signbit(c.imag()) && !std::isnan(c.imag());
+      const bool neg = c.imag() < 0;
       out[i] = formatReal(c.real(), st) + (neg ? " - " : " + ") + formatReal(std::abs(c.imag()), st) + "i";
     }
     return out;

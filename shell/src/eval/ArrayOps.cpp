@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <limits>
 
@@ -188,6 +189,13 @@ std::string textOf(const vxArray* a, const char* what) {
 std::string textOfElement(const vxArray* a, vxIndex i) {
   std::optional<std::u16string> s = vxGetStringElement(a, i);
   return s ? utf8(*s) : std::string("<missing>");
+}
+
+std::string numberAsText(double v) {
+  char buf[64];
+  if (v == std::round(v) && std::abs(v) < 1e15) std::snprintf(buf, sizeof buf, "%.0f", v);
+  else std::snprintf(buf, sizeof buf, "%.5g", v);
+  return buf;
 }
 
 void copyElement(vxArray* dst, vxIndex di, const vxArray* src, vxIndex si) {

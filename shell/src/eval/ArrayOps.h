@@ -43,6 +43,9 @@ Value cellRow(std::vector<Value> values);
 // The UTF-8 text of a char row or string scalar; raises VANTEL:sgsh:NotText.
 std::string textOf(const vxArray* a, const char* what = "argument");
 std::string textOfElement(const vxArray* a, vxIndex i);  // a string array element
+// A number as text where text is built from numbers ("n=" + 5): integers
+// whole, others with five significant digits.
+std::string numberAsText(double v);
 
 // Copies element si of src into element di of dst; both of one class (and,
 // for numbers, one complexity).

@@ -50,12 +50,6 @@ vxClassID resultClass(const std::vector<Value>& pieces, bool& complex) {
   return vxDOUBLE_CLASS;
 }
 
-std::string numberText(double v) {
-  char buf[64];
-  std::snprintf(buf, sizeof buf, "%.15g", v);
-  return buf;
-}
-
 // A piece in the result's class.
 Value asClass(const Value& p, vxClassID cls, bool complex) {
   const vxArray* a = p.get();
@@ -81,7 +75,7 @@ Value asClass(const Value& p, vxClassID cls, bool complex) {
         vxSetStringElement(s.mut(), 0, matrix::get_ustring(a));
       } else if (isNumberLike(a) && vxGetNumberOfElements(a) == 1) {
         vxSetStringElement(s.mut(), 0, utf16(c == vxLOGICAL_CLASS ? (realAt(a, 0) ? "true" : "false")
-                                                                  : numberText(realAt(a, 0))));
+                                                                  : numberAsText(realAt(a, 0))));
       } else {
         throw Error("VANTEL:sgsh:CannotConvert", classNameOf(a), "string");
       }

@@ -152,7 +152,7 @@ void Interpreter::execMultiAssign(const Node& s) {
   if (out.size() < n) {
     // Outputs past the ones produced may only be ignored ones.
     for (std::size_t i = out.size(); i < n; ++i)
-      if (s.kids[i]->kind != NodeKind::Ignore) throw Error("VANTEL:sgsh:TooManyOutputs");
+      if (s.kids[i]->kind != NodeKind::Ignore) throw Error("VANTEL:sgsh:TooManyOutputs", toSource(rhs));
   }
   for (std::size_t i = 0; i < n && i < out.size(); ++i) assignTo(*s.kids[i], std::move(out[i]), s.show);
 }

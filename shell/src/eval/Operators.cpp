@@ -156,6 +156,7 @@ bool needsComplexPow(Op op, const vxArray* a, const vxArray* b) {
 Value stringOp(Op op, const vxArray* a, const vxArray* b) {
   auto textAt = [](const vxArray* x, vxIndex i) -> std::string {
     if (vxIsString(x)) return textOfElement(x, i);
+    if (isNumberLike(x) && !vxIsChar(x) && vxGetNumberOfElements(x) == 1) return numberAsText(realAt(x, 0));
     return textOf(x);
   };
   const bool aStr = vxIsString(a), bStr = vxIsString(b);

@@ -107,6 +107,7 @@ void Lexer::push(TokenKind kind, std::size_t start, int line, int column, std::s
   t.length = pos_ > start ? pos_ - start : 0;
   out_.push_back(std::move(t));
   blankBefore_ = false;
+  lambdaParamsClosed_ = false;
 }
 
 bool Lexer::atLineStartBlockComment(char second) const noexcept {
@@ -238,9 +239,11 @@ void Lexer::lexOperator() {
     case ',': return one(TokenKind::Comma);
     case ';': return one(TokenKind::Semicolon);
     case '@': return one(TokenKind::At);
-    case '(':
-      groups_.push_back(Group::Paren);
+    case '(': {
+      const bool lambda = !out_.empty() && out_.back().kind == TokenKind::At;
+      groups_.push_back(lambda ? Group::LambdaParams : Group::Paren);
       return one(TokenKind::LParen);
+    }
     case '[':
       groups_.push_back(Group::Bracket);
       return one(TokenKind::LBracket);
@@ -249,9 +252,13 @@ void Lexer::lexOperator() {
       return one(TokenKind::LBrace);
     case ')':
     case ']':
-    case '}':
+    case '}': {
+      const bool closesLambda = !groups_.empty() && groups_.back() == Group::LambdaParams;
       if (!groups_.empty()) groups_.pop_back();
-      return one(c == ')' ? TokenKind::RParen : c == ']' ? TokenKind::RBracket : TokenKind::RBrace);
+      one(c == ')' ? TokenKind::RParen : c == ']' ? TokenKind::RBracket : TokenKind::RBrace);
+      lambdaParamsClosed_ = closesLambda;
+      return;
+    }
     default:
       throw Error("VANTEL:sgsh:BadCharacter", std::string(1, c), line, column);
   }
@@ -294,7 +301,7 @@ std::vector<Token> Lexer::tokenize() {
       continue;
     }
     // Inside brackets a blank between two values separates elements.
-    if (inMatrix() && blankBefore_ && lastEndsValue() && startsElement()) {
+    if (inMatrix() && blankBefore_ && !lambdaParamsClosed_ && lastEndsValue() && startsElement()) {
       push(TokenKind::Comma, pos_, line_, column_);
     }
     if (c == '\'') {
