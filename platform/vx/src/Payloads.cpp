@@ -1,6 +1,7 @@
 // Copies and resizing of every kind of payload.
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include "CellPayload.h"
 #include "FunctionHandlePayload.h"
@@ -74,8 +75,11 @@ bool StructPayload::holdsObjects() const {
 }
 
 int StructPayload::find(const char* name) const noexcept {
+  // Measure the name once; each field then costs a length test before any
+  // byte compare.
+  const std::string_view key(name);
   for (std::size_t i = 0; i < fields_.size(); ++i)
-    if (fields_[i]->name == name) return static_cast<int>(i);
+    if (std::string_view(fields_[i]->name) == key) return static_cast<int>(i);
   return -1;
 }
 

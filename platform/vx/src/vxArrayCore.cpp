@@ -40,6 +40,8 @@ constexpr ClassFacts kClassFacts[] = {
 };
 static_assert(std::size(kClassFacts) == vxSTRING_CLASS + 1, "one row per class id");
 
+static_assert(sizeof(vxArray) <= 56, "keep the array header small");
+
 // Largest element count any array may have: keeps byte counts of complex
 // doubles (16 bytes each) from overflowing.
 constexpr vxSize kMaxElements = static_cast<vxSize>(-1) / 16;

@@ -1,5 +1,7 @@
 // Cell arrays. vxSetCell takes ownership of the value (and destroys the one it
 // replaces); vxGetCell returns a borrowed pointer, or null for an empty slot.
+// A value that another cell or struct holds must not be stored again: store a
+// shared copy of it. When vxSetCell raises, the value stays with the caller.
 #pragma once
 
 #include "foundation/PlatformExport.h"

@@ -44,6 +44,11 @@ VX_API vxArray* vxDuplicateArray(const vxArray* source);
 VX_API void vxUnshareShallow(vxArray* array);
 
 // Destroys one reference: the caller's array header and its share of the payload.
+// References taken with intrusive_ptr_add_ref go first. An element that a
+// cell or struct holds (a pointer lent by vxGetCell or vxGetField) belongs to
+// its container: destroying it does nothing, and the container frees it when
+// the slot is replaced or the container goes. Counts are plain integers:
+// arrays are used on the interpreter's thread.
 VX_API void vxDestroyArray(vxArray* array);
 
 // Scope: vxSCOPE_PERSISTENT (6) marks an array kept past a call.
