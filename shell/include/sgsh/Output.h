@@ -1,6 +1,6 @@
-// The one place where the language writes its output. Everything the shell
-// prints (displays, disp, fprintf, warnings, error reports) goes through
-// writeOutput, so a test or an embedding program can capture it.
+// Where the language writes its output: displays, disp, fprintf, warnings
+// and error reports all go through writeOutput, which hands the text to the
+// platform's printing sink, so a test or an embedding program can capture it.
 #pragma once
 
 #include <functional>

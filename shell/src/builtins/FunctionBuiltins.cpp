@@ -3,6 +3,8 @@
 #include <chrono>
 #include <cstdio>
 
+#include <foundation/feature/Feature.h>
+
 #include "builtins/BuiltinSupport.h"
 #include "eval/Indexing.h"
 #include "sgsh/FunctionHandle.h"
@@ -130,6 +132,17 @@ void bExist(Interpreter& interp, int, Out& out, Args in) {
   out.push_back(Value::scalar(interp.findVariable(name) ? 1 : interp.isFunction(name) ? 5 : 0));
 }
 
+// feature('name') reads a feature, feature('name', value) sets it.
+void bFeature(Interpreter&, int, Out& out, Args in) {
+  checkArgs("feature", in, 1, 2);
+  const std::string name = textArg("feature", in[0]);
+  if (in.size() == 2) {
+    foundation::feature::set(name, static_cast<int>(scalarArg("feature", in[1])));
+    return;
+  }
+  out.push_back(Value::scalar(foundation::feature::value(name)));
+}
+
 }  // namespace
 }  // namespace sgsh::builtins
 
@@ -145,6 +158,7 @@ void registerFunctionBuiltins(BuiltinRegistry& r) {
   r.add("tic", bTic);
   r.add("toc", bToc);
   r.add("exist", bExist);
+  r.add("feature", bFeature);
 }
 
 }  // namespace sgsh

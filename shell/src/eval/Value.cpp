@@ -2,8 +2,8 @@
 // types: script errors, function handles, the output channel.
 #include "sgsh/Value.h"
 
-#include <cstdio>
 
+#include <foundation/io/OutputSink.h>
 #include <vx/vx.h>
 
 #include "sgsh/FunctionHandle.h"
@@ -44,25 +44,10 @@ FunctionHandle::~FunctionHandle() = default;
 
 std::string FunctionHandle::text() const { return lambda_ ? lambda_->text : "@" + name_; }
 
-namespace {
+// Output goes through the platform's printing sink, shared with utPrintf
+// and everything else that prints.
+void writeOutput(std::string_view text) { services::io::writeOutput(text); }
 
-OutputSink& sinkSlot() {
-  static OutputSink sink;
-  return sink;
-}
-
-}  // namespace
-
-void writeOutput(std::string_view text) {
-  OutputSink& sink = sinkSlot();
-  if (sink) {
-    sink(text);
-  } else {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fflush(stdout);
-  }
-}
-
-OutputSink setOutputSink(OutputSink sink) { return std::exchange(sinkSlot(), std::move(sink)); }
+OutputSink setOutputSink(OutputSink sink) { return services::io::setOutputSink(std::move(sink)); }
 
 }  // namespace sgsh
