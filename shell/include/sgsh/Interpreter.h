@@ -37,6 +37,12 @@ class Interpreter {
   // Calls a function by name (script function, then built-in) or a handle.
   std::vector<Value> call(const std::string& name, std::span<const Value> args, int nargout);
   std::vector<Value> callHandle(const vxArray* handle, std::span<const Value> args, int nargout);
+  std::vector<Value> callHandleData(const FunctionHandle& handle, std::span<const Value> args, int nargout);
+
+  // The interpreter that built-ins and callbacks reached through the
+  // platform's dispatcher run in: the one running code on this thread, else
+  // the newest one alive. Raises VANTEL:sgsh:NoInterpreter when none is.
+  static Interpreter& current();
   bool isFunction(const std::string& name) const;
 
   // A value made from a function handle's data.
@@ -94,8 +100,12 @@ class Interpreter {
   Workspace& ws() noexcept { return *frames_.back(); }
   const Workspace& ws() const noexcept { return *frames_.back(); }
 
-  // RAII for a function's workspace.
+  // RAII for a function's workspace, and for the interpreter running code.
   class FrameGuard;
+  class RunningGuard;
+  // A dotted name (pkg.sub.Class) written as fields of a name that is
+  // neither a variable nor a function; empty otherwise.
+  std::string dottedName(const Node& n) const;
 
   std::vector<std::unique_ptr<Workspace>> frames_;
   std::map<std::string, NodePtr, std::less<>> functions_;

@@ -4,16 +4,32 @@
 #include <algorithm>
 #include <cmath>
 
+#include <vcos/FunctionDispatcher.h>
+
 #include "builtins/BuiltinSupport.h"
+#include "sgsh/FunctionHandle.h"
 
 namespace sgsh {
 
 BuiltinRegistry::BuiltinRegistry() {
+  // The language runs the function handles it made, wherever they are called.
+  vcos::FunctionDispatcher::instance().addHandleCaller(
+      [](const vxFunctionHandleData& data, int nlhs, vxArray* plhs[], int nrhs, const vxArray* prhs[]) {
+        const auto* h = dynamic_cast<const FunctionHandle*>(&data);
+        if (!h) return false;
+        Interpreter& in = Interpreter::current();
+        std::vector<Value> args;
+        for (int i = 0; i < nrhs; ++i) args.push_back(Value::copyOf(prhs[i]));
+        std::vector<Value> out = in.callHandleData(*h, args, nlhs);
+        for (int i = 0; plhs && i < nlhs && i < static_cast<int>(out.size()); ++i) plhs[i] = out[i].release();
+        return true;
+      });
   registerCoreBuiltins(*this);
   registerMathBuiltins(*this);
   registerTextBuiltins(*this);
   registerErrorBuiltins(*this);
   registerFunctionBuiltins(*this);
+  registerObjectBuiltins(*this);
 }
 
 BuiltinRegistry& BuiltinRegistry::instance() {
@@ -21,9 +37,19 @@ BuiltinRegistry& BuiltinRegistry::instance() {
   return registry;
 }
 
-void BuiltinRegistry::add(std::string name, BuiltinFn fn) {
+void BuiltinRegistry::addWithTrampoline(std::string name, BuiltinFn fn, DispatchedFn trampoline) {
   assert(fn && "a built-in needs a function");
+  vcos::FunctionDispatcher::instance().registerBuiltin(name, trampoline);
   table_[std::move(name)] = fn;
+}
+
+void BuiltinRegistry::runDispatched(BuiltinFn fn, int nlhs, vxArray* plhs[], int nrhs, const vxArray* prhs[]) {
+  std::vector<Value> args;
+  args.reserve(static_cast<std::size_t>(nrhs));
+  for (int i = 0; i < nrhs; ++i) args.push_back(Value::copyOf(prhs[i]));
+  std::vector<Value> out;
+  fn(Interpreter::current(), nlhs, out, args);
+  for (int i = 0; plhs && i < std::max(nlhs, 1) && i < static_cast<int>(out.size()); ++i) plhs[i] = out[i].release();
 }
 
 BuiltinFn BuiltinRegistry::find(const std::string& name) const noexcept {

@@ -96,11 +96,11 @@ namespace sgsh {
 
 void registerErrorBuiltins(BuiltinRegistry& r) {
   using namespace builtins;
-  r.add("error", bError);
-  r.add("rethrow", bRethrow);
-  r.add("warning", bWarning);
-  r.add("lastwarn", bLastwarn);
-  r.add("assert", bAssert);
+  r.add<bError>("error");
+  r.add<bRethrow>("rethrow");
+  r.add<bWarning>("warning");
+  r.add<bLastwarn>("lastwarn");
+  r.add<bAssert>("assert");
 }
 
 }  // namespace sgsh

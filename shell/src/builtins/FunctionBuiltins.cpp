@@ -150,15 +150,15 @@ namespace sgsh {
 
 void registerFunctionBuiltins(BuiltinRegistry& r) {
   using namespace builtins;
-  r.add("feval", bFeval);
-  r.add("cellfun", mapFunction<true>);
-  r.add("arrayfun", mapFunction<false>);
-  r.add("func2str", bFunc2str);
-  r.add("str2func", bStr2func);
-  r.add("tic", bTic);
-  r.add("toc", bToc);
-  r.add("exist", bExist);
-  r.add("feature", bFeature);
+  r.add<bFeval>("feval");
+  r.add<mapFunction<true>>("cellfun");
+  r.add<mapFunction<false>>("arrayfun");
+  r.add<bFunc2str>("func2str");
+  r.add<bStr2func>("str2func");
+  r.add<bTic>("tic");
+  r.add<bToc>("toc");
+  r.add<bExist>("exist");
+  r.add<bFeature>("feature");
 }
 
 }  // namespace sgsh

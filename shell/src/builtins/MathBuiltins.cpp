@@ -266,34 +266,34 @@ namespace sgsh {
 
 void registerMathBuiltins(BuiltinRegistry& r) {
   using namespace builtins;
-  r.add("abs", bAbs);
-  r.add("sqrt", elementwise<dsqrt, csqrt>);
-  r.add("exp", elementwise<dexp, cexp>);
-  r.add("log", elementwise<dlog, clog>);
-  r.add("log10", elementwise<dlog10, nullptr>);
-  r.add("sin", elementwise<dsin, nullptr>);
-  r.add("cos", elementwise<dcos, nullptr>);
-  r.add("tan", elementwise<dtan, nullptr>);
-  r.add("floor", elementwise<dfloor, nullptr>);
-  r.add("ceil", elementwise<dceil, nullptr>);
-  r.add("round", elementwise<dround, nullptr>);
-  r.add("fix", elementwise<dfix, nullptr>);
-  r.add("sign", elementwise<dsign, nullptr>);
-  r.add("real", complexPart<0>);
-  r.add("imag", complexPart<1>);
-  r.add("conj", complexPart<2>);
-  r.add("mod", modRem<true>);
-  r.add("rem", modRem<false>);
-  r.add("sum", reduction<Reduce::Sum>);
-  r.add("prod", reduction<Reduce::Prod>);
-  r.add("any", reduction<Reduce::Any>);
-  r.add("all", reduction<Reduce::All>);
-  r.add("max", extremum<Reduce::Max>);
-  r.add("min", extremum<Reduce::Min>);
-  r.add("find", bFind);
-  r.add("cumsum", bCumsum);
-  r.add("linspace", bLinspace);
-  r.add("sort", bSort);
+  r.add<bAbs>("abs");
+  r.add<elementwise<dsqrt, csqrt>>("sqrt");
+  r.add<elementwise<dexp, cexp>>("exp");
+  r.add<elementwise<dlog, clog>>("log");
+  r.add<elementwise<dlog10, nullptr>>("log10");
+  r.add<elementwise<dsin, nullptr>>("sin");
+  r.add<elementwise<dcos, nullptr>>("cos");
+  r.add<elementwise<dtan, nullptr>>("tan");
+  r.add<elementwise<dfloor, nullptr>>("floor");
+  r.add<elementwise<dceil, nullptr>>("ceil");
+  r.add<elementwise<dround, nullptr>>("round");
+  r.add<elementwise<dfix, nullptr>>("fix");
+  r.add<elementwise<dsign, nullptr>>("sign");
+  r.add<complexPart<0>>("real");
+  r.add<complexPart<1>>("imag");
+  r.add<complexPart<2>>("conj");
+  r.add<modRem<true>>("mod");
+  r.add<modRem<false>>("rem");
+  r.add<reduction<Reduce::Sum>>("sum");
+  r.add<reduction<Reduce::Prod>>("prod");
+  r.add<reduction<Reduce::Any>>("any");
+  r.add<reduction<Reduce::All>>("all");
+  r.add<extremum<Reduce::Max>>("max");
+  r.add<extremum<Reduce::Min>>("min");
+  r.add<bFind>("find");
+  r.add<bCumsum>("cumsum");
+  r.add<bLinspace>("linspace");
+  r.add<bSort>("sort");
 }
 
 }  // namespace sgsh

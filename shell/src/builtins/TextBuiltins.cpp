@@ -413,21 +413,21 @@ namespace sgsh {
 
 void registerTextBuiltins(BuiltinRegistry& r) {
   using namespace builtins;
-  r.add("sprintf", bSprintf);
-  r.add("fprintf", bFprintf);
-  r.add("num2str", bNum2str);
-  r.add("int2str", bInt2str);
-  r.add("strcmp", compare<false>);
-  r.add("strcmpi", compare<true>);
-  r.add("upper", bCase<true>);
-  r.add("lower", bCase<false>);
-  r.add("strtrim", bStrtrim);
-  r.add("strrep", bStrrep);
-  r.add("strcat", bStrcat);
-  r.add("strsplit", bStrsplit);
-  r.add("strjoin", bStrjoin);
-  r.add("str2double", bStr2double);
-  r.add("contains", bContains);
+  r.add<bSprintf>("sprintf");
+  r.add<bFprintf>("fprintf");
+  r.add<bNum2str>("num2str");
+  r.add<bInt2str>("int2str");
+  r.add<compare<false>>("strcmp");
+  r.add<compare<true>>("strcmpi");
+  r.add<bCase<true>>("upper");
+  r.add<bCase<false>>("lower");
+  r.add<bStrtrim>("strtrim");
+  r.add<bStrrep>("strrep");
+  r.add<bStrcat>("strcat");
+  r.add<bStrsplit>("strsplit");
+  r.add<bStrjoin>("strjoin");
+  r.add<bStr2double>("str2double");
+  r.add<bContains>("contains");
 }
 
 }  // namespace sgsh

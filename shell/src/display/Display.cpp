@@ -238,7 +238,7 @@ std::string displayText(const std::string& name, const vxArray* a) {
 
 std::string dispText(const vxArray* a) {
   if (vxIsEmpty(a) && !vxIsStruct(a)) return "";
-  if (vxIsObject(a)) return ObjectBridge::current().display("ans", a);
+  if (vxIsObject(a)) return ObjectBridge::current().display("", a);
   if (vxIsChar(a)) {
     std::string out;
     for (vxSize i = 0; i < vxGetM(a); ++i) out += charRow(a, i) + "\n";

@@ -176,6 +176,19 @@ void Interpreter::evalParen(const Node& e, std::vector<Value>& out, int nargout)
     for (Value& v : call(base.text, args, nargout)) out.push_back(std::move(v));
     return;
   }
+  // pkg.Class(args) constructs an object.
+  if (base.kind == NodeKind::Field) {
+    const std::string cls = dottedName(base);
+    if (!cls.empty() && ObjectBridge::current().isClass(cls)) {
+      std::vector<Value> args;
+      for (std::size_t k = 1; k < e.kids.size(); ++k) {
+        EndGuard guard(ends_, EndContext{nullptr, 0, 0});
+        evalMulti(*e.kids[k], args, 1);
+      }
+      out.push_back(ObjectBridge::current().construct(cls, args));
+      return;
+    }
+  }
   // obj.method(args)
   if (base.kind == NodeKind::Field) {
     Value owner = eval(*base.kids[0]);
@@ -237,11 +250,21 @@ std::string Interpreter::fieldName(const Node& acc) {
   return ops::textOf(n.get(), "dynamic field name");
 }
 
-void Interpreter::evalField(const Node& e, std::vector<Value>& out, int) {
+void Interpreter::evalField(const Node& e, std::vector<Value>& out, int nargout) {
+  if (e.kind == NodeKind::Field) {
+    const std::string cls = dottedName(e);
+    if (!cls.empty() && ObjectBridge::current().isClass(cls)) {
+      out.push_back(ObjectBridge::current().construct(cls, {}));
+      return;
+    }
+  }
   Value v = eval(*e.kids[0]);
   const std::string name = fieldName(e);
   if (vxIsObject(v.get())) {
-    out.push_back(ObjectBridge::current().getProperty(v.get(), name));
+    // h.Prop, or h.method without parentheses.
+    ObjectBridge& bridge = ObjectBridge::current();
+    if (!bridge.hasProperty(v.get(), name) && bridge.callMethod(v.get(), name, {}, nargout, out)) return;
+    out.push_back(bridge.getProperty(v.get(), name));
     return;
   }
   if (!vxIsStruct(v.get())) throw Error("VANTEL:sgsh:FieldOfNonStruct", vxGetClassName(v.get()));

@@ -7,6 +7,8 @@
 #include <cassert>
 
 #include <foundation/core/except/Error.h>
+#include <vcos/BuiltinClasses.h>
+#include <vcos/FunctionDispatcher.h>
 #include <vx/vx.h>
 
 #include "eval/ArrayOps.h"
@@ -44,13 +46,42 @@ class Interpreter::FrameGuard {
   Interpreter& in_;
 };
 
+namespace {
+
+// Interpreters alive, oldest first, and those running code on this thread.
+std::vector<Interpreter*>& liveInterpreters() {
+  static std::vector<Interpreter*> live;
+  return live;
+}
+thread_local std::vector<Interpreter*> runningInterpreters;
+
+}  // namespace
+
+class Interpreter::RunningGuard {
+ public:
+  explicit RunningGuard(Interpreter* in) { runningInterpreters.push_back(in); }
+  ~RunningGuard() { runningInterpreters.pop_back(); }
+  RunningGuard(const RunningGuard&) = delete;
+  RunningGuard& operator=(const RunningGuard&) = delete;
+};
+
 Interpreter::Interpreter() : timer_(std::chrono::steady_clock::now()) {
   frames_.push_back(std::make_unique<Workspace>());
+  liveInterpreters().push_back(this);
+  vcos::registerBuiltinClasses();  // handle, dynamicprops, listeners, display mixins
+  BuiltinRegistry::instance();     // registers the built-ins with the dispatcher
 }
 
-Interpreter::~Interpreter() = default;
+Interpreter::~Interpreter() { std::erase(liveInterpreters(), this); }
+
+Interpreter& Interpreter::current() {
+  if (!runningInterpreters.empty()) return *runningInterpreters.back();
+  if (!liveInterpreters().empty()) return *liveInterpreters().back();
+  throw Error("VANTEL:sgsh:NoInterpreter");
+}
 
 void Interpreter::run(std::string_view source) {
+  RunningGuard running(this);
   Program prog = Parser::parse(source);
   for (const NodePtr& fn : prog.functions) functions_[fn->text] = fn;
   programs_.push_back(prog.body);
@@ -222,10 +253,10 @@ Value Interpreter::assignPath(Value base, const std::vector<const Node*>& chain,
       if (isObj) {
         ObjectBridge& bridge = ObjectBridge::current();
         if (last) {
-          bridge.setProperty(base.get(), name, rhs.get());
+          bridge.setProperty(base.mut(), name, rhs.get());
         } else {
           Value inner = assignPath(bridge.getProperty(base.get(), name), chain, k + 1, std::move(rhs));
-          bridge.setProperty(base.get(), name, inner.get());
+          bridge.setProperty(base.mut(), name, inner.get());
         }
         return base;
       }
@@ -346,6 +377,12 @@ Interpreter::Flow Interpreter::execTry(const Node& s) {
 // ---- calls ---------------------------------------------------------------
 
 std::vector<Value> Interpreter::call(const std::string& name, std::span<const Value> args, int nargout) {
+  ObjectBridge& objects = ObjectBridge::current();
+  // method(obj, args): the object's class is asked first.
+  if (!args.empty() && vxIsObject(args[0].get())) {
+    std::vector<Value> out;
+    if (objects.callMethod(args[0].get(), name, args.subspan(1), nargout, out)) return out;
+  }
   auto fn = functions_.find(name);
   if (fn != functions_.end() && fn->second) return callUser(*fn->second, args, nargout);
   if (BuiltinFn b = BuiltinRegistry::instance().find(name)) {
@@ -355,6 +392,23 @@ std::vector<Value> Interpreter::call(const std::string& name, std::span<const Va
       throw Error("VANTEL:sgsh:TooManyOutputs", name);
     return out;
   }
+  // Functions that libraries registered or export.
+  if (vcos::FunctionDispatcher::BuiltinFcn f = vcos::FunctionDispatcher::instance().find(name)) {
+    std::vector<const vxArray*> in;
+    for (const Value& v : args) in.push_back(v.get());
+    std::vector<vxArray*> raw(static_cast<std::size_t>(std::max(nargout, 1)), nullptr);
+    f(nargout, raw.data(), static_cast<int>(in.size()), in.data());
+    std::vector<Value> out;
+    for (vxArray* r : raw)
+      if (r) out.emplace_back(r);
+    return out;
+  }
+  // A class name calls its constructor.
+  if (objects.isClass(name)) {
+    std::vector<Value> out;
+    out.push_back(objects.construct(name, args));
+    return out;
+  }
   throw Error("VANTEL:sgsh:Undefined", name);
 }
 
@@ -362,8 +416,20 @@ std::vector<Value> Interpreter::callHandle(const vxArray* handle, std::span<cons
   std::shared_ptr<const vxFunctionHandleData> data = vxGetFunctionHandle(handle);
   const auto* h = dynamic_cast<const FunctionHandle*>(data.get());
   if (!h) throw Error("VANTEL:sgsh:ForeignHandle");
-  if (h->isAnonymous()) return callLambda(*h, args, nargout);
-  return call(h->name(), args, nargout);
+  return callHandleData(*h, args, nargout);
+}
+
+std::vector<Value> Interpreter::callHandleData(const FunctionHandle& h, std::span<const Value> args, int nargout) {
+  RunningGuard running(this);
+  if (h.isAnonymous()) return callLambda(h, args, nargout);
+  return call(h.name(), args, nargout);
+}
+
+std::string Interpreter::dottedName(const Node& n) const {
+  if (n.kind == NodeKind::Name) return findVariable(n.text) || isFunction(n.text) ? std::string() : n.text;
+  if (n.kind != NodeKind::Field) return {};
+  std::string base = dottedName(*n.kids[0]);
+  return base.empty() ? base : base + "." + n.text;
 }
 
 std::vector<Value> Interpreter::callUser(const Node& fn, std::span<const Value> args, int nargout) {
