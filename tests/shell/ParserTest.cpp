@@ -119,3 +119,27 @@ TEST(ParserTest, SyntaxErrors) {
 
 }  // namespace
 }  // namespace sgsh
+
+namespace sgsh {
+namespace {
+
+TEST(ParserTest, SeparatorsCommentsAndContinuationInsideConstructs) {
+  // Commas, semicolons and line breaks all end statements; only ';' hides.
+  Program p = Parser::parse("a = 1, b = 2; c = 3 % comment\n\n d = [1, ... more\n 2]");
+  ASSERT_EQ(p.body->kids.size(), 4u);
+  EXPECT_TRUE(p.body->kids[0]->show);
+  EXPECT_FALSE(p.body->kids[1]->show);
+  EXPECT_EQ(toSource(*p.body->kids[3]), "d = [1, 2]");
+  // A comment inside brackets ends the row like a line break.
+  EXPECT_EQ(toSource(*Parser::parse("m = [1 2 % first row\n 3 4];").body->kids[0]), "m = [1, 2; 3, 4]");
+  // Transposes inside brackets: after a value with no blank.
+  EXPECT_EQ(toSource(*Parser::parse("[a' b']").body->kids[0]), "[(a'), (b')]");
+  EXPECT_EQ(toSource(*Parser::parse("[a', 'b']").body->kids[0]), "[(a'), 'b']");
+  // A lambda inside a cell keeps its whole body.
+  EXPECT_EQ(toSource(*Parser::parse("{@(t) 2 * t, @(u) -u}").body->kids[0]), "{@(t) (2 * t), @(u) (-u)}");
+  // Keywords after a dot are field names; end after a dot is not the block end.
+  EXPECT_EQ(toSource(*Parser::parse("s.end = s.if + 1").body->kids[0]), "s.end = (s.if + 1)");
+}
+
+}  // namespace
+}  // namespace sgsh

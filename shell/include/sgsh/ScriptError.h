@@ -23,8 +23,4 @@ class ScriptError : public foundation::core::except::Error {
   std::string text_;
 };
 
-// The text of any error the language reports: the catalog text for platform
-// errors, the script's text for ScriptError.
-inline std::string errorText(const std::exception& e) { return e.what(); }
-
 }  // namespace sgsh

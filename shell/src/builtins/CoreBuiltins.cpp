@@ -352,6 +352,12 @@ void registerCoreBuiltins(BuiltinRegistry& r) {
   r.add<convert<vxLOGICAL_CLASS>>("logical");
   r.add<convert<vxINT32_CLASS>>("int32");
   r.add<convert<vxUINT8_CLASS>>("uint8");
+  r.add<convert<vxINT8_CLASS>>("int8");
+  r.add<convert<vxINT16_CLASS>>("int16");
+  r.add<convert<vxUINT16_CLASS>>("uint16");
+  r.add<convert<vxUINT32_CLASS>>("uint32");
+  r.add<convert<vxINT64_CLASS>>("int64");
+  r.add<convert<vxUINT64_CLASS>>("uint64");
   r.add<convert<vxSINGLE_CLASS>>("single");
   r.add<bChar>("char");
   r.add<bString>("string");

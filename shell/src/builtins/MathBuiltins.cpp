@@ -11,9 +11,8 @@ namespace {
 
 using cplx = std::complex<double>;
 
-const vxArray* numbersArg(const char* fn, const Value& v) {
+const vxArray* numbersArg(const Value& v) {
   if (!ops::isNumberLike(v.get())) throw Error("VANTEL:sgsh:NotNumeric", vxGetClassName(v.get()));
-  (void)fn;
   return v.get();
 }
 
@@ -21,7 +20,7 @@ const vxArray* numbersArg(const char* fn, const Value& v) {
 template <double (*F)(double), cplx (*C)(const cplx&)>
 void elementwise(Interpreter&, int, Out& out, Args in) {
   checkArgs("math", in, 1, 1);
-  const vxArray* a = numbersArg("math", in[0]);
+  const vxArray* a = numbersArg(in[0]);
   const vxSize n = vxGetNumberOfElements(a);
   bool needComplex = vxIsComplex(a);
   if (C && !needComplex) {
@@ -57,7 +56,7 @@ double dsign(double x) { return x > 0 ? 1 : x < 0 ? -1 : x; }
 
 void bAbs(Interpreter&, int, Out& out, Args in) {
   checkArgs("abs", in, 1, 1);
-  const vxArray* a = numbersArg("abs", in[0]);
+  const vxArray* a = numbersArg(in[0]);
   std::vector<double> r(vxGetNumberOfElements(a));
   for (vxSize i = 0; i < r.size(); ++i) r[i] = std::abs(ops::complexAt(a, i));
   out.push_back(ops::doubles(ops::dimsOf(a), r));
@@ -66,7 +65,7 @@ void bAbs(Interpreter&, int, Out& out, Args in) {
 template <int Part>  // 0 real, 1 imag, 2 conj
 void complexPart(Interpreter&, int, Out& out, Args in) {
   checkArgs("real", in, 1, 1);
-  const vxArray* a = numbersArg("real", in[0]);
+  const vxArray* a = numbersArg(in[0]);
   const vxSize n = vxGetNumberOfElements(a);
   std::vector<cplx> r(n);
   for (vxSize i = 0; i < n; ++i) {
@@ -80,7 +79,7 @@ void complexPart(Interpreter&, int, Out& out, Args in) {
 template <bool Mod>
 void modRem(Interpreter&, int, Out& out, Args in) {
   checkArgs(Mod ? "mod" : "rem", in, 2, 2);
-  const vxArray *a = numbersArg("mod", in[0]), *b = numbersArg("mod", in[1]);
+  const vxArray *a = numbersArg(in[0]), *b = numbersArg(in[1]);
   const vxSize na = vxGetNumberOfElements(a), nb = vxGetNumberOfElements(b);
   if (na != nb && na != 1 && nb != 1) throw Error("VANTEL:sgsh:SizeMismatch", Mod ? "mod" : "rem", ops::sizeText(a), ops::sizeText(b));
   const vxSize n = std::max(na, nb);
@@ -170,7 +169,7 @@ Value reduce(const vxArray* a, Reduce kind, Args in, Value* where = nullptr) {
 template <Reduce Kind>
 void reduction(Interpreter&, int, Out& out, Args in) {
   checkArgs("reduction", in, 1, 2);
-  out.push_back(reduce(numbersArg("reduction", in[0]), Kind, in));
+  out.push_back(reduce(numbersArg(in[0]), Kind, in));
 }
 
 // max(a), [m, i] = max(a), max(a, b)
@@ -178,7 +177,7 @@ template <Reduce Kind>
 void extremum(Interpreter&, int nargout, Out& out, Args in) {
   checkArgs(Kind == Reduce::Max ? "max" : "min", in, 1, 3);
   if (in.size() >= 2 && !vxIsEmpty(in[1].get())) {
-    const vxArray *a = numbersArg("max", in[0]), *b = numbersArg("max", in[1]);
+    const vxArray *a = numbersArg(in[0]), *b = numbersArg(in[1]);
     const vxSize na = vxGetNumberOfElements(a), nb = vxGetNumberOfElements(b);
     if (na != nb && na != 1 && nb != 1) throw Error("VANTEL:sgsh:SizeMismatch", "max", ops::sizeText(a), ops::sizeText(b));
     const vxSize n = std::max(na, nb);
@@ -190,18 +189,17 @@ void extremum(Interpreter&, int nargout, Out& out, Args in) {
     out.push_back(ops::doubles(ops::dimsOf(na >= nb ? a : b), r));
     return;
   }
+  // max(a, [], dim) reduces along dim.
   Value where;
-  Args rest = in.size() == 3 ? Args(in.data() + 1, 2).subspan(1) : Args();
   std::vector<Value> dimArgs{in[0]};
   if (in.size() == 3) dimArgs.push_back(in[2]);
-  (void)rest;
-  out.push_back(reduce(numbersArg("max", in[0]), Kind, dimArgs, &where));
+  out.push_back(reduce(numbersArg(in[0]), Kind, dimArgs, &where));
   if (nargout > 1) out.push_back(std::move(where));
 }
 
 void bFind(Interpreter&, int, Out& out, Args in) {
   checkArgs("find", in, 1, 2);
-  const vxArray* a = numbersArg("find", in[0]);
+  const vxArray* a = numbersArg(in[0]);
   const vxSize n = vxGetNumberOfElements(a);
   vxSize limit = in.size() == 2 ? static_cast<vxSize>(scalarArg("find", in[1])) : n;
   std::vector<double> r;
@@ -213,7 +211,7 @@ void bFind(Interpreter&, int, Out& out, Args in) {
 
 void bCumsum(Interpreter&, int, Out& out, Args in) {
   checkArgs("cumsum", in, 1, 1);
-  const vxArray* a = numbersArg("cumsum", in[0]);
+  const vxArray* a = numbersArg(in[0]);
   const ops::Dims d = ops::dimsOf(a);
   const vxSize n = vxGetNumberOfElements(a);
   std::vector<double> r(n);
@@ -241,7 +239,7 @@ void bLinspace(Interpreter&, int, Out& out, Args in) {
 
 void bSort(Interpreter&, int nargout, Out& out, Args in) {
   checkArgs("sort", in, 1, 2);
-  const vxArray* a = numbersArg("sort", in[0]);
+  const vxArray* a = numbersArg(in[0]);
   if (!vxIsVector(a) && !vxIsEmpty(a) && vxGetNumberOfElements(a) != 1) throw Error("VANTEL:sgsh:NotVector", "sort");
   const bool descend = in.size() == 2 && textArg("sort", in[1]) == "descend";
   const vxSize n = vxGetNumberOfElements(a);

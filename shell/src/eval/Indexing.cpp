@@ -303,8 +303,7 @@ Value indexAssign(Value a, std::span<const Value> args, const vxArray* rhs) {
   if (!a.has()) a = vxIsCell(rhs) || vxIsStruct(rhs) || vxIsString(rhs) || vxGetClassID(rhs) == vxOBJECT_CLASS
                         ? makeLike(rhs, {0, 0})
                         : Value::emptyDouble();
-  if (isDeletion(rhs) && !vxIsCell(a.get())) return deleteElements(a.get(), args);
-  if (isDeletion(rhs) && vxIsCell(a.get())) return deleteElements(a.get(), args);
+  if (isDeletion(rhs)) return deleteElements(a.get(), args);
   const bool targetEmpty = vxIsEmpty(a.get());
   if (vxIsCell(a.get()) != vxIsCell(rhs) && !(targetEmpty && vxIsDouble(a.get())))
     throw Error("VANTEL:sgsh:CannotConvert", classNameOf(rhs), classNameOf(a.get()));

@@ -399,8 +399,13 @@ std::vector<Value> Interpreter::call(const std::string& name, std::span<const Va
     std::vector<vxArray*> raw(static_cast<std::size_t>(std::max(nargout, 1)), nullptr);
     f(nargout, raw.data(), static_cast<int>(in.size()), in.data());
     std::vector<Value> out;
-    for (vxArray* r : raw)
-      if (r) out.emplace_back(r);
+    for (vxArray* r : raw) {
+      if (!r) continue;
+      // A function that hands an input back as output did not make a new
+      // array: the caller gets a shared copy, not the input itself.
+      const bool isInput = std::find(in.begin(), in.end(), r) != in.end();
+      out.push_back(isInput ? Value::copyOf(r) : Value(r));
+    }
     return out;
   }
   // A class name calls its constructor.

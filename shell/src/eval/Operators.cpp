@@ -273,6 +273,11 @@ Value elementwise(Op op, const vxArray* a, const vxArray* b) {
   Value r = makeArray(vxDOUBLE_CLASS, out);
   double* p = vxGetPr(r.mut());
   for (vxIndex i = 0; i < n; ++i) p[i] = applyReal(op, realAt(a, posA(i)), realAt(b, posB(i)));
+  // Arithmetic with an integer operand stays in its class, rounded and saturated.
+  const vxClassID ca = vxGetClassID(a), cb = vxGetClassID(b);
+  const bool intA = ca >= vxINT8_CLASS && ca <= vxUINT64_CLASS, intB = cb >= vxINT8_CLASS && cb <= vxUINT64_CLASS;
+  if (intA && intB && ca != cb) throw Error("VANTEL:sgsh:MixedIntegers", classNameOf(a), classNameOf(b));
+  if (intA || intB) return convertTo(r.get(), intA ? ca : cb, false);
   return r;
 }
 
