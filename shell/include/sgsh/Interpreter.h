@@ -78,6 +78,9 @@ class Interpreter {
 
   // expressions
   Value eval(const Node& expr);
+  // The value of an expression without copying a variable: the variable's
+  // own array, or the result kept in holder.
+  const vxArray* evalBorrowed(const Node& expr, Value& holder);
   // An expression that may give several values (c{:}, s.f of a struct
   // array, a call asked for nargout outputs).
   void evalMulti(const Node& expr, std::vector<Value>& out, int nargout = 1);

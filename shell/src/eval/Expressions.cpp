@@ -47,13 +47,14 @@ Value Interpreter::eval(const Node& e) {
     case NodeKind::EndValue:
       return evalEnd(e);
     case NodeKind::Binary: {
-      Value l = eval(*e.kids[0]);
-      Value r = eval(*e.kids[1]);
-      return ops::binary(e.op, l.get(), r.get());
+      Value lh, rh;
+      const vxArray* l = evalBorrowed(*e.kids[0], lh);
+      const vxArray* r = evalBorrowed(*e.kids[1], rh);
+      return ops::binary(e.op, l, r);
     }
     case NodeKind::Unary: {
-      Value v = eval(*e.kids[0]);
-      return ops::unary(e.op, v.get());
+      Value holder;
+      return ops::unary(e.op, evalBorrowed(*e.kids[0], holder));
     }
     case NodeKind::ShortCircuit: {
       auto scalarTruth = [&](const Node& side) {
@@ -103,6 +104,13 @@ Value Interpreter::eval(const Node& e) {
       break;
   }
   throw Error("VANTEL:sgsh:NotAValue", nodeKindName(e.kind));
+}
+
+const vxArray* Interpreter::evalBorrowed(const Node& e, Value& holder) {
+  if (e.kind == NodeKind::Name)
+    if (const Value* v = findVariable(e.text)) return v->get();
+  holder = eval(e);
+  return holder.get();
 }
 
 void Interpreter::evalMulti(const Node& e, std::vector<Value>& out, int nargout) {
