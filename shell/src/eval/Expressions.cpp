@@ -50,6 +50,13 @@ Value Interpreter::eval(const Node& e) {
       Value lh, rh;
       const vxArray* l = evalBorrowed(*e.kids[0], lh);
       const vxArray* r = evalBorrowed(*e.kids[1], rh);
+      if ((e.op == Op::Eq || e.op == Op::Ne) && (vxIsObject(l) || vxIsObject(r))) {
+        // Objects compare by identity through their class's eq and ne.
+        std::vector<Value> args{Value::copyOf(l), Value::copyOf(r)};
+        std::vector<Value> out = call(e.op == Op::Eq ? "eq" : "ne", args, 1);
+        if (out.empty()) throw Error("VANTEL:sgsh:NoValue");
+        return std::move(out[0]);
+      }
       return ops::binary(e.op, l, r);
     }
     case NodeKind::Unary: {
