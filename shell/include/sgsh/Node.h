@@ -89,12 +89,6 @@ struct Node : std::enable_shared_from_this<Node> {
   explicit Node(NodeKind k, int ln = 0) : kind(k), line(ln) {}
 };
 
-// A parsed source: its statements and the functions it defines.
-struct Program {
-  NodePtr body;                     // a Block
-  std::vector<NodePtr> functions;   // Function nodes, in source order
-};
-
 // Writes an expression back as source text, fully parenthesised where
 // precedence matters; used by tests and to show what a parse produced.
 std::string toSource(const Node& node);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "sgsh/Node.h"
+#include "sgsh/Program.h"
 #include "sgsh/Token.h"
 
 namespace sgsh {

@@ -2,6 +2,7 @@
 // forms, isprop, and isvalid for values that are not objects. delete,
 // isvalid, addlistener and findobj on objects are methods of "handle" and
 // reach the class through method dispatch.
+#include <vcos/COSDataType.h>  // before COSClass.h: COSDataTypePtr needs it complete
 #include <vcos/COSClass.h>
 #include <vcos/COSPropInfo.h>
 #include <vcos/MemberAccess.h>
@@ -58,8 +59,8 @@ void bGet(Interpreter&, int, Out& out, Args in) {
 }
 
 // set(h, 'Prop', value, ...) sets in order; set(h, 'Prop') answers the
-// values the property may take: an empty cell where any value of its type
-// goes.
+// values the property's type allows as a column cell of text (empty where
+// any value of its type goes).
 void bSet(Interpreter&, int nargout, Out& out, Args in) {
   if (in.size() < 2) throw Error("VANTEL:sgsh:NotEnoughInputs", "set");
   Value h = in[0];
@@ -67,9 +68,15 @@ void bSet(Interpreter&, int nargout, Out& out, Args in) {
   ObjectBridge& bridge = ObjectBridge::current();
   if (in.size() == 2) {
     const std::string name = textArg("set", in[1]);
-    if (!bridge.hasProperty(h.get(), name)) throw Error("VANTEL:sgsh:NoSuchProperty", name, vxGetClassName(h.get()));
+    COSClass* cls = vcos::array::classOf(h.get());
+    const COSPropInfo* prop = cls ? cls->findPropertyExact(COSID(name.c_str())) : nullptr;
+    if (!prop || prop->getMemberSetAccess() != PublicAccess)
+      throw Error("VANTEL:sgsh:NoSuchProperty", name, vxGetClassName(h.get()));
+    const std::vector<std::string> values = prop->getDataType()->getPossibleValues();
+    Value c(vxCreateCellMatrix(values.size(), values.empty() ? 0 : 1));
+    for (std::size_t i = 0; i < values.size(); ++i) vxSetCell(c.mut(), i, Value::text(values[i]).release());
     (void)nargout;
-    out.push_back(Value(vxCreateCellMatrix(0, 0)));
+    out.push_back(std::move(c));
     return;
   }
   if (in.size() % 2 == 0) throw Error("VANTEL:sgsh:NameValuePairs", "set");

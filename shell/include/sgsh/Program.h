@@ -1,0 +1,15 @@
+// A parsed source: its statements and the functions it defines.
+#pragma once
+
+#include <vector>
+
+#include "sgsh/Node.h"
+
+namespace sgsh {
+
+struct Program {
+  NodePtr body;                    // a Block
+  std::vector<NodePtr> functions;  // Function nodes, in source order
+};
+
+}  // namespace sgsh
