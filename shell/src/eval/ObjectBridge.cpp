@@ -81,7 +81,9 @@ class VcosBridge final : public ObjectBridge {
       omCallMethod(cls->getName(), "display", COSGetPublicClient(), 0, nullptr, 1, in, /*dispatchOnObject=*/true);
       return {};
     }
-    const std::string line = ops::sizeText(objects) + " " + vxGetClassName(objects) + "\n";
+    const bool deleted = vxGetNumberOfElements(objects) == 1 && !omGetLiveArrayElement(objects, 0);
+    const std::string line =
+        (deleted ? std::string("handle to deleted ") : ops::sizeText(objects) + " ") + vxGetClassName(objects) + "\n";
     return name.empty() ? "  " + line : name + " = " + line;
   }
 };
