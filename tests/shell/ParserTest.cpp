@@ -105,6 +105,10 @@ TEST(ParserTest, FunctionsWithAndWithoutEnd) {
   EXPECT_EQ(p.functions[1]->text, "g");
   EXPECT_TRUE(p.functions[1]->names.empty());
   EXPECT_EQ(p.functions[2]->names, (std::vector<std::string>{"x"}));
+  // The session reads on while a function is still open.
+  EXPECT_TRUE(p.openFunction);
+  EXPECT_FALSE(Parser::parse("function f\n  disp(1)\nend\n").openFunction);
+  EXPECT_TRUE(Parser::parse("function f\n  if 1, disp(1), end\n").openFunction);
 }
 
 TEST(ParserTest, SyntaxErrors) {

@@ -65,6 +65,7 @@ class Parser {
   std::size_t pos_ = 0;
   int indexDepth_ = 0;   // > 0 while inside ( ) or { } of an index: 'end' and ':' are values
   int matrixDepth_ = 0;  // > 0 inside [ ] or { } literals
+  bool openFunction_ = false;
 };
 
 }  // namespace sgsh

@@ -10,6 +10,7 @@ namespace sgsh {
 struct Program {
   NodePtr body;                    // a Block
   std::vector<NodePtr> functions;  // Function nodes, in source order
+  bool openFunction = false;       // the last function ran to the end of the source without 'end'
 };
 
 }  // namespace sgsh

@@ -105,6 +105,7 @@ Program Parser::parseProgram() {
     body->kids.push_back(parseStatement());
   }
   prog.body = std::move(body);
+  prog.openFunction = openFunction_;
   return prog;
 }
 
@@ -266,7 +267,8 @@ NodePtr Parser::parseFunction() {
     }
   }
   n->kids.push_back(parseBlock());
-  accept(TokenKind::KwEnd);  // the end of a function is optional
+  // The end of a function is optional in a file.
+  openFunction_ = !accept(TokenKind::KwEnd) && at(TokenKind::End);
   return n;
 }
 

@@ -60,11 +60,11 @@ int Shell::runFile(const std::string& path) {
 namespace {
 
 // True when the source stops in the middle of a statement or block, so the
-// session should read another line.
+// session should read another line. A function typed in a session ends
+// with 'end'.
 bool incomplete(const std::string& source) {
   try {
-    Parser::parse(source);
-    return false;
+    return Parser::parse(source).openFunction;
   } catch (const IMsgIDException& e) {
     const auto& args = e.message().arguments();
     return e.identifier() == "VANTEL:sgsh:Syntax" && !args.empty() && args[0] == "end of input";
