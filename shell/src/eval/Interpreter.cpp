@@ -360,15 +360,13 @@ Value errorStruct(const std::string& id, const std::string& text) {
 
 }  // namespace
 
+// Workspaces and 'end' contexts of the failed part unwind with their guards.
 Interpreter::Flow Interpreter::execTry(const Node& s) {
-  const std::size_t ends = ends_.size();
   try {
     return execBlock(*s.kids[0]);
   } catch (const IMsgIDException& e) {
-    ends_.resize(ends);
     if (!s.text.empty()) ws()[s.text] = errorStruct(e.identifier(), e.what());
   } catch (const std::bad_alloc&) {
-    ends_.resize(ends);
     if (!s.text.empty()) ws()[s.text] = errorStruct("VANTEL:vcos:OutOfMemory", "Out of memory.");
   }
   return execBlock(*s.kids[1]);
