@@ -68,9 +68,9 @@ std::string shortNumber(double v) {
   return buf;
 }
 
-std::string convertOne(const std::string& spec, char conv, const Item& item) {
+std::string convertOne(const std::string& directive, char conv, const Item& item) {
   char buf[512];
-  std::string s = spec;
+  std::string s = directive;
   switch (conv) {
     case 'd':
     case 'i':
@@ -125,7 +125,7 @@ std::string convertOne(const std::string& spec, char conv, const Item& item) {
       return buf;
     }
     default:
-      return spec + conv;
+      return directive + conv;
   }
 }
 
