@@ -8,6 +8,10 @@
 // object, and only when the class has no property of that name.
 #pragma once
 
+#include <string>
+#include <string_view>
+
+#include "vcos/COSDataTypePtr.h"
 #include "vcos/COSInternedBase.h"
 #include "vcos/COSValue.h"
 #include "vx/vxTypes.h"
@@ -42,6 +46,7 @@ class PropertyValue {
 class PropertyResolver {
  public:
   explicit PropertyResolver(COSID name) noexcept : name_(name) {}
+  ~PropertyResolver();
   PropertyResolver(const PropertyResolver&) = delete;
   PropertyResolver& operator=(const PropertyResolver&) = delete;
 
@@ -53,12 +58,33 @@ class PropertyResolver {
   // may not read it, or its value has no array form.
   bool read(COSInterface* object, PropertyValue& out);
 
+  // Compares the property with a value that is not text, in the property's
+  // own type when it has one that is neither an array nor text: the value is
+  // converted into that type once per property, and each object's word is
+  // compared with the type's isEqual, so the walk makes no array per object.
+  enum class Typed : unsigned char { NotApplicable, Equal, NotEqual };
+  Typed compareTyped(COSInterface* object, const vxArray* value);
+  // Compares a text property ("asciiString", "unicodeString") with folded
+  // text without regard to case, on the property's own word, so no array is
+  // made per object. `asciiFolded` is the same text when it is pure ASCII,
+  // else null (then an "asciiString" property is not handled here).
+  Typed compareText(COSInterface* object, std::u16string_view folded, const std::string* asciiFolded);
+
  private:
   struct Resolved {
     const COSPropInfo* property = nullptr;
     bool readable = false;
     bool isArray = false;                    // the word is a vxArray*
+    bool isText = false;                     // "asciiString", "unicodeString"
+    bool isAscii = false;                    // "asciiString"
     COSTypeConversion* toArray = nullptr;    // otherwise, the conversion to "any"
+  };
+  // The compared value in the type of one property.
+  struct TypedValue {
+    const COSPropInfo* property = nullptr;
+    COSDataTypePtr type;
+    COSValue value;
+    bool usable = false;  // false: the value has no form in that type
   };
   Resolved resolve(COSInterface* object);
   static Resolved describe(const COSPropInfo* property);
@@ -66,6 +92,7 @@ class PropertyResolver {
   COSID name_;
   const COSClass* cachedClass_ = nullptr;
   Resolved cached_;
+  TypedValue typed_;
 };
 
 }  // namespace vcos::search
