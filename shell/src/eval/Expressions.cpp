@@ -279,7 +279,14 @@ void Interpreter::evalField(const Node& e, std::vector<Value>& out, int nargout)
     // h.Prop, or h.method without parentheses.
     ObjectBridge& bridge = ObjectBridge::current();
     if (!bridge.hasProperty(v.get(), name) && bridge.callMethod(v.get(), name, {}, nargout, out)) return;
-    out.push_back(bridge.getProperty(v.get(), name));
+    const vxSize n = vxGetNumberOfElements(v.get());
+    if (n == 1) {
+      out.push_back(bridge.getProperty(v.get(), name));
+      return;
+    }
+    // h.Prop of several objects gives one value per object.
+    for (vxSize i = 0; i < n; ++i)
+      out.push_back(bridge.getProperty(ops::gather(v.get(), std::vector<vxIndex>{i}, {1, 1}).get(), name));
     return;
   }
   if (!vxIsStruct(v.get())) throw Error("VANTEL:sgsh:FieldOfNonStruct", vxGetClassName(v.get()));
