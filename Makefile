@@ -1,5 +1,6 @@
 # The two commands of the project:
-#   make demo   set everything up on a fresh Debian machine, build, run the tour
+#   make demo   set everything up on a fresh Debian machine, build, run the
+#               tour (examples/tour.sg) with sgsh
 #   make test   set everything up, build, run all tests
 # Further: make test-asan (tests under AddressSanitizer + UBSan), make bench,
 # make install PREFIX=..., make clean.
@@ -37,7 +38,7 @@ build: deps $(BUILD)/build.ninja
 	cmake --build $(BUILD) -j $(JOBS)
 
 demo: build
-	./$(BUILD)/examples/sgdemo
+	./$(BUILD)/shell/sgsh examples/tour.sg
 
 test: test-unit test-install
 

@@ -1,0 +1,334 @@
+// Indexing: selection of elements by subscripts or linear indices, and
+// assignment with growth, class rules and deletion.
+#include "eval/Indexing.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <foundation/core/except/Error.h>
+
+namespace sgsh::ops {
+
+using foundation::core::except::Error;
+
+bool isColon(const vxArray* arg) noexcept {
+  return vxIsChar(arg) && vxGetNumberOfElements(arg) == 1 && vxGetChars(arg)[0] == u':';
+}
+
+namespace {
+
+struct IndexList {
+  bool colon = false;
+  std::vector<vxIndex> idx;  // zero-based
+  Dims shape;                // of the index array (for linear indexing)
+  bool logical = false;
+};
+
+// Reads one index argument; extent is the size of the indexed dimension
+// (for ':' and logical masks).
+IndexList readIndex(const vxArray* arg, vxSize extent) {
+  IndexList l;
+  if (isColon(arg)) {
+    l.colon = true;
+    l.idx.resize(extent);
+    for (vxSize i = 0; i < extent; ++i) l.idx[i] = i;
+    l.shape = {extent, 1};
+    return l;
+  }
+  if (vxIsLogical(arg)) {
+    const vxSize n = vxGetNumberOfElements(arg);
+    const bool* p = vxGetLogicals(arg);
+    for (vxSize i = 0; i < n; ++i)
+      if (p[i]) {
+        if (i >= extent) throw Error("VANTEL:sgsh:IndexOutOfBounds", i + 1, extent);
+        l.idx.push_back(i);
+      }
+    l.logical = true;
+    l.shape = vxGetM(arg) == 1 && vxGetNumberOfDimensions(arg) == 2 ? Dims{1, l.idx.size()} : Dims{l.idx.size(), 1};
+    return l;
+  }
+  if (!isNumberLike(arg) || vxIsChar(arg)) throw Error("VANTEL:sgsh:BadIndex");
+  const vxSize n = vxGetNumberOfElements(arg);
+  l.idx.resize(n);
+  for (vxSize i = 0; i < n; ++i) {
+    const double v = realAt(arg, i);
+    if (!(v >= 1) || v != std::floor(v)) throw Error("VANTEL:sgsh:BadIndex");
+    l.idx[i] = static_cast<vxIndex>(v) - 1;
+  }
+  l.shape = dimsOf(arg);
+  return l;
+}
+
+// The extent of dimension k when a is indexed with count subscripts: the
+// last subscript covers all remaining dimensions.
+vxSize extentOf(const Dims& d, std::size_t k, std::size_t count) {
+  if (k + 1 < count) return k < d.size() ? d[k] : 1;
+  vxSize e = 1;
+  for (std::size_t j = k; j < d.size(); ++j) e *= d[j];
+  return e;
+}
+
+bool isVectorShape(const Dims& d) { return d.size() == 2 && (d[0] == 1 || d[1] == 1); }
+
+// Linear positions for subscripts lists over dims of count subscripts.
+std::vector<vxIndex> positionsOf(const std::vector<IndexList>& lists, const Dims& d) {
+  const std::size_t count = lists.size();
+  std::vector<vxSize> strides(count);
+  vxSize stride = 1;
+  for (std::size_t k = 0; k < count; ++k) {
+    strides[k] = stride;
+    stride *= extentOf(d, k, count);
+  }
+  vxSize total = 1;
+  for (const IndexList& l : lists) total *= l.idx.size();
+  std::vector<vxIndex> pos;
+  pos.reserve(total);
+  if (total == 0) return pos;
+  std::vector<std::size_t> at(count, 0);
+  for (;;) {
+    vxIndex lin = 0;
+    for (std::size_t k = 0; k < count; ++k) lin += lists[k].idx[at[k]] * strides[k];
+    pos.push_back(lin);
+    std::size_t k = 0;
+    while (k < count && ++at[k] == lists[k].idx.size()) at[k++] = 0;
+    if (k == count) break;
+  }
+  return pos;
+}
+
+bool isDeletion(const vxArray* rhs) {
+  return vxIsDouble(rhs) && vxGetNumberOfDimensions(rhs) == 2 && vxGetM(rhs) == 0 && vxGetN(rhs) == 0;
+}
+
+// The class of a(i) = rhs: the target's, except where the language widens.
+Value conformed(Value& a, const vxArray* rhs, bool targetEmpty) {
+  const vxClassID ta = vxGetClassID(a.get()), tr = vxGetClassID(rhs);
+  if (targetEmpty && vxIsDouble(a.get())) {
+    // An empty [] takes the class of what goes into it.
+    Value fresh = makeLike(rhs, dimsOf(a.get()));
+    a = std::move(fresh);
+    return Value::copyOf(rhs);
+  }
+  if (ta == tr) {
+    if (ta == vxDOUBLE_CLASS && vxIsComplex(rhs) && !vxIsComplex(a.get()))
+      a = convertTo(a.get(), vxDOUBLE_CLASS, true);
+    if (ta == vxDOUBLE_CLASS && vxIsComplex(a.get()) && !vxIsComplex(rhs)) return convertTo(rhs, vxDOUBLE_CLASS, true);
+    if (ta == vxSTRUCT_CLASS) {
+      // Fields of the value join the target's.
+      for (const std::string& f : fieldNames(rhs))
+        if (vxGetFieldNumber(a.get(), f.c_str()) < 0) vxAddFieldToStruct(a.mut(), f.c_str());
+      if (fieldNames(rhs).size() != fieldNames(a.get()).size()) {
+        Value widened = makeLike(a.get(), dimsOf(rhs));
+        for (vxSize i = 0; i < vxGetNumberOfElements(rhs); ++i) copyElement(widened.mut(), i, rhs, i);
+        return widened;
+      }
+    }
+    return Value::copyOf(rhs);
+  }
+  if (ta == vxSTRING_CLASS && isText(rhs)) {
+    Value s = makeArray(vxSTRING_CLASS, {1, 1});
+    vxSetStringElement(s.mut(), 0, matrix::get_ustring(rhs));
+    return s;
+  }
+  if (isNumberLike(a.get()) && isNumberLike(rhs)) {
+    if (ta == vxLOGICAL_CLASS) {
+      a = convertTo(a.get(), vxDOUBLE_CLASS, vxIsComplex(rhs));
+      return convertTo(rhs, vxDOUBLE_CLASS, vxIsComplex(rhs));
+    }
+    if (ta == vxDOUBLE_CLASS) {
+      const bool cx = vxIsComplex(a.get()) || vxIsComplex(rhs);
+      if (cx && !vxIsComplex(a.get())) a = convertTo(a.get(), vxDOUBLE_CLASS, true);
+      return convertTo(rhs, vxDOUBLE_CLASS, cx);
+    }
+    return convertTo(rhs, ta, false);
+  }
+  throw Error("VANTEL:sgsh:CannotConvert", classNameOf(rhs), classNameOf(a.get()));
+}
+
+Value deleteElements(const vxArray* a, std::span<const Value> args) {
+  const Dims d = dimsOf(a);
+  if (args.size() == 1) {
+    IndexList l = readIndex(args[0].get(), countOf(d));
+    const vxSize n = countOf(d);
+    std::vector<bool> drop(n, false);
+    for (vxIndex i : l.idx) {
+      if (i >= n) throw Error("VANTEL:sgsh:IndexOutOfBounds", i + 1, n);
+      drop[i] = true;
+    }
+    std::vector<vxIndex> keep;
+    for (vxIndex i = 0; i < n; ++i)
+      if (!drop[i]) keep.push_back(i);
+    if (l.colon) return makeLike(a, {0, 0});
+    const Dims out = d.size() == 2 && d[1] == 1 && d[0] != 1 ? Dims{keep.size(), 1} : Dims{1, keep.size()};
+    return gather(a, keep, out);
+  }
+  // Subscripts: all but one must cover their whole dimension.
+  std::vector<IndexList> lists;
+  std::size_t cut = args.size();
+  for (std::size_t k = 0; k < args.size(); ++k) {
+    const vxSize e = extentOf(d, k, args.size());
+    lists.push_back(readIndex(args[k].get(), e));
+    std::vector<vxIndex> sorted = lists.back().idx;
+    std::sort(sorted.begin(), sorted.end());
+    sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+    const bool whole = sorted.size() == e;
+    for (vxIndex i : sorted)
+      if (i >= e) throw Error("VANTEL:sgsh:IndexOutOfBounds", i + 1, e);
+    if (!whole) {
+      if (cut != args.size()) throw Error("VANTEL:sgsh:BadDeletion");
+      cut = k;
+    }
+  }
+  if (cut == args.size()) return makeLike(a, {0, 0});  // everything goes
+  Dims sd;
+  for (std::size_t k = 0; k < args.size(); ++k) sd.push_back(extentOf(d, k, args.size()));
+  std::vector<bool> drop(sd[cut], false);
+  for (vxIndex i : lists[cut].idx) drop[i] = true;
+  std::vector<IndexList> keepLists(args.size());
+  for (std::size_t k = 0; k < args.size(); ++k)
+    for (vxIndex i = 0; i < sd[k]; ++i)
+      if (k != cut || !drop[i]) keepLists[k].idx.push_back(i);
+  Dims out = sd;
+  out[cut] = keepLists[cut].idx.size();
+  return gather(a, positionsOf(keepLists, sd), out);
+}
+
+}  // namespace
+
+Selection select(const vxArray* a, std::span<const Value> args) {
+  const Dims d = dimsOf(a);
+  Selection s;
+  if (args.empty()) {
+    s.dims = d;
+    s.positions.resize(countOf(d));
+    for (vxIndex i = 0; i < s.positions.size(); ++i) s.positions[i] = i;
+    return s;
+  }
+  if (args.size() == 1) {
+    const vxSize n = countOf(d);
+    IndexList l = readIndex(args[0].get(), n);
+    for (vxIndex i : l.idx)
+      if (i >= n) throw Error("VANTEL:sgsh:IndexOutOfBounds", i + 1, n);
+    s.positions = std::move(l.idx);
+    // A vector indexed by a vector keeps its orientation.
+    if (!l.colon && isVectorShape(d) && isVectorShape(l.shape) && !(d[0] == 1 && d[1] == 1))
+      s.dims = d[0] == 1 ? Dims{1, s.positions.size()} : Dims{s.positions.size(), 1};
+    else if (l.logical && !isVectorShape(d))
+      s.dims = {s.positions.size(), 1};
+    else
+      s.dims = l.shape;
+    return s;
+  }
+  std::vector<IndexList> lists;
+  for (std::size_t k = 0; k < args.size(); ++k) {
+    const vxSize e = extentOf(d, k, args.size());
+    lists.push_back(readIndex(args[k].get(), e));
+    for (vxIndex i : lists.back().idx)
+      if (i >= e) throw Error("VANTEL:sgsh:IndexOutOfBounds", i + 1, e);
+    s.dims.push_back(lists.back().idx.size());
+  }
+  s.positions = positionsOf(lists, d);
+  return s;
+}
+
+Value indexGet(const vxArray* a, std::span<const Value> args) {
+  Selection s = select(a, args);
+  return gather(a, s.positions, s.dims);
+}
+
+namespace {
+
+// Grows a so that the subscripts fit; returns the positions they name.
+std::vector<vxIndex> growFor(Value& a, std::span<const Value> args, const vxArray* rhs) {
+  Dims d = dimsOf(a.get());
+  if (args.size() == 1) {
+    const vxSize n = countOf(d);
+    IndexList l = readIndex(args[0].get(), n);
+    if (l.colon && n == 0 && rhs) {
+      // x(:) = v on an empty x takes v's length.
+      const vxSize m = vxGetNumberOfElements(rhs);
+      l.idx.resize(m);
+      for (vxSize i = 0; i < m; ++i) l.idx[i] = i;
+    }
+    vxIndex top = 0;
+    for (vxIndex i : l.idx) top = std::max(top, i + 1);
+    if (top > n) {
+      Dims nd;
+      if (n == 0 && (d.size() > 2 || (d[0] == 0 && d[1] == 0)))
+        nd = {1, top};
+      else if (d.size() == 2 && d[0] == 1)
+        nd = {1, top};
+      else if (d.size() == 2 && d[1] == 1)
+        nd = {top, 1};
+      else if (d.size() == 2 && d[0] == 0)
+        nd = {1, top};
+      else
+        throw Error("VANTEL:sgsh:CannotGrow", sizeText(d));
+      a = resized(a.get(), nd);
+    }
+    return std::move(l.idx);
+  }
+  // Subscripts past the end grow their dimension; ':' on an empty
+  // dimension takes the matching extent of the value.
+  const std::size_t count = args.size();
+  Dims want = d;
+  while (want.size() < count) want.push_back(1);
+  std::vector<IndexList> lists;
+  const Dims rd = rhs ? dimsOf(rhs) : Dims{1, 1};
+  std::size_t rk = 0;
+  for (std::size_t k = 0; k < count; ++k) {
+    const vxSize e = extentOf(want, k, count);
+    IndexList l = readIndex(args[k].get(), e);
+    if (l.colon && e == 0 && rhs && vxGetNumberOfElements(rhs) != 1) {
+      while (rk < rd.size() && rd[rk] == 1) ++rk;
+      const vxSize m = rk < rd.size() ? rd[rk++] : 1;
+      l.idx.resize(m);
+      for (vxSize i = 0; i < m; ++i) l.idx[i] = i;
+    }
+    vxIndex top = 0;
+    for (vxIndex i : l.idx) top = std::max(top, i + 1);
+    if (top > e) {
+      if (k + 1 == count && want.size() > count) throw Error("VANTEL:sgsh:CannotGrow", sizeText(d));
+      want[k] = top;
+    }
+    lists.push_back(std::move(l));
+  }
+  if (normalized(want) != normalized(d)) a = resized(a.get(), want);
+  return positionsOf(lists, dimsOf(a.get()).size() >= count ? dimsOf(a.get()) : want);
+}
+
+}  // namespace
+
+Value indexAssign(Value a, std::span<const Value> args, const vxArray* rhs) {
+  if (!a.has()) a = vxIsCell(rhs) || vxIsStruct(rhs) || vxIsString(rhs) || vxGetClassID(rhs) == vxOBJECT_CLASS
+                        ? makeLike(rhs, {0, 0})
+                        : Value::emptyDouble();
+  if (isDeletion(rhs)) return deleteElements(a.get(), args);
+  const bool targetEmpty = vxIsEmpty(a.get());
+  if (vxIsCell(a.get()) != vxIsCell(rhs) && !(targetEmpty && vxIsDouble(a.get())))
+    throw Error("VANTEL:sgsh:CannotConvert", classNameOf(rhs), classNameOf(a.get()));
+  Value value = conformed(a, rhs, targetEmpty);
+  const std::vector<vxIndex> pos = growFor(a, args, value.get());
+  const vxSize nv = vxGetNumberOfElements(value.get());
+  if (nv != 1 && nv != pos.size())
+    throw Error("VANTEL:sgsh:AssignSizeMismatch", pos.size(), nv);
+  for (std::size_t k = 0; k < pos.size(); ++k) copyElement(a.mut(), pos[k], value.get(), nv == 1 ? 0 : k);
+  return a;
+}
+
+vxIndex assignPosition(Value& a, std::span<const Value> args, vxClassID classIfNew) {
+  if (!a.has() || (vxIsDouble(a.get()) && vxIsEmpty(a.get()))) a = makeArray(classIfNew, {0, 0});
+  const std::vector<vxIndex> pos = growFor(a, args, nullptr);
+  if (pos.size() != 1) throw Error("VANTEL:sgsh:NotOneElement", pos.size());
+  return pos[0];
+}
+
+Value braceAssign(Value c, std::span<const Value> args, Value v) {
+  if (c.has() && !vxIsCell(c.get()) && !(vxIsDouble(c.get()) && vxIsEmpty(c.get())))
+    throw Error("VANTEL:sgsh:BraceOnNonCell", classNameOf(c.get()));
+  const vxIndex at = assignPosition(c, args, vxCELL_CLASS);
+  vxSetCell(c.mut(), at, v.release());
+  return c;
+}
+
+}  // namespace sgsh::ops

@@ -1,0 +1,504 @@
+// The evaluator's statements and calls: blocks and control flow, assignment
+// into places, multiple outputs, script functions, anonymous functions and
+// the dispatch of calls by name.
+#include "sgsh/Interpreter.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include <foundation/core/except/Error.h>
+#include <vcos/BuiltinClasses.h>
+#include <vcos/FunctionDispatcher.h>
+#include <vx/vx.h>
+
+#include "eval/ArrayOps.h"
+#include "eval/Indexing.h"
+#include "eval/ObjectBridge.h"
+#include "eval/Operators.h"
+#include "sgsh/BuiltinRegistry.h"
+#include "sgsh/Display.h"
+#include "sgsh/FunctionHandle.h"
+#include "sgsh/Output.h"
+#include "sgsh/Parser.h"
+#include "sgsh/ScriptError.h"
+
+namespace sgsh {
+
+using foundation::core::except::Error;
+using foundation::core::except::IMsgIDException;
+
+namespace {
+constexpr std::size_t kMaxDepth = 256;
+}
+
+// Pushes a fresh workspace for a function call and pops it on every exit.
+class Interpreter::FrameGuard {
+ public:
+  explicit FrameGuard(Interpreter& in) : in_(in) {
+    if (in_.frames_.size() >= kMaxDepth) throw Error("VANTEL:sgsh:RecursionLimit", kMaxDepth);
+    in_.frames_.push_back(std::make_unique<Workspace>());
+  }
+  ~FrameGuard() { in_.frames_.pop_back(); }
+  FrameGuard(const FrameGuard&) = delete;
+  FrameGuard& operator=(const FrameGuard&) = delete;
+
+ private:
+  Interpreter& in_;
+};
+
+namespace {
+
+// Interpreters alive, oldest first, and those running code on this thread.
+std::vector<Interpreter*>& liveInterpreters() {
+  static std::vector<Interpreter*> live;
+  return live;
+}
+thread_local std::vector<Interpreter*> runningInterpreters;
+
+}  // namespace
+
+class Interpreter::RunningGuard {
+ public:
+  explicit RunningGuard(Interpreter* in) { runningInterpreters.push_back(in); }
+  ~RunningGuard() { runningInterpreters.pop_back(); }
+  RunningGuard(const RunningGuard&) = delete;
+  RunningGuard& operator=(const RunningGuard&) = delete;
+};
+
+Interpreter::Interpreter() : timer_(std::chrono::steady_clock::now()) {
+  frames_.push_back(std::make_unique<Workspace>());
+  liveInterpreters().push_back(this);
+  vcos::registerBuiltinClasses();  // handle, dynamicprops, listeners, display mixins
+  BuiltinRegistry::instance();     // registers the built-ins with the dispatcher
+}
+
+Interpreter::~Interpreter() { std::erase(liveInterpreters(), this); }
+
+Interpreter& Interpreter::current() {
+  if (!runningInterpreters.empty()) return *runningInterpreters.back();
+  if (!liveInterpreters().empty()) return *liveInterpreters().back();
+  throw Error("VANTEL:sgsh:NoInterpreter");
+}
+
+void Interpreter::run(std::string_view source) {
+  RunningGuard running(this);
+  Program prog = Parser::parse(source);
+  for (const NodePtr& fn : prog.functions) functions_[fn->text] = fn;
+  programs_.push_back(prog.body);
+  execBlock(*prog.body);
+}
+
+const Value* Interpreter::findVariable(const std::string& name) const {
+  auto it = ws().find(name);
+  return it == ws().end() ? nullptr : &it->second;
+}
+
+void Interpreter::setVariable(const std::string& name, Value value) { ws()[name] = std::move(value); }
+
+bool Interpreter::isFunction(const std::string& name) const {
+  return functions_.count(name) != 0 || BuiltinRegistry::instance().find(name) != nullptr;
+}
+
+Value Interpreter::makeHandle(std::shared_ptr<const FunctionHandle> data) const {
+  return Value(vxCreateFunctionHandle(std::move(data)));
+}
+
+// ---- statements ----------------------------------------------------------
+
+Interpreter::Flow Interpreter::execBlock(const Node& block) {
+  for (const NodePtr& s : block.kids) {
+    const Flow f = exec(*s);
+    if (f != Flow::Normal) return f;
+  }
+  return Flow::Normal;
+}
+
+Interpreter::Flow Interpreter::exec(const Node& s) {
+  switch (s.kind) {
+    case NodeKind::ExprStmt: execExprStmt(s); return Flow::Normal;
+    case NodeKind::Assign: execAssign(s); return Flow::Normal;
+    case NodeKind::MultiAssign: execMultiAssign(s); return Flow::Normal;
+    case NodeKind::If: return execIf(s);
+    case NodeKind::For: return execFor(s);
+    case NodeKind::While: return execWhile(s);
+    case NodeKind::TryCatch: return execTry(s);
+    case NodeKind::Break: return Flow::Break;
+    case NodeKind::Continue: return Flow::Continue;
+    case NodeKind::Return: return Flow::Return;
+    case NodeKind::Block: return execBlock(s);
+    case NodeKind::Function:  // collected by the parser, never inside a block
+    case NodeKind::Number:
+    case NodeKind::CharLit:
+    case NodeKind::StringLit:
+    case NodeKind::Name:
+    case NodeKind::Colon:
+    case NodeKind::EndValue:
+    case NodeKind::Ignore:
+    case NodeKind::Binary:
+    case NodeKind::Unary:
+    case NodeKind::ShortCircuit:
+    case NodeKind::Range:
+    case NodeKind::Matrix:
+    case NodeKind::CellLit:
+    case NodeKind::Row:
+    case NodeKind::Paren:
+    case NodeKind::Brace:
+    case NodeKind::Field:
+    case NodeKind::DynField:
+    case NodeKind::FuncHandle:
+    case NodeKind::Lambda:
+      break;
+  }
+  assert(false && "not a statement node");
+  return Flow::Normal;
+}
+
+void Interpreter::show(const std::string& name, const Value& value) { writeOutput(displayText(name, value.get())); }
+
+void Interpreter::execExprStmt(const Node& s) {
+  const Node& e = *s.kids[0];
+  if (e.kind == NodeKind::Name) {
+    if (const Value* v = findVariable(e.text)) {
+      if (s.show) show(e.text, *v);
+      return;
+    }
+  }
+  std::vector<Value> out;
+  evalMulti(e, out, 0);
+  if (out.empty()) return;
+  ws()["ans"] = std::move(out[0]);
+  if (s.show) show("ans", ws()["ans"]);
+}
+
+void Interpreter::execAssign(const Node& s) {
+  Value v = eval(*s.kids[1]);
+  assignTo(*s.kids[0], std::move(v), s.show);
+}
+
+void Interpreter::execMultiAssign(const Node& s) {
+  const std::size_t n = s.kids.size() - 1;
+  const Node& rhs = *s.kids[n];
+  std::vector<Value> out;
+  evalMulti(rhs, out, static_cast<int>(n));
+  if (out.size() < n) {
+    // Outputs past the ones produced may only be ignored ones.
+    for (std::size_t i = out.size(); i < n; ++i)
+      if (s.kids[i]->kind != NodeKind::Ignore) throw Error("VANTEL:sgsh:TooManyOutputs", toSource(rhs));
+  }
+  for (std::size_t i = 0; i < n && i < out.size(); ++i) assignTo(*s.kids[i], std::move(out[i]), s.show);
+}
+
+void Interpreter::assignTo(const Node& target, Value value, bool showIt) {
+  if (target.kind == NodeKind::Ignore) return;
+  if (!value.has()) throw Error("VANTEL:sgsh:NoValue");
+  if (target.kind == NodeKind::Name) {
+    Value& slot = ws()[target.text];
+    slot = std::move(value);
+    if (showIt) show(target.text, slot);
+    return;
+  }
+  std::vector<const Node*> chain;
+  const Node* n = &target;
+  while (n->kind != NodeKind::Name) {
+    chain.push_back(n);
+    n = n->kids[0].get();
+  }
+  std::reverse(chain.begin(), chain.end());
+  const std::string& root = n->text;
+  auto it = ws().find(root);
+  Value base = it == ws().end() ? Value() : it->second;  // a shared copy: the variable stays intact on failure
+  Value result = assignPath(std::move(base), chain, 0, std::move(value));
+  Value& slot = ws()[root];
+  slot = std::move(result);
+  if (showIt) show(root, slot);
+}
+
+Value Interpreter::assignPath(Value base, const std::vector<const Node*>& chain, std::size_t k, Value rhs) {
+  const Node& acc = *chain[k];
+  const bool last = k + 1 == chain.size();
+  const bool isObj = base.has() && vxIsObject(base.get());
+  switch (acc.kind) {
+    case NodeKind::Paren: {
+      std::vector<Value> args;
+      evalArgs(acc, base.get(), args);
+      if (last) return ops::indexAssign(std::move(base), args, rhs.get());
+      Value sub;
+      if (base.has() && !vxIsEmpty(base.get())) {
+        try {
+          sub = ops::indexGet(base.get(), args);
+        } catch (const IMsgIDException&) {
+          sub = Value();  // past the end: the nested assignment makes it
+        }
+      }
+      if (sub.has() && vxIsDouble(sub.get()) && vxIsEmpty(sub.get())) sub = Value();
+      Value inner = assignPath(std::move(sub), chain, k + 1, std::move(rhs));
+      return ops::indexAssign(std::move(base), args, inner.get());
+    }
+    case NodeKind::Brace: {
+      std::vector<Value> args;
+      evalArgs(acc, base.get(), args);
+      if (last) return ops::braceAssign(std::move(base), args, std::move(rhs));
+      if (base.has() && !vxIsCell(base.get()) && !(vxIsDouble(base.get()) && vxIsEmpty(base.get())))
+        throw Error("VANTEL:sgsh:BraceOnNonCell", vxGetClassName(base.get()));
+      const vxIndex at = ops::assignPosition(base, args, vxCELL_CLASS);
+      const vxArray* el = vxGetCell(base.get(), at);
+      Value sub = el && !(vxIsDouble(el) && vxIsEmpty(el)) ? Value::copyOf(el) : Value();
+      Value inner = assignPath(std::move(sub), chain, k + 1, std::move(rhs));
+      vxSetCell(base.mut(), at, inner.release());
+      return base;
+    }
+    case NodeKind::Field:
+    case NodeKind::DynField: {
+      const std::string name = fieldName(acc);
+      if (isObj) {
+        ObjectBridge& bridge = ObjectBridge::current();
+        if (last) {
+          bridge.setProperty(base.mut(), name, rhs.get());
+        } else {
+          Value inner = assignPath(bridge.getProperty(base.get(), name), chain, k + 1, std::move(rhs));
+          bridge.setProperty(base.mut(), name, inner.get());
+        }
+        return base;
+      }
+      if (!base.has() || (vxIsDouble(base.get()) && vxIsEmpty(base.get())))
+        base = Value(vxCreateStructMatrix(1, 1, 0, nullptr));
+      if (!vxIsStruct(base.get())) throw Error("VANTEL:sgsh:FieldOfNonStruct", vxGetClassName(base.get()));
+      if (vxGetNumberOfElements(base.get()) != 1)
+        throw Error("VANTEL:sgsh:NotOneElement", vxGetNumberOfElements(base.get()));
+      Value inner;
+      if (last) {
+        inner = std::move(rhs);
+      } else {
+        const int f = vxGetFieldNumber(base.get(), name.c_str());
+        const vxArray* el = f >= 0 ? vxGetFieldByNumber(base.get(), 0, f) : nullptr;
+        Value sub = el && !(vxIsDouble(el) && vxIsEmpty(el)) ? Value::copyOf(el) : Value();
+        inner = assignPath(std::move(sub), chain, k + 1, std::move(rhs));
+      }
+      if (vxAddFieldToStruct(base.mut(), name.c_str()) < 0) throw Error("VANTEL:sgsh:BadFieldName", name);
+      vxSetField(base.mut(), 0, name.c_str(), inner.release());
+      return base;
+    }
+    default:
+      break;
+  }
+  throw Error("VANTEL:sgsh:NotAssignable");
+}
+
+Interpreter::Flow Interpreter::execIf(const Node& s) {
+  const std::size_t n = s.kids.size();
+  std::size_t i = 0;
+  for (; i + 1 < n; i += 2) {
+    if (truth(eval(*s.kids[i]), *s.kids[i])) return execBlock(*s.kids[i + 1]);
+  }
+  if (i < n) return execBlock(*s.kids[i]);  // else
+  return Flow::Normal;
+}
+
+Interpreter::Flow Interpreter::execFor(const Node& s) {
+  const std::string& var = s.kids[0]->text;
+  const Node& range = *s.kids[1];
+  const Node& body = *s.kids[2];
+  // Runs the body once; Break or Return end the loop.
+  auto step = [&](Value v) -> Flow {
+    ws()[var] = std::move(v);
+    const Flow f = execBlock(body);
+    return f == Flow::Continue ? Flow::Normal : f;
+  };
+  {
+    if (range.kind == NodeKind::Range) {
+      // Numeric ranges are walked without building the array.
+      Value first = eval(*range.kids[0]);
+      Value stepv = range.kids.size() == 3 ? eval(*range.kids[1]) : Value();
+      Value lastv = eval(*range.kids.back());
+      if (!vxIsChar(first.get())) {
+        for (const Value* x : {&first, &stepv, &lastv})
+          if (x->has() && (!ops::isNumberLike(x->get()) || vxIsEmpty(x->get())))
+            throw Error("VANTEL:sgsh:BadRangeOperand");
+        const double f = ops::realAt(first.get(), 0), st = stepv.has() ? ops::realAt(stepv.get(), 0) : 1.0,
+                     l = ops::realAt(lastv.get(), 0);
+        const std::size_t count = ops::rangeCount(f, st, l);
+        for (std::size_t i = 0; i < count; ++i) {
+          const Flow fl = step(Value::scalar(f + st * static_cast<double>(i)));
+          if (fl != Flow::Normal) return fl == Flow::Return ? fl : Flow::Normal;
+        }
+        return Flow::Normal;
+      }
+    }
+    Value all = eval(range);
+    const vxArray* a = all.get();
+    if (vxIsEmpty(a)) return Flow::Normal;
+    const vxSize m = vxGetM(a), n = vxGetN(a);
+    for (vxSize j = 0; j < n; ++j) {
+      std::vector<vxIndex> pos(m);
+      for (vxSize i = 0; i < m; ++i) pos[i] = i + j * m;
+      const Flow fl = step(ops::gather(a, pos, {m, 1}));
+      if (fl != Flow::Normal) return fl == Flow::Return ? fl : Flow::Normal;
+    }
+  }
+  return Flow::Normal;
+}
+
+Interpreter::Flow Interpreter::execWhile(const Node& s) {
+  while (truth(eval(*s.kids[0]), *s.kids[0])) {
+    const Flow f = execBlock(*s.kids[1]);
+    if (f == Flow::Break) break;
+    if (f == Flow::Return) return f;
+  }
+  return Flow::Normal;
+}
+
+namespace {
+
+// The struct a catch clause receives: identifier and message.
+Value errorStruct(const std::string& id, const std::string& text) {
+  const char* names[] = {"identifier", "message"};
+  Value s(vxCreateStructMatrix(1, 1, 2, names));
+  vxSetFieldByNumber(s.mut(), 0, 0, Value::text(id).release());
+  vxSetFieldByNumber(s.mut(), 0, 1, Value::text(text).release());
+  return s;
+}
+
+}  // namespace
+
+// Workspaces and 'end' contexts of the failed part unwind with their guards.
+Interpreter::Flow Interpreter::execTry(const Node& s) {
+  try {
+    return execBlock(*s.kids[0]);
+  } catch (const IMsgIDException& e) {
+    if (!s.text.empty()) ws()[s.text] = errorStruct(e.identifier(), e.what());
+  } catch (const std::bad_alloc&) {
+    if (!s.text.empty()) ws()[s.text] = errorStruct("VANTEL:vcos:OutOfMemory", "Out of memory.");
+  }
+  return execBlock(*s.kids[1]);
+}
+
+// ---- calls ---------------------------------------------------------------
+
+std::vector<Value> Interpreter::call(const std::string& name, std::span<const Value> args, int nargout) {
+  ObjectBridge& objects = ObjectBridge::current();
+  // method(obj, args): the object's class is asked first.
+  if (!args.empty() && vxIsObject(args[0].get())) {
+    std::vector<Value> out;
+    if (objects.callMethod(args[0].get(), name, args.subspan(1), nargout, out)) return out;
+  }
+  auto fn = functions_.find(name);
+  if (fn != functions_.end() && fn->second) return callUser(*fn->second, args, nargout);
+  if (BuiltinFn b = BuiltinRegistry::instance().find(name)) {
+    std::vector<Value> out;
+    b(*this, nargout, out, args);
+    if (nargout > 1 && out.size() < static_cast<std::size_t>(nargout))
+      throw Error("VANTEL:sgsh:TooManyOutputs", name);
+    return out;
+  }
+  // Functions that libraries registered or export.
+  if (vcos::FunctionDispatcher::BuiltinFcn f = vcos::FunctionDispatcher::instance().find(name)) {
+    std::vector<const vxArray*> in;
+    for (const Value& v : args) in.push_back(v.get());
+    std::vector<vxArray*> raw(static_cast<std::size_t>(std::max(nargout, 1)), nullptr);
+    f(nargout, raw.data(), static_cast<int>(in.size()), in.data());
+    std::vector<Value> out;
+    for (vxArray* r : raw) {
+      if (!r) continue;
+      // A function that hands an input back as output did not make a new
+      // array: the caller gets a shared copy, not the input itself.
+      const bool isInput = std::find(in.begin(), in.end(), r) != in.end();
+      out.push_back(isInput ? Value::copyOf(r) : Value(r));
+    }
+    return out;
+  }
+  // A class name calls its constructor.
+  if (objects.isClass(name)) {
+    std::vector<Value> out;
+    out.push_back(objects.construct(name, args));
+    return out;
+  }
+  throw Error("VANTEL:sgsh:Undefined", name);
+}
+
+std::vector<Value> Interpreter::callHandle(const vxArray* handle, std::span<const Value> args, int nargout) {
+  std::shared_ptr<const vxFunctionHandleData> data = vxGetFunctionHandle(handle);
+  const auto* h = dynamic_cast<const FunctionHandle*>(data.get());
+  if (!h) throw Error("VANTEL:sgsh:ForeignHandle");
+  return callHandleData(*h, args, nargout);
+}
+
+std::vector<Value> Interpreter::callHandleData(const FunctionHandle& h, std::span<const Value> args, int nargout) {
+  RunningGuard running(this);
+  if (h.isAnonymous()) return callLambda(h, args, nargout);
+  return call(h.name(), args, nargout);
+}
+
+std::string Interpreter::dottedName(const Node& n) const {
+  if (n.kind == NodeKind::Name) return findVariable(n.text) || isFunction(n.text) ? std::string() : n.text;
+  if (n.kind != NodeKind::Field) return {};
+  std::string base = dottedName(*n.kids[0]);
+  return base.empty() ? base : base + "." + n.text;
+}
+
+std::vector<Value> Interpreter::callUser(const Node& fn, std::span<const Value> args, int nargout) {
+  const std::vector<std::string>& params = fn.names;
+  const bool varargin = !params.empty() && params.back() == "varargin";
+  const std::size_t fixedIn = varargin ? params.size() - 1 : params.size();
+  if (args.size() > fixedIn && !varargin) throw Error("VANTEL:sgsh:TooManyInputs", fn.text);
+  const std::vector<std::string>& outs = fn.outputs;
+  const bool varargout = !outs.empty() && outs.back() == "varargout";
+  const std::size_t fixedOut = varargout ? outs.size() - 1 : outs.size();
+  if (static_cast<std::size_t>(nargout) > fixedOut && !varargout) throw Error("VANTEL:sgsh:TooManyOutputs", fn.text);
+
+  FrameGuard frame(*this);
+  Workspace& w = ws();
+  for (std::size_t i = 0; i < fixedIn && i < args.size(); ++i)
+    if (params[i] != "~") w[params[i]] = args[i];
+  if (varargin) {
+    std::vector<Value> rest;
+    for (std::size_t i = fixedIn; i < args.size(); ++i) rest.push_back(args[i]);
+    w["varargin"] = ops::cellRow(std::move(rest));
+  }
+  w["nargin"] = Value::scalar(static_cast<double>(args.size()));
+  w["nargout"] = Value::scalar(nargout);
+  execBlock(*fn.kids[0]);
+
+  std::vector<Value> out;
+  const std::size_t want = std::max<std::size_t>(static_cast<std::size_t>(nargout), 1);
+  for (std::size_t i = 0; i < fixedOut && out.size() < want; ++i) {
+    auto it = ws().find(outs[i]);
+    if (it == ws().end()) {
+      if (i < static_cast<std::size_t>(nargout)) throw Error("VANTEL:sgsh:OutputNotSet", outs[i], fn.text);
+      break;
+    }
+    out.push_back(std::move(it->second));
+  }
+  if (varargout && out.size() < want) {
+    auto it = ws().find("varargout");
+    if (it != ws().end() && vxIsCell(it->second.get())) {
+      const vxArray* c = it->second.get();
+      for (vxSize i = 0; i < vxGetNumberOfElements(c) && out.size() < want; ++i) {
+        const vxArray* el = vxGetCell(c, i);
+        out.push_back(el ? Value::copyOf(el) : Value::emptyDouble());
+      }
+    }
+    if (out.size() < static_cast<std::size_t>(nargout)) throw Error("VANTEL:sgsh:OutputNotSet", "varargout", fn.text);
+  }
+  return out;
+}
+
+std::vector<Value> Interpreter::callLambda(const FunctionHandle& h, std::span<const Value> args, int nargout) {
+  const Node& lambda = h.lambda();
+  if (args.size() > lambda.names.size() && !(lambda.names.size() && lambda.names.back() == "varargin"))
+    throw Error("VANTEL:sgsh:TooManyInputs", lambda.text);
+  FrameGuard frame(*this);
+  Workspace& w = ws();
+  for (const auto& [name, value] : h.captured()) w[name] = value;
+  for (std::size_t i = 0; i < lambda.names.size() && i < args.size(); ++i)
+    if (lambda.names[i] != "~") w[lambda.names[i]] = args[i];
+  if (!lambda.names.empty() && lambda.names.back() == "varargin") {
+    std::vector<Value> rest;
+    for (std::size_t i = lambda.names.size() - 1; i < args.size(); ++i) rest.push_back(args[i]);
+    w["varargin"] = ops::cellRow(std::move(rest));
+  }
+  std::vector<Value> out;
+  evalMulti(*lambda.kids[0], out, nargout);
+  return out;
+}
+
+}  // namespace sgsh

@@ -1,0 +1,104 @@
+// The object bridge over the platform's class-object system: constructors,
+// properties through the public client path, method dispatch on the
+// object's class, and display through the class's display method.
+#include "eval/ObjectBridge.h"
+
+#include <foundation/core/except/Error.h>
+#include <foundation/io/ArrayNameScope.h>
+#include <vcos/COSClass.h>
+#include <vcos/COSClient.h>
+#include <vcos/ObjectArray.h>
+#include <vcos/ObjectCalls.h>
+#include <vx/vx.h>
+
+#include "eval/ArrayOps.h"
+#include "sgsh/Output.h"
+
+namespace sgsh {
+
+using foundation::core::except::Error;
+
+namespace {
+
+class VcosBridge final : public ObjectBridge {
+ public:
+  bool isClass(const std::string& name) override { return COSClass::getClass(COSID(name.c_str())) != nullptr; }
+
+  Value construct(const std::string& name, std::span<const Value> args) override {
+    COSClass* cls = COSClass::getClass(COSID(name.c_str()));
+    const std::string shortName = name.substr(name.rfind('.') + 1);
+    if (cls && !cls->findMethod(COSID(shortName.c_str()))) {
+      // No constructor of its own: the inputs are name-value pairs, set in
+      // order through the public client path after the object is made.
+      if (args.size() % 2) throw Error("VANTEL:sgsh:NameValuePairs", name);
+      Value object(omConstructObjectWithClient(name.c_str(), 0, nullptr, COSGetPublicClient()));
+      for (std::size_t i = 0; i < args.size(); i += 2)
+        vxSetProperty(object.mut(), 0, ops::textOf(args[i].get(), "property name").c_str(), args[i + 1].get());
+      return object;
+    }
+    std::vector<const vxArray*> in;
+    for (const Value& v : args) in.push_back(v.get());
+    return Value(omConstructObjectWithClient(name.c_str(), static_cast<int>(in.size()), in.data(), COSGetPublicClient()));
+  }
+
+  bool hasProperty(const vxArray* objects, const std::string& name) override {
+    COSClass* cls = vcos::array::classOf(objects);
+    return cls && cls->findPropertyExact(COSID(name.c_str())) != nullptr;
+  }
+
+  Value getProperty(const vxArray* objects, const std::string& name) override {
+    if (vxGetNumberOfElements(objects) != 1) throw Error("VANTEL:sgsh:NotOneElement", vxGetNumberOfElements(objects));
+    return Value(vxGetProperty(objects, 0, name.c_str()));
+  }
+
+  void setProperty(vxArray* objects, const std::string& name, const vxArray* value) override {
+    const vxSize n = vxGetNumberOfElements(objects);
+    for (vxSize i = 0; i < n; ++i) vxSetProperty(objects, i, name.c_str(), value);
+  }
+
+  bool callMethod(const vxArray* objects, const std::string& name, std::span<const Value> args, int nargout,
+                  std::vector<Value>& out) override {
+    COSClass* cls = vcos::array::classOf(objects);
+    if (!cls || !cls->findMethod(COSID(name.c_str()))) return false;
+    std::vector<const vxArray*> in{objects};
+    for (const Value& v : args) in.push_back(v.get());
+    std::vector<vxArray*> raw(static_cast<std::size_t>(std::max(nargout, 1)), nullptr);
+    const bool called = omCallMethod(cls->getName(), name.c_str(), COSGetPublicClient(), nargout, raw.data(),
+                                     static_cast<int>(in.size()), in.data(), /*dispatchOnObject=*/true);
+    for (vxArray* r : raw)
+      if (r) out.emplace_back(r);
+    return called;
+  }
+
+  std::string display(const std::string& name, const vxArray* objects) override {
+    COSClass* cls = vcos::array::classOf(objects);
+    static const COSID displayId("display");
+    if (cls && cls->findMethod(displayId)) {
+      // The class's display prints through the same output sink.
+      if (!name.empty()) writeOutput(name + " =\n");
+      services::io::ArrayNameScope scope(objects, name);
+      const vxArray* in[1] = {objects};
+      omCallMethod(cls->getName(), "display", COSGetPublicClient(), 0, nullptr, 1, in, /*dispatchOnObject=*/true);
+      return {};
+    }
+    const bool deleted = vxGetNumberOfElements(objects) == 1 && !omGetLiveArrayElement(objects, 0);
+    const std::string line =
+        (deleted ? std::string("handle to deleted ") : ops::sizeText(objects) + " ") + vxGetClassName(objects) + "\n";
+    return name.empty() ? "  " + line : name + " = " + line;
+  }
+};
+
+std::unique_ptr<ObjectBridge>& slot() {
+  static std::unique_ptr<ObjectBridge> bridge = std::make_unique<VcosBridge>();
+  return bridge;
+}
+
+}  // namespace
+
+ObjectBridge& ObjectBridge::current() { return *slot(); }
+
+std::unique_ptr<ObjectBridge> ObjectBridge::install(std::unique_ptr<ObjectBridge> bridge) {
+  return std::exchange(slot(), std::move(bridge));
+}
+
+}  // namespace sgsh

@@ -1,0 +1,53 @@
+// The owning value holder, and the small pieces of the language's runtime
+// types: script errors, function handles, the output channel.
+#include "sgsh/Value.h"
+
+
+#include <foundation/io/OutputSink.h>
+#include <vx/vx.h>
+
+#include "sgsh/FunctionHandle.h"
+#include "sgsh/Output.h"
+#include "sgsh/ScriptError.h"
+
+namespace sgsh {
+
+Value::Value(const Value& other) : array_(other.array_ ? vxCreateSharedDataCopy(other.array_.get()) : nullptr) {}
+
+Value& Value::operator=(const Value& other) {
+  if (this != &other) array_.reset(other.array_ ? vxCreateSharedDataCopy(other.array_.get()) : nullptr);
+  return *this;
+}
+
+Value Value::copyOf(const vxArray* borrowed) { return Value(vxCreateSharedDataCopy(borrowed)); }
+Value Value::scalar(double v) { return Value(vxCreateDoubleScalar(v)); }
+Value Value::logical(bool v) { return Value(vxCreateLogicalScalar(v)); }
+Value Value::emptyDouble() { return Value(vxCreateDoubleMatrix(0, 0, vxREAL)); }
+
+Value Value::text(std::string_view utf8) {
+  if (utf8.empty()) {
+    const vxSize dims[2] = {0, 0};
+    return Value(vxCreateCharArray(2, dims));
+  }
+  return Value(vxCreateString(std::string(utf8).c_str()));
+}
+
+ScriptError::~ScriptError() = default;
+
+std::unique_ptr<foundation::core::except::IMsgIDException> ScriptError::clone() const {
+  return std::make_unique<ScriptError>(*this);
+}
+
+void ScriptError::rethrow() const { throw *this; }
+
+FunctionHandle::~FunctionHandle() = default;
+
+std::string FunctionHandle::text() const { return lambda_ ? lambda_->text : "@" + name_; }
+
+// Output goes through the platform's printing sink, shared with utPrintf
+// and everything else that prints.
+void writeOutput(std::string_view text) { services::io::writeOutput(text); }
+
+OutputSink setOutputSink(OutputSink sink) { return services::io::setOutputSink(std::move(sink)); }
+
+}  // namespace sgsh

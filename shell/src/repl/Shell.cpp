@@ -1,0 +1,103 @@
+// Running files, code and the interactive session. The session uses
+// libedit for line editing and keeps its history in ~/.sgsh_history; a
+// statement that opens a block reads further lines until it is complete.
+#include "sgsh/Shell.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include <editline/readline.h>
+
+#include <foundation/core/except/IMsgIDException.h>
+#include <foundation/core/except/WarningChannel.h>
+
+#include "sgsh/Output.h"
+#include "sgsh/Parser.h"
+
+namespace sgsh {
+
+using foundation::core::except::IMsgIDException;
+using foundation::core::except::WarningChannel;
+
+Shell::Shell() {
+  // Warnings appear in the language's output, in order with the rest.
+  WarningChannel::instance().setSink([](std::string_view line) { writeOutput(line); });
+}
+
+Shell::~Shell() { WarningChannel::instance().setSink({}); }
+
+std::string Shell::errorReport(const std::exception& e) {
+  std::string report = "Error: ";
+  report += e.what();
+  if (const auto* m = dynamic_cast<const IMsgIDException*>(&e); m && !m->identifier().empty())
+    report += " (" + m->identifier() + ")";
+  return report + "\n";
+}
+
+int Shell::runCode(std::string_view code) {
+  try {
+    interp_.run(code);
+    return 0;
+  } catch (const std::exception& e) {
+    writeOutput(errorReport(e));
+    return 1;
+  }
+}
+
+int Shell::runFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) {
+    writeOutput("Error: cannot open " + path + "\n");
+    return 1;
+  }
+  std::ostringstream text;
+  text << in.rdbuf();
+  return runCode(text.str());
+}
+
+namespace {
+
+// True when the source stops in the middle of a statement or block, so the
+// session should read another line. A function typed in a session ends
+// with 'end'.
+bool incomplete(const std::string& source) {
+  try {
+    return Parser::parse(source).openFunction;
+  } catch (const IMsgIDException& e) {
+    const auto& args = e.message().arguments();
+    return e.identifier() == "VANTEL:sgsh:Syntax" && !args.empty() && args[0] == "end of input";
+  }
+}
+
+std::string historyPath() {
+  const char* home = std::getenv("HOME");
+  return home ? std::string(home) + "/.sgsh_history" : std::string();
+}
+
+}  // namespace
+
+int Shell::repl() {
+  const std::string history = historyPath();
+  using_history();
+  if (!history.empty()) read_history(history.c_str());
+  std::string pending;
+  for (;;) {
+    char* raw = readline(pending.empty() ? ">> " : "... ");
+    if (!raw) break;
+    std::string line(raw);
+    std::free(raw);
+    if (pending.empty() && (line == "exit" || line == "quit")) break;
+    if (line.find_first_not_of(" \t") != std::string::npos) add_history(line.c_str());
+    pending += line + "\n";
+    if (incomplete(pending)) continue;
+    std::string code = std::move(pending);
+    pending.clear();
+    runCode(code);
+  }
+  if (!history.empty()) write_history(history.c_str());
+  return 0;
+}
+
+}  // namespace sgsh
