@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "StringPayload.h"
-#include "Utf.h"
+#include "foundation/text/Utf.h"
 #include "vx/matrix.h"
 #include "vx/vxCreate.h"
 #include "vx/vxData.h"
@@ -13,6 +13,8 @@
 #include "vxErrors.h"
 
 using namespace vx::impl;
+using foundation::text::utf16ToUtf8;
+using foundation::text::utf8ToUtf16;
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "builtins/BuiltinSupport.h"
 #include "eval/Concat.h"
 #include "eval/Indexing.h"
-#include "eval/Utf.h"
+#include "foundation/text/Utf.h"
 #include "sgsh/Display.h"
 #include "sgsh/Output.h"
 

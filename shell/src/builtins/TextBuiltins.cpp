@@ -8,7 +8,7 @@
 #include <limits>
 
 #include "builtins/BuiltinSupport.h"
-#include "eval/Utf.h"
+#include "foundation/text/Utf.h"
 #include "sgsh/Display.h"
 #include "sgsh/Output.h"
 
@@ -27,7 +27,7 @@ std::vector<Item> flatten(Args args) {
   for (const Value& v : args) {
     const vxArray* a = v.get();
     if (vxIsChar(a)) {
-      items.push_back({true, 0, vxIsEmpty(a) ? std::string() : utf8(matrix::get_ustring(a))});
+      items.push_back({true, 0, vxIsEmpty(a) ? std::string() : foundation::text::utf16ToUtf8(matrix::get_ustring(a))});
     } else if (vxIsString(a)) {
       for (vxSize i = 0; i < vxGetNumberOfElements(a); ++i) items.push_back({true, 0, ops::textOfElement(a, i)});
     } else if (ops::isNumberLike(a)) {
@@ -118,7 +118,7 @@ std::string convertOne(const std::string& directive, char conv, const Item& item
     case 'c':
     case 's': {
       std::string text = item.isText ? item.text
-                         : conv == 'c' ? utf8(std::u16string(1, static_cast<char16_t>(item.number)))
+                         : conv == 'c' ? foundation::text::utf16ToUtf8(std::u16string(1, static_cast<char16_t>(item.number)))
                                        : shortNumber(item.number);
       s += 's';
       std::snprintf(buf, sizeof buf, s.c_str(), text.c_str());

@@ -13,7 +13,7 @@
 
 #include "eval/ArrayOps.h"
 #include "eval/ObjectBridge.h"
-#include "eval/Utf.h"
+#include "foundation/text/Utf.h"
 
 namespace sgsh {
 
@@ -86,12 +86,12 @@ std::string charRow(const vxArray* a, vxSize row) {
   const vxSize m = vxGetM(a), n = vxGetN(a);
   std::u16string s;
   for (vxSize j = 0; j < n; ++j) s.push_back(vxGetChars(a)[row + j * m]);
-  return utf8(s);
+  return foundation::text::utf16ToUtf8(s);
 }
 
 std::string quotedString(const vxArray* a, vxIndex i) {
   std::optional<std::u16string> s = vxGetStringElement(a, i);
-  return s ? "\"" + utf8(*s) + "\"" : "<missing>";
+  return s ? "\"" + foundation::text::utf16ToUtf8(*s) + "\"" : "<missing>";
 }
 
 std::string emptyText(const vxArray* a) {
@@ -247,7 +247,7 @@ std::string dispText(const vxArray* a) {
   if (isPlainScalar(a)) {
     if (vxIsString(a)) {
       std::optional<std::u16string> s = vxGetStringElement(a, 0);
-      return (s ? utf8(*s) : "<missing>") + "\n";
+      return (s ? foundation::text::utf16ToUtf8(*s) : "<missing>") + "\n";
     }
     return scalarText(a) + "\n";
   }

@@ -10,7 +10,7 @@
 
 #include <foundation/core/except/Error.h>
 
-#include "eval/Utf.h"
+#include "foundation/text/Utf.h"
 
 namespace sgsh::ops {
 
@@ -188,7 +188,7 @@ std::string textOf(const vxArray* a, const char* what) {
 
 std::string textOfElement(const vxArray* a, vxIndex i) {
   std::optional<std::u16string> s = vxGetStringElement(a, i);
-  return s ? utf8(*s) : std::string("<missing>");
+  return s ? foundation::text::utf16ToUtf8(*s) : std::string("<missing>");
 }
 
 std::string numberAsText(double v) {

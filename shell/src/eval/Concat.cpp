@@ -8,7 +8,7 @@
 #include <foundation/core/except/Error.h>
 
 #include "eval/ArrayOps.h"
-#include "eval/Utf.h"
+#include "foundation/text/Utf.h"
 
 namespace sgsh::ops {
 
@@ -74,7 +74,7 @@ Value asClass(const Value& p, vxClassID cls, bool complex) {
       if (c == vxCHAR_CLASS) {
         vxSetStringElement(s.mut(), 0, matrix::get_ustring(a));
       } else if (isNumberLike(a) && vxGetNumberOfElements(a) == 1) {
-        vxSetStringElement(s.mut(), 0, utf16(c == vxLOGICAL_CLASS ? (realAt(a, 0) ? "true" : "false")
+        vxSetStringElement(s.mut(), 0, foundation::text::utf8ToUtf16(c == vxLOGICAL_CLASS ? (realAt(a, 0) ? "true" : "false")
                                                                   : numberAsText(realAt(a, 0))));
       } else {
         throw Error("VANTEL:sgsh:CannotConvert", classNameOf(a), "string");

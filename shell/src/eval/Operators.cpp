@@ -10,7 +10,7 @@
 #include <foundation/core/except/Error.h>
 
 #include "eval/ArrayOps.h"
-#include "eval/Utf.h"
+#include "foundation/text/Utf.h"
 
 namespace sgsh::ops {
 
@@ -167,7 +167,7 @@ Value stringOp(Op op, const vxArray* a, const vxArray* b) {
   if (op == Op::Add) {
     Value r = makeArray(vxSTRING_CLASS, out);
     for (std::size_t i = 0; i < ia.size(); ++i)
-      vxSetStringElement(r.mut(), i, utf16(textAt(a, aStr ? ia[i] : 0) + textAt(b, bStr ? ib[i] : 0)));
+      vxSetStringElement(r.mut(), i, foundation::text::utf8ToUtf16(textAt(a, aStr ? ia[i] : 0) + textAt(b, bStr ? ib[i] : 0)));
     return r;
   }
   if (!isComparison(op)) badOperands(op, a, b);

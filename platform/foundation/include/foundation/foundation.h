@@ -13,6 +13,7 @@
 #include "foundation/graphicsstate/OpenGLState.h"
 #include "foundation/i18n/Message.h"
 #include "foundation/i18n/MessageCatalog.h"
+#include "foundation/text/Utf.h"
 #include "foundation/io/ArrayNameScope.h"
 #include "foundation/io/OutputCapture.h"
 #include "foundation/io/OutputSink.h"

@@ -4,7 +4,7 @@
 #include "foundation/core/except/Error.h"
 #include "foundation/settings/Settings.h"
 #include "foundation/settings/SettingsStore.h"
-#include "foundation/src/settings/Utf.h"
+#include "foundation/text/Utf.h"
 
 namespace foundation::settings {
 
@@ -31,7 +31,7 @@ std::string SettingsGroup::get(std::string_view name, std::string_view fallback)
 
 std::u16string SettingsGroup::getUtf16(std::string_view name, std::u16string_view fallback) const {
   auto value = get(name);
-  return value ? detail::utf8ToUtf16(*value) : std::u16string(fallback);
+  return value ? text::utf8ToUtf16(*value) : std::u16string(fallback);
 }
 
 void SettingsGroup::set(std::string_view name, std::string_view value) const {
@@ -39,7 +39,7 @@ void SettingsGroup::set(std::string_view name, std::string_view value) const {
 }
 
 void SettingsGroup::setUtf16(std::string_view name, std::u16string_view value) const {
-  set(name, detail::utf16ToUtf8(value));
+  set(name, text::utf16ToUtf8(value));
 }
 
 bool SettingsGroup::remove(std::string_view name) const { return SettingsStore::instance().remove(fullName(name)); }

@@ -1,7 +1,7 @@
 // UTF-8 and UTF-16 conversions.
-#include "Utf.h"
+#include "foundation/text/Utf.h"
 
-namespace vx::impl {
+namespace foundation::text {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
@@ -98,4 +98,4 @@ std::string utf16ToUtf8(std::u16string_view in) {
   return out;
 }
 
-}  // namespace vx::impl
+}  // namespace foundation::text
