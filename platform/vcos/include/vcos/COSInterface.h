@@ -38,6 +38,8 @@ enum class COSKind : unsigned char { Other, Instance, Class, Property, Method, E
 
 // The four property events that property listeners receive.
 enum class COSPropertyEvent : unsigned char { PreSet = 0, PostSet = 1, PreGet = 2, PostGet = 3 };
+// "PreSet", "PostSet", "PreGet" or "PostGet": the event's name as listeners give it.
+VCOS_API const char* cosPropertyEventName(COSPropertyEvent kind) noexcept;
 
 class VCOS_API COSInterface {
  public:

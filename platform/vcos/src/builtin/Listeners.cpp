@@ -25,20 +25,6 @@ namespace vcos::builtin {
 
 namespace {
 
-const char* propertyEventName(COSPropertyEvent kind) {
-  switch (kind) {
-    case COSPropertyEvent::PreSet:
-      return "PreSet";
-    case COSPropertyEvent::PostSet:
-      return "PostSet";
-    case COSPropertyEvent::PreGet:
-      return "PreGet";
-    case COSPropertyEvent::PostGet:
-      return "PostGet";
-  }
-  return "";
-}
-
 bool alive(const COSInterfacePtr& p) { return p && !p->isDestroyed() && !p->isBeingDestroyed(); }
 
 ListenerBlock* listenerBlock(COSInterface* object) {
@@ -82,7 +68,7 @@ vxArray* ListenerBlock::sourceArray() const {
 }
 
 vxArray* ListenerBlock::eventNameArray() const {
-  return vxCreateString(propertyListener() ? propertyEventName(propertyEvent) : eventName.c_str());
+  return vxCreateString(propertyListener() ? cosPropertyEventName(propertyEvent) : eventName.c_str());
 }
 
 vxArray* ListenerBlock::callbackArray() const {
@@ -156,7 +142,7 @@ COSInterfacePtr eventDataObject(COSInterface* source, COSEventData* data, const 
   COSInterfacePtr object = cls->createInstance(COSGetPublicClient());
   auto* block = static_cast<EventDataBlock*>(object->getInstanceData(names().eventData));
   if (propertyEvent) {
-    block->eventName = COSID(propertyEventName(listener.propertyEvent));
+    block->eventName = COSID(cosPropertyEventName(listener.propertyEvent));
     const COSPropInfo* property = data ? data->getProperty() : nullptr;
     // The source of a property event is the property object.
     if (property && property->getClass()) block->source = const_cast<COSPropInfo*>(property);

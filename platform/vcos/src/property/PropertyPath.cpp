@@ -23,20 +23,6 @@ using vcos::internal::PropSlot;
 
 namespace {
 
-const char* propertyEventName(COSPropertyEvent kind) {
-  switch (kind) {
-    case COSPropertyEvent::PreSet:
-      return "PreSet";
-    case COSPropertyEvent::PostSet:
-      return "PostSet";
-    case COSPropertyEvent::PreGet:
-      return "PreGet";
-    case COSPropertyEvent::PostGet:
-      return "PostGet";
-  }
-  return "";
-}
-
 bool isDynamicProperty(const COSInterface* o, const COSPropInfo* p) noexcept {
   const InstanceExtras* x = ObjectOps::extrasIfAny(o);
   if (!x) return false;
@@ -146,7 +132,7 @@ void COSInterface::addPropertyListener(COSPropertyEvent kind, const COSPropInfo*
   if (setKind ? !property->isListenerSetAllowed() : !property->isListenerGetAllowed())
     throw Error(vcos::msg::PropertyNotObservable, property->getName(), class_ ? class_->getName() : "");
   auto& x = ObjectOps::extras(this);
-  x.listeners.push_back({COSID(propertyEventName(kind)), property, kind, COSInterfacePtr(listener), 0, 0});
+  x.listeners.push_back({COSID(cosPropertyEventName(kind)), property, kind, COSInterfacePtr(listener), 0, 0});
   ++x.propertyListenerCount;
 }
 
@@ -161,6 +147,20 @@ void COSInterface::removePropertyListener(COSPropertyEvent kind, const COSPropIn
     --x->propertyListenerCount;
     return;
   }
+}
+
+const char* cosPropertyEventName(COSPropertyEvent kind) noexcept {
+  switch (kind) {
+    case COSPropertyEvent::PreSet:
+      return "PreSet";
+    case COSPropertyEvent::PostSet:
+      return "PostSet";
+    case COSPropertyEvent::PreGet:
+      return "PreGet";
+    case COSPropertyEvent::PostGet:
+      return "PostGet";
+  }
+  return "";
 }
 
 void omIssueSetProhibitedError(const COSPropInfo* property, const COSClass* cls) {
