@@ -1,0 +1,113 @@
+// Constructing, calling and wrapping through arrays: the bridge between the
+// array API's calling convention and the class system's COSValue words (in
+// these calls every word is a vxArray*).
+#include "vcos/ObjectCalls.h"
+
+#include <vector>
+
+#include "foundation/core/except/Error.h"
+#include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
+#include "vcos/COSClass.h"
+#include "vcos/COSObjectOperations.h"
+#include "vcos/ObjectArray.h"
+#include "vcos/src/builtin/BuiltinNames.h"
+#include "vx/matrix.h"
+
+using foundation::core::except::Error;
+
+namespace {
+
+COSClass* requireClass(COSID classId) {
+  COSClass* cls = classId ? COSClass::getClass(classId) : nullptr;
+  if (!cls) throw Error("VANTEL:vcos:UndefinedClass", classId.str());
+  return cls;
+}
+
+// The words of a call: arrays in and out as COSValues, on the stack for the
+// usual short argument lists.
+class Words {
+ public:
+  explicit Words(std::size_t n) : heap_(n > kInline ? n : 0) {}
+  COSValue* data() noexcept { return heap_.empty() ? inline_ : heap_.data(); }
+
+ private:
+  static constexpr std::size_t kInline = 8;
+  COSValue inline_[kInline];
+  std::vector<COSValue> heap_;
+};
+
+Words inputWords(int nrhs, const vxArray* const prhs[]) {
+  Words w(static_cast<std::size_t>(nrhs > 0 ? nrhs : 0));
+  for (int i = 0; i < nrhs; ++i) w.data()[i] = COSValue(prhs[i]);
+  return w;
+}
+
+}  // namespace
+
+vxArray* omConstructObjectWithClient(COSID classId, int nrhs, const vxArray* const prhs[], const COSClient* client) {
+  COSClass* cls = requireClass(classId);
+  Words in = inputWords(nrhs, prhs);
+  COSInterfacePtr object = cls->createInstance(client ? client : COSGetPublicClient(), nrhs, in.data());
+  return omCreateVCOSScalar(object);
+}
+
+vxArray* omConstructObjectWithClient(const char* className, int nrhs, const vxArray* const prhs[],
+                                     const COSClient* client) {
+  return omConstructObjectWithClient(COSID(className), nrhs, prhs, client);
+}
+
+bool omCallMethod(COSID classId, COSID methodId, const COSClient* client, int nlhs, vxArray* plhs[], int nrhs,
+                  const vxArray* const prhs[], bool dispatchOnObject) {
+  COSClass* cls = nullptr;
+  if (dispatchOnObject && nrhs > 0 && omIsVCOS(prhs[0])) cls = vcos::array::classOf(prhs[0]);
+  if (!cls) cls = requireClass(classId);
+  Words in = inputWords(nrhs, prhs);
+  // invoke may raise an output count of 0 to 1: there is always one word.
+  Words out(static_cast<std::size_t>(nlhs > 1 ? nlhs : 1));
+  int n = nlhs;
+  const bool called =
+      vcos::internal::callMethod(cls, methodId, client ? client : COSGetPublicClient(), n, out.data(), nrhs, in.data());
+  if (!called) return false;
+  const int produced = n > nlhs ? n : nlhs;
+  for (int i = 0; i < produced; ++i) {
+    vxArray* a = out.data()[i].asPointer<vxArray>();
+    if (plhs)
+      plhs[i] = a;  // the caller made room for max(nlhs, 1)
+    else if (a)
+      matrix::destroyArray(a);
+  }
+  return true;
+}
+
+bool omCallMethod(const char* className, const char* methodName, const COSClient* client, int nlhs,
+                  vxArray* plhs[], int nrhs, const vxArray* const prhs[], bool dispatchOnObject) {
+  return omCallMethod(COSID(className), COSID(methodName), client, nlhs, plhs, nrhs, prhs, dispatchOnObject);
+}
+
+bool omCallLoadobjMethod(const COSInterfacePtr& object, const vxArray* value, const COSDataTypePtr& /*type*/) {
+  if (!object) throw Error("VANTEL:vcos:NullObject");
+  object->checkValid();
+  COSClass* cls = object->getClass();
+  if (!cls || !cls->findMethod(vcos::builtin::names().loadobj)) return false;
+  matrix::unique_vxArray self(omCreateVCOSScalar(object));
+  std::vector<const vxArray*> in;
+  if (omIsVCOS(value)) {
+    in = {value};
+  } else {
+    in = {value, self.get()};
+  }
+  vxArray* out[1] = {nullptr};
+  const bool called = omCallMethod(cls->getID(), vcos::builtin::names().loadobj, COSGetPublicClient(), 1, out,
+                                   static_cast<int>(in.size()), in.data(), false);
+  if (out[0]) matrix::destroyArray(out[0]);
+  return called;
+}
+
+COSInterfacePtr omWrapData(void* data, COSClass* cls) {
+  assert(cls && "wrapping data without a class");
+  return cls->wrapInstanceData(data);
+}
+
+COSInterfacePtr omWrapData(void* data, const char* className) { return omWrapData(data, requireClass(COSID(className))); }
+
+bool omGetVcosUsingUSM() noexcept { return false; }

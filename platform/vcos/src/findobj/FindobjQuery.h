@@ -1,0 +1,88 @@
+// Not installed; internal to the findobj of class "handle".
+//
+// A findobj argument list compiled once into a postfix program of terms and
+// operators, then evaluated per object with no allocation: each term keeps
+// the interned name it tests and a one-entry cache of the property resolved
+// for the last class it met.
+#pragma once
+
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "vcos/COSInternedBase.h"
+#include "vx/vxFunctionHandleData.h"
+#include "vx/vxTypes.h"
+
+class COSInterface;
+
+namespace vcos::search {
+
+class PropertyResolver;
+
+// What one term of the search tests. Written once here and expanded for the
+// enum and the names used in error messages.
+#define VCOS_FINDOBJ_TERM_KINDS(X) \
+  X(PropertyValue)                 \
+  X(HasProperty)                   \
+  X(Regexp)                        \
+  X(Class)                         \
+  X(Isa)                           \
+  X(Function)                      \
+  X(FunctionOfProperty)
+
+enum class TermKind : unsigned char {
+#define VCOS_FINDOBJ_ENUM(Name) Name,
+  VCOS_FINDOBJ_TERM_KINDS(VCOS_FINDOBJ_ENUM)
+#undef VCOS_FINDOBJ_ENUM
+};
+
+struct Term {
+  TermKind kind;
+  std::unique_ptr<PropertyResolver> property;  // property terms only
+  const vxArray* value = nullptr;              // PropertyValue: borrowed from the arguments
+  bool valueIsText = false;
+  std::u16string foldedText;                   // PropertyValue with text: lower-cased
+  std::regex pattern;                          // Regexp
+  COSID classId;                               // Class, Isa
+  std::shared_ptr<const vxFunctionHandleData> function;  // Function terms
+
+  explicit Term(TermKind k);
+  ~Term();
+  Term(Term&&) noexcept;
+  Term& operator=(Term&&) noexcept;
+};
+
+// One step of the postfix program: a term to test, or an operator.
+struct Step {
+  enum Op : unsigned char { Test, Not, And, Or } op;
+  unsigned term;  // index into terms for Test
+};
+
+class Query {
+ public:
+  // Compiles the arguments after the handles. The arguments stay borrowed and
+  // must outlive the query. Raises "VANTEL:vcos:findobj:*" errors for a bad
+  // list.
+  Query(int nargs, const vxArray* const args[]);
+  ~Query();
+
+  // -depth: how many levels below the starting objects are searched.
+  double depth() const noexcept { return depth_; }
+  bool matchesEverything() const noexcept { return program_.empty(); }
+  // Whether a live object passes the whole expression.
+  bool matches(COSInterface* object);
+
+ private:
+  bool test(Term& term, COSInterface* object);
+
+  std::vector<Term> terms_;
+  std::vector<Step> program_;
+  std::vector<unsigned char> stack_;  // evaluation scratch, sized once
+  double depth_ = std::numeric_limits<double>::infinity();
+};
+
+}  // namespace vcos::search

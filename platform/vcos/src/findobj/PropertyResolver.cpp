@@ -1,0 +1,72 @@
+// Property look-up and public reads for findobj, cached per class.
+#include "vcos/src/findobj/PropertyResolver.h"
+
+#include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
+#include "vcos/COSClass.h"
+#include "vcos/COSClient.h"
+#include "vcos/COSDataType.h"
+#include "vcos/COSPropInfo.h"
+#include "vcos/COSTypeConversion.h"
+#include "vcos/COSTypeRepository.h"
+#include "vx/matrix.h"
+
+namespace vcos::search {
+
+void PropertyValue::reset() noexcept {
+  if (converted_) matrix::destroyArray(std::exchange(converted_, nullptr));
+  if (object_) {
+    try {
+      object_->releasePropertyValue(COSGetPublicClient(), property_, raw_);
+    } catch (...) {
+      // The object went away while the value was out; nothing left to give back.
+    }
+    object_ = nullptr;
+  }
+  array_ = nullptr;
+}
+
+PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* property) {
+  Resolved r;
+  r.property = property;
+  if (!property) return r;
+  r.readable = property->getMemberGetAccess() == PublicAccess && !property->getExtendedGetAccess();
+  COSDataTypePtr type = property->getDataType();
+  if (!type || type->isVANTELArrayType()) {
+    r.isArray = true;
+  } else {
+    static const COSID any("any");
+    r.toArray = COSTypeRepository::getConversion(type.getID(), any);
+  }
+  return r;
+}
+
+PropertyResolver::Resolved PropertyResolver::resolve(COSInterface* object) {
+  const COSClass* cls = object->getClass();
+  if (cls != cachedClass_) {
+    cachedClass_ = cls;
+    cached_ = describe(cls ? cls->findProperty(name_) : nullptr);
+  }
+  if (cached_.property) return cached_;
+  // Not a class property: maybe one added to this instance.
+  return describe(object->findPropertyInfo(name_));
+}
+
+bool PropertyResolver::has(COSInterface* object) { return resolve(object).property != nullptr; }
+
+bool PropertyResolver::read(COSInterface* object, PropertyValue& out) {
+  out.reset();
+  const Resolved r = resolve(object);
+  if (!r.property || !r.readable || (!r.isArray && !r.toArray)) return false;
+  out.raw_ = object->getPropertyValue(COSGetPublicClient(), r.property);
+  out.object_ = object;
+  out.property_ = r.property;
+  if (r.isArray) {
+    out.array_ = out.raw_.asPointer<const vxArray>();
+  } else {
+    out.converted_ = r.toArray->convert(out.raw_).asPointer<vxArray>();
+    out.array_ = out.converted_;
+  }
+  return out.array_ != nullptr;
+}
+
+}  // namespace vcos::search

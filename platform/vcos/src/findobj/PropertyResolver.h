@@ -1,0 +1,71 @@
+// Not installed; internal to the findobj of class "handle".
+//
+// Finds a property of an object by a name fixed when a query is compiled,
+// and reads it through the public client as an array. The look-up of the
+// last class met is cached (property, readable or not, how to get an array
+// from its word), so a walk over many objects of one class resolves the name
+// once. Properties added to one instance at run time are looked up per
+// object, and only when the class has no property of that name.
+#pragma once
+
+#include "vcos/COSInternedBase.h"
+#include "vcos/COSValue.h"
+#include "vx/vxTypes.h"
+
+class COSClass;
+class COSInterface;
+class COSPropInfo;
+class COSTypeConversion;
+
+namespace vcos::search {
+
+// A value read through the public client; given back when it goes.
+class PropertyValue {
+ public:
+  PropertyValue() = default;
+  PropertyValue(const PropertyValue&) = delete;
+  PropertyValue& operator=(const PropertyValue&) = delete;
+  ~PropertyValue() { reset(); }
+
+  const vxArray* array() const noexcept { return array_; }
+  void reset() noexcept;
+
+ private:
+  friend class PropertyResolver;
+  const vxArray* array_ = nullptr;
+  vxArray* converted_ = nullptr;  // an array made from a non-array word
+  COSInterface* object_ = nullptr;
+  const COSPropInfo* property_ = nullptr;
+  COSValue raw_;
+};
+
+class PropertyResolver {
+ public:
+  explicit PropertyResolver(COSID name) noexcept : name_(name) {}
+  PropertyResolver(const PropertyResolver&) = delete;
+  PropertyResolver& operator=(const PropertyResolver&) = delete;
+
+  COSID name() const noexcept { return name_; }
+  // Whether the object has a property of that name (exact, without regard to
+  // case, or by unique prefix where allowed; run-time properties included).
+  bool has(COSInterface* object);
+  // Reads the property; false when the object has none, the public client
+  // may not read it, or its value has no array form.
+  bool read(COSInterface* object, PropertyValue& out);
+
+ private:
+  struct Resolved {
+    const COSPropInfo* property = nullptr;
+    bool readable = false;
+    bool isArray = false;                    // the word is a vxArray*
+    COSTypeConversion* toArray = nullptr;    // otherwise, the conversion to "any"
+  };
+  Resolved resolve(COSInterface* object);
+  static Resolved describe(const COSPropInfo* property);
+
+  COSID name_;
+  const COSClass* cachedClass_ = nullptr;
+  Resolved cached_;
+};
+
+}  // namespace vcos::search

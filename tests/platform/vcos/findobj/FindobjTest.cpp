@@ -1,0 +1,160 @@
+// findobj of class "handle" over a real tree: order, each condition and their
+// combinations, custom children lists, depth, and the errors of a bad list.
+#include <gtest/gtest.h>
+
+#include "../builtin/BuiltinTestSupport.h"
+
+using bt::number;
+using bt::text;
+using Names = std::vector<std::string>;
+
+namespace {
+
+// root (Folder) ─┬─ a (Node, Value 1)           hooked first
+//                ├─ b (Node, Value 2) ─┬─ b1    raw tree below b
+//                │                     └─ b2
+//                └─ c (Folder, Value 0) ─┬─ c1 (Value 1)
+//                                        └─ secret (Value 1, left out by Folder's list)
+class FindobjTree : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    root = node("bt.Folder", "root", 0);
+    a = node("bt.Node", "a", 1);
+    b = node("bt.Node", "b", 2);
+    c = node("bt.Folder", "c", 0);
+    root->hookChild(a);
+    root->hookChild(b);
+    root->hookChild(c);
+    b->hookChild(node("bt.Node", "b1", 5));
+    b->hookChild(node("bt.Node", "b2", 5));
+    c->hookChild(node("bt.Node", "c1", 1));
+    c->hookChild(node("bt.Node", "secret", 1));
+  }
+  void TearDown() override { root->deleteObject(COSGetPublicClient()); }
+
+  static COSInterfacePtr node(const char* cls, const char* name, double value) {
+    COSInterfacePtr n = bt::make(cls);
+    bt::setValue(n, "Name", text(name).get());
+    bt::setValue(n, "Value", number(value).get());
+    return n;
+  }
+
+  // findobj(root, args...) through the method of class "handle".
+  Names find(std::vector<const vxArray*> args) { return findFrom(root, std::move(args)); }
+  Names findFrom(const COSInterfacePtr& start, std::vector<const vxArray*> args) {
+    auto self = bt::arr(start);
+    args.insert(args.begin(), self.get());
+    return bt::namesOf(bt::call("findobj", args).get());
+  }
+
+  COSInterfacePtr root, a, b, c;
+};
+
+TEST_F(FindobjTree, ListsPreOrderNewestChildFirstThroughCustomLists) {
+  EXPECT_EQ(find({}), (Names{"root", "c", "c1", "b", "b2", "b1", "a"}));
+}
+
+TEST_F(FindobjTree, PropertyValuePairsMatchNumbersAndTextWithoutCase) {
+  auto value = text("Value"), one = number(1), name = text("nAmE"), upperB = text("B");
+  EXPECT_EQ(find({value.get(), one.get()}), (Names{"c1", "a"}));
+  EXPECT_EQ(find({name.get(), upperB.get()}), (Names{"b"}));
+  auto missing = text("NoSuchProperty");
+  EXPECT_EQ(find({missing.get(), one.get()}), Names{}) << "an object without the property never matches";
+}
+
+TEST_F(FindobjTree, DepthLimitsTheLevelsBelowTheStart) {
+  auto depth = text("-depth"), zero = number(0), one = number(1);
+  EXPECT_EQ(find({depth.get(), zero.get()}), (Names{"root"}));
+  EXPECT_EQ(find({depth.get(), one.get()}), (Names{"root", "c", "b", "a"}));
+  auto value = text("Value"), five = number(5);
+  EXPECT_EQ(find({value.get(), five.get(), depth.get(), one.get()}), Names{}) << "-depth may follow the terms";
+}
+
+TEST_F(FindobjTree, ClassMatchesExactlyAndIsaMatchesSubclasses) {
+  auto cls = text("-class"), isa = text("-isa"), folder = text("bt.Folder"), nodeName = text("bt.Node");
+  EXPECT_EQ(find({cls.get(), folder.get()}), (Names{"root", "c"}));
+  EXPECT_EQ(find({cls.get(), nodeName.get()}), (Names{"c1", "b", "b2", "b1", "a"}));
+  EXPECT_EQ(find({isa.get(), nodeName.get()}).size(), 7u);
+}
+
+TEST_F(FindobjTree, NotAndOrCombineWithAndBindingTighter) {
+  auto no = text("-not"), andOp = text("-and"), orOp = text("-or");
+  auto cls = text("-class"), folder = text("bt.Folder");
+  auto value = text("Value"), one = number(1), name = text("Name"), nb = text("b"), nc1 = text("c1"), na = text("a");
+  EXPECT_EQ(find({no.get(), cls.get(), folder.get()}), (Names{"c1", "b", "b2", "b1", "a"}));
+  EXPECT_EQ(find({value.get(), one.get(), orOp.get(), name.get(), nb.get()}), (Names{"c1", "b", "a"}));
+  EXPECT_EQ(find({value.get(), one.get(), andOp.get(), name.get(), na.get()}), (Names{"a"}));
+  EXPECT_EQ(find({value.get(), one.get(), name.get(), na.get()}), (Names{"a"})) << "neighbours are joined by -and";
+  // b or (Value 1 and c1): -and binds first.
+  EXPECT_EQ(find({name.get(), nb.get(), orOp.get(), value.get(), one.get(), andOp.get(), name.get(), nc1.get()}),
+            (Names{"c1", "b"}));
+  EXPECT_EQ(find({no.get(), value.get(), one.get(), andOp.get(), no.get(), cls.get(), folder.get()}),
+            (Names{"b", "b2", "b1"}));
+}
+
+TEST_F(FindobjTree, PropertyRegexpAndFunctionConditions) {
+  auto barr = bt::arr(b);
+  auto extra = text("Extra");
+  bt::call("addprop", {barr.get(), extra.get()}, 0);
+  auto prop = text("-property");
+  EXPECT_EQ(find({prop.get(), extra.get()}), (Names{"b"})) << "a property added to one instance";
+
+  auto rx = text("-regexp"), name = text("Name"), startsWithC = text("^c");
+  EXPECT_EQ(find({rx.get(), name.get(), startsWithC.get()}), (Names{"c", "c1"}));
+
+  auto f = text("-function");
+  auto isB = bt::fn([](int, const vxArray* in[]) -> vxArray* {
+    return vxCreateLogicalScalar(bt::getText(omGetArrayElement(in[0], 0), "Name") == "b");
+  });
+  EXPECT_EQ(find({f.get(), isB.get()}), (Names{"b"}));
+  auto value = text("Value");
+  auto big = bt::fn([](int, const vxArray* in[]) -> vxArray* { return vxCreateLogicalScalar(vxGetScalar(in[0]) > 1); });
+  EXPECT_EQ(find({f.get(), value.get(), big.get()}), (Names{"b", "b2", "b1"}));
+}
+
+TEST_F(FindobjTree, StartingArrayIsSearchedInOrderAndEachObjectOnce) {
+  auto starts = bt::column({b, root, c});
+  auto name = text("Name"), c1 = text("c1");
+  const vxArray* in[] = {starts.get()};
+  EXPECT_EQ(bt::namesOf(bt::call("findobj", {in[0]}).get()), (Names{"b", "b2", "b1", "root", "c", "c1", "a"}));
+  EXPECT_EQ(bt::namesOf(bt::call("findobj", {starts.get(), name.get(), c1.get()}).get()), (Names{"c1"}));
+}
+
+TEST_F(FindobjTree, DeletedObjectsAreSkipped) {
+  COSInterfacePtr b2 = omGetArrayElement(bt::call("findobj", {bt::arr(b).get()}).get(), 1);
+  b2->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(find({}), (Names{"root", "c", "c1", "b", "b1", "a"}));
+}
+
+TEST_F(FindobjTree, ResultTakesTheClassTheObjectsShare) {
+  auto cls = text("-class"), folder = text("bt.Folder"), nodeName = text("bt.Node");
+  EXPECT_STREQ(vxGetClassName(bt::call("findobj", {bt::arr(root).get(), cls.get(), folder.get()}).get()), "bt.Folder");
+  auto none = bt::call("findobj", {bt::arr(root).get(), cls.get(), text("bt.Round").get()});
+  EXPECT_TRUE(vxIsEmpty(none.get()));
+  EXPECT_STREQ(vxGetClassName(none.get()), "bt.Folder") << "an empty result has the starting array's class";
+}
+
+TEST_F(FindobjTree, BadConditionListsRaiseWithIdentifiers) {
+  auto self = bt::arr(root);
+  auto run = [&](std::vector<const vxArray*> args) {
+    return bt::errorId([&] {
+      args.insert(args.begin(), self.get());
+      bt::call("findobj", args);
+    });
+  };
+  auto depth = text("-depth"), minus = number(-1), half = number(0.5), name = text("Name");
+  EXPECT_EQ(run({depth.get(), text("x").get()}), "VANTEL:vcos:findobj:BadDepth");
+  EXPECT_EQ(run({depth.get(), minus.get()}), "VANTEL:vcos:findobj:BadDepth");
+  EXPECT_EQ(run({depth.get(), half.get()}), "VANTEL:vcos:findobj:BadDepth");
+  EXPECT_EQ(run({depth.get()}), "VANTEL:vcos:findobj:MissingValue");
+  EXPECT_EQ(run({name.get()}), "VANTEL:vcos:findobj:MissingValue");
+  EXPECT_EQ(run({text("-bogus").get()}), "VANTEL:vcos:findobj:UnknownOption");
+  EXPECT_EQ(run({text("-and").get(), name.get(), text("a").get()}), "VANTEL:vcos:findobj:MisplacedOperator");
+  EXPECT_EQ(run({name.get(), text("a").get(), text("-or").get()}), "VANTEL:vcos:findobj:MisplacedOperator");
+  EXPECT_EQ(run({text("-not").get()}), "VANTEL:vcos:findobj:MisplacedOperator");
+  EXPECT_EQ(run({text("-regexp").get(), name.get(), text("(").get()}), "VANTEL:vcos:findobj:BadRegexp");
+  EXPECT_EQ(run({number(3).get(), number(4).get()}), "VANTEL:vcos:findobj:ExpectedPropertyName");
+  EXPECT_EQ(run({text("-function").get(), number(1).get()}), "VANTEL:vcos:findobj:ExpectedFunction");
+}
+
+}  // namespace
