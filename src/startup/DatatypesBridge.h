@@ -1,0 +1,27 @@
+// Not installed; internal to sgutils.
+// The few calls that the frame makes into the data types library, in one
+// place. With the data types library in the build they forward to it; without
+// it, minimal stand-ins keep the frame usable (no numeric handles, no
+// creation callbacks).
+#pragma once
+
+#include "vcos/COSInterfacePtr.h"
+
+class COSDataType;
+class COSPackage;
+
+namespace sgutils::bridge {
+
+using DescriptionFn = const char* (*)();
+
+COSPackage* registerNamespace(const char* name, DescriptionFn describe, DescriptionFn details);
+void registerDatatype(COSDataType* type);
+void initializeDatatypes();
+void terminateDatatypes();
+// The class listener that runs "CreateFcn" of a new object; null when no
+// callback type exists.
+COSInterfacePtr createCreateFcnListener();
+// Forgets the numeric handle of an object being deleted.
+void destroyHandleNumber(double number) noexcept;
+
+}  // namespace sgutils::bridge
