@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+#include "foundation/core/except/Error.h"
+
 namespace vt {
 
 Journal& journal() {
@@ -265,6 +267,38 @@ class TrackedInfo final : public COSClassInfo, public COSUseCustomMetaData {
   }
 };
 
+// CycleA derives from CycleB, which derives from CycleA.
+class CycleAInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "CycleA"; }
+  void initializeClass(COSClass* c, const COSClient*) override { c->addSuperclass(id("vt.CycleB")); }
+};
+class CycleBInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "CycleB"; }
+  void initializeClass(COSClass* c, const COSClient*) override { c->addSuperclass(id("vt.CycleA")); }
+};
+
+// Derives from Shape; its own block cannot be made while
+// journal().failAllocation is set, and its constructor fails on a negative
+// input.
+class FragileInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "Fragile"; }
+  void initializeClass(COSClass* c, const COSClient*) override {
+    c->addSuperclass(id("vt.Shape"));
+    c->addMethod(new FnMethod(c->getID(), "Fragile", PublicAccess, nullptr,
+                              [](int&, COSValue*, int nrhs, const COSValue* prhs) {
+                                if (nrhs > 1 && prhs[1].asDouble() < 0)
+                                  throw foundation::core::except::Error("VANTEL:vcos:InvalidValueForType", "width");
+                              }));
+  }
+  void* allocateInstance(COSInterface*) override {
+    if (journal().failAllocation) throw foundation::core::except::Error("VANTEL:vcos:NoInstanceData", "Fragile");
+    return nullptr;
+  }
+};
+
 class TestNamespace final : public COSNamespaceInfo {
  public:
   const char* getName() const override { return "vt"; }
@@ -294,6 +328,9 @@ void registerClasses() {
   p->addClass(new TrackedMetaPropertyInfo);
   p->addClass(new TrackingMetaClass);
   p->addClass(new TrackedInfo);
+  p->addClass(new CycleAInfo);
+  p->addClass(new CycleBInfo);
+  p->addClass(new FragileInfo);
 }
 
 }  // namespace vt

@@ -31,7 +31,7 @@ enum class DeletedHandleBehavior : unsigned char {
 VCOS_API COSInterfacePtr getElement(const vxArray* array, std::size_t index, DeletedHandleBehavior behavior);
 // A 1-by-1 array of the object's class; raises for a null object.
 VCOS_API vxArray* create(const COSInterfacePtr& object);
-// An m-by-n array of null elements; raises "VANTEL:vcos:UndefinedClass" when
+// An m-by-n array of null elements; raises "VANTEL:vcos:UnknownClass" when
 // no class of that name exists.
 VCOS_API vxArray* create(std::size_t m, std::size_t n, COSID classId);
 // The class of the array, or null when it is not an object array.

@@ -14,7 +14,7 @@ class COSDataTypePtr;
 
 // Runs the class's constructor with the inputs (borrowed) and returns the new
 // object as a 1-by-1 array owned by the caller. Raises
-// "VANTEL:vcos:UndefinedClass" for an unknown class; errors of the
+// "VANTEL:vcos:UnknownClass" for an unknown class; errors of the
 // constructor pass through.
 VCOS_API vxArray* omConstructObjectWithClient(COSID classId, int nrhs, const vxArray* const prhs[],
                                               const COSClient* client);

@@ -19,7 +19,7 @@ namespace {
 
 COSClass* requireClass(COSID classId) {
   COSClass* cls = classId ? COSClass::getClass(classId) : nullptr;
-  if (!cls) throw Error("VANTEL:vcos:UndefinedClass", classId.str());
+  if (!cls) throw Error("VANTEL:vcos:UnknownClass", classId.str());
   return cls;
 }
 

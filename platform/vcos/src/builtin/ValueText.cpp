@@ -26,7 +26,15 @@ std::string number(const vxArray* a, vxSize i) {
 }
 
 std::string sized(const vxArray* a, char open, char close) {
-  return std::string(1, open) + dimensionsText(a) + " " + vxGetClassName(a) + close;
+  std::string s(1, open);
+  s.append(dimensionsText(a)).append(" ").append(vxGetClassName(a)).push_back(close);
+  return s;
+}
+
+std::string quoted(const vxArray* a, char quote) {
+  std::string s(1, quote);
+  s.append(vxArrayToStdString(a)).push_back(quote);
+  return s;
 }
 
 }  // namespace
@@ -43,11 +51,8 @@ std::string dimensionsText(const vxArray* a) {
 
 std::string valueText(const vxArray* a) {
   if (!a) return "[]";
-  if (vxIsChar(a)) return vxGetM(a) <= 1 && vxGetNumberOfDimensions(a) == 2 ? "'" + vxArrayToStdString(a) + "'" : sized(a, '[', ']');
-  if (vxIsString(a) && vxIsScalar(a)) {
-    auto s = vxGetStringElement(a, 0);
-    return s ? "\"" + vxArrayToStdString(a) + "\"" : "<missing>";
-  }
+  if (vxIsChar(a)) return vxGetM(a) <= 1 && vxGetNumberOfDimensions(a) == 2 ? quoted(a, '\'') : sized(a, '[', ']');
+  if (vxIsString(a) && vxIsScalar(a)) return vxGetStringElement(a, 0) ? quoted(a, '"') : "<missing>";
   if (vxIsFunctionHandle(a) && vxIsScalar(a)) return vxGetFunctionHandle(a)->text();
   if (vxIsCell(a)) return sized(a, '{', '}');
   if ((vxIsDouble(a) && !vxIsComplex(a)) || vxIsLogical(a)) {
@@ -55,8 +60,12 @@ std::string valueText(const vxArray* a) {
     if (vxIsScalar(a)) return number(a, 0);
     if (vxGetM(a) == 1 && vxGetNumberOfDimensions(a) == 2 && vxGetN(a) <= kMaxListed) {
       std::string s = "[";
-      for (vxSize i = 0; i < vxGetN(a); ++i) s += (i ? " " : "") + number(a, i);
-      return s + "]";
+      for (vxSize i = 0; i < vxGetN(a); ++i) {
+        if (i) s.push_back(' ');
+        s.append(number(a, i));
+      }
+      s.push_back(']');
+      return s;
     }
   }
   if (vxIsNumeric(a) && vxIsScalar(a) && !vxIsComplex(a)) {

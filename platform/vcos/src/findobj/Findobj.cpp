@@ -21,58 +21,106 @@ namespace vcos {
 
 namespace {
 
-struct Pending {
-  COSInterfacePtr object;  // strong: a -function callback may delete objects meanwhile
-  double depth;
-};
-
-// Pushes the children of `object` so that the newest is popped first.
-void pushChildren(COSInterface* object, double depth, std::vector<Pending>& stack,
-                  std::vector<COSInterfacePtr>& scratch) {
-  COSClass* cls = object->getClass();
-  COSClassInfo* info = cls ? cls->getClassInfo() : nullptr;
-  if (info && info->usesCustomChildrenList()) {
-    scratch.clear();
-    info->getChildrenOfInstance(object, scratch);  // newest first
-    for (auto it = scratch.rbegin(); it != scratch.rend(); ++it) stack.push_back({std::move(*it), depth});
-    return;
-  }
-  for (COSInterface* c = object->getOldestChild(); c; c = c->getNewerSibling()) stack.push_back({COSInterfacePtr(c), depth});
-}
-
 bool searchable(COSInterface* object) {
   return object && !object->isDestroyed() && !object->isBeingDestroyed();
 }
+
+// The children of one object being walked. A class with its own list gives
+// a snapshot of it, and so does the tree's chain when the conditions call
+// functions, which may delete objects of the level being walked. Otherwise
+// the chain is followed in place, newest first, one sibling link at a time,
+// so a wide level costs no copy. Every object in a frame is held strongly,
+// so code run by a condition (a get listener) never leaves a dangling
+// pointer; a chain whose current child was taken out of it meanwhile ends
+// there.
+struct Frame {
+  COSInterfacePtr parent;
+  double depth = 0;  // of the children
+  bool chain = true;
+  std::vector<COSInterfacePtr> list;  // own lists; capacity kept across uses
+  std::size_t next = 0;
+  COSInterfacePtr current;  // chain: the child visited last
+
+  COSInterfacePtr nextChild() {
+    if (!chain) return next < list.size() ? std::move(list[next++]) : COSInterfacePtr();
+    COSInterface* c = current ? (current->getOwnerObject() == parent.get() ? current->getOlderSibling() : nullptr)
+                              : parent->getNewestChild();
+    current = c;
+    return current;
+  }
+};
+
+class Walk {
+ public:
+  Walk(search::Query& query, std::vector<COSInterfacePtr>& found)
+      : query_(query), found_(found), snapshotChains_(query.callsFunctions()) {}
+
+  void from(COSInterface* start, std::unordered_set<COSInterface*>* seen) {
+    visit(COSInterfacePtr(start), 0, seen);
+    while (top_ > 0) {
+      Frame& f = frames_[top_ - 1];
+      COSInterfacePtr child = f.nextChild();
+      if (!child) {
+        f.parent.reset();
+        f.current.reset();
+        --top_;
+        continue;
+      }
+      visit(std::move(child), f.depth, seen);  // may push a frame: `f` is not used after this
+    }
+  }
+
+ private:
+  void visit(COSInterfacePtr object, double depth, std::unordered_set<COSInterface*>* seen) {
+    if (!searchable(object.get())) return;
+    if (seen && !seen->insert(object.get()).second) return;
+    if (query_.matches(object.get())) found_.push_back(object);
+    if (depth < query_.depth() && searchable(object.get())) push(std::move(object), depth + 1);
+  }
+
+  void push(COSInterfacePtr parent, double childDepth) {
+    if (top_ == frames_.size()) frames_.emplace_back();
+    Frame& f = frames_[top_++];
+    COSClass* cls = parent->getClass();
+    COSClassInfo* info = cls ? cls->getClassInfo() : nullptr;
+    const bool ownList = info && info->usesCustomChildrenList();
+    f.chain = !ownList && !snapshotChains_;
+    f.depth = childDepth;
+    f.next = 0;
+    f.current.reset();
+    if (!f.chain) {
+      f.list.clear();
+      if (ownList)
+        info->getChildrenOfInstance(parent.get(), f.list);  // newest first
+      else
+        for (COSInterface* c = parent->getNewestChild(); c; c = c->getOlderSibling()) f.list.emplace_back(c);
+    }
+    f.parent = std::move(parent);
+  }
+
+  search::Query& query_;
+  std::vector<COSInterfacePtr>& found_;
+  const bool snapshotChains_;
+  std::vector<Frame> frames_;
+  std::size_t top_ = 0;
+};
 
 }  // namespace
 
 vxArray* findobj(const vxArray* handles, int nargs, const vxArray* const args[]) {
   if (!omIsVCOS(handles)) throw foundation::core::except::Error("VANTEL:vcos:findobj:NotHandles");
   search::Query query(nargs, args);
-  const double maxDepth = query.depth();
 
   std::vector<COSInterfacePtr> found;
-  std::vector<Pending> stack;
-  std::vector<COSInterfacePtr> scratch;
+  Walk walk(query, found);
   const std::size_t starts = vxGetNumberOfElements(handles);
   // Only several starting objects can reach one object twice.
   std::unordered_set<COSInterface*> seen;
-  const bool dedupe = starts > 1;
-
-  const COSInterfacePtr* elements = vxGetObjectElements(handles);
-  for (std::size_t s = 0; s < starts; ++s) {
-    stack.clear();
-    stack.push_back({COSInterfacePtr(elements[s].get()), 0});
-    while (!stack.empty()) {
-      Pending next = std::move(stack.back());
-      stack.pop_back();
-      COSInterface* object = next.object.get();
-      if (!searchable(object)) continue;
-      if (dedupe && !seen.insert(object).second) continue;
-      if (query.matches(object)) found.push_back(next.object);
-      if (next.depth < maxDepth && searchable(object)) pushChildren(object, next.depth + 1, stack, scratch);
-    }
-  }
+  // A copy: the walk may run code that changes the array's elements.
+  const std::vector<COSInterfacePtr> startObjects(vxGetObjectElements(handles), vxGetObjectElements(handles) + starts);
+  for (const COSInterfacePtr& start : startObjects) walk.from(start.get(), starts > 1 ? &seen : nullptr);
+  if (query.callsFunctions())  // a function may have deleted objects already found
+    std::erase_if(found, [](const COSInterfacePtr& o) { return o->isDestroyed(); });
 
   if (found.empty()) {
     COSID cls = omGetCOSClassID(handles);

@@ -169,6 +169,12 @@ Query::Query(int nargs, const vxArray* const args[]) {
 
 Query::~Query() = default;
 
+bool Query::callsFunctions() const noexcept {
+  return std::any_of(terms_.begin(), terms_.end(), [](const Term& t) {
+    return t.kind == TermKind::Function || t.kind == TermKind::FunctionOfProperty;
+  });
+}
+
 bool Query::matches(COSInterface* object) {
   if (program_.empty()) return true;
   size_t top = 0;

@@ -73,6 +73,8 @@ class Query {
   // -depth: how many levels below the starting objects are searched.
   double depth() const noexcept { return depth_; }
   bool matchesEverything() const noexcept { return program_.empty(); }
+  // Whether a condition calls functions (which may change the tree).
+  bool callsFunctions() const noexcept;
   // Whether a live object passes the whole expression.
   bool matches(COSInterface* object);
 

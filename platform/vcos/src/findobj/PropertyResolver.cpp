@@ -1,6 +1,8 @@
 // Property look-up and public reads for findobj, cached per class.
 #include "vcos/src/findobj/PropertyResolver.h"
 
+#include "foundation/core/except/IMsgIDException.h"
+
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
@@ -34,8 +36,9 @@ PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* propert
   if (!type || type->isVANTELArrayType()) {
     r.isArray = true;
   } else {
-    static const COSID any("any");
+    static const COSID any("any"), ascii("asciiString"), unicode("unicodeString");
     r.toArray = COSTypeRepository::getConversion(type.getID(), any);
+    r.isText = type.getID() == ascii || type.getID() == unicode;
   }
   return r;
 }
@@ -67,6 +70,38 @@ bool PropertyResolver::read(COSInterface* object, PropertyValue& out) {
     out.array_ = out.converted_;
   }
   return out.array_ != nullptr;
+}
+
+PropertyResolver::~PropertyResolver() {
+  if (typed_.usable) typed_.type->destroy(typed_.value);
+}
+
+PropertyResolver::Typed PropertyResolver::compareTyped(COSInterface* object, const vxArray* value) {
+  const Resolved r = resolve(object);
+  if (!r.property) return Typed::NotEqual;
+  if (r.isArray || r.isText) return Typed::NotApplicable;
+  if (!r.readable) return Typed::NotEqual;
+  if (typed_.property != r.property) {
+    if (typed_.usable) typed_.type->destroy(typed_.value);
+    typed_ = TypedValue{r.property, r.property->getDataType(), COSValue(), false};
+    static const COSID any("any");
+    if (COSTypeConversion* c = COSTypeRepository::getConversion(any, typed_.type.getID())) {
+      try {
+        typed_.value = c->convert(COSValue(value));
+        typed_.usable = true;
+      } catch (const foundation::core::except::IMsgIDException&) {
+        // No value of this type equals it.
+      }
+    } else {
+      return Typed::NotApplicable;
+    }
+  }
+  if (!typed_.usable) return Typed::NotEqual;
+  const COSClient* client = COSGetPublicClient();
+  const COSValue v = object->getPropertyValue(client, r.property);
+  const bool equal = typed_.type->isEqual(v, typed_.value);
+  object->releasePropertyValue(client, r.property, v);
+  return equal ? Typed::Equal : Typed::NotEqual;
 }
 
 }  // namespace vcos::search

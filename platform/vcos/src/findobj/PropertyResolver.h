@@ -8,6 +8,7 @@
 // object, and only when the class has no property of that name.
 #pragma once
 
+#include "vcos/COSDataTypePtr.h"
 #include "vcos/COSInternedBase.h"
 #include "vcos/COSValue.h"
 #include "vx/vxTypes.h"
@@ -42,6 +43,7 @@ class PropertyValue {
 class PropertyResolver {
  public:
   explicit PropertyResolver(COSID name) noexcept : name_(name) {}
+  ~PropertyResolver();
   PropertyResolver(const PropertyResolver&) = delete;
   PropertyResolver& operator=(const PropertyResolver&) = delete;
 
@@ -53,12 +55,27 @@ class PropertyResolver {
   // may not read it, or its value has no array form.
   bool read(COSInterface* object, PropertyValue& out);
 
+  // Compares the property with a value that is not text, in the property's
+  // own type when it has one that is neither an array nor text: the value is
+  // converted into that type once per property, and each object's word is
+  // compared with the type's isEqual, so the walk makes no array per object.
+  enum class Typed : unsigned char { NotApplicable, Equal, NotEqual };
+  Typed compareTyped(COSInterface* object, const vxArray* value);
+
  private:
   struct Resolved {
     const COSPropInfo* property = nullptr;
     bool readable = false;
     bool isArray = false;                    // the word is a vxArray*
+    bool isText = false;                     // "asciiString", "unicodeString"
     COSTypeConversion* toArray = nullptr;    // otherwise, the conversion to "any"
+  };
+  // The compared value in the type of one property.
+  struct TypedValue {
+    const COSPropInfo* property = nullptr;
+    COSDataTypePtr type;
+    COSValue value;
+    bool usable = false;  // false: the value has no form in that type
   };
   Resolved resolve(COSInterface* object);
   static Resolved describe(const COSPropInfo* property);
@@ -66,6 +83,7 @@ class PropertyResolver {
   COSID name_;
   const COSClass* cachedClass_ = nullptr;
   Resolved cached_;
+  TypedValue typed_;
 };
 
 }  // namespace vcos::search

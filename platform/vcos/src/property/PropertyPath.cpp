@@ -125,11 +125,17 @@ void COSInterface::releasePropertyValue(const COSClient*, const COSPropInfo* pro
   property->releaseValue(this, value);
 }
 
+// A value in the generic store is dropped, so the property reads its default
+// again; other properties are set to their factory default when they have one.
 void COSInterface::resetToClassDefaults() {
   checkValid();
-  if (class_)
-    for (const PropSlot& s : class_->tables().properties)
-      if (s.property->isResetAllowed()) s.property->setValue(this, s.property->getFactoryDefault());
+  if (!class_) return;
+  for (const PropSlot& s : class_->tables().properties) {
+    COSPropInfo* p = s.property;
+    if (!p->isResetAllowed() || ObjectOps::eraseStoredValue(this, p)) continue;
+    COSValue d = p->getFactoryDefault();
+    if (!d.isEmpty() || p->hasInternalDefault()) p->setValue(this, d);
+  }
 }
 
 void COSInterface::addPropertyListener(COSPropertyEvent kind, const COSPropInfo* property, COSListener* listener) {

@@ -46,7 +46,7 @@ TEST(VcosObjectArrayAccess, MisuseRaises) {
   EXPECT_EQ(bt::errorId([&] { omGetArrayElement(a.get(), 2); }), "VANTEL:vcos:IndexOutOfRange");
   EXPECT_EQ(bt::errorId([&] { omSetArrayElement(a.get(), 5, bt::make("bt.Node")); }), "VANTEL:vcos:IndexOutOfRange");
   EXPECT_EQ(bt::errorId([&] { omGetArrayElement(bt::number(1).get(), 0); }), "VANTEL:vcos:NotAnObjectArray");
-  EXPECT_EQ(bt::errorId([&] { omCreateVCOSEmpty("bt.NoSuchClass"); }), "VANTEL:vcos:UndefinedClass");
+  EXPECT_EQ(bt::errorId([&] { omCreateVCOSEmpty("bt.NoSuchClass"); }), "VANTEL:vcos:UnknownClass");
   EXPECT_EQ(omGetCOSClassID(a.get()), COSID("bt.Node"));
   EXPECT_FALSE(omIsVCOS(bt::number(1).get()));
 }

@@ -91,6 +91,22 @@ class ShownInfo final : public Info {
   }
 };
 
+// Replaces one piece of the default display: the footer.
+class FooterMethod final : public COSMethodBase {
+ public:
+  explicit FooterMethod(COSID cls) : COSMethodBase(cls, id("getFooter"), PublicAccess, "a footer of its own") {}
+  void invoke(const COSClient*, int& nlhs, COSValue* plhs, int, const COSValue*) const override {
+    plhs[0] = COSValue(vxCreateString("  (footer)\n"));
+    nlhs = 1;
+  }
+};
+
+class FootedInfo final : public Info {
+ public:
+  FootedInfo() : Info("Footed", {"bt.Shown"}) {}
+  void members(COSClass* c) override { c->addMethod(new FooterMethod(c->getID())); }
+};
+
 class Namespace final : public COSNamespaceInfo {
  public:
   const char* getName() const override { return "bt"; }
@@ -113,6 +129,7 @@ void setUp() {
   p->addClass(new Info("Blank", {"bt.Shape"}));
   p->addClass(new Info("Plain", {"handle"}));
   p->addClass(new ShownInfo);
+  p->addClass(new FootedInfo);
   vcos::FunctionDispatcher::instance().addHandleCaller(
       [](const vxFunctionHandleData& h, int nlhs, vxArray* plhs[], int nrhs, const vxArray* prhs[]) {
         auto* mine = dynamic_cast<const TestHandle*>(&h);

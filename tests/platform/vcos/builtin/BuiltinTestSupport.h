@@ -7,6 +7,7 @@
 //   bt.Square, bt.RedSquare (a Square), bt.Round, bt.Blank: Shapes
 //   bt.Plain    a bare handle class
 //   bt.Shown    handle + vantel.mixin.CustomDisplay; Name, Value
+//   bt.Footed   a Shown with a footer of its own
 // Function handles made by fn() run a C++ callable through the dispatcher.
 #pragma once
 

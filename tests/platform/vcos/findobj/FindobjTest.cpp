@@ -126,6 +126,18 @@ TEST_F(FindobjTree, DeletedObjectsAreSkipped) {
   EXPECT_EQ(find({}), (Names{"root", "c", "c1", "b", "b1", "a"}));
 }
 
+TEST_F(FindobjTree, FunctionThatDeletesObjectsMidSearchIsSafe) {
+  // While testing b, delete b itself (and so b2, b1): the search goes on with
+  // b's older sibling a, and b is not in the result.
+  auto f = text("-function");
+  auto deleter = bt::fn([&](int, const vxArray* in[]) -> vxArray* {
+    COSInterfacePtr o = omGetArrayElement(in[0], 0);
+    if (bt::getText(o, "Name") == "b") o->deleteObject(COSGetPublicClient());
+    return vxCreateLogicalScalar(true);
+  });
+  EXPECT_EQ(find({f.get(), deleter.get()}), (Names{"root", "c", "c1", "a"}));
+}
+
 TEST_F(FindobjTree, ResultTakesTheClassTheObjectsShare) {
   auto cls = text("-class"), folder = text("bt.Folder"), nodeName = text("bt.Node");
   EXPECT_STREQ(vxGetClassName(bt::call("findobj", {bt::arr(root).get(), cls.get(), folder.get()}).get()), "bt.Folder");
