@@ -1,22 +1,47 @@
 // The run-time face of everything in the class-object system: instances,
-// classes, properties, methods and events.
+// classes, properties, methods, events, data types and listeners. Classes and
+// members are themselves instances of meta classes, so every COSInterface can
+// carry a class and instance data blocks.
 //
 // Lifetime: two intrusive counts, like a shared/weak pair. A reference of type
 // 0 (strong) keeps the object alive; a reference of type 2 (weak) keeps only
 // its memory, so isDestroyed() can always be asked through it. When the last
-// strong reference goes, lastStrongReferenceReleased() runs (a handle object
+// strong reference goes, lastStrongReferenceReleased() runs (a live instance
 // deletes itself there); the memory goes with the last reference of any type.
 // Counts are plain integers: class-system work runs on the interpreter thread.
+//
+// A destroyed object is a valid shell: isDestroyed() and the counts work, and
+// every other operation raises "VANTEL:vcos:InvalidHandle".
 #pragma once
 
 #include <cassert>
 #include <cstdint>
 
 #include "foundation/PlatformExport.h"
+#include "vcos/COSInternedBase.h"
+#include "vcos/COSValue.h"
+
+class COSClass;
+class COSClient;
+class COSEventData;
+class COSInterfacePtr;
+class COSListener;
+class COSPropInfo;
+
+namespace vcos::internal {
+struct InstanceExtras;
+class ObjectOps;
+}  // namespace vcos::internal
+
+// What a COSInterface is; the casts (cosiToClass, ...) test it.
+enum class COSKind : unsigned char { Other, Instance, Class, Property, Method, Event, DataType, Listener, EventData };
+
+// The four property events that property listeners receive.
+enum class COSPropertyEvent : unsigned char { PreSet = 0, PostSet = 1, PreGet = 2, PostGet = 3 };
 
 class VCOS_API COSInterface {
  public:
-  COSInterface() = default;
+  explicit COSInterface(COSKind kind = COSKind::Other) noexcept : kind_(kind) {}
   COSInterface(const COSInterface&) = delete;
   COSInterface& operator=(const COSInterface&) = delete;
 
@@ -43,12 +68,95 @@ class VCOS_API COSInterface {
   std::uint32_t strongReferenceCount() const noexcept { return strong_; }
   std::uint32_t referenceCount() const noexcept { return total_; }
 
+  COSKind getKind() const noexcept { return kind_; }
+
+  // The class of this instance, or the meta class of a class or member
+  // object; null for objects outside the class system (data types, ...).
+  COSClass* getClass() const noexcept { return class_; }
+  // The data block of the class `classId` within this object, or null (also
+  // for a destroyed object). O(1): a slot probe in the class's table.
+  void* getInstanceData(COSID classId) const noexcept;
+  // The owner in the object tree (a strong reference), or null.
+  void getOwner(COSInterfacePtr& out) const;
+  COSInterface* getOwnerObject() const noexcept { return owner_; }
+
+  bool isBeingDestroyed() const noexcept { return (state_ & kBeingDestroyed) != 0; }
+  bool isDestroyed() const noexcept { return (state_ & kDestroyed) != 0; }
+  // Raises "VANTEL:vcos:InvalidHandle" when destroyed.
+  void checkValid() const {
+    if (state_ & kDestroyed) raiseInvalidHandle();
+  }
+
+  // Property look-up: exact, then without regard to case, then by unique
+  // prefix where the class allows truncation; dynamic properties too. An
+  // ambiguous prefix raises "VANTEL:vcos:AmbiguousPropertyName". Null if none.
+  void findProperty(COSInterfacePtr& out, COSID name) const;
+  COSPropInfo* findPropertyInfo(COSID name) const;
+  // Only among the properties added to this instance at run time.
+  void findDynamicProperty(COSInterfacePtr& out, COSID name) const;
+
+  // The client path: access check, property listeners, get/set methods (and
+  // the custom set path of the meta class where turned on). The value from
+  // getPropertyValue belongs to the caller: give it back with
+  // releasePropertyValue. A set value is borrowed.
+  COSValue getPropertyValue(const COSClient* client, const COSPropInfo* property);
+  void setPropertyValue(const COSClient* client, const COSPropInfo* property, COSValue value);
+  void releasePropertyValue(const COSClient* client, const COSPropInfo* property, COSValue value);
+
+  // Sends the event synchronously to the listeners of this instance and the
+  // class listeners of its classes, higher priority first. `eventData` may be
+  // null (a plain event data object is made then).
+  void notifyEvent(const COSClient* client, COSID eventId, COSEventData* eventData);
+
+  // Full deletion. False when a class info refuses (isOkToDestroy) or the
+  // object is already being deleted.
+  bool deleteObject(const COSClient* client);
+  // Puts every property whose isResetAllowed is true back to its default.
+  void resetToClassDefaults();
+
+  // Run-time properties of this instance; the instance holds them.
+  void addDynamicProperty(COSPropInfo* property);
+  void removeDynamicProperty(const COSPropInfo* property);
+
+  // Instance listeners. The instance holds a strong reference to each.
+  void addListener(COSID eventId, COSListener* listener, int priority = 0);
+  void removeListener(COSID eventId, const COSListener* listener);
+  void addPropertyListener(COSPropertyEvent kind, const COSPropInfo* property, COSListener* listener);
+  void removePropertyListener(COSPropertyEvent kind, const COSPropInfo* property, const COSListener* listener);
+
+  // The object tree. The owner's chain holds each child with a strong
+  // reference; a child's owner link is weak. The chain runs newest first.
+  void hookChild(COSInterface* child);
+  // Takes this object out of its owner's chain (no-op without an owner).
+  void unhookFromOwner();
+  COSInterface* getNewestChild() const noexcept { return newestChild_; }
+  COSInterface* getOldestChild() const noexcept { return oldestChild_; }
+  // Neighbours in the owner's chain: the next older and next newer sibling.
+  COSInterface* getOlderSibling() const noexcept { return older_; }
+  COSInterface* getNewerSibling() const noexcept { return newer_; }
+
  protected:
   virtual ~COSInterface();
-  // Runs when the last strong reference goes. The default does nothing.
+  // Runs when the last strong reference goes. Instances delete themselves.
   virtual void lastStrongReferenceReleased();
 
  private:
+  friend class vcos::internal::ObjectOps;
+  friend class COSClass;
+
+  enum : unsigned char { kBeingDestroyed = 1, kDestroyed = 2, kHeapBlocks = 4 };
+  [[noreturn]] static void raiseInvalidHandle();
+
   std::uint32_t strong_ = 0;
   std::uint32_t total_ = 0;
+  COSKind kind_;
+  unsigned char state_ = 0;
+  COSClass* class_ = nullptr;
+  void** blocks_ = nullptr;
+  vcos::internal::InstanceExtras* extras_ = nullptr;
+  COSInterface* owner_ = nullptr;        // weak
+  COSInterface* newestChild_ = nullptr;  // each child holds one strong count
+  COSInterface* oldestChild_ = nullptr;
+  COSInterface* older_ = nullptr;
+  COSInterface* newer_ = nullptr;
 };

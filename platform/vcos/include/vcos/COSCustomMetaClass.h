@@ -1,0 +1,34 @@
+// Base of a custom meta class: the class info of a class whose instances are
+// classes ("meta.class" and the ones libraries add). It says which meta
+// classes the members of its classes belong to, finishes each class after its
+// members are in, and can take over the set path of chosen properties.
+#pragma once
+
+#include "vcos/MetaClassBase.h"
+
+class COSPropInfo;
+
+class VCOS_API COSCustomMetaClass : public MetaClassBase {
+ public:
+  virtual COSID getMetaPropertyClassID() const;
+  virtual COSID getMetaMethodClassID() const;
+  virtual COSID getMetaEventClassID() const;
+  virtual COSID getMetaEnumeratedValueClassID() const;
+  // Called for a class with this meta class once it is complete, and before
+  // that, once all its properties are in.
+  virtual void finishClassCreation(COSClass* cls);
+  virtual void finishPropertyCreation(COSClass* cls);
+  // The set path of properties turned on with turnOnCustomSet; the default
+  // ends in setPropertyValue.
+  virtual void customSetPropertyValue(COSInterface* object, COSPropInfo* property, COSValue value);
+  virtual COSValue customGetPropertyValue(COSInterface* object, COSPropInfo* property);
+  virtual void customReleasePropertyValue(COSInterface* object, COSPropInfo* property, COSValue value);
+
+  // The plain store: the property's setValue, no access check, no listeners.
+  static void setPropertyValue(COSInterface* object, COSPropInfo* property, COSValue value);
+  // Routes every client-path set of that property, on instances of `cls`
+  // (and of subclasses made later), through customSetPropertyValue. Raises
+  // "VANTEL:vcos:UnknownProperty" if `cls` has no such property.
+  static void turnOnCustomSet(COSClass* cls, COSID propertyName);
+  static void turnOnCustomSet(COSClass* cls, const char* propertyName) { turnOnCustomSet(cls, COSID(propertyName)); }
+};

@@ -1,0 +1,100 @@
+// Making instances of a class: blocks base first, the constructor method,
+// then the "InstanceCreated" class event; and the class listeners that such
+// events reach.
+#include <algorithm>
+
+#include "vcos/src/class/ClassTables.h"
+#include "vcos/src/core/COSObject.h"
+#include "vcos/src/core/Messages.h"
+#include "vcos/src/core/ObjectOps.h"
+#include "foundation/core/except/Error.h"
+#include "vcos/COSClassInfo.h"
+#include "vcos/COSListener.h"
+#include "vcos/COSObjectOperations.h"
+
+using foundation::core::except::Error;
+using vcos::internal::ClassTables;
+using vcos::internal::COSObject;
+using vcos::internal::ObjectOps;
+
+namespace {
+
+const COSID& instanceCreatedId() {
+  static const COSID id("InstanceCreated");
+  return id;
+}
+
+// A fresh instance with its blocks; destroyed again if allocation fails.
+COSInterfacePtr makeInstance(COSClass* cls, void* ownBlock) {
+  ClassTables& t = cls->tables();
+  assert(t.state == ClassTables::State::Ready && "instances need a built class");
+  auto* o = new COSObject();
+  COSInterfacePtr ref(o);
+  ObjectOps::setClass(o, cls);
+  std::size_t n = t.ancestry.size();
+  void** storage = o->inlineBlocks();
+  if (n > COSObject::kInlineBlocks) {
+    storage = new void*[n]();
+    ObjectOps::setState(o, ObjectOps::heapBlocksBit());
+  }
+  try {
+    ObjectOps::allocateBlocks(o, cls, storage, ownBlock);
+  } catch (...) {
+    if (n > COSObject::kInlineBlocks) delete[] storage;
+    // Never alive: dropping the reference must not run deletion.
+    ObjectOps::setState(o, ObjectOps::destroyedBit());
+    throw;
+  }
+  return ref;
+}
+
+}  // namespace
+
+COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, const COSValue* prhs) {
+  if (isAbstract()) throw Error(vcos::msg::AbstractClass, getName());
+  COSInterfacePtr object = makeInstance(this, nullptr);
+  // The nearest class of the ancestry that defines a constructor runs it.
+  for (COSClass* c : tables_->ancestry) {
+    COSMethodInfo* ctor = c->findMethod(c->tables().constructorId);
+    if (!ctor || ctor->getDefiningClass() != c) continue;
+    std::vector<COSValue> args(static_cast<std::size_t>(nrhs) + 1);
+    args[0] = COSValue(object.get());
+    std::copy(prhs, prhs + nrhs, args.begin() + 1);
+    int nlhs = 0;
+    try {
+      vcos::internal::callMethod(c, c->tables().constructorId, client, nlhs, nullptr, nrhs + 1, args.data());
+    } catch (...) {
+      ObjectOps::destroy(object.get(), nullptr);
+      throw;
+    }
+    break;
+  }
+  if (!object->isDestroyed()) object->notifyEvent(COSGetPublicClient(), instanceCreatedId(), nullptr);
+  return object;
+}
+
+COSInterfacePtr COSClass::wrapInstanceData(void* data) { return makeInstance(this, data); }
+
+void COSClass::addClassListener(COSID eventId, COSListener* listener, int priority) {
+  assert(listener && "addClassListener needs a listener");
+  static std::uint64_t sequence = 0;
+  auto& lists = tables_->classListeners;
+  auto it = std::find_if(lists.begin(), lists.end(), [&](auto& e) { return e.first == eventId; });
+  if (it == lists.end()) it = lists.insert(lists.end(), {eventId, {}});
+  it->second.push_back({COSInterfacePtr(listener), priority, ++sequence});
+  ++tables_->classListenerCount;
+}
+
+void COSClass::removeClassListener(COSID eventId, const COSListener* listener) {
+  auto& lists = tables_->classListeners;
+  for (auto& [id, list] : lists) {
+    if (id != eventId) continue;
+    for (auto it = list.begin(); it != list.end(); ++it) {
+      if (it->listener.get() != listener) continue;
+      static_cast<COSListener*>(it->listener.get())->markRemoved();
+      list.erase(it);
+      --tables_->classListenerCount;
+      return;
+    }
+  }
+}

@@ -1,0 +1,60 @@
+// Out-of-line parts of the counted base of every class-system object: data
+// block look-up, owner, the destroyed-shell error, casts and the public client.
+#include "vcos/COSInterface.h"
+
+#include "vcos/src/class/ClassTables.h"
+#include "vcos/src/core/Messages.h"
+#include "vcos/src/core/ObjectOps.h"
+#include "foundation/core/except/Error.h"
+#include "vcos/COSCasts.h"
+#include "vcos/COSClient.h"
+
+using vcos::internal::ObjectOps;
+
+COSInterface::~COSInterface() {
+  assert(strong_ == 0 && "object freed while still strongly referenced");
+  ObjectOps::freeExtras(this);
+}
+
+// Classes and member objects free their meta data blocks when the last owner
+// lets go; instances override this with full deletion.
+void COSInterface::lastStrongReferenceReleased() {
+  if (blocks_) ObjectOps::deallocateBlocks(this);
+}
+
+void COSInterface::raiseInvalidHandle() { throw foundation::core::except::Error(vcos::msg::InvalidHandle); }
+
+void* COSInterface::getInstanceData(COSID classId) const noexcept {
+  if (!blocks_) return nullptr;
+  const std::uint32_t* slot = class_->tables().blockSlot.find(classId);
+  return slot ? blocks_[*slot] : nullptr;
+}
+
+void COSInterface::getOwner(COSInterfacePtr& out) const {
+  checkValid();
+  out = owner_;
+}
+
+const COSClient* COSGetPublicClient() noexcept {
+  static const COSClient client;
+  return &client;
+}
+
+COSClass* cosiToClass(COSInterface* o) noexcept {
+  return o && o->getKind() == COSKind::Class ? static_cast<COSClass*>(o) : nullptr;
+}
+COSPropInfo* cosiToProp(COSInterface* o) noexcept {
+  return o && o->getKind() == COSKind::Property ? static_cast<COSPropInfo*>(o) : nullptr;
+}
+COSMethodInfo* cosiToMethod(COSInterface* o) noexcept {
+  return o && o->getKind() == COSKind::Method ? static_cast<COSMethodInfo*>(o) : nullptr;
+}
+COSEventInfo* cosiToEvent(COSInterface* o) noexcept {
+  return o && o->getKind() == COSKind::Event ? static_cast<COSEventInfo*>(o) : nullptr;
+}
+COSClass* cosiClassOfMember(COSInterface* o) noexcept {
+  if (auto* p = cosiToProp(o)) return p->getDefiningClass();
+  if (auto* m = cosiToMethod(o)) return m->getDefiningClass();
+  if (auto* e = cosiToEvent(o)) return e->getDefiningClass();
+  return nullptr;
+}

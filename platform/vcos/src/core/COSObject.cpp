@@ -1,0 +1,31 @@
+// Instances: the live count for leak tests, and deletion when the last
+// strong reference of a live instance goes.
+#include "vcos/src/core/COSObject.h"
+
+#include "vcos/src/core/ObjectOps.h"
+#include "vcos/COSObjectOperations.h"
+
+namespace vcos::internal {
+namespace {
+std::atomic<std::size_t> liveObjects{0};
+}
+
+COSObject::COSObject() noexcept : COSInterface(COSKind::Instance) { liveObjects.fetch_add(1, std::memory_order_relaxed); }
+
+COSObject::~COSObject() { liveObjects.fetch_sub(1, std::memory_order_relaxed); }
+
+std::size_t COSObject::live() noexcept { return liveObjects.load(std::memory_order_relaxed); }
+
+void COSObject::lastStrongReferenceReleased() {
+  if (isDestroyed() || isBeingDestroyed()) return;
+  try {
+    ObjectOps::destroy(this, nullptr);
+  } catch (...) {
+    // A failing listener or class hook must not escape a reference release;
+    // destroy() has marked the object destroyed whatever happened.
+  }
+}
+
+std::size_t liveInstanceCount() noexcept { return COSObject::live(); }
+
+}  // namespace vcos::internal

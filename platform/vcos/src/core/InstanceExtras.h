@@ -1,0 +1,37 @@
+// Not installed; internal to the class-object system.
+//
+// The side table of an object, allocated on first use: dynamic properties,
+// values of generic properties, and instance and property listeners. An
+// object without any of these pays one null pointer.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "vcos/COSInterface.h"
+#include "vcos/COSInterfacePtr.h"
+
+namespace vcos::internal {
+
+struct ListenerEntry {
+  COSID eventId;                          // instance listeners
+  const COSPropInfo* property = nullptr;  // property listeners
+  COSPropertyEvent kind = COSPropertyEvent::PreSet;
+  COSInterfacePtr listener;
+  int priority = 0;
+  std::uint64_t sequence = 0;
+};
+
+struct StoredValue {
+  const COSPropInfo* property;
+  COSValue value;
+};
+
+struct InstanceExtras {
+  std::vector<COSInterfacePtr> dynamicProperties;
+  std::vector<StoredValue> values;
+  std::vector<ListenerEntry> listeners;
+  int propertyListenerCount = 0;
+};
+
+}  // namespace vcos::internal

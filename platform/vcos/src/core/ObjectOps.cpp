@@ -1,0 +1,191 @@
+// Binding objects to classes, data-block allocation, the generic value store
+// and deletion. Deletion follows one order: ask isOkToDestroy, mark being
+// destroyed, fire "ObjectBeingDestroyed", delete the children newest first
+// (each taken out of the chain before it is deleted, so a re-entrant delete
+// finds a consistent tree), unhook from the owner, free the blocks most
+// derived first, mark destroyed.
+#include "vcos/src/core/ObjectOps.h"
+
+#include <exception>
+
+#include "vcos/src/class/ClassTables.h"
+#include "vcos/COSClassInfo.h"
+#include "vcos/COSClient.h"
+#include "vcos/COSDataType.h"
+#include "vcos/COSPropInfo.h"
+
+namespace vcos::internal {
+
+InstanceExtras& ObjectOps::extras(COSInterface* o) {
+  if (!o->extras_) o->extras_ = new InstanceExtras;
+  return *o->extras_;
+}
+
+void ObjectOps::freeExtras(COSInterface* o) noexcept {
+  InstanceExtras* x = std::exchange(o->extras_, nullptr);
+  if (!x) return;
+  for (StoredValue& v : x->values) {
+    try {
+      COSDataTypePtr type = v.property->getDataType();
+      if (type) type->destroyInternal(v.value);
+    } catch (...) {
+      assert(false && "a data type failed to free a stored value");
+    }
+  }
+  // Listeners and dynamic properties may run code as they go; detach first.
+  x->values.clear();
+  delete x;
+}
+
+void ObjectOps::bindToClass(COSInterface* o, COSClass* cls) {
+  o->class_ = cls;
+  ClassTables& t = cls->tables();
+  if (t.state == ClassTables::State::Initializing) {
+    t.pendingInstances.push_back(o);
+    return;
+  }
+  std::size_t n = t.ancestry.size();
+  void** storage = new void*[n]();
+  o->state_ |= COSInterface::kHeapBlocks;
+  try {
+    allocateBlocks(o, cls, storage);
+  } catch (...) {
+    delete[] storage;
+    o->state_ &= static_cast<unsigned char>(~COSInterface::kHeapBlocks);
+    throw;
+  }
+}
+
+void ObjectOps::allocateBlocks(COSInterface* o, COSClass* cls, void** storage, void* ownBlock) {
+  const std::vector<COSClass*>& ancestry = cls->tables().ancestry;
+  const std::size_t n = ancestry.size();
+  o->blocks_ = storage;
+  for (std::size_t i = n; i-- > 0;) {
+    if (i == 0 && ownBlock) {
+      storage[0] = ownBlock;
+      continue;
+    }
+    COSClassInfo* info = ancestry[i]->getClassInfo();
+    if (!info->willAllocateData()) continue;
+    try {
+      storage[i] = info->allocateInstance(o);
+    } catch (...) {
+      for (std::size_t j = i + 1; j < n; ++j)
+        if (void* b = std::exchange(storage[j], nullptr)) ancestry[j]->getClassInfo()->deallocateInstance(o, b);
+      o->blocks_ = nullptr;
+      throw;
+    }
+  }
+}
+
+void ObjectOps::deallocateBlocks(COSInterface* o) noexcept {
+  void** blocks = o->blocks_;
+  if (!blocks) return;
+  const std::vector<COSClass*>& ancestry = o->class_->tables().ancestry;
+  for (std::size_t i = 0; i < ancestry.size(); ++i) {
+    if (void* b = std::exchange(blocks[i], nullptr)) {
+      try {
+        ancestry[i]->getClassInfo()->deallocateInstance(o, b);
+      } catch (...) {
+        assert(false && "deallocateInstance must not throw");
+      }
+    }
+  }
+  o->blocks_ = nullptr;
+  if (o->state_ & COSInterface::kHeapBlocks) {
+    delete[] blocks;
+    o->state_ &= static_cast<unsigned char>(~COSInterface::kHeapBlocks);
+  }
+}
+
+COSValue* ObjectOps::storedValue(COSInterface* o, const COSPropInfo* p) noexcept {
+  if (!o->extras_) return nullptr;
+  for (StoredValue& v : o->extras_->values)
+    if (v.property == p) return &v.value;
+  return nullptr;
+}
+
+void ObjectOps::storeValue(COSInterface* o, const COSPropInfo* p, COSValue v) {
+  COSDataTypePtr type = p->getDataType();
+  COSValue copy = type ? type->copyInternal(v) : v;
+  if (COSValue* slot = storedValue(o, p)) {
+    COSValue old = std::exchange(*slot, copy);
+    if (type) type->destroyInternal(old);
+    return;
+  }
+  try {
+    extras(o).values.push_back({p, copy});
+  } catch (...) {
+    if (type) type->destroyInternal(copy);
+    throw;
+  }
+}
+
+COSInterfacePtr ObjectOps::unlinkChild(COSInterface* child) noexcept {
+  COSInterface* owner = child->owner_;
+  if (!owner) return {};
+  if (child->newer_)
+    child->newer_->older_ = child->older_;
+  else
+    owner->newestChild_ = child->older_;
+  if (child->older_)
+    child->older_->newer_ = child->newer_;
+  else
+    owner->oldestChild_ = child->newer_;
+  child->newer_ = child->older_ = nullptr;
+  child->owner_ = nullptr;
+  COSInterfacePtr ref(child);           // the caller's reference...
+  child->releaseReference(0);           // ...replaces the chain's
+  owner->releaseReference(COSWeakReference);
+  return ref;
+}
+
+namespace {
+const COSID& objectBeingDestroyedId() {
+  static const COSID id("ObjectBeingDestroyed");
+  return id;
+}
+}  // namespace
+
+bool ObjectOps::destroy(COSInterface* o, const COSClient* client) {
+  if (o->isBeingDestroyed() || o->isDestroyed()) return false;
+  // Explicit deletion asks the classes; the last strong reference and a
+  // parent's cascade do not (client == nullptr).
+  if (client && o->class_) {
+    for (COSClass* c : o->class_->tables().ancestry)
+      if (!c->getClassInfo()->isOkToDestroy(o)) return false;
+  }
+  COSInterfacePtr holdMemory(o, COSWeakReference);
+  o->state_ |= COSInterface::kBeingDestroyed;
+  std::exception_ptr firstError;
+
+  try {
+    o->notifyEvent(COSGetPublicClient(), objectBeingDestroyedId(), nullptr);
+  } catch (...) {
+    firstError = std::current_exception();
+  }
+
+  while (COSInterface* child = o->newestChild_) {
+    COSInterfacePtr ref = unlinkChild(child);
+    try {
+      destroy(child, nullptr);
+    } catch (...) {
+      if (!firstError) firstError = std::current_exception();
+    }
+  }
+
+  COSInterfacePtr chainReference = unlinkChild(o);
+  deallocateBlocks(o);
+  o->state_ |= COSInterface::kDestroyed;
+  freeExtras(o);
+  chainReference.reset();
+  if (firstError) std::rethrow_exception(firstError);
+  return true;
+}
+
+}  // namespace vcos::internal
+
+bool COSInterface::deleteObject(const COSClient* client) {
+  checkValid();
+  return vcos::internal::ObjectOps::destroy(this, client ? client : COSGetPublicClient());
+}

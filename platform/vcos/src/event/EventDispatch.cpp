@@ -1,0 +1,108 @@
+// notifyEvent: the listeners of the instance and the class listeners of every
+// class in its ancestry, higher priority first (class listeners before
+// instance listeners of the same priority, each in the order added). The list
+// is taken before the first callback, so listeners may add or remove
+// listeners, or delete the source, while it runs; a removed listener is
+// skipped, and once the source is destroyed no further listener runs (except
+// for "ObjectBeingDestroyed" itself, which fires during deletion).
+#include <algorithm>
+
+#include "vcos/src/class/ClassTables.h"
+#include "vcos/src/core/Access.h"
+#include "vcos/src/core/Messages.h"
+#include "vcos/src/core/ObjectOps.h"
+#include "foundation/core/except/Error.h"
+#include "vcos/COSEventData.h"
+#include "vcos/COSListener.h"
+
+using foundation::core::except::Error;
+using vcos::internal::ObjectOps;
+
+namespace {
+
+struct Pending {
+  COSInterfacePtr listener;
+  int priority;
+  int rank;  // 0 class, 1 instance
+  std::uint64_t sequence;
+};
+
+bool anyListener(const COSInterface* o, COSID eventId) noexcept {
+  if (const auto* x = ObjectOps::extrasIfAny(o))
+    for (const auto& e : x->listeners)
+      if (!e.property && e.eventId == eventId) return true;
+  if (COSClass* cls = o->getClass())
+    for (COSClass* a : cls->tables().ancestry)
+      if (a->tables().classListenerCount) return true;
+  return false;
+}
+
+}  // namespace
+
+void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventData* eventData) {
+  checkValid();
+  if (class_ && kind_ == COSKind::Instance)
+    if (COSEventInfo* e = class_->findEvent(eventId))
+      if (!vcos::internal::admits(e->getSendAccess(), e->getExtendedSendAccess(), e->getDefiningClass(), client))
+        throw Error(vcos::msg::EventAccessDenied, eventId.str(), class_->getName());
+  if (!anyListener(this, eventId)) return;
+
+  std::vector<Pending> pending;
+  if (class_)
+    for (COSClass* a : class_->tables().ancestry)
+      for (const auto& [id, list] : a->tables().classListeners)
+        if (id == eventId)
+          for (const auto& l : list) pending.push_back({l.listener, l.priority, 0, l.sequence});
+  if (extras_)
+    for (const auto& e : extras_->listeners)
+      if (!e.property && e.eventId == eventId) pending.push_back({e.listener, e.priority, 1, e.sequence});
+  if (pending.empty()) return;
+  std::stable_sort(pending.begin(), pending.end(), [](const Pending& a, const Pending& b) {
+    if (a.priority != b.priority) return a.priority > b.priority;
+    if (a.rank != b.rank) return a.rank < b.rank;
+    return a.sequence < b.sequence;
+  });
+
+  COSInterfacePtr ownData;
+  if (!eventData) {
+    ownData = COSInterfacePtr(new COSEventData(this, eventId));
+    eventData = static_cast<COSEventData*>(ownData.get());
+  }
+  COSInterfacePtr holdMemory(this, COSWeakReference);
+  eventData->incrementNotifyCount();
+  struct Done {
+    COSEventData* d;
+    ~Done() { d->decrementNotifyCount(); }
+  } done{eventData};
+  static const COSID beingDestroyed("ObjectBeingDestroyed");
+  for (Pending& p : pending) {
+    if (isDestroyed() && eventId != beingDestroyed) break;
+    static_cast<COSListener*>(p.listener.get())->fire(this, eventData);
+  }
+}
+
+void COSInterface::addListener(COSID eventId, COSListener* listener, int priority) {
+  assert(listener && "addListener needs a listener");
+  checkValid();
+  static std::uint64_t sequence = 0;
+  if (class_ && kind_ == COSKind::Instance)
+    if (COSEventInfo* e = class_->findEvent(eventId)) {
+      e->notifyAdd(this, listener);
+    }
+  ObjectOps::extras(this).listeners.push_back(
+      {eventId, nullptr, COSPropertyEvent::PreSet, COSInterfacePtr(listener), priority, ++sequence});
+}
+
+void COSInterface::removeListener(COSID eventId, const COSListener* listener) {
+  if (!extras_) return;
+  auto& list = extras_->listeners;
+  for (auto it = list.begin(); it != list.end(); ++it) {
+    if (it->property || it->eventId != eventId || it->listener.get() != listener) continue;
+    COSInterfacePtr keep = it->listener;
+    static_cast<COSListener*>(keep.get())->markRemoved();
+    list.erase(it);
+    if (class_ && kind_ == COSKind::Instance)
+      if (COSEventInfo* e = class_->findEvent(eventId)) e->notifyRemove(this, static_cast<COSListener*>(keep.get()));
+    return;
+  }
+}

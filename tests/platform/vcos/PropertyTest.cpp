@@ -1,0 +1,142 @@
+// Property look-up (exact, case-insensitive, prefix, ambiguity, dynamic) and
+// the client path (access, listeners, custom set).
+#include <gtest/gtest.h>
+
+#include "VcosTestClasses.h"
+#include "foundation/core/except/Error.h"
+
+using foundation::core::except::Error;
+
+namespace {
+
+TEST(PropertyLookup, ExactThenCaseInsensitiveThenUniquePrefix) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  COSPropInfo* width = s->findPropertyInfo(COSID("Width"));
+  ASSERT_NE(width, nullptr);
+  EXPECT_EQ(s->findPropertyInfo(COSID("wIDTH")), width);
+  EXPECT_EQ(s->findPropertyInfo(COSID("Wid")), width);
+  EXPECT_EQ(s->findPropertyInfo(COSID("windows")), s->findPropertyInfo(COSID("WindowStyle")));
+  EXPECT_EQ(s->findPropertyInfo(COSID("Nope")), nullptr);
+  // Circle does not allow truncation, though its base does.
+  COSInterfacePtr c = vt::make("vt.Circle");
+  EXPECT_EQ(c->findPropertyInfo(COSID("Rad")), nullptr);
+  EXPECT_NE(c->findPropertyInfo(COSID("radius")), nullptr);
+}
+
+TEST(PropertyLookup, AmbiguousPrefixNamesTheCandidates) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  try {
+    s->findPropertyInfo(COSID("Wi"));
+    FAIL() << "an ambiguous prefix was accepted";
+  } catch (const Error& e) {
+    EXPECT_EQ(e.identifier(), "VANTEL:vcos:AmbiguousPropertyName");
+    std::string text = e.what();
+    EXPECT_NE(text.find("Width"), std::string::npos) << text;
+    EXPECT_NE(text.find("WindowStyle"), std::string::npos) << text;
+  }
+}
+
+TEST(PropertyLookup, DynamicPropertiesLiveOnTheInstance) {
+  COSInterfacePtr a = vt::make("vt.Shape");
+  COSInterfacePtr b = vt::make("vt.Shape");
+  COSGenericProp* extra = COSGenericProp::createNewDynamicProp("Extra", COSID("vt.Shape"), COSID("asciiString"));
+  a->addDynamicProperty(extra);
+  EXPECT_EQ(b->findPropertyInfo(COSID("Extra")), nullptr);
+  COSInterfacePtr found;
+  a->findDynamicProperty(found, COSID("extra"));
+  EXPECT_EQ(found.get(), extra);
+  vt::set<std::string>(a, "Extra", "hello");
+  EXPECT_EQ(vt::get<std::string>(a, "Extra"), "hello");
+  // A dynamic property of one object is not a property of another.
+  EXPECT_THROW(b->getPropertyValue(COSGetPublicClient(), extra), Error);
+  EXPECT_THROW(a->addDynamicProperty(COSGenericProp::createNewDynamicProp("Width", COSID("vt.Shape"), COSID("any"))),
+               Error);
+}
+
+TEST(PropertyAccess, ProtectedRefusesPublicAndAdmitsClassAndSubclass) {
+  COSInterfacePtr s = vt::make("vt.Circle");
+  try {
+    vt::set<std::int32_t>(s, "Secret", 1);
+    FAIL() << "public client set a protected property";
+  } catch (const Error& e) {
+    EXPECT_EQ(e.identifier(), "VANTEL:vcos:SetProhibited");
+  }
+  EXPECT_THROW(vt::get<std::int32_t>(s, "Secret"), Error);
+  vt::set<std::int32_t>(s, "Secret", 11, vt::cls("vt.Shape")->getPrivateClient());
+  EXPECT_EQ(vt::get<std::int32_t>(s, "Secret", vt::cls("vt.Circle")->getPrivateClient()), 11);
+  // An unrelated class's client is refused too.
+  EXPECT_THROW(vt::get<std::int32_t>(s, "Secret", vt::cls("vt.Friend")->getPrivateClient()), Error);
+}
+
+TEST(PropertyAccess, PrivateAdmitsOnlyTheDefiningClassAndListsAdmitNamedClasses) {
+  COSInterfacePtr s = vt::make("vt.Circle");
+  EXPECT_THROW(vt::set<std::int32_t>(s, "Internal", 1, vt::cls("vt.Circle")->getPrivateClient()), Error);
+  vt::set<std::int32_t>(s, "Internal", 5, vt::cls("vt.Shape")->getPrivateClient());
+  EXPECT_EQ(vt::get<std::int32_t>(s, "Internal", vt::cls("vt.Shape")->getPrivateClient()), 5);
+  EXPECT_THROW(vt::set<double>(s, "Listed", 1.0), Error);
+  vt::set<double>(s, "Listed", 2.5, vt::cls("vt.Friend")->getPrivateClient());
+  EXPECT_EQ(vt::get<double>(s, "Listed"), 2.5);
+  // The direct path does no access check.
+  vcos::omCopyPropertyWithNoPermissionCheck(s, vt::prop(s, "Internal"), COSValue::fromInt(9));
+  EXPECT_EQ(static_cast<vt::ShapeData*>(s->getInstanceData(COSID("vt.Shape")))->internal, 9);
+}
+
+TEST(PropertySet, ListenersSeeTheValueBeforeAndAfterTheStore) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  COSPropInfo* width = vt::prop(s, "Width");
+  std::vector<std::string> seen;
+  auto record = [&](const char* tag) {
+    return vt::listener([&, tag](COSInterface* src, COSEventData* d) {
+      auto* data = static_cast<vt::ShapeData*>(src->getInstanceData(COSID("vt.Shape")));
+      seen.push_back(std::string(tag) + " new=" + std::to_string(d->getValue().asDouble()) +
+                     " stored=" + std::to_string(data->width));
+    });
+  };
+  COSInterfacePtr pre = record("pre"), post = record("post");
+  s->addPropertyListener(COSPropertyEvent::PreSet, width, vt::L(pre));
+  s->addPropertyListener(COSPropertyEvent::PostSet, width, vt::L(post));
+  vt::set<double>(s, "Width", 4.0);
+  ASSERT_EQ(seen.size(), 2u);
+  EXPECT_EQ(seen[0], "pre new=4.000000 stored=1.000000");
+  EXPECT_EQ(seen[1], "post new=4.000000 stored=4.000000");
+  s->removePropertyListener(COSPropertyEvent::PostSet, width, vt::L(post));
+  vt::set<double>(s, "Width", 5.0);
+  EXPECT_EQ(seen.size(), 3u);
+  COSInterfacePtr quietListener = record("quiet");
+  EXPECT_THROW(s->addPropertyListener(COSPropertyEvent::PostSet, vt::prop(s, "Quiet"), vt::L(quietListener)), Error);
+}
+
+TEST(PropertySet, GenericPropertiesCopyStoredValuesAndResetToDefaults) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  EXPECT_EQ(vt::get<std::string>(s, "WindowStyle"), "none");
+  std::string text = "framed";
+  s->setPropertyValue(COSGetPublicClient(), vt::prop(s, "WindowStyle"), COSValue(&text));
+  text = "changed after the set";
+  EXPECT_EQ(vt::get<std::string>(s, "WindowStyle"), "framed");
+  s->resetToClassDefaults();
+  EXPECT_EQ(vt::get<std::string>(s, "WindowStyle"), "none");
+}
+
+TEST(CustomSet, RunsOnlyForPropertiesTurnedOnForTheClass) {
+  vt::Journal& j = vt::journal();
+  COSClass* tracked = vt::cls("vt.Tracked");
+  ASSERT_NE(tracked, nullptr);
+  EXPECT_TRUE(tracked->usesCustomMetaClass());
+  EXPECT_EQ(j.finishPropertyCalls, 1);
+  EXPECT_EQ(j.finishClassCalls, 1);
+  EXPECT_EQ(j.propertiesSeenAtFinish, 2);
+  COSInterfacePtr o = tracked->createInstance(COSGetPublicClient());
+  j.customSetNames.clear();
+  vt::set<double>(o, "Size", 2.0);
+  vt::set<double>(o, "Color", 3.0);
+  vt::set<double>(o, "Size", 4.0);
+  EXPECT_EQ(j.customSetNames, (std::vector<std::string>{"Color"}));
+  EXPECT_EQ(vt::get<double>(o, "Color"), 3.0);
+  EXPECT_EQ(vt::get<double>(o, "Size"), 4.0);
+  // The direct path never reaches the meta class.
+  vcos::omCopyPropertyWithNoPermissionCheck(o, vt::prop(o, "Color"), COSValue::fromDouble(1.0));
+  EXPECT_EQ(j.customSetNames.size(), 1u);
+  EXPECT_FALSE(vt::cls("vt.Shape")->usesCustomMetaClass());
+}
+
+}  // namespace

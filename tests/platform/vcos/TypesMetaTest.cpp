@@ -1,0 +1,142 @@
+// Data types and conversions, the array bridge, interned ids, and meta
+// classes with attributes.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <thread>
+
+#include "VcosTestClasses.h"
+#include "foundation/core/except/Error.h"
+#include "vx/vx.h"
+#include "vx/vxObjectStorage.h"
+
+using foundation::core::except::Error;
+
+namespace {
+
+TEST(InternedIds, EqualTextsGiveOneIdAcrossThreads) {
+  std::vector<const vcos::internal::InternedEntry*> seen(8);
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 8; ++i)
+    threads.emplace_back([&, i] { seen[i] = vcos::internal::makeInterned(std::string("Concurrent.Name")).entry(); });
+  for (auto& t : threads) t.join();
+  for (auto* e : seen) EXPECT_EQ(e, seen[0]);
+  EXPECT_TRUE(vcos::internal::makeInterned(std::string()).isEmpty());
+  EXPECT_EQ(COSID("MiXeD").folded(), COSID("mixed"));
+}
+
+TEST(DataTypes, BasicTypesKnowTheirWords) {
+  COSDataTypePtr dbl("double scalar");
+  EXPECT_FALSE(dbl->isEqual(COSValue::fromDouble(NAN), COSValue::fromDouble(NAN)));
+  EXPECT_TRUE(dbl->isEqualWithEqualNans(COSValue::fromDouble(NAN), COSValue::fromDouble(NAN)));
+  EXPECT_LT(dbl->compare(COSValue::fromDouble(-2.0), COSValue::fromDouble(1.0)), 0);
+  COSDataTypePtr i8("int8 scalar");
+  EXPECT_LT(i8->compare(COSValue::fromInt(-1), COSValue::fromInt(1)), 0);
+  COSDataTypePtr text("asciiString");
+  std::string a = "abc";
+  COSValue copy = text->copy(COSValue(&a));
+  EXPECT_NE(copy.asPointer<std::string>(), &a);
+  EXPECT_TRUE(text->isEqual(copy, COSValue(&a)));
+  text->destroy(copy);
+  EXPECT_FALSE(COSDataTypePtr("logical scalar")->checkValue(COSValue::fromInt(7), false));
+  EXPECT_THROW(COSDataTypePtr("logical scalar")->checkValue(COSValue::fromInt(7), true), Error);
+  EXPECT_THROW(COSDataTypePtr("no such type"), Error);
+}
+
+TEST(DataTypes, ClassTypedNamesCheckTheClass) {
+  vt::registerClasses();
+  COSDataTypePtr circleScalar("vt.Circle scalar");
+  COSInterfacePtr c = vt::make("vt.Circle");
+  COSInterfacePtr s = vt::make("vt.Shape");
+  EXPECT_TRUE(circleScalar->checkValue(COSValue(c.get()), false));
+  EXPECT_FALSE(circleScalar->checkValue(COSValue(s.get()), false));
+  EXPECT_TRUE(COSTypeRepository::getType(COSID("vt.Shape vector")));
+  EXPECT_FALSE(COSTypeRepository::getType(COSID("vt.Missing scalar")));
+  EXPECT_THROW(vt::cls("vt.Shape")->validatePropertyType(COSID("vt.Shape"), COSID("vt.Missing")), Error);
+  // A copy of a handle keeps the object alive.
+  COSInterfacePtr weak(c, COSWeakReference);
+  COSValue held = circleScalar->copy(COSValue(c.get()));
+  c = nullptr;
+  EXPECT_FALSE(weak->isDestroyed());
+  circleScalar->destroy(held);
+  EXPECT_TRUE(weak->isDestroyed());
+}
+
+TEST(DataTypes, ConversionsCanBeAddedAndRemoved) {
+  struct Negate final : COSTypeConversion {
+    COSValue convert(COSValue v) const override { return COSValue::fromDouble(-v.asDouble()); }
+  };
+  COSID dbl("double scalar"), single("single scalar");
+  COSTypeRepository::addConversion(dbl, single, new Negate);
+  ASSERT_NE(COSTypeRepository::getConversion(dbl, single), nullptr);
+  EXPECT_EQ(COSTypeRepository::getConversion(dbl, single)->convert(COSValue::fromDouble(2)).asDouble(), -2.0);
+  COSTypeRepository::removeConversion(dbl, single);
+  EXPECT_EQ(COSTypeRepository::getConversion(dbl, single), nullptr);
+}
+
+TEST(ArrayBridge, GetAndSetByNameGoThroughTheClientPath) {
+  COSInterfacePtr c = vt::make("vt.Circle");
+  vxArray* arr = vxCreateObjectMatrix(1, 1, c->getClass()->getID().entry());
+  vxGetObjectElements(arr)[0] = c.get();
+  EXPECT_STREQ(vxGetClassName(arr), "vt.Circle");
+  EXPECT_TRUE(vxIsA(arr, "vt.Shape"));
+
+  vxArray* two = vxCreateDoubleScalar(2.5);
+  vxSetProperty(arr, 0, "Radius", two);
+  vxDestroyArray(two);
+  EXPECT_EQ(vt::get<double>(c, "Radius"), 2.5);
+  vxArray* r = vxGetProperty(arr, 0, "radius");
+  EXPECT_EQ(vxGetScalar(r), 2.5);
+  vxDestroyArray(r);
+
+  vxArray* name = vxCreateString("ring");
+  vxSetProperty(arr, 0, "Name", name);
+  vxDestroyArray(name);
+  vxArray* back = vxGetProperty(arr, 0, "Name");
+  EXPECT_EQ(vxArrayToStdString(back), "ring");
+  vxDestroyArray(back);
+
+  vxArray* truth = vxCreateLogicalScalar(false);
+  vxSetProperty(arr, 0, "Visible", truth);
+  vxDestroyArray(truth);
+  EXPECT_FALSE(vt::get<bool>(c, "Visible"));
+  // Access still applies.
+  vxArray* one = vxCreateDoubleScalar(1);
+  EXPECT_THROW(vxSetProperty(arr, 0, "Secret", one), Error);
+  vxDestroyArray(one);
+  vxDestroyArray(arr);
+}
+
+TEST(MetaClasses, MembersAreInstancesOfMetaClassesWithReadableAttributes) {
+  COSClass* shape = vt::cls("vt.Shape");
+  EXPECT_STREQ(shape->getMetaClass()->getName(), "meta.class");
+  COSPropInfo* secret = shape->findPropertyExact(COSID("Secret"));
+  ASSERT_STREQ(secret->getClass()->getName(), "meta.property");
+  EXPECT_EQ(secret->getInstanceData(COSID("vantel.metadata.Property")), static_cast<void*>(secret));
+  COSInterfacePtr p(secret);
+  COSInterfacePtr cls(shape);
+  EXPECT_EQ(vt::get<std::int32_t>(p, "GetAccess"), ProtectedAccess);
+  EXPECT_EQ(vt::get<std::string>(p, "Name"), "Secret");
+  EXPECT_EQ(vt::get<std::string>(cls, "Name"), "vt.Shape");
+  EXPECT_FALSE(vt::get<bool>(cls, "Abstract"));
+  EXPECT_THROW(vt::set<bool>(p, "Dependent", true), Error);
+  COSMethodInfo* area = shape->findMethod(COSID("area"));
+  EXPECT_STREQ(area->getClass()->getName(), "meta.method");
+  EXPECT_STREQ(shape->findEvent(COSID("Changed"))->getClass()->getName(), "meta.event");
+  EXPECT_STREQ(vt::cls("meta.property")->getClass()->getName(), "meta.class");
+}
+
+TEST(MetaClasses, CustomMetaPropertiesCarryTheirOwnAttributeBlocks) {
+  COSClass* tracked = vt::cls("vt.Tracked");
+  EXPECT_STREQ(tracked->getMetaClass()->getName(), "vt.TrackingMetaClass");
+  COSInterfacePtr color(tracked->findPropertyExact(COSID("Color")));
+  COSInterfacePtr size(tracked->findPropertyExact(COSID("Size")));
+  EXPECT_STREQ(color->getClass()->getName(), "vt.TrackedProperty");
+  EXPECT_TRUE(vt::get<bool>(color, "Tracked"));
+  EXPECT_FALSE(vt::get<bool>(size, "Tracked"));
+  // The built-in attributes come along through the meta class's superclass.
+  EXPECT_EQ(vt::get<std::string>(size, "Name"), "Size");
+  EXPECT_THROW(tracked->setPropertyAttribute(COSID("Size"), COSID("NoSuchAttribute"), COSValue()), Error);
+}
+
+}  // namespace
