@@ -15,8 +15,9 @@ bool vcos::internal::callMethod(COSClass* cls, COSID methodId, const COSClient* 
   assert(cls && "callMethod needs a class");
   const std::uint32_t* i = cls->tables().methodIndex.find(methodId);
   if (!i) return false;
-  // Copy: a method may add methods to the class while it runs.
-  const std::vector<COSMethodInfo*> candidates = cls->tables().methods[*i].candidates;
+  // No copy: the table is not touched again once a method is invoked, so a
+  // method may add methods to the class while it runs.
+  const std::vector<COSMethodInfo*>& candidates = cls->tables().methods[*i].candidates;
   bool refused = false;
   for (COSMethodInfo* m : candidates) {
     if (!admits(m->getMemberAccess(), m->getExtendedAccess(), m->getDefiningClass(), client)) {
