@@ -157,8 +157,8 @@ bool& initialized() {
   return flag;
 }
 
-const char* noDescription() { return "Graphics data types"; }
-const char* noDetails() { return "The value types of graphics object properties"; }
+const char* describeNamespace() { return "Graphics data types"; }
+const char* namespaceDetails() { return "The value types of graphics object properties"; }
 
 }  // namespace
 
@@ -179,7 +179,7 @@ COSDataTypePtr register_datatype(COSDataType* type) {
 void VLInitialize_sgdatatypes() {
   using namespace graphics::datatype;
   if (initialized()) return;
-  register_namespace("vantel.graphics.datatype", &noDescription, &noDetails);
+  register_namespace("vantel.graphics.datatype", &describeNamespace, &namespaceDetails);
   registerTypes();
   initialized() = true;
 }
