@@ -14,12 +14,6 @@ target_include_directories(sgutils
   PRIVATE
     ${PROJECT_SOURCE_DIR})
 
-target_link_libraries(sgutils PUBLIC sgplatform)
-# The value types library; until it is part of the tree the frame uses its
-# own minimal stand-ins for the few calls it makes (src/startup/DatatypesBridge.cpp).
-if(TARGET sgdatatypes)
-  target_link_libraries(sgutils PUBLIC sgdatatypes)
-  target_compile_definitions(sgutils PRIVATE SGUTILS_WITH_DATATYPES=1)
-endif()
+target_link_libraries(sgutils PUBLIC sgdatatypes sgplatform)
 
 add_library(sgutils::sgutils ALIAS sgutils)

@@ -1,8 +1,6 @@
 // Not installed; internal to sgutils.
 // The few calls that the frame makes into the data types library, in one
-// place. With the data types library in the build they forward to it; without
-// it, minimal stand-ins keep the frame usable (no numeric handles, no
-// creation callbacks).
+// place, so that the frame's sources name only what they need.
 #pragma once
 
 #include "vcos/COSInterfacePtr.h"
@@ -18,8 +16,7 @@ COSPackage* registerNamespace(const char* name, DescriptionFn describe, Descript
 void registerDatatype(COSDataType* type);
 void initializeDatatypes();
 void terminateDatatypes();
-// The class listener that runs "CreateFcn" of a new object; null when no
-// callback type exists.
+// The class listener that runs "CreateFcn" of a new object.
 COSInterfacePtr createCreateFcnListener();
 // Forgets the numeric handle of an object being deleted.
 void destroyHandleNumber(double number) noexcept;
