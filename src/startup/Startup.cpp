@@ -14,6 +14,7 @@
 #include "sgutils/GraphicsPlaceholderCI.h"
 #include "sgutils/GraphicsPrefs.h"
 #include "sgutils/Namespaces.h"
+#include "sgutils/PerInstance.h"
 #include "sgutils/SGHandle.h"
 #include "sgutils/SGHandleClassInfo.h"
 #include "sgutils/SGPropHandlerClassInfo.h"
@@ -85,6 +86,26 @@ void registerClasses() {
   graphicsPackage()->findClass(placeholder, "GraphicsPlaceholder");
 }
 
+// The marker class of objects that the Java side may see; registered once per
+// instance (or per process without the per-instance store).
+class GraphicsJavaVisibleInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "GraphicsJavaVisible"; }
+  bool isHidden() const override { return true; }
+};
+
+struct JavaVisibleBlock {
+  JavaVisibleBlock() {
+    COSPackage* package = graphics::internal::getNamespace();
+    if (!isRegistered(package, "GraphicsJavaVisible")) SGHandle::addClassToNamespace(package, new GraphicsJavaVisibleInfo);
+  }
+};
+
+void registerJavaVisible() {
+  struct Tag;
+  sgutils::PerInstance<Tag, JavaVisibleBlock>::get([] { return JavaVisibleBlock(); });
+}
+
 }  // namespace
 
 unsigned char sgutils::initFlag() { return initFlagSlot(); }
@@ -102,7 +123,8 @@ extern "C" void VLInitialize_sgutils() {
     registerClasses();
   }
   sgutils::registerGeneratedClasses();
-  // GraphicsJavaVisible and GraphicsBaseFunctions join here with their parts.
+  registerJavaVisible();
+  // GraphicsBaseFunctions, a generated class, joins here with its part.
 }
 
 extern "C" void VLTerminate_sgutils() {

@@ -9,6 +9,7 @@
 #include "foundation/feature/Feature.h"
 #include "foundation/feature/svFeatureEntry.h"
 #include "foundation/usm/ScopedInstance.h"
+#include "sgdatatypes/Registration.h"
 #include "vcos/vcos.h"
 
 using namespace sgtest;
@@ -147,4 +148,33 @@ TEST(UniqueIDGenerator, ThreadsNeverGetTheSameId) {
   std::set<std::string> all;
   for (auto& v : got) all.insert(v.begin(), v.end());
   EXPECT_EQ(all.size(), std::size_t(kThreads * kEach));
+}
+
+// Shut-down only undoes what this instance's start-up did. Each case runs in
+// a fresh process, where nothing has started yet.
+namespace {
+bool handleConversionPresent() {
+  return COSTypeRepository::getConversion(COSID("double"), COSID("vantel.graphics.datatype.COSInterface")) != nullptr;
+}
+}  // namespace
+
+TEST(StartupDeathTest, TerminateBeforeStartupLeavesTheDataTypesAlone) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        VLInitialize_sgdatatypes();
+        const bool before = handleConversionPresent();
+        VLTerminate_sgutils();
+        std::exit(before && handleConversionPresent() ? 0 : 1);
+      },
+      ::testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(
+      {
+        VLInitialize_sgutils();
+        const bool before = handleConversionPresent();
+        VLTerminate_sgutils();
+        std::exit(before && !handleConversionPresent() ? 0 : 1);
+      },
+      ::testing::ExitedWithCode(0), "")
+      << "after its own start-up, shut-down ends the data types";
 }
