@@ -53,10 +53,13 @@ class ObjectCtorMI final : public COSMethodInfo {
     if (!object) return;
     COSClass* cls = getDefiningClass();
     auto* block = static_cast<Class*>(static_cast<SGReference*>(object->getInstanceData(cls->getID())));
-    sgutils::runConstructorStages(client, object, block, sgutils::privateClientOf(cls), nrhs - 1, prhs + 1);
+    if (!privateClient_) privateClient_ = sgutils::privateClientOf(cls);
+    sgutils::runConstructorStages(client, object, block, privateClient_, nrhs - 1, prhs + 1);
   }
 
  private:
   COSID methodId_;
   COSMethodSignaturePtr signature_;
+  // Found on the first call, when the class is complete.
+  mutable const COSClient* privateClient_ = nullptr;
 };

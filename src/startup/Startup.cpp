@@ -98,6 +98,9 @@ struct JavaVisibleBlock {
   JavaVisibleBlock() {
     COSPackage* package = graphics::internal::getNamespace();
     if (!isRegistered(package, "GraphicsJavaVisible")) SGHandle::addClassToNamespace(package, new GraphicsJavaVisibleInfo);
+    // The class exists from here on.
+    COSInterfacePtr cls;
+    package->findClass(cls, "GraphicsJavaVisible");
   }
 };
 
