@@ -27,6 +27,8 @@ COSInterfacePtr listenTo(const COSInterfacePtr& source, const char* event, std::
   return l;
 }
 
+bool isOn(const Arr& value) { return vxArrayToStdString(value.get()) == "on"; }
+
 void callReset(const COSInterfacePtr& object) {
   Arr self = obj(object);
   const vxArray* in[] = {self.get()};
@@ -90,11 +92,11 @@ TEST_F(Lifecycle, BeingDeletedIsTrueBelowAnObjectBeingDestroyed) {
   }
   bool seenChild = false, seenGrandchild = false, childItselfBeingDestroyed = true;
   COSInterfacePtr l = listenTo(parent, "ObjectBeingDestroyed", [&] {
-    seenChild = vxIsLogicalScalarTrue(getProp(child, "BeingDeleted").get());
-    seenGrandchild = vxIsLogicalScalarTrue(getProp(grandchild, "BeingDeleted").get());
+    seenChild = isOn(getProp(child, "BeingDeleted"));
+    seenGrandchild = isOn(getProp(grandchild, "BeingDeleted"));
     childItselfBeingDestroyed = child->isBeingDestroyed();
   });
-  EXPECT_FALSE(vxIsLogicalScalarTrue(getProp(grandchild, "BeingDeleted").get()));
+  EXPECT_FALSE(isOn(getProp(grandchild, "BeingDeleted")));
   parent->deleteObject(COSGetPublicClient());
   EXPECT_TRUE(seenChild);
   EXPECT_TRUE(seenGrandchild);
@@ -105,7 +107,7 @@ TEST_F(Lifecycle, SettingBeingDeletedHasNoEffect) {
   COSInterfacePtr o = construct({});
   Arr yes(vxCreateLogicalScalar(true));
   EXPECT_NO_THROW(setProp(o, "BeingDeleted", yes.get()));
-  EXPECT_FALSE(vxIsLogicalScalarTrue(getProp(o, "BeingDeleted").get()));
+  EXPECT_FALSE(isOn(getProp(o, "BeingDeleted")));
 }
 
 TEST_F(Lifecycle, ApplicationDataKeepsStructsAndReplacesAnythingElse) {
