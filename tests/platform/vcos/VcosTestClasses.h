@@ -22,6 +22,7 @@ struct Journal {
   int finishClassCalls = 0;
   int propertiesSeenAtFinish = 0;
   bool refuseDestroy = false;  // Shape's isOkToDestroy answer is the negation
+  bool failAllocation = false;  // Fragile's block cannot be made
 };
 Journal& journal();
 

@@ -121,6 +121,23 @@ void ObjectOps::storeValue(COSInterface* o, const COSPropInfo* p, COSValue v) {
   }
 }
 
+bool ObjectOps::eraseStoredValue(COSInterface* o, const COSPropInfo* p) noexcept {
+  if (!o->extras_) return false;
+  auto& values = o->extras_->values;
+  for (auto it = values.begin(); it != values.end(); ++it) {
+    if (it->property != p) continue;
+    COSValue v = it->value;
+    values.erase(it);
+    try {
+      if (COSDataTypePtr type = p->getDataType()) type->destroyInternal(v);
+    } catch (...) {
+      assert(false && "a data type failed to free a stored value");
+    }
+    return true;
+  }
+  return false;
+}
+
 COSInterfacePtr ObjectOps::unlinkChild(COSInterface* child) noexcept {
   COSInterface* owner = child->owner_;
   if (!owner) return {};
@@ -153,7 +170,7 @@ bool ObjectOps::destroy(COSInterface* o, const COSClient* client) {
   // parent's cascade do not (client == nullptr).
   if (client && o->class_) {
     for (COSClass* c : o->class_->tables().ancestry)
-      if (!c->getClassInfo()->isOkToDestroy(o)) return false;
+      if (!c->getClassInfo()->isOkToDestroy(client, o)) return false;
   }
   COSInterfacePtr holdMemory(o, COSWeakReference);
   o->state_ |= COSInterface::kBeingDestroyed;

@@ -51,6 +51,8 @@ class ObjectOps {
   // Generic value store of COSPropT.
   static COSValue* storedValue(COSInterface* o, const COSPropInfo* p) noexcept;
   static void storeValue(COSInterface* o, const COSPropInfo* p, COSValue v);
+  // Drops a stored value; false when there was none.
+  static bool eraseStoredValue(COSInterface* o, const COSPropInfo* p) noexcept;
 
   // Takes the child out of its owner's chain; returns the strong reference
   // the chain held.
