@@ -140,3 +140,22 @@ TEST(MetaClasses, CustomMetaPropertiesCarryTheirOwnAttributeBlocks) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(MetaClasses, AttributesOfRunTimePropertiesCanBeWrittenLikeProperties) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  COSGenericProp* extra = COSGenericProp::createNewDynamicProp("Scratch", COSID("vt.Shape"), COSID("double scalar"));
+  s->addDynamicProperty(extra);
+  COSInterfacePtr p(extra);
+  EXPECT_STREQ(extra->getClass()->getName(), "meta.property");
+  vt::set<bool>(p, "Hidden", true);
+  vt::set<bool>(p, "Transient", true);
+  EXPECT_FALSE(extra->isVisible());
+  EXPECT_TRUE(extra->isTransient());
+  // A class's compiled property refuses the same write.
+  COSInterfacePtr width(vt::cls("vt.Shape")->findPropertyExact(COSID("Width")));
+  EXPECT_THROW(vt::set<bool>(width, "Hidden", true), Error);
+}
+
+}  // namespace

@@ -170,7 +170,7 @@ bool ObjectOps::destroy(COSInterface* o, const COSClient* client) {
   // parent's cascade do not (client == nullptr).
   if (client && o->class_) {
     for (COSClass* c : o->class_->tables().ancestry)
-      if (!c->getClassInfo()->isOkToDestroy(o)) return false;
+      if (!c->getClassInfo()->isOkToDestroy(client, o)) return false;
   }
   COSInterfacePtr holdMemory(o, COSWeakReference);
   o->state_ |= COSInterface::kBeingDestroyed;
