@@ -11,7 +11,6 @@
 #include <cassert>
 
 #include "foundation/core/except/Error.h"
-#include "vcos/FunctionDispatcher.h"
 #include "vcos/src/findobj/PropertyResolver.h"
 #include "vcos/src/findobj/TextCompare.h"
 #include "vx/matrix.h"
