@@ -146,12 +146,17 @@ void SGHandleClassInfo::initializeClass(COSClass* cls, const COSClient*) {
 }
 
 void* SGHandleClassInfo::allocateInstance(COSInterface* instance) {
-  SGHandle* block = nullptr;
-  // A concrete class with its own SGHandle subclass makes the block.
-  if (auto* factory = dynamic_cast<SGHandleBlockFactory*>(instance->getClass()->getClassInfo()))
-    block = factory->createHandleBlock();
-  else
-    block = new SGHandle;
+  // A concrete class with its own SGHandle subclass makes the block. The
+  // cross-cast is remembered for the last class info seen (class infos live
+  // for the process), since objects of one class tend to come in runs.
+  struct LastFactory {
+    const COSClassInfo* info = nullptr;
+    SGHandleBlockFactory* factory = nullptr;
+  };
+  thread_local LastFactory last;
+  const COSClassInfo* info = instance->getClass()->getClassInfo();
+  if (info != last.info) last = {info, dynamic_cast<SGHandleBlockFactory*>(const_cast<COSClassInfo*>(info))};
+  SGHandle* block = last.factory ? last.factory->createHandleBlock() : new SGHandle;
   if (COSClass* graphics = SGHandle::getClassInstance()) graphics->notifyInstanceAllocated(instance);
   block->setCOSReference(COSInterfacePtr(instance, COSWeakReference));
   return asBlock(block);
