@@ -159,3 +159,23 @@ TEST(MetaClasses, AttributesOfRunTimePropertiesCanBeWrittenLikeProperties) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(DataTypes, TypedValuesOwnTheirWordAcrossCopiesAndMoves) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  COSInterfacePtr weak(s, COSWeakReference);
+  COSDataTypePtr handle("handle scalar");
+  {
+    COSTypedValue a(handle->copy(COSValue(s.get())), handle);
+    COSTypedValue b = a;             // a second reference
+    COSTypedValue c = std::move(a);  // moves the first
+    s = nullptr;
+    EXPECT_FALSE(weak->isDestroyed());
+    EXPECT_TRUE(a.getValue().isEmpty());
+    EXPECT_EQ(b.getValue(), c.getValue());
+  }
+  EXPECT_TRUE(weak->isDestroyed()) << "a typed value kept its object after going away";
+}
+
+}  // namespace

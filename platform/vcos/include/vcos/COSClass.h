@@ -62,9 +62,13 @@ class VCOS_API COSClass final : public COSInterface {
   void acceptPropertyVisitor(COSVisitor& visitor) const;
   std::size_t getPropertyCount() const noexcept;
   COSPropInfo* getPropertyAt(std::size_t index) const noexcept;
-  // Exact, case-insensitive, then unique-prefix look-up (where allowed);
-  // raises "VANTEL:vcos:AmbiguousPropertyName" for an ambiguous prefix.
+  // Exact, case-insensitive, then unique-prefix look-up (where allowed)
+  // among this class's properties; raises
+  // "VANTEL:vcos:AmbiguousPropertyName" for an ambiguous prefix. (The
+  // two-argument form, from COSInterface, looks among the attributes of the
+  // class object itself.)
   COSPropInfo* findProperty(COSID name) const;
+  using COSInterface::findProperty;
   // Exact look-up only; allocation-free.
   COSPropInfo* findPropertyExact(COSID name) const noexcept;
   // The most derived method of that name, or null.
