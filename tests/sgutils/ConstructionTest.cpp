@@ -89,6 +89,13 @@ TEST_F(Construction, StagesRunInOrder) {
   EXPECT_EQ(journal().stages, (std::vector<std::string>{":Setup", "t:CreationComplete"}));
 }
 
+TEST_F(Construction, CreateFcnRunsAfterCreationComplete) {
+  Arr tag = str("Tag"), t = str("t"), name = str("CreateFcn");
+  Arr fn = callback([](COSInterface*, COSEventData*) { journal().stages.push_back("CreateFcn"); });
+  construct({tag.get(), t.get(), name.get(), fn.get()});
+  EXPECT_EQ(journal().stages, (std::vector<std::string>{":Setup", "t:CreationComplete", "CreateFcn"}));
+}
+
 TEST_F(Construction, FailedSetupRunsSetupFailedAndRaises) {
   journal().failSetup = true;
   Arr tag = str("Tag"), t = str("t");
@@ -133,6 +140,9 @@ TEST_F(Construction, JavaCheckRunsFirstAndIsSkippedInAReducedRuntime) {
   EXPECT_NO_THROW(construct({}));
   EXPECT_EQ(calls, 0);
   GraphicsState::setIsDecaf(false);
+
+  test = nullptr;
+  EXPECT_THROW(construct({}), std::bad_function_call) << "with no test in force";
   test = saved;
 }
 

@@ -71,6 +71,17 @@ class TagPI final : public COSPropT {
   }
 };
 
+class CreateFcnPI final : public COSPropT {
+ public:
+  explicit CreateFcnPI(COSID cls)
+      : COSPropT(cls, COSID("CreateFcn"), COSDataTypePtr(graphics::datatype::kCallbackType)) {}
+  COSValue getValue(COSInterface* object) const override { return COSValue(new VCallback(block(object).createFcn)); }
+  void setValue(COSInterface* object, COSValue value) override {
+    auto* cb = value.asPointer<const VCallback>();
+    block(object).createFcn = cb ? *cb : VCallback();
+  }
+};
+
 class TestPropertyDefinitionInfo final : public BaseObjectCOSInfo, public SGHandleBlockFactory {
  public:
   const char* getName() const override { return "TestPropertyDefinition"; }
@@ -81,6 +92,7 @@ class TestPropertyDefinitionInfo final : public BaseObjectCOSInfo, public SGHand
     cls->addProperty(new ParentPI(me));
     cls->addProperty(new WidthPI(me));
     cls->addProperty(new TagPI(me));
+    cls->addProperty(new CreateFcnPI(me));
     cls->addProperty(new BeingDeletedPI(me, COSDataTypePtr(graphics::datatype::kOnOffType),
                                         COSPropDefaultFlags & ~unsigned(COSPropResetAllowed)));
     cls->addMethod(new ObjectCtorMI<TestGraphicsObject, sgutils::PublicConstructorAccess>(me, COSID(getName())));
@@ -146,6 +158,11 @@ TestGraphicsObject* blockOf(const COSInterfacePtr& object) {
 
 Arr str(const char* text) { return Arr(vxCreateString(text)); }
 Arr num(double value) { return Arr(vxCreateDoubleScalar(value)); }
+Arr callback(VCallback::Function fn) {
+  static const COSID type(graphics::datatype::kCallbackType), any("any");
+  VCallback cb(std::move(fn));
+  return Arr(COSTypeRepository::getConversion(type, any)->convert(COSValue(&cb)).asPointer<vxArray>());
+}
 Arr obj(const COSInterfacePtr& object) { return Arr(omCreateVCOSScalar(object)); }
 
 Arr getProp(const COSInterfacePtr& object, const char* name) {

@@ -3,16 +3,20 @@
 // of "vantel.graphics.Graphics" whose C++ block derives from SGHandle. It has
 // a "Parent" property that hooks it into the object tree, a "Width" whose
 // set refuses negative values, a "Tag", "BeingDeleted", and a journal of the
-// stage hooks that ran.
+// stage hooks that ran. "CreateFcn" runs through the library's creation
+// listener.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "sgdatatypes/VCallback.h"
 #include "sgutils/sgutils.h"
 #include "vx/vx.h"
 
 namespace sgtest {
+
+using graphics::datatype::VCallback;
 
 inline constexpr const char kTestClass[] = "sg2utils.TestPropertyDefinition";
 
@@ -37,6 +41,7 @@ class TestGraphicsObject : public SGHandle {
 
   double width = 1.0;
   std::string tag;
+  VCallback createFcn;
   bool allowReset = true;
 
  private:
@@ -55,6 +60,8 @@ TestGraphicsObject* blockOf(const COSInterfacePtr& object);
 using Arr = matrix::unique_vxArray;
 Arr str(const char* text);
 Arr num(double value);
+// A callback value (a function handle array) that runs `fn`.
+Arr callback(VCallback::Function fn);
 Arr obj(const COSInterfacePtr& object);
 
 // Property access through the language's path.
