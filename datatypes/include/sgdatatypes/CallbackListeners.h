@@ -1,0 +1,28 @@
+// Listeners that run the callback stored in a property of the event's
+// source: the listener of "ButtonDownFcn" runs whatever that property of the
+// clicked object holds at the moment of the click. The property may hold a
+// "vantel.graphics.datatype.Callback" value or any array that converts to
+// one; an object without the property, or with an empty callback, is
+// skipped.
+#pragma once
+
+#include "sgdatatypes/DatatypesExport.h"
+#include "vcos/COSInterfacePtr.h"
+
+namespace graphics::datatype {
+
+// A listener to attach to an object for an event. With `passEventData` the
+// callback receives the event's data; without it, null. With `allowRecursion`
+// the listener runs again when its callback fires the same event; without
+// it, such a nested firing is skipped. It also runs for a source that is being
+// deleted (a "DeleteFcn" listener must). The result holds the only reference.
+SGDATATYPES_API COSInterfacePtr createListener(const char* propertyName, bool passEventData, bool allowRecursion);
+
+// The same, for attaching to a class (COSClass::addClassListener), so that
+// it runs for every instance; instances whose class lacks the property, and
+// instances whose deletion has begun (an object deleted while it was being
+// created), are skipped.
+SGDATATYPES_API COSInterfacePtr createClassListener(const char* propertyName, bool passEventData,
+                                                    bool allowRecursion);
+
+}  // namespace graphics::datatype

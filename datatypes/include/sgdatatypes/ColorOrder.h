@@ -1,0 +1,38 @@
+// The colours that plots take in turn for their lines and markers: an N-by-3
+// table of red, green and blue values in [0, 1], N >= 1.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "sgdatatypes/DatatypesExport.h"
+#include "sgdatatypes/RGBAColor.h"
+#include "vx/vxTypes.h"
+
+namespace graphics::datatype {
+
+class SGDATATYPES_API ColorOrder {
+ public:
+  // One row, opaque black.
+  ColorOrder();
+  // From an N-by-3 real array; raises "VANTEL:datatypes:InvalidColorOrder".
+  explicit ColorOrder(const vxArray* value);
+  // From components stored column by column (all reds, all greens, all
+  // blues); raises "VANTEL:datatypes:InvalidColorOrder".
+  explicit ColorOrder(std::vector<double> columnMajor);
+
+  static ColorOrder fromArray(const vxArray* value) { return ColorOrder(value); }
+  // An N-by-3 double array, owned by the caller.
+  vxArray* toArray() const;
+
+  std::size_t rows() const noexcept { return values_.size() / 3; }
+  RGBAColor at(std::size_t row) const;
+  const std::vector<double>& columnMajor() const noexcept { return values_; }
+
+  friend bool operator==(const ColorOrder& a, const ColorOrder& b) noexcept { return a.values_ == b.values_; }
+
+ private:
+  std::vector<double> values_;
+};
+
+}  // namespace graphics::datatype

@@ -1,0 +1,32 @@
+// The graphics data types library: value types, their registration with the
+// class-object system, numeric handles, callback listeners and the class-name
+// maps.
+#pragma once
+
+#include "sgdatatypes/AlphaMap.h"
+#include "sgdatatypes/AutoManual.h"
+#include "sgdatatypes/BusyAction.h"
+#include "sgdatatypes/CallbackListeners.h"
+#include "sgdatatypes/ClientEnum.h"
+#include "sgdatatypes/ClassNameMap.h"
+#include "sgdatatypes/ColorMap.h"
+#include "sgdatatypes/ColorOrder.h"
+#include "sgdatatypes/DatatypesExport.h"
+#include "sgdatatypes/Enumeration.h"
+#include "sgdatatypes/EraseMode.h"
+#include "sgdatatypes/HandleNumberTable.h"
+#include "sgdatatypes/HandleOrEmpty.h"
+#include "sgdatatypes/HandleVisibility.h"
+#include "sgdatatypes/LayoutOrEmpty.h"
+#include "sgdatatypes/OnOff.h"
+#include "sgdatatypes/PickableParts.h"
+#include "sgdatatypes/Point3.h"
+#include "sgdatatypes/Position.h"
+#include "sgdatatypes/RGBAColor.h"
+#include "sgdatatypes/Registration.h"
+#include "sgdatatypes/Tile.h"
+#include "sgdatatypes/TiledGridSize.h"
+#include "sgdatatypes/TypeName.h"
+#include "sgdatatypes/Units.h"
+#include "sgdatatypes/VCallback.h"
+#include "sgdatatypes/ZeroToOne.h"

@@ -1,0 +1,211 @@
+// Registration with the class-object system: namespaces, the graphics types,
+// and the conversions between each type and "any" (what a user types and
+// reads), and between "double" and "vantel.graphics.datatype.COSInterface"
+// (numeric handles).
+#include "sgdatatypes/Registration.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "DataTypes.h"
+#include "ObjectArrays.h"
+#include "sgdatatypes/AlphaMap.h"
+#include "sgdatatypes/AutoManual.h"
+#include "sgdatatypes/BusyAction.h"
+#include "sgdatatypes/ColorMap.h"
+#include "sgdatatypes/ColorOrder.h"
+#include "sgdatatypes/EraseMode.h"
+#include "sgdatatypes/HandleNumberTable.h"
+#include "sgdatatypes/HandleOrEmpty.h"
+#include "sgdatatypes/HandleVisibility.h"
+#include "sgdatatypes/LayoutOrEmpty.h"
+#include "sgdatatypes/OnOff.h"
+#include "sgdatatypes/PickableParts.h"
+#include "sgdatatypes/Point3.h"
+#include "sgdatatypes/Position.h"
+#include "sgdatatypes/RGBAColor.h"
+#include "sgdatatypes/Tile.h"
+#include "sgdatatypes/TiledGridSize.h"
+#include "sgdatatypes/TypeName.h"
+#include "sgdatatypes/Units.h"
+#include "sgdatatypes/VCallback.h"
+#include "sgdatatypes/ZeroToOne.h"
+#include "foundation/core/except/Error.h"
+#include "vcos/COSNamespaceInfo.h"
+#include "vcos/COSPackage.h"
+#include "vcos/COSTypeConversion.h"
+#include "vcos/COSTypeRepository.h"
+#include "vx/vxQuery.h"
+
+using foundation::core::except::Error;
+
+namespace graphics::datatype {
+namespace {
+
+class CallbackNamespaceInfo final : public COSNamespaceInfo {
+ public:
+  CallbackNamespaceInfo(const char* name, DescriptionFn describe, DescriptionFn details)
+      : name_(name), describe_(describe), details_(details) {}
+  const char* getName() const override { return name_.c_str(); }
+  const char* getDescription() const override { return describe_ ? describe_() : ""; }
+  const char* getDetails() const override { return details_ ? details_() : ""; }
+
+ private:
+  std::string name_;
+  DescriptionFn describe_;
+  DescriptionFn details_;
+};
+
+template <class F>
+class FunctionConversion final : public COSTypeConversion {
+ public:
+  explicit FunctionConversion(F f) : f_(std::move(f)) {}
+  COSValue convert(COSValue from) const override { return f_(from); }
+
+ private:
+  F f_;
+};
+
+// The conversions this library added, so that termination takes them out.
+std::vector<std::pair<COSID, COSID>>& addedConversions() {
+  static std::vector<std::pair<COSID, COSID>> added;
+  return added;
+}
+
+// Conversions of this library's own types are tracked, so that termination
+// takes them out; those registered for a library above are left to it.
+enum class Track : bool { No, Yes };
+
+template <class F>
+void addConversion(const char* from, const char* to, F f, Track track = Track::Yes) {
+  COSID a(from), b(to);
+  COSTypeRepository::addConversion(a, b, new FunctionConversion<F>(std::move(f)));
+  if (track == Track::Yes) addedConversions().emplace_back(a, b);
+}
+
+const vxArray* arrayOf(COSValue v) { return v.asPointer<const vxArray>(); }
+
+template <class T>
+void registerValueType(const char* name, bool holdsObjects = false) {
+  register_datatype(new detail::ValueType<T>(COSID(name), holdsObjects));
+  addConversion("any", name, [](COSValue v) { return COSValue(new T(T::fromArray(arrayOf(v)))); });
+  addConversion(name, "any", [](COSValue v) { return COSValue(detail::ValueType<T>::valueOf(v).toArray()); });
+}
+
+COSDataTypePtr registerEnumeration(const char* name, const EnumerationDescription& d, Track track) {
+  COSDataTypePtr type = register_datatype(new detail::EnumerationType(COSID(name), d));
+  const EnumerationDescription* desc = &d;
+  addConversion(
+      "any", name,
+      [desc](COSValue v) { return COSValue(canonicalEnumerationByte(parseEnumeration(arrayOf(v), *desc))); }, track);
+  addConversion(
+      name, "any",
+      [desc](COSValue v) {
+        const unsigned char b = v.isEmpty() ? 0 : *v.asPointer<const unsigned char>();
+        return COSValue(enumerationToArray(b, *desc));
+      },
+      track);
+  return type;
+}
+
+template <class E>
+void registerEnumerationType(const char* name) {
+  registerEnumeration(name, EnumerationTraits<E>::description, Track::Yes);
+}
+
+void registerTypes() {
+  register_datatype(new detail::OnOffType);
+  addConversion("any", kOnOffType, [](COSValue v) { return COSValue::fromBool(isOn(onOffFromArray(arrayOf(v)))); });
+  addConversion(kOnOffType, "any", [](COSValue v) { return COSValue(enumerationToArray(toOnOff(v.asBool()))); });
+
+  registerEnumerationType<AutoManual>(kAutoManualType);
+  registerEnumerationType<HandleVisibility>(kHandleVisibilityType);
+  registerEnumerationType<PickableParts>(kPickablePartsType);
+  registerEnumerationType<EraseMode>(kEraseModeType);
+  registerEnumerationType<BusyAction>(kBusyActionType);
+  registerEnumerationType<Units>(kUnitsType);
+
+  registerValueType<RGBAColor>(kRGBAColorType);
+  registerValueType<ColorOrder>(kColorOrderType);
+  registerValueType<ColorMap>(kColorMapType);
+  registerValueType<AlphaMap>(kAlphaMapType);
+  registerValueType<ZeroToOne>(kZeroToOneType);
+  registerValueType<Point3>(kPoint3Type);
+  registerValueType<Position>(kPositionType);
+  registerValueType<Tile>(kTileType);
+  registerValueType<TiledGridSize>(kTiledGridSizeType);
+  registerValueType<TypeName>(kTypeNameType);
+  registerValueType<VCallback>(kCallbackType);
+  registerValueType<HandleOrEmpty>(kHandleOrEmptyType, /*holdsObjects=*/true);
+  registerValueType<LayoutOrEmpty>(kLayoutOrEmptyType, /*holdsObjects=*/true);
+
+  // Numeric handles. A number converts to the object of the table, its shell
+  // included when the object was deleted (so that the caller can tell a
+  // deleted object from no object); an unknown number converts to null.
+  register_datatype(new detail::COSInterfaceType);
+  if (!COSTypeRepository::getType(COSID("double"))) register_datatype(new detail::DoubleWordType);
+  addConversion("double", kCOSInterfaceType, [](COSValue v) {
+    COSInterface* o = HandleNumberTable::entryFor(v.asDouble());
+    if (o) o->addReference(COSStrongReference);
+    return COSValue(o);
+  });
+  addConversion(kCOSInterfaceType, "double",
+                [](COSValue v) { return COSValue::fromDouble(HandleNumberTable::numberFor(v.asPointer<COSInterface>())); });
+  addConversion("any", kCOSInterfaceType, [](COSValue v) {
+    COSInterfacePtr o;
+    if (!detail::readSingleObject(arrayOf(v), o, "VANTEL:datatypes:InvalidHandleOrEmpty"))
+      throw Error("VANTEL:datatypes:InvalidHandleOrEmpty", vxGetClassName(arrayOf(v)));
+    if (o) o->addReference(COSStrongReference);
+    return COSValue(o.get());
+  });
+  addConversion(kCOSInterfaceType, "any", [](COSValue v) {
+    auto* o = v.asPointer<COSInterface>();
+    return COSValue(o ? detail::objectScalar(o) : HandleOrEmpty().toArray());
+  });
+}
+
+bool& initialized() {
+  static bool flag = false;
+  return flag;
+}
+
+const char* describeNamespace() { return "Graphics data types"; }
+const char* namespaceDetails() { return "The value types of graphics object properties"; }
+
+}  // namespace
+
+COSPackage* register_namespace(const char* name, DescriptionFn describe, DescriptionFn details) {
+  if (COSPackage* existing = COSPackage::getNamespace(name)) return existing;
+  return COSPackage::addNamespace(new CallbackNamespaceInfo(name, describe, details));
+}
+
+COSDataTypePtr register_enumeration(const char* fullName, const EnumerationDescription& description) {
+  return registerEnumeration(fullName, description, Track::No);
+}
+
+COSDataTypePtr register_datatype(COSDataType* type) {
+  COSDataTypePtr fresh(type);  // drops the new type if it is not taken
+  if (COSDataTypePtr existing = COSTypeRepository::getType(type->getID())) return existing;
+  COSTypeRepository::addType(type);
+  return fresh;
+}
+
+}  // namespace graphics::datatype
+
+void VLInitialize_sgdatatypes() {
+  using namespace graphics::datatype;
+  if (initialized()) return;
+  register_namespace("vantel.graphics.datatype", &describeNamespace, &namespaceDetails);
+  registerTypes();
+  initialized() = true;
+}
+
+void VLTerminate_sgdatatypes() {
+  using namespace graphics::datatype;
+  if (!initialized()) return;
+  for (const auto& [from, to] : addedConversions()) COSTypeRepository::removeConversion(from, to);
+  addedConversions().clear();
+  HandleNumberTable::clear();
+  initialized() = false;
+}

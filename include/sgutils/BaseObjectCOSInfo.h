@@ -1,0 +1,36 @@
+// The base of every class info of the library: hidden classes, containment
+// answers, class defaults on load, the custom metaclass
+// "vantel.graphics.internal.GraphicsMetaClass", and the delete rule of
+// required children (a required child goes only with an ancestor).
+#pragma once
+
+#include "sgutils/SgutilsExport.h"
+#include "vcos/COSClassInfo.h"
+#include "vcos/COSUseCustomMetaData.h"
+
+class SGUTILS_API BaseObjectCOSInfo : public COSUseCustomMetaData, public COSClassInfo {
+ public:
+  bool isOkToDestroy(const COSClient* client, COSInterface* instance) override;
+  bool isHidden() const override;
+  bool canOtherClassContainThisClass(const COSClass* other) const override;
+  bool canThisClassContainOtherClass(const COSClass* other) const override;
+  COSConnectivity getConnectivity() const override;
+  bool useClassDefaultsOnLoad() const override;
+  COSID getMetaClassClassID() const override;
+
+  // The class's private client; the class itself is made first.
+  const COSClient* getClient();
+
+ protected:
+  // Remembers the class's private client; call from initializeClass.
+  void setClient(COSClass* cls) noexcept;
+
+ private:
+  const COSClient* client_ = nullptr;
+};
+
+namespace sgutils {
+// The delete rule on its own: true unless `instance` is a required child
+// and no ancestor is being destroyed.
+SGUTILS_API bool isOkToDestroyGraphics(COSInterface* instance);
+}  // namespace sgutils

@@ -1,0 +1,42 @@
+// The points where later parts of the library join the object frame. The
+// frame calls each hook when it is set and does the plain thing otherwise;
+// the part that implements a hook sets it once, at start-up.
+//
+//   defaultNameSetter   a constructor input named like a default ("defaultLineColor")
+//   wordRules           the words "default", "remove", "factory" and their escapes
+//   defaultPairs        the defaults that apply to an object under a parent
+//   defaultPairsSetter  applies those pairs
+//   themeOnReset        gives a reset object its theme again
+//   converterReplacer   the load/save converters of a newly added class
+//   defaultClearer      drops one stored default of an object
+#pragma once
+
+#include "sgutils/SgutilsExport.h"
+#include "vcos/COSInterfacePtr.h"
+#include "vcos/COSInternedBase.h"
+
+class COSClient;
+class COSPropInfo;
+class SGReference;
+struct vxArray;
+
+namespace sgutils {
+
+struct FrameHooks {
+  // True when `name` is a default name and the value was stored as a default.
+  bool (*defaultNameSetter)(const COSInterfacePtr& object, const char* name, const vxArray* value) = nullptr;
+  // True when `word` (UTF-8 text of a scalar text input) was taken as a word.
+  bool (*wordRules)(const COSClient* client, const COSInterfacePtr& object, COSPropInfo* property,
+                    const char* word) = nullptr;
+  // A 1-by-2n cell of names and values (owned by the caller), or null.
+  vxArray* (*defaultPairs)(SGReference& block, const COSInterfacePtr& parent) = nullptr;
+  void (*defaultPairsSetter)(const COSInterfacePtr& object, const vxArray* pairs, bool fromReset) = nullptr;
+  void (*themeOnReset)(const COSInterfacePtr& object, bool force) = nullptr;
+  void (*converterReplacer)(COSID classId, bool isAbstract) = nullptr;
+  void (*defaultClearer)(SGReference& block, const char* defaultName) = nullptr;
+};
+
+// The process-wide hook table.
+SGUTILS_API FrameHooks& frameHooks() noexcept;
+
+}  // namespace sgutils

@@ -1,0 +1,19 @@
+# sgutils: the base library of the graphics-object system. Hand-written frame
+# under src/, generated classes under objects/, public headers under
+# include/sgutils/. Source lists are globbed, so new files need no edit here.
+file(GLOB_RECURSE SGUTILS_SOURCES CONFIGURE_DEPENDS
+  "${PROJECT_SOURCE_DIR}/src/*.cpp"
+  "${PROJECT_SOURCE_DIR}/objects/*.cpp")
+
+sg_add_shared_library(sgutils SGUTILS_BUILDING ${SGUTILS_SOURCES})
+
+target_include_directories(sgutils
+  PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+  PRIVATE
+    ${PROJECT_SOURCE_DIR})
+
+target_link_libraries(sgutils PUBLIC sgdatatypes sgplatform)
+
+add_library(sgutils::sgutils ALIAS sgutils)

@@ -1,0 +1,55 @@
+// The stages of a new graphics object, run by every constructor method
+// (ObjectCtorMI.h), and the catch-all that takes a half-built object out of
+// the tree when a stage fails.
+#include <cassert>
+
+#include "sgutils/BaseObjectCOSInfo.h"
+#include "sgutils/ErrorWithoutJVM.h"
+#include "sgutils/ObjectCtorMI.h"
+#include "sgutils/SGHandle.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSPropInfo.h"
+#include "vx/matrix.h"
+#include "vx/vxCreate.h"
+
+namespace sgutils {
+
+void runConstructorStages(const COSClient* callClient, const COSInterfacePtr& object, SGReference* block,
+                          const COSClient* privateClient, int nrhs, const COSValue* prhs) {
+  ErrorWithoutJVM::throwErrorWithoutJVM();
+  assert(block && "a constructor method's class must allocate a block deriving from SGReference");
+  if (!block) return;
+  try {
+    block->Setup(object);
+    SGHandle::setPVPairs(callClient, object, nrhs, prhs);
+    block->CreationComplete(object);
+  } catch (...) {
+    // An object that the failure already deleted gets neither step.
+    if (!object->isDestroyed()) {
+      block->SetupFailed(object);
+      static const COSID parentId("Parent");
+      if (COSPropInfo* parent = object->getClass()->findPropertyExact(parentId)) {
+        matrix::unique_vxArray empty(vxCreateDoubleMatrix(0, 0, vxREAL));
+        try {
+          object->setPropertyValue(privateClient, parent, COSValue(empty.get()));
+        } catch (...) {
+          // The first failure is the one the caller must see.
+        }
+      }
+    }
+    throw;
+  }
+}
+
+COSMethodSignaturePtr constructorSignature(COSID classId) {
+  return COSMethodSignature::createMethodSignature(
+      classId, {{COSID("varargin"), COSDataTypePtr(), /*optional=*/true}},
+      {{COSID("obj"), COSDataTypePtr(), false}}, COSMethodSignature::VarArgIn);
+}
+
+const COSClient* privateClientOf(COSClass* cls) {
+  if (auto* info = dynamic_cast<BaseObjectCOSInfo*>(cls->getClassInfo())) return info->getClient();
+  return cls->getPrivateClient();
+}
+
+}  // namespace sgutils

@@ -1,0 +1,173 @@
+// The Graphics block: construction (with the once-per-process creation
+// callback listener), destruction, the stored arrays (application data and
+// defaults), the default answers of the virtual operations, reset, and the
+// BeingDeleted rule.
+#include "sgutils/SGHandle.h"
+
+#include "sgutils/FrameHooks.h"
+#include "sgutils/ResetEI.h"
+#include "sgutils/ResetGraphicsEvent.h"
+#include "src/classinfo/ClassLookup.h"
+#include "src/startup/DatatypesBridge.h"
+#include "sgutils/Namespaces.h"
+#include "vcos/ArrayConversion.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSClient.h"
+#include "vcos/COSListener.h"
+#include "vcos/COSClassInfo.h"
+#include "vcos/COSPackage.h"
+#include "vcos/ObjectArray.h"
+#include "vx/matrix.h"
+#include "vx/vxCreate.h"
+#include "vx/vxProperty.h"
+#include "vx/vxQuery.h"
+
+namespace {
+
+const COSID& graphicsClassId() {
+  static const COSID id("vantel.graphics.Graphics");
+  return id;
+}
+
+vxArray* emptyStoredStruct() {
+  vxArray* s = vxCreateStructMatrix(1, 1, 0, nullptr);
+  vxSetArrayScope(s, vxSCOPE_PERSISTENT);
+  return s;
+}
+
+// Frees a stored array: objects inside are let go weakly first, so that a
+// stored array never deletes an object while its owner is torn down.
+void destroyStored(vxArray* array) noexcept {
+  if (!array) return;
+  if (vxHasCycleDetectionContents(array)) vcosConvertArrayToExternalInPlace(array, false);
+  matrix::destroyArray(array);
+}
+
+// What setApplicationData and setDefaultProp store for `value`.
+vxArray* storedFormOf(const vxArray* value) {
+  if (value) {
+    const vxClassID cls = vxGetClassID(value);
+    if (cls == vxSTRUCT_CLASS || cls == vxOBJECT_CLASS) {
+      vxArray* stored = vcosConvertArrayToInternal(const_cast<vxArray*>(value), /*copy=*/true);
+      vxSetArrayScope(stored, vxSCOPE_PERSISTENT);
+      return stored;
+    }
+  }
+  return emptyStoredStruct();
+}
+
+// The class listener that runs "CreateFcn" for every new graphics object,
+// attached once per process at priority 100 and never removed.
+void installCreateFcnListener() {
+  static const bool installed = [] {
+    COSInterfacePtr listener = sgutils::bridge::createCreateFcnListener();
+    COSClass* cls = COSClass::getClass(graphicsClassId());
+    if (listener && cls) cls->addClassListener(COSID("InstanceCreated"), COSListener::toListener(listener), 100);
+    return true;
+  }();
+  (void)installed;
+}
+
+}  // namespace
+
+SGHandle::SGHandle() : applicationData_(emptyStoredStruct()) { installCreateFcnListener(); }
+
+SGHandle::~SGHandle() {
+  vxArray* live = applicationData_;
+  destroyStored(applicationData_);
+  if (serializableApplicationData_ && serializableApplicationData_ != live) destroyStored(serializableApplicationData_);
+  destroyStored(defaultProps_);
+  // A NaN compares unequal and is handed on as well.
+  if (!(getDoubleRef() == -1.0)) sgutils::bridge::destroyHandleNumber(getDoubleRef());
+  cosReference_.reset();
+}
+
+vxArray* SGHandle::doGetPropertyGroup(vxArray*) const { return nullptr; }
+vxArray* SGHandle::doGetDescriptiveLabelForDisplay(vxArray*) const { return nullptr; }
+void SGHandle::doDisplay(COSInterfacePtr) const {}
+bool SGHandle::resetAllowed(COSInterfacePtr) { return true; }
+void SGHandle::doReset(COSInterfacePtr object) {
+  if (object) object->resetToClassDefaults();
+}
+void SGHandle::doPostSet(COSInterfacePtr, COSPropInfo*, DirtyFlags) {}
+void SGHandle::doPostSet(COSInterfacePtr, COSPropInfo*, bool, bool) {}
+bool SGHandle::isThisYours(COSInterfacePtr) { return false; }
+bool SGHandle::isChildProperty(const char*) const { return false; }
+void SGHandle::doCustomSave() {}
+void SGHandle::doDefaultPropSave(COSInterfacePtr, COSValue&, COSDataTypePtr&) {}
+bool SGHandle::isUIComponent() { return false; }
+bool SGHandle::isInWebFigure() { return false; }
+vxArray* SGHandle::getDeserializedChildren() { return nullptr; }
+const COSClient* SGHandle::getPrivateClient() { return COSGetPublicClient(); }
+void SGHandle::doLoadObj() {}
+
+void SGHandle::setApplicationData(const vxArray* value) {
+  if (value == applicationData_) return;
+  vxArray* old = applicationData_;
+  applicationData_ = storedFormOf(value);
+  destroyStored(old);
+}
+
+const vxArray* SGHandle::getSerializableApplicationData() {
+  if (serializableApplicationData_ != applicationData_) destroyStored(serializableApplicationData_);
+  serializableApplicationData_ = nullptr;
+  vxArray* copy = vxCreateSharedCopyNotOnArrayList(applicationData_);
+  vxSetArrayScope(copy, vxSCOPE_PERSISTENT);
+  serializableApplicationData_ = copy;
+  return copy;
+}
+
+void SGHandle::setSerializableApplicationData(const vxArray* value) { setApplicationData(value); }
+
+void SGHandle::setDefaultProp(const vxArray* value) {
+  if (value == defaultProps_) return;
+  vxArray* old = defaultProps_;
+  defaultProps_ = storedFormOf(value);
+  destroyStored(old);
+}
+
+SGHandle* SGHandle::fromObject(const COSInterface* object) noexcept {
+  if (!object || object->isDestroyed()) return nullptr;
+  // Blocks are stored as SGReference pointers.
+  void* block = object->getInstanceData(graphicsClassId());
+  return block ? static_cast<SGHandle*>(static_cast<SGReference*>(block)) : nullptr;
+}
+
+bool SGHandle::isBeingDeleted(const COSInterface* object) noexcept {
+  for (const COSInterface* o = object; o; o = o->getOwnerObject())
+    if (o->isBeingDestroyed()) return true;
+  return false;
+}
+
+void SGHandle::Reset(const COSInterfacePtr& object) {
+  if (!object || object->isBeingDestroyed()) return;
+  SGHandle* block = fromObject(object.get());
+  if (!block || !block->resetAllowed(object)) return;
+  block->doReset(object);
+  if (auto theme = sgutils::frameHooks().themeOnReset) theme(object, false);
+
+  static const COSID parentId("Parent");
+  if (object->findPropertyInfo(parentId)) {
+    matrix::unique_vxArray self(omCreateVCOSScalar(object));
+    matrix::unique_vxArray parent(vxGetProperty(self.get(), 0, "Parent"));
+    if (parent && !vxIsEmpty(parent.get()) && omIsVCOS(parent.get())) {
+      if (COSInterfacePtr p = omGetArrayElement(parent.get(), 0)) block->applyDefaultProperties(p, true);
+    }
+  }
+  COSInterfacePtr data(new ResetGraphicsEvent(object.get()));
+  object->notifyEvent(COSGetPublicClient(), ResetEI::eventId(), static_cast<COSEventData*>(data.get()));
+}
+
+COSClass* SGHandle::getClassInstance() {
+  struct Tag;
+  return sgutils::cachedClass<Tag>(sgutils::getGraphicsNamespace(), "Graphics");
+}
+
+void SGHandle::addClassToNamespace(COSPackage* package, COSClassInfo* info) {
+  // The class is named by its full name rather than built here: its
+  // superclasses may be registered after it, and classes build on first use.
+  const COSID classId = package->fullNameOf(info->getName());
+  const bool isAbstract = info->isAbstract();
+  package->addClass(info, 0, 2);
+  if (auto replace = sgutils::frameHooks().converterReplacer) replace(classId, isAbstract);
+}

@@ -1,0 +1,83 @@
+// The reference blocks: SGReference with its stage hooks and the applying-
+// defaults order, the storage and property-handler blocks, the event data of
+// "Reset", and the process-wide hook table through which later parts of the
+// library join the frame.
+#include "sgutils/SGReference.h"
+
+#include <atomic>
+
+#include "sgutils/FrameHooks.h"
+#include "sgutils/Namespaces.h"
+#include "sgutils/PerInstance.h"
+#include "sgutils/ResetEI.h"
+#include "sgutils/ResetGraphicsEvent.h"
+#include "sgutils/SGPropHandler.h"
+#include "sgutils/SGStorage.h"
+#include "src/classinfo/ClassLookup.h"
+#include "vx/matrix.h"
+
+namespace sgutils {
+FrameHooks& frameHooks() noexcept {
+  static FrameHooks hooks;
+  return hooks;
+}
+}  // namespace sgutils
+
+namespace {
+std::atomic<bool> abortSet{false};
+}
+
+SGReference::~SGReference() = default;
+
+void SGReference::Setup(COSInterfacePtr /*object*/) { setApplyingDefaults(false); }
+void SGReference::SetupFailed(COSInterfacePtr /*object*/) {}
+void SGReference::CreationComplete(COSInterfacePtr /*object*/) {}
+void SGReference::ApplyingDefaults(COSInterfacePtr /*object*/) { setApplyingDefaults(true); }
+void SGReference::DefaultsApplied(COSInterfacePtr /*object*/, bool /*fromReset*/) { setApplyingDefaults(false); }
+
+void SGReference::applyDefaultProperties(COSInterfacePtr parent, bool fromReset) {
+  COSInterfacePtr object = getCOSReference();
+  ApplyingDefaults(object);
+  matrix::unique_vxArray pairs(getDefaultPropValuePairs(parent));
+  if (pairs) {
+    if (auto setter = sgutils::frameHooks().defaultPairsSetter) setter(object, pairs.get(), fromReset);
+  }
+  DefaultsApplied(object, fromReset);
+}
+
+void SGReference::clearDefaultProperty(const char* defaultName) {
+  if (auto clearer = sgutils::frameHooks().defaultClearer) clearer(*this, defaultName);
+}
+
+vxArray* SGReference::getDefaultPropValuePairs(const COSInterfacePtr& parent) {
+  if (auto pairs = sgutils::frameHooks().defaultPairs) return pairs(*this, parent);
+  return nullptr;
+}
+
+bool SGReference::getAbortSet() noexcept { return abortSet.load(std::memory_order_relaxed); }
+void SGReference::setAbortSet(bool value) noexcept { abortSet.store(value, std::memory_order_relaxed); }
+
+COSClass* SGReference::getClassInstance() {
+  struct Tag;
+  return sgutils::cachedClass<Tag>(graphics::internal::getNamespace(), "ReferenceObject");
+}
+
+COSClass* SGPropHandler::getClassInstance() {
+  struct Tag;
+  return sgutils::cachedClass<Tag>(graphics::internal::getNamespace(), "GraphicsPropertyHandler");
+}
+
+// A storage object's hooks only let go of the pointer they are given.
+void SGStorage::Setup(COSInterfacePtr object) { object.reset(); }
+void SGStorage::SetupFailed(COSInterfacePtr object) { object.reset(); }
+void SGStorage::CreationComplete(COSInterfacePtr object) { object.reset(); }
+void SGStorage::ApplyingDefaults(COSInterfacePtr object) { object.reset(); }
+void SGStorage::DefaultsApplied(COSInterfacePtr object, bool) { object.reset(); }
+
+COSClass* SGStorage::getClassInstance() {
+  struct Tag;
+  return sgutils::cachedClass<Tag>(graphics::internal::getNamespace(), "StorageObject");
+}
+
+ResetGraphicsEvent::ResetGraphicsEvent(COSInterface* source) : COSEventData(source, ResetEI::eventId()) {}
+ResetGraphicsEvent::~ResetGraphicsEvent() = default;

@@ -1,0 +1,21 @@
+// The data types library calls of the frame (see DatatypesBridge.h).
+#include "src/startup/DatatypesBridge.h"
+
+#include "sgdatatypes/CallbackListeners.h"
+#include "sgdatatypes/HandleNumberTable.h"
+#include "sgdatatypes/Registration.h"
+
+namespace sgutils::bridge {
+
+COSPackage* registerNamespace(const char* name, DescriptionFn describe, DescriptionFn details) {
+  return graphics::datatype::register_namespace(name, describe, details);
+}
+void registerDatatype(COSDataType* type) { graphics::datatype::register_datatype(type); }
+void initializeDatatypes() { VLInitialize_sgdatatypes(); }
+void terminateDatatypes() { VLTerminate_sgdatatypes(); }
+COSInterfacePtr createCreateFcnListener() {
+  return graphics::datatype::createClassListener("CreateFcn", /*passEventData=*/false, /*allowRecursion=*/false);
+}
+void destroyHandleNumber(double number) noexcept { graphics::datatype::vcos_destroy_handle(number); }
+
+}  // namespace sgutils::bridge

@@ -1,0 +1,135 @@
+// VLInitialize_sgutils and VLTerminate_sgutils: features once per process,
+// then, once per instance, the data types library, the Java check in force,
+// the namespace "vantel.graphics" and the class infos of the library, and
+// the generated classes.
+#include "sgutils/Startup.h"
+
+#include <memory>
+#include <typeinfo>
+
+#include "foundation/graphicsstate/GraphicsState.h"
+#include "foundation/usm/Detail.h"
+#include "sgutils/ErrorWithoutJVM.h"
+#include "sgutils/GeneratedClasses.h"
+#include "sgutils/GraphicsPlaceholderCI.h"
+#include "sgutils/GraphicsPrefs.h"
+#include "sgutils/Namespaces.h"
+#include "sgutils/PerInstance.h"
+#include "sgutils/SGHandle.h"
+#include "sgutils/SGHandleClassInfo.h"
+#include "sgutils/SGPropHandlerClassInfo.h"
+#include "sgutils/SGReferenceClassInfo.h"
+#include "sgutils/SGStorageClassInfo.h"
+#include "src/classinfo/SupportClasses.h"
+#include "src/startup/DatatypesBridge.h"
+#include "vcos/BuiltinClasses.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSPackage.h"
+
+namespace {
+
+using Store = foundation::usm::Detail<foundation::usm::scope::Vvm>;
+struct InitFlagTag {};
+
+// The per-instance init flag, made zero on first access.
+unsigned char& initFlagSlot() {
+  static const Store::ID slot = Store::getNextID(typeid(InitFlagTag));
+  void* value = Store::findOrInsert(slot, typeid(InitFlagTag), foundation::usm::makeValue<unsigned char>(0));
+  return *static_cast<unsigned char*>(value);
+}
+
+using MakeInfo = COSClassInfo* (*)();
+struct ClassRow {
+  COSPackage* (*package)();
+  const char* name;
+  MakeInfo make;
+};
+
+COSPackage* graphicsPackage() { return sgutils::getGraphicsNamespace(); }
+
+// The library's own classes, in registration order.
+const ClassRow kClasses[] = {
+    {&graphicsPackage, "Graphics", []() -> COSClassInfo* { return new SGHandleClassInfo; }},
+    {&graphicsPackage, "GraphicsPlaceholder", []() -> COSClassInfo* { return new GraphicsPlaceholderCI; }},
+    {&graphicsPackage, "GraphicsDisplay", &sgutils::support::newGraphicsDisplayClassInfo},
+    {&graphics::internal::getNamespace, "CopyContext", &sgutils::support::newCopyContextCI},
+    {&graphics::mixin::internal::getNamespace, "Copyable", &sgutils::support::newCopyableCI},
+    {&graphicsPackage, "GraphicsTestBase", &sgutils::support::newGraphicsTestBaseCI},
+    {&graphicsPackage, "SGJavaVisibleMixinTestBase", &sgutils::support::newSGJavaVisibleMixinTestBaseCI},
+    {&graphics::internal::getNamespace, "LegacyTestBase", &sgutils::support::newLegacyTestBaseCI},
+    {&graphics::internal::getNamespace, "GraphicsPropertyHandler", []() -> COSClassInfo* { return new SGPropHandlerClassInfo; }},
+    {&graphics::internal::getNamespace, "ReferenceObject", []() -> COSClassInfo* { return new SGReferenceClassInfo; }},
+    {&graphics::internal::getNamespace, "GraphicsMetaProperty", &sgutils::support::newSGCustomMetaPropInfo},
+    {&graphics::internal::getNamespace, "GraphicsMetaEvent", &sgutils::support::newSGCustomMetaEventInfo},
+    {&graphics::internal::getNamespace, "GraphicsMetaClass", &sgutils::support::newSGCustomMetaClass},
+    {&graphics::internal::getNamespace, "StorageObject", []() -> COSClassInfo* { return new SGStorageClassInfo; }},
+};
+
+bool isRegistered(COSPackage* package, const char* name) {
+  // Looks the name up without building the class: its superclasses may
+  // come later in the table.
+  return COSClass::getClass(package->fullNameOf(name)) != nullptr;
+}
+
+void registerClasses() {
+  vcos::registerBuiltinClasses();
+  sgutils::support::ensureDefaultFactoryPropHandler();
+  for (const ClassRow& row : kClasses) {
+    COSPackage* package = row.package();
+    if (isRegistered(package, row.name)) continue;
+    SGHandle::addClassToNamespace(package, row.make());
+  }
+  // Build and hold the classes used later, now that all are registered; the
+  // held references go at the end of the step.
+  COSInterfacePtr graphics, placeholder;
+  graphicsPackage()->findClass(graphics, "Graphics");
+  graphicsPackage()->findClass(placeholder, "GraphicsPlaceholder");
+}
+
+// The marker class of objects that the Java side may see; registered once per
+// instance (or per process without the per-instance store).
+class GraphicsJavaVisibleInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "GraphicsJavaVisible"; }
+  bool isHidden() const override { return true; }
+};
+
+struct JavaVisibleBlock {
+  JavaVisibleBlock() {
+    COSPackage* package = graphics::internal::getNamespace();
+    if (!isRegistered(package, "GraphicsJavaVisible")) SGHandle::addClassToNamespace(package, new GraphicsJavaVisibleInfo);
+    // The class exists from here on.
+    COSInterfacePtr cls;
+    package->findClass(cls, "GraphicsJavaVisible");
+  }
+};
+
+void registerJavaVisible() {
+  struct Tag;
+  sgutils::PerInstance<Tag, JavaVisibleBlock>::get([] { return JavaVisibleBlock(); });
+}
+
+}  // namespace
+
+unsigned char sgutils::initFlag() { return initFlagSlot(); }
+
+extern "C" void VLInitialize_sgutils() {
+  sgutils::GraphicsPrefs::registerFeatures();
+
+  unsigned char& flag = initFlagSlot();
+  if (flag == 0) {
+    // Set first: a failure below is not retried by a later call.
+    flag = 1;
+    sgutils::bridge::initializeDatatypes();
+    sgutils::ErrorWithoutJVM::setNeverCheckJVM();
+    if (GraphicsState::sgIsProduction()) sgutils::ErrorWithoutJVM::setCheckJVMProduction();
+    registerClasses();
+  }
+  sgutils::registerGeneratedClasses();
+  registerJavaVisible();
+  // GraphicsBaseFunctions, a generated class, joins here with its part.
+}
+
+extern "C" void VLTerminate_sgutils() {
+  if (initFlagSlot() == 1) sgutils::bridge::terminateDatatypes();
+}

@@ -1,0 +1,142 @@
+// Listeners that run the callback held in a property of the event's source,
+// on real objects and real events.
+#include <gtest/gtest.h>
+
+#include "DatatypesTestSupport.h"
+
+using namespace graphics::datatype;
+using namespace dtt;
+
+namespace {
+
+class CallbackListeners : public ::testing::Test {
+ protected:
+  void SetUp() override { dtt::setUp(); }
+
+  // Stores a C++ callback in the widget's "ClickFcn" through the public path.
+  static void setClick(const COSInterfacePtr& w, VCallback::Function fn) {
+    VCallback cb(std::move(fn));
+    w->setPropertyValue(COSGetPublicClient(), w->findPropertyInfo(COSID("ClickFcn")), COSValue(&cb));
+  }
+  static void click(const COSInterfacePtr& w) { w->notifyEvent(COSGetPublicClient(), COSID("Click"), nullptr); }
+};
+
+TEST_F(CallbackListeners, RunTheCallbackStoredAtTheMomentOfTheEvent) {
+  COSInterfacePtr w = make("dtt.Widget");
+  COSInterfacePtr listener = createListener("ClickFcn", /*passEventData=*/true, /*allowRecursion=*/false);
+  w->addListener(COSID("Click"), COSListener::toListener(listener));
+  click(w);  // an empty callback: nothing runs
+
+  std::vector<std::string> log;
+  setClick(w, [&](COSInterface* s, COSEventData* d) {
+    log.push_back(s == w.get() && d && d->getEventName() == COSID("Click") ? "first" : "wrong");
+  });
+  click(w);
+  setClick(w, [&](COSInterface*, COSEventData*) { log.push_back("second"); });
+  click(w);
+  EXPECT_EQ(log, (std::vector<std::string>{"first", "second"}));
+
+  w->removeListener(COSID("Click"), COSListener::toListener(listener));
+  click(w);
+  EXPECT_EQ(log.size(), 2u);
+}
+
+TEST_F(CallbackListeners, EventDataOnlyWhenAskedFor) {
+  COSInterfacePtr w = make("dtt.Widget");
+  COSInterfacePtr listener = createListener("ClickFcn", /*passEventData=*/false, /*allowRecursion=*/false);
+  w->addListener(COSID("Click"), COSListener::toListener(listener));
+  COSEventData* seen = reinterpret_cast<COSEventData*>(1);
+  setClick(w, [&](COSInterface*, COSEventData* d) { seen = d; });
+  click(w);
+  EXPECT_EQ(seen, nullptr);
+}
+
+TEST_F(CallbackListeners, ACallbackMayReplaceItselfAndRecursionFollowsTheFlag) {
+  for (bool recursive : {false, true}) {
+    COSInterfacePtr w = make("dtt.Widget");
+    COSInterfacePtr listener = createListener("ClickFcn", true, recursive);
+    w->addListener(COSID("Click"), COSListener::toListener(listener));
+    int depth = 0, runs = 0;
+    setClick(w, [&](COSInterface*, COSEventData*) {
+      ++runs;
+      if (++depth < 3) click(w);  // fires the event it is running for
+      --depth;
+    });
+    click(w);
+    EXPECT_EQ(runs, recursive ? 3 : 1) << "recursive " << recursive;
+
+    // The callback clears its own property while it runs; the running copy
+    // stays valid.
+    int after = 0;
+    setClick(w, [&](COSInterface* s, COSEventData*) {
+      VCallback empty;
+      s->setPropertyValue(COSGetPublicClient(), s->findPropertyInfo(COSID("ClickFcn")), COSValue(&empty));
+      ++after;
+    });
+    click(w);
+    click(w);
+    EXPECT_EQ(after, 1);
+  }
+}
+
+TEST_F(CallbackListeners, ArrayPropertiesAndLanguageValuesGoThroughTheRunner) {
+  COSInterfacePtr w = make("dtt.Widget");
+  COSInterfacePtr listener = createListener("ArrayFcn", true, false);
+  w->addListener(COSID("Click"), COSListener::toListener(listener));
+  auto code = text("disp(42)");
+  w->setPropertyValue(COSGetPublicClient(), w->findPropertyInfo(COSID("ArrayFcn")), COSValue(code.get()));
+  std::string ran;
+  COSInterface* source = nullptr;
+  VCallback::Runner previous = VCallback::setRunner([&](const vxArray* v, COSInterface* s, COSEventData*) {
+    ran = vxArrayToStdString(v);
+    source = s;
+  });
+  click(w);
+  VCallback::setRunner(std::move(previous));
+  EXPECT_EQ(ran, "disp(42)");
+  EXPECT_EQ(source, w.get());
+}
+
+TEST_F(CallbackListeners, ClassListenerRunsForEveryInstanceAndSkipsOnesWithoutTheProperty) {
+  COSClass* widget = COSClass::getClass(COSID("dtt.Widget"));
+  COSInterfacePtr listener = createClassListener("ClickFcn", false, false);
+  widget->addClassListener(COSID("Ping"), COSListener::toListener(listener));
+  COSInterfacePtr a = make("dtt.Widget"), b = make("dtt.Widget");
+  int runs = 0;
+  setClick(a, [&](COSInterface*, COSEventData*) { ++runs; });
+  setClick(b, [&](COSInterface*, COSEventData*) { runs += 10; });
+  a->notifyEvent(COSGetPublicClient(), COSID("Ping"), nullptr);
+  b->notifyEvent(COSGetPublicClient(), COSID("Ping"), nullptr);
+  EXPECT_EQ(runs, 11);
+  widget->removeClassListener(COSID("Ping"), COSListener::toListener(listener));
+
+  // A listener attached to an object whose class has no such property does nothing.
+  COSInterfacePtr figure = make("vantel.ui.Figure");
+  COSInterfacePtr stray = createListener("ClickFcn", true, true);
+  COSListener::toListener(stray)->fire(figure.get(), nullptr);
+}
+
+TEST_F(CallbackListeners, ObjectListenerRunsForADyingSourceClassListenerDoesNot) {
+  // A deletion callback must still run while its object is being deleted; a
+  // class listener (creation callbacks) must not run for an object whose
+  // deletion has begun.
+  COSClass* widget = COSClass::getClass(COSID("dtt.Widget"));
+  COSID beingDestroyed("ObjectBeingDestroyed");
+  COSInterfacePtr classListener = createClassListener("ClickFcn", false, false);
+  widget->addClassListener(beingDestroyed, COSListener::toListener(classListener));
+  COSInterfacePtr w = make("dtt.Widget");
+  COSInterfacePtr objectListener = createListener("ClickFcn", false, false);
+  w->addListener(beingDestroyed, COSListener::toListener(objectListener));
+  int runs = 0;
+  bool dying = false;
+  setClick(w, [&](COSInterface* s, COSEventData*) {
+    ++runs;
+    dying = s->isBeingDestroyed();
+  });
+  ASSERT_TRUE(w->deleteObject(COSGetPublicClient()));
+  widget->removeClassListener(beingDestroyed, COSListener::toListener(classListener));
+  EXPECT_EQ(runs, 1);
+  EXPECT_TRUE(dying);
+}
+
+}  // namespace
