@@ -144,9 +144,9 @@ def write_header(d, src):
     out = [HEADER_BANNER.format(src=src)]
     out.append("// {}.\n".format(d.description) if d.description else "")
     out.append("#pragma once\n\n")
-    base = d.parent if d.parent else "SGReference"
+    base = d.parent if d.parent else "sgutils::GeneratedBlock"
     includes = ["sgdatatypes/AutoManual.h", "sgutils/SgutilsExport.h", "sgutils/objects/GeneratedClassSupport.h"]
-    includes.append(d.parent_header if d.parent else "sgutils/SGReference.h")
+    includes.append(d.parent_header if d.parent else "sgutils/objects/GeneratedBlock.h")
     if d.definitions:
         includes.append("sgutils/propinfos/PropertyStorage.h")
     includes += d.includes
@@ -158,7 +158,10 @@ def write_header(d, src):
     out.append("  class COSInfo;\n\n")
     out.append("  {}();\n  ~{}() override;\n\n".format(d.name, d.name))
     out.append("  // The class, found on first use.\n  static COSClass* getClassInstance();\n")
-    out.append("  static COSID classID();\n  static const COSClient* getPrivateClient();\n\n")
+    out.append("  static COSID classID();\n  static const COSClient* getPrivateClient();\n")
+    out.append("  COSID blockClassID() const override { return classID(); }\n")
+    out.append("  // Whether a block of this class holds the data of `id`.\n")
+    out.append("  static bool containsClassData(COSID id) noexcept {{ return id == classID() || {}::containsClassData(id); }}\n\n".format(base))
     out.append("  void Setup(COSInterfacePtr object) override;\n")
     out.append("  void SetupFailed(COSInterfacePtr object) override;\n")
     out.append("  void CreationComplete(COSInterfacePtr object) override;\n")
@@ -210,7 +213,7 @@ def write_source(d, src):
     am = "graphics::datatype::AutoManual"
     out = [HEADER_BANNER.format(src=src)]
     out.append('#include "sgutils/objects/{}.gen.h"\n\n'.format(n))
-    incs = ["sgutils/BaseObjectCOSInfo.h", "sgutils/Namespaces.h", "sgutils/ObjectCtorMI.h", "sgutils/SGHandle.h",
+    incs = ["sgutils/objects/GeneratedClassInfo.h", "sgutils/Namespaces.h", "sgutils/ObjectCtorMI.h", "sgutils/SGHandle.h",
             "vcos/COSClass.h", "vcos/COSClient.h", "vcos/COSDataType.h", "vcos/COSPackage.h"]
     if d.triples:
         incs += ["sgutils/propinfos/DependentPropInfo.h", "sgutils/propinfos/InternalPropInfo.h",
@@ -244,12 +247,13 @@ def write_source(d, src):
         out.append("  using DependentPropInfo::DependentPropInfo;\n")
         out.append("  static void setModeManual({}& b) {{ b.set{}Mode({}::Manual); }}\n}};\n\n".format(n, t.name, am))
 
-    out.append("class {}::COSInfo final : public BaseObjectCOSInfo {{\n public:\n".format(n))
+    out.append("class {}::COSInfo final : public sgutils::GeneratedClassInfo {{\n public:\n".format(n))
     out.append('  const char* getName() const override {{ return "{}"; }}\n'.format(n))
     out.append('  const char* getDescription() const override {{ return "{}"; }}\n'.format(d.description))
     out.append("  void initializeClass(COSClass* cls, const COSClient* client) override;\n")
-    out.append("  void* allocateInstance(COSInterface* instance) override;\n")
-    out.append("  void deallocateInstance(COSInterface* instance, void* data) override;\n")
+    out.append("  COSID ownClassID() const override {{ return {}::classID(); }}\n".format(n))
+    out.append("  sgutils::GeneratedBlock* newBlock() const override;\n")
+    out.append("  bool blockContains(COSID id) const override {{ return {}::containsClassData(id); }}\n".format(n))
     if d.definitions:
         out.append("\n private:\n")
         for p in d.definitions:
@@ -274,14 +278,9 @@ def write_source(d, src):
         out.append("  {}Def_.addTo(cls);\n".format(member(p.name)))
     out.append('  cls->addMethod(new ObjectCtorMI<{n}, sgutils::PublicConstructorAccess>(me, COSID("{n}")));\n}}\n\n'.format(n=n))
 
-    out.append("void* {}::COSInfo::allocateInstance(COSInterface* instance) {{\n".format(n))
+    out.append("sgutils::GeneratedBlock* {}::COSInfo::newBlock() const {{\n".format(n))
     out.append("  sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);\n")
-    out.append("  auto* block = new {};\n".format(n))
-    out.append("  // A weak reference: the block never keeps its object alive.\n")
-    out.append("  block->setCOSReference(COSInterfacePtr(instance, COSWeakReference));\n")
-    out.append("  return static_cast<SGReference*>(block);\n}\n\n")
-    out.append("void {}::COSInfo::deallocateInstance(COSInterface*, void* data) {{\n".format(n))
-    out.append("  delete static_cast<SGReference*>(data);\n}\n\n")
+    out.append("  return new {};\n}}\n\n".format(n))
 
     out.append("{n}::{n}() {{ sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__); }}\n\n".format(n=n))
     out.append("{n}::~{n}() {{\n  sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);\n".format(n=n))
@@ -297,7 +296,7 @@ def write_source(d, src):
     out.append("const COSClient* {}::getPrivateClient() {{\n".format(n))
     out.append("  COSClass* cls = getClassInstance();\n  return cls ? sgutils::privateClientOf(cls) : nullptr;\n}\n\n")
 
-    base = d.parent if d.parent else "SGReference"
+    base = d.parent if d.parent else "sgutils::GeneratedBlock"
     out.append("void {}::Setup(COSInterfacePtr object) {{\n".format(n))
     out.append("  sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);\n")
     out.append("  getClassInstance();\n  {}::Setup(object);\n}}\n\n".format(base))

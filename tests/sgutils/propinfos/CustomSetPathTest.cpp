@@ -1,0 +1,97 @@
+// The set path of the graphics metaclass: which properties it turns on, the
+// dirty flags it hands to doPostSet, AbortSet, and the attributes that the
+// library's own properties answer themselves.
+#include <gtest/gtest.h>
+
+#include "PropertyModelClasses.h"
+#include "sgutils/SGCustomMetaProperty.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSCustomMetaClass.h"
+
+namespace sgtest::propmodel {
+namespace {
+
+class CustomSetPath : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    object = makeObject(kFlagsClass);
+    handleOf(object).posts.clear();
+  }
+  void TearDown() override { object->deleteObject(COSGetPublicClient()); }
+  std::vector<PostSet>& posts() { return handleOf(object).posts; }
+  void set(const char* name, double v) { publicSet(object, name, COSValue::fromDouble(v)); }
+
+  COSInterfacePtr object;
+};
+
+TEST_F(CustomSetPath, AttributesTurnOnTheCustomSetOnlyWhereTheyAreSet) {
+  COSClass* cls = object->getClass();
+  EXPECT_TRUE(cls->isCustomSetOn(prop(object, "ObjectOnly")));
+  EXPECT_TRUE(cls->isCustomSetOn(prop(object, "LegendOnly"))) << "the legend alone still takes the custom path";
+  EXPECT_FALSE(cls->isCustomSetOn(prop(object, "Plain")));
+  // Outside the container families the pass clears UsedInUpdate.
+  EXPECT_FALSE(SGCustomMetaProperty::of(prop(object, "ObjectOnly"))->usedInUpdate);
+}
+
+TEST_F(CustomSetPath, AffectsObjectPostsTheObjectFlag) {
+  set("ObjectOnly", 2);
+  EXPECT_EQ(publicGet(object, "ObjectOnly").asDouble(), 2);
+  ASSERT_EQ(posts().size(), 1u);
+  EXPECT_EQ(posts()[0].property, "ObjectOnly");
+  EXPECT_FALSE(posts()[0].twoFlagForm);
+  EXPECT_TRUE(posts()[0].flags.object);
+  EXPECT_FALSE(posts()[0].flags.limits);
+  EXPECT_FALSE(posts()[0].flags.legend);
+  EXPECT_FALSE(posts()[0].flags.structUpdate);
+}
+
+TEST_F(CustomSetPath, LegendCountsOnlyBesideObjectOrLimits) {
+  set("LegendOnly", 1);
+  EXPECT_EQ(publicGet(object, "LegendOnly").asDouble(), 1) << "the store happens all the same";
+  EXPECT_TRUE(posts().empty()) << "AffectsLegend alone marked the object";
+  set("ObjectAndLegend", 1);
+  set("LimitsAndLegend", 1);
+  ASSERT_EQ(posts().size(), 2u);
+  EXPECT_TRUE(posts()[0].flags.object && posts()[0].flags.legend && !posts()[0].flags.limits);
+  EXPECT_TRUE(posts()[1].flags.limits && posts()[1].flags.legend && !posts()[1].flags.object);
+}
+
+TEST_F(CustomSetPath, AbortSetStoresButDoesNotMarkAnEqualValue) {
+  // UsedInUpdate takes part in the AbortSet test; this class is no container,
+  // so the attribute is put back by hand as a container class would keep it.
+  SGCustomMetaProperty::of(prop(object, "Abortable"))->usedInUpdate = true;
+  set("Abortable", 3);
+  ASSERT_EQ(posts().size(), 1u);
+  set("Abortable", 3);
+  EXPECT_EQ(posts().size(), 1u) << "an equal value was marked dirty under AbortSet";
+  set("Abortable", 4);
+  EXPECT_EQ(posts().size(), 2u);
+  EXPECT_EQ(publicGet(object, "Abortable").asDouble(), 4);
+  SGCustomMetaProperty::of(prop(object, "Abortable"))->usedInUpdate = false;
+}
+
+TEST_F(CustomSetPath, PlainPropertyKeepsTheOrdinaryPath) {
+  set("Plain", 5);
+  EXPECT_EQ(publicGet(object, "Plain").asDouble(), 5);
+  EXPECT_TRUE(posts().empty());
+}
+
+TEST(GraphicsMetaProperty, LibraryPropertiesAnswerResettableAndDeepCopyThemselves) {
+  COSInterfacePtr object = makeObject(kSelectableClass);
+  COSClass* cls = object->getClass();
+  SGCustomMetaProperty* mode = SGCustomMetaProperty::of(prop(object, "SelectionHighlightMode"));
+  ASSERT_NE(mode, nullptr);
+  EXPECT_TRUE(mode->getResettable());
+  mode->setResettable(false);
+  EXPECT_FALSE(prop(object, "SelectionHighlightMode")->isResetAllowed()) << "Resettable did not reach the flag word";
+  mode->setResettable(true);
+  mode->setDeepCopy(true);
+  EXPECT_FALSE(mode->getDeepCopy()) << "DeepCopy of a library property is dropped";
+  // The public face of a triple takes the custom path so that its mode flips.
+  EXPECT_TRUE(cls->isCustomSetOn(prop(object, "Selected")));
+  EXPECT_FALSE(cls->isCustomSetOn(prop(object, "Selected_I")));
+  object->deleteObject(COSGetPublicClient());
+}
+
+}  // namespace
+}  // namespace sgtest::propmodel

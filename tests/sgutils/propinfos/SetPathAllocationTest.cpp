@@ -1,0 +1,74 @@
+// The set and get paths of a moded property allocate nothing. Allocations
+// are counted by replacing the global allocation functions of this test
+// executable; the counter only runs while a test asks for it.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+#include "PropertyModelClasses.h"
+
+namespace {
+std::atomic<bool> counting{false};
+std::atomic<std::size_t> allocations{0};
+
+void* allocate(std::size_t bytes) {
+  if (counting.load(std::memory_order_relaxed)) allocations.fetch_add(1, std::memory_order_relaxed);
+  if (void* p = std::malloc(bytes ? bytes : 1)) return p;
+  throw std::bad_alloc();
+}
+
+// Counts the allocations made while it is alive.
+struct AllocationCounter {
+  AllocationCounter() {
+    allocations = 0;
+    counting = true;
+  }
+  ~AllocationCounter() { counting = false; }
+  std::size_t count() const { return allocations.load(); }
+};
+}  // namespace
+
+void* operator new(std::size_t bytes) { return allocate(bytes); }
+void* operator new[](std::size_t bytes) { return allocate(bytes); }
+void operator delete(void* p) noexcept { std::free(p); }
+void operator delete[](void* p) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
+
+namespace sgtest::propmodel {
+namespace {
+
+using graphics::datatype::AutoManual;
+
+TEST(SetPathAllocations, PublicSetInternalWriteAndGetAllocateNothing) {
+  COSInterfacePtr object = makeObject(kSelectableClass);
+  COSPropInfo* selected = prop(object, "Selected");
+  COSPropInfo* internal = prop(object, "Selected_I");
+  COSPropInfo* mode = prop(object, "SelectedMode");
+  const COSClient* client = COSGetPublicClient();
+  // Warm up: lazily resolved faces, cached ids.
+  object->setPropertyValue(client, selected, COSValue::fromBool(true));
+  object->setPropertyValue(client, mode, COSValue(modeWord(AutoManual::Auto)));
+  handleOf(object).posts.reserve(4096);
+
+  std::size_t count = 0;
+  {
+    AllocationCounter counter;
+    for (int i = 0; i < 200; ++i) {
+      object->setPropertyValue(client, selected, COSValue::fromBool(i % 2 == 0));
+      object->setPropertyValue(client, mode, COSValue(modeWord(AutoManual::Auto)));
+      object->setPropertyValue(client, internal, COSValue::fromBool(i % 2 != 0));
+      const COSValue v = object->getPropertyValue(client, selected);
+      object->releasePropertyValue(client, selected, v);
+    }
+    count = counter.count();
+  }
+  EXPECT_EQ(count, 0u) << "the set path of a moded property allocated";
+  EXPECT_GT(handleOf(object).posts.size(), 200u) << "the loop did not reach doPostSet";
+  object->deleteObject(client);
+}
+
+}  // namespace
+}  // namespace sgtest::propmodel
