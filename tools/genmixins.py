@@ -129,7 +129,12 @@ def word_of(cpp, expr):
         return "COSValue::fromDouble({})".format(expr)
     if cpp.endswith("*"):
         return "COSValue({})".format(expr)
-    raise SystemExit("triple member type must be bool, double or a pointer: " + cpp)
+    # A value class: the word points at the member.
+    return "COSValue(&{})".format(expr)
+
+
+def is_value_class(cpp):
+    return cpp not in ("bool", "double") and not cpp.endswith("*")
 
 
 def value_of(cpp, expr):
@@ -171,8 +176,9 @@ def write_header(d, src):
     for t in d.triples:
         m = member(t.name)
         out.append("\n  // {} (public face), {}Mode, {}_I.\n".format(t.name, t.name, t.name))
+        arg = "const {}&".format(t.cpp) if is_value_class(t.cpp) else t.cpp
         out.append("  virtual {} get{}() const {{ return {}_I_; }}\n".format(t.cpp, t.name, m))
-        out.append("  virtual void set{}({} value, sgutils::ClientEnum client);\n".format(t.name, t.cpp))
+        out.append("  virtual void set{}({} value, sgutils::ClientEnum client);\n".format(t.name, arg))
         out.append("  {} get{}Mode() const {{ return static_cast<{}>({}Mode_); }}\n".format(am, t.name, am, m))
         out.append("  void set{}Mode({} mode);\n".format(t.name, am))
     for p in d.definitions:
@@ -237,7 +243,10 @@ def write_source(d, src):
         out.append("struct {n}::{x}_IPI final : sgutils::InternalPropInfo<{n}, {n}::{x}_IPI> {{\n".format(n=n, x=t.name))
         out.append("  using InternalPropInfo::InternalPropInfo;\n")
         out.append("  static COSValue read(const {}& b) noexcept {{ return {}; }}\n".format(n, word_of(t.cpp, "b.{}_I_".format(m))))
-        out.append("  static void store({}& b, COSValue v) noexcept {{ b.{}_I_ = {}; }}\n".format(n, m, value_of(t.cpp, "v")))
+        if is_value_class(t.cpp):
+            out.append("  static void assign({n}& b, COSValue v) {{ b.{m}_I_ = v.isEmpty() ? {t}() : *v.asPointer<const {t}>(); }}\n".format(n=n, m=m, t=t.cpp))
+        else:
+            out.append("  static void store({}& b, COSValue v) noexcept {{ b.{}_I_ = {}; }}\n".format(n, m, value_of(t.cpp, "v")))
         out.append("  static COSValue makeFactoryValue(const COSDataType& t) {{ return {}; }}\n}};\n\n".format(factory))
         out.append("struct {n}::{x}ModePI final : sgutils::ModePropInfo<{n}, {n}::{x}ModePI> {{\n".format(n=n, x=t.name))
         out.append("  using ModePropInfo::ModePropInfo;\n")
@@ -327,7 +336,8 @@ def write_source(d, src):
         return s
 
     for t in d.triples:
-        out.append(setter(t.name, t.cpp, word_of(t.cpp, "value")))
+        arg = "const {}&".format(t.cpp) if is_value_class(t.cpp) else t.cpp
+        out.append(setter(t.name, arg, word_of(t.cpp, "value")))
         out.append(mode_setter(t.name))
     for p in d.definitions:
         out.append(setter(p.name, p.cpp, "sgutils::StorageTraits<{}>::word(value)".format(p.cpp)))

@@ -6,6 +6,10 @@
 //   static COSValue read(const Class&);           the member's word, borrowed
 //   static void store(Class&, COSValue owned);    takes a copied word
 //   static COSValue makeFactoryValue(const COSDataType&);  a new owned word
+// A member held by value (a colour, say) gives instead of `store`
+//   static void assign(Class&, COSValue);         copies from the word
+// and `read` answers a pointer to the member; the write then allocates
+// nothing.
 #pragma once
 
 #include "sgutils/propinfos/BlockOf.h"
@@ -44,9 +48,13 @@ class InternalPropInfo : public PropInfoBase, public InternalPropertyFactoryDefa
     const COSDataType& t = *type();
     const COSValue old = PI::read(*block);
     const bool same = t.isEqual(old, value);
-    const COSValue copy = t.copy(value);
-    t.destroy(old);
-    PI::store(*block, copy);
+    if constexpr (requires(Class& b, COSValue v) { PI::assign(b, v); }) {
+      PI::assign(*block, value);
+    } else {
+      const COSValue copy = t.copy(value);
+      t.destroy(old);
+      PI::store(*block, copy);
+    }
     if (!same) block->doPostSet(COSInterfacePtr(instance), this, false, true);
   }
 
