@@ -45,6 +45,7 @@ class TestPostSetFcnInfo final : public JournalingClassInfo {
 class TestPropertyFlagsInfo final : public JournalingClassInfo {
  public:
   const char* getName() const override { return "TestPropertyFlags"; }
+  bool isPropertyTruncationAllowed() const override { return true; }
   void initializeClass(COSClass* cls, const COSClient*) override {
     setClient(cls);
     const COSID me = cls->getID();
