@@ -3,9 +3,11 @@
 
 #include <boost/make_shared.hpp>
 
+#include "foundation/core/except/Error.h"
 #include "foundation/log/LogRecord.h"
 #include "sgutils/SGReference.h"
 #include "sgutils/propinfos/DataTypeDefaultProvider.h"
+#include "sgutils/propinfos/ObjectPropInfo.h"
 #include "sgutils/propinfos/UserFcnDefaultProvider.h"
 #include "sgutils/propinfos/WebPropertyChecks.h"
 #include "vcos/COSDataType.h"
@@ -106,3 +108,7 @@ void clearCheckWebPropertySupportFunctor() {
 }
 
 }  // namespace sgutils
+
+namespace sgutils::detail {
+void raiseBadHandle() { throw foundation::core::except::Error("VANTEL:sg:dt_conv:Matrix_to_HObject:BadHandle"); }
+}  // namespace sgutils::detail
