@@ -7,6 +7,8 @@
 #include "sgutils/SGCustomMetaProperty.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSCustomMetaClass.h"
+#include "foundation/core/except/IMsgIDException.h"
+#include "vx/vx.h"
 
 namespace sgtest::propmodel {
 namespace {
@@ -68,6 +70,20 @@ TEST_F(CustomSetPath, AbortSetStoresButDoesNotMarkAnEqualValue) {
   EXPECT_EQ(posts().size(), 2u);
   EXPECT_EQ(publicGet(object, "Abortable").asDouble(), 4);
   SGCustomMetaProperty::of(prop(object, "Abortable"))->usedInUpdate = false;
+}
+
+TEST_F(CustomSetPath, InternalComponentRefusesAnEmptyValueAndStoresNothing) {
+  matrix::unique_vxArray empty(vxCreateDoubleMatrix(0, 0, vxREAL));
+  try {
+    publicSet(object, "Component", COSValue(empty.get()));
+    FAIL() << "an empty internal component was accepted";
+  } catch (const foundation::core::except::IMsgIDException& e) {
+    EXPECT_EQ(e.identifier(), "VANTEL:class:InvalidHandle");
+  }
+  const COSValue stored = publicGet(object, "Component");
+  EXPECT_TRUE(stored.isEmpty()) << "the refused value was stored";
+  object->releasePropertyValue(COSGetPublicClient(), prop(object, "Component"), stored);
+  EXPECT_TRUE(posts().empty());
 }
 
 TEST_F(CustomSetPath, PlainPropertyKeepsTheOrdinaryPath) {

@@ -54,7 +54,9 @@ class TestPropertyFlagsInfo final : public JournalingClassInfo {
       cls->addProperty(new COSPropT(me, COSID(name), COSDataTypePtr("double scalar"), COSValue::fromDouble(0.0),
                                     PublicAccess, PublicAccess,
                                     COSPropDefaultFlags | (std::string(name) == "Abortable" ? COSPropAbortSet : 0u)));
+    cls->addProperty(new COSPropT(me, COSID("Component"), COSDataTypePtr("any")));
     const COSValue on = COSValue::fromBool(true);
+    cls->setPropertyAttribute(COSID("Component"), COSID("InternalComponent"), on);
     cls->setPropertyAttribute(COSID("ObjectOnly"), COSID("AffectsObject"), on);
     cls->setPropertyAttribute(COSID("LegendOnly"), COSID("AffectsLegend"), on);
     cls->setPropertyAttribute(COSID("ObjectAndLegend"), COSID("AffectsObject"), on);
