@@ -253,8 +253,7 @@ def write_source(d, src):
         out.append("  static unsigned char readMode(const {} & b) noexcept {{ return b.{}Mode_; }}\n".format(n, m).replace(" & ", "& "))
         out.append("  static void storeMode({}& b, unsigned char mode) noexcept {{ b.{}Mode_ = mode & 1; }}\n}};\n\n".format(n, m))
         out.append("struct {n}::{x}PI final : sgutils::DependentPropInfo<{n}, {n}::{x}PI> {{\n".format(n=n, x=t.name))
-        out.append("  using DependentPropInfo::DependentPropInfo;\n")
-        out.append("  static void setModeManual({}& b) {{ b.set{}Mode({}::Manual); }}\n}};\n\n".format(n, t.name, am))
+        out.append("  using DependentPropInfo::DependentPropInfo;\n};\n\n")
 
     out.append("class {}::COSInfo final : public sgutils::GeneratedClassInfo {{\n public:\n".format(n))
     out.append('  const char* getName() const override {{ return "{}"; }}\n'.format(n))
@@ -277,7 +276,7 @@ def write_source(d, src):
     out.append("  const COSID me = cls->getID();\n")
     for t in d.triples:
         ga, sa = "MemberAccess({})".format(t.get_access), "MemberAccess({})".format(t.set_access)
-        out.append('  cls->addProperty(new {x}PI(me, "{x}", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x} PropInfo", COSID("{x}_I")));\n'.format(
+        out.append('  cls->addProperty(new {x}PI(me, "{x}", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x} PropInfo", COSID("{x}_I"), COSID("{x}Mode")));\n'.format(
             x=t.name, ty=t.type, g=ga, s=sa, f=t.flags[0]))
         out.append('  cls->addProperty(new {x}ModePI(me, "{x}Mode", sgutils::detail::autoManualType(), {g}, {s}, {f}, "{x}Mode PropInfo"));\n'.format(
             x=t.name, g=ga, s=sa, f=t.flags[1]))

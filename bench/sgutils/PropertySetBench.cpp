@@ -31,11 +31,6 @@ const COSID& graphicsId() {
 struct BenchHandle : SGHandle {
   void doPostSet(COSInterfacePtr, COSPropInfo*, DirtyFlags) override { ++marks; }
   void doPostSet(COSInterfacePtr, COSPropInfo*, bool, bool) override { ++marks; }
-  void setEdgeColorMode(AutoManual mode) {
-    static const COSID id("EdgeColorMode");
-    COSInterface* self = getCOSObject();
-    self->setPropertyValue(COSGetPublicClient(), self->getClass()->findPropertyExact(id), COSValue(&mode));
-  }
   RGBAColor edgeColor;
   unsigned char edgeColorMode = 0;
   long marks = 0;
@@ -54,7 +49,6 @@ struct EdgeColorModePI final : sgutils::ModePropInfo<BenchHandle, EdgeColorModeP
 };
 struct EdgeColorPI final : sgutils::DependentPropInfo<BenchHandle, EdgeColorPI> {
   using DependentPropInfo::DependentPropInfo;
-  static void setModeManual(BenchHandle& b) { b.setEdgeColorMode(AutoManual::Manual); }
 };
 
 class BenchInfo final : public BaseObjectCOSInfo, public SGHandleBlockFactory {
@@ -67,7 +61,7 @@ class BenchInfo final : public BaseObjectCOSInfo, public SGHandleBlockFactory {
     cls->addSuperclass(graphics::mixin::Selectable::classID(), false, 0, 1);
     const char* color = "vantel.graphics.datatype.RGBAColor";
     cls->addProperty(new EdgeColorPI(me, "EdgeColor", COSDataTypePtr(color), PublicAccess, PublicAccess, 12196,
-                                     "EdgeColor PropInfo", COSID("EdgeColor_I")));
+                                     "EdgeColor PropInfo", COSID("EdgeColor_I"), COSID("EdgeColorMode")));
     cls->addProperty(new EdgeColorModePI(me, "EdgeColorMode", sgutils::detail::autoManualType(), PublicAccess,
                                          PublicAccess, 548, "EdgeColorMode PropInfo"));
     cls->addProperty(new EdgeColor_IPI(me, "EdgeColor_I", COSDataTypePtr(color), PublicAccess, PublicAccess, 1572,
