@@ -40,7 +40,8 @@ COSValue EnumerationType::copy(COSValue value) const {
 std::size_t EnumerationType::getHashCode(COSValue value) const { return static_cast<std::size_t>(byteOf(value)); }
 
 std::vector<std::string> EnumerationType::getPossibleValues() const {
-  return std::vector<std::string>(description_.names, description_.names + description_.count);
+  const unsigned char n = description_.listed < description_.count ? description_.listed : description_.count;
+  return std::vector<std::string>(description_.names, description_.names + n);
 }
 
 COSInterfaceType::COSInterfaceType() : COSDataType(COSID(kCOSInterfaceType)) {}

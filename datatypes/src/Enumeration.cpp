@@ -15,10 +15,12 @@ using foundation::core::except::Error;
 namespace graphics::datatype {
 namespace {
 
+// The listed texts, for the error message; hidden values are not offered.
 std::string listOf(const EnumerationDescription& d) {
+  const unsigned char n = d.listed < d.count ? d.listed : d.count;
   std::string out;
-  for (unsigned char i = 0; i < d.count; ++i) {
-    if (i) out += i + 1 == d.count ? "' or '" : "', '";
+  for (unsigned char i = 0; i < n; ++i) {
+    if (i) out += i + 1 == n ? "' or '" : "', '";
     out += d.names[i];
   }
   return "'" + out + "'";

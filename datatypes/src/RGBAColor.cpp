@@ -7,6 +7,7 @@
 
 #include "ArrayValues.h"
 #include "foundation/core/except/Error.h"
+#include "vx/vxData.h"
 #include "vx/vxQuery.h"
 
 using foundation::core::except::Error;
@@ -95,6 +96,15 @@ RGBAColor RGBAColor::none() noexcept {
 }
 
 RGBAColor RGBAColor::fromArray(const vxArray* value) {
+  // The common case first: a real double row of three or four values.
+  if (value && vxGetClassID(value) == vxDOUBLE_CLASS && !vxIsComplex(value) && vxGetM(value) == 1 &&
+      vxGetNumberOfDimensions(value) == 2) {
+    const vxSize n = vxGetN(value);
+    if (n == 3 || n == 4) {
+      const double* p = vxGetPr(value);
+      return RGBAColor(p[0], p[1], p[2], n == 4 ? p[3] : 1.0);
+    }
+  }
   if (detail::isText(value)) return RGBAColor(detail::textOf(value));
   if (!detail::isRealNumeric(value) || !vxIsVector(value))
     throw Error("VANTEL:datatypes:InvalidColor", detail::describe(value));

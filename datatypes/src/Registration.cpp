@@ -73,11 +73,15 @@ std::vector<std::pair<COSID, COSID>>& addedConversions() {
   return added;
 }
 
+// Conversions of this library's own types are tracked, so that termination
+// takes them out; those registered for a library above are left to it.
+enum class Track : bool { No, Yes };
+
 template <class F>
-void addConversion(const char* from, const char* to, F f) {
+void addConversion(const char* from, const char* to, F f, Track track = Track::Yes) {
   COSID a(from), b(to);
   COSTypeRepository::addConversion(a, b, new FunctionConversion<F>(std::move(f)));
-  addedConversions().emplace_back(a, b);
+  if (track == Track::Yes) addedConversions().emplace_back(a, b);
 }
 
 const vxArray* arrayOf(COSValue v) { return v.asPointer<const vxArray>(); }
@@ -89,16 +93,25 @@ void registerValueType(const char* name, bool holdsObjects = false) {
   addConversion(name, "any", [](COSValue v) { return COSValue(detail::ValueType<T>::valueOf(v).toArray()); });
 }
 
+COSDataTypePtr registerEnumeration(const char* name, const EnumerationDescription& d, Track track) {
+  COSDataTypePtr type = register_datatype(new detail::EnumerationType(COSID(name), d));
+  const EnumerationDescription* desc = &d;
+  addConversion(
+      "any", name,
+      [desc](COSValue v) { return COSValue(canonicalEnumerationByte(parseEnumeration(arrayOf(v), *desc))); }, track);
+  addConversion(
+      name, "any",
+      [desc](COSValue v) {
+        const unsigned char b = v.isEmpty() ? 0 : *v.asPointer<const unsigned char>();
+        return COSValue(enumerationToArray(b, *desc));
+      },
+      track);
+  return type;
+}
+
 template <class E>
 void registerEnumerationType(const char* name) {
-  register_datatype(new detail::EnumerationType(COSID(name), EnumerationTraits<E>::description));
-  addConversion("any", name, [](COSValue v) {
-    return COSValue(canonicalEnumerationByte(static_cast<unsigned char>(enumerationFromArray<E>(arrayOf(v)))));
-  });
-  addConversion(name, "any", [](COSValue v) {
-    const unsigned char b = v.isEmpty() ? 0 : *v.asPointer<const unsigned char>();
-    return COSValue(enumerationToArray(static_cast<E>(b)));
-  });
+  registerEnumeration(name, EnumerationTraits<E>::description, Track::Yes);
 }
 
 void registerTypes() {
@@ -165,6 +178,10 @@ const char* namespaceDetails() { return "The value types of graphics object prop
 COSPackage* register_namespace(const char* name, DescriptionFn describe, DescriptionFn details) {
   if (COSPackage* existing = COSPackage::getNamespace(name)) return existing;
   return COSPackage::addNamespace(new CallbackNamespaceInfo(name, describe, details));
+}
+
+COSDataTypePtr register_enumeration(const char* fullName, const EnumerationDescription& description) {
+  return registerEnumeration(fullName, description, Track::No);
 }
 
 COSDataTypePtr register_datatype(COSDataType* type) {

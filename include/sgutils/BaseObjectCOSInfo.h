@@ -10,7 +10,7 @@
 
 class SGUTILS_API BaseObjectCOSInfo : public COSUseCustomMetaData, public COSClassInfo {
  public:
-  bool isOkToDestroy(COSInterface* instance) override;
+  bool isOkToDestroy(const COSClient* client, COSInterface* instance) override;
   bool isHidden() const override;
   bool canOtherClassContainThisClass(const COSClass* other) const override;
   bool canThisClassContainOtherClass(const COSClass* other) const override;

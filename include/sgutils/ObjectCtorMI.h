@@ -1,6 +1,6 @@
 // The constructor method of a graphics class. The class system makes the
 // instance (one data block per class), then calls this with the new object
-// as the first input and the caller's inputs after it. The stages: the Java
+// as element 0 of the object array in plhs[0] and the caller's inputs. The stages: the Java
 // check, Setup (base first), the name-value input, CreationComplete. When a
 // stage fails, SetupFailed runs and "Parent" is emptied, so that a half-built
 // object leaves the tree, and the error goes on to the caller.
@@ -11,6 +11,7 @@
 #include "vcos/COSMethodInfo.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSMethodSignature.h"
+#include "vcos/ObjectArray.h"
 
 namespace sgutils {
 
@@ -46,15 +47,16 @@ class ObjectCtorMI final : public COSMethodInfo {
   MemberAccess getMemberAccess() const override { return Access::access; }
   const COSMethodSignature* getMethodSignature() const override { return signature_.get(); }
 
-  void invoke(const COSClient* client, int& /*nlhs*/, COSValue* /*plhs*/, int nrhs,
-              const COSValue* prhs) const override {
-    if (nrhs < 1) return;
-    COSInterfacePtr object(prhs[0].asPointer<COSInterface>());
+  void invoke(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) const override {
+    if (nlhs < 1) return;
+    const vxArray* self = plhs[0].asPointer<const vxArray>();
+    if (!self) return;
+    COSInterfacePtr object = omGetArrayElement(self, 0);
     if (!object) return;
     COSClass* cls = getDefiningClass();
     auto* block = static_cast<Class*>(static_cast<SGReference*>(object->getInstanceData(cls->getID())));
     if (!privateClient_) privateClient_ = sgutils::privateClientOf(cls);
-    sgutils::runConstructorStages(client, object, block, privateClient_, nrhs - 1, prhs + 1);
+    sgutils::runConstructorStages(client, object, block, privateClient_, nrhs, prhs);
   }
 
  private:

@@ -16,11 +16,13 @@ bool sgutils::isOkToDestroyGraphics(COSInterface* instance) {
   return false;
 }
 
-bool BaseObjectCOSInfo::isOkToDestroy(COSInterface* instance) { return sgutils::isOkToDestroyGraphics(instance); }
+bool BaseObjectCOSInfo::isOkToDestroy(const COSClient*, COSInterface* instance) {
+  return sgutils::isOkToDestroyGraphics(instance);
+}
 bool BaseObjectCOSInfo::isHidden() const { return true; }
 bool BaseObjectCOSInfo::canOtherClassContainThisClass(const COSClass*) const { return true; }
 bool BaseObjectCOSInfo::canThisClassContainOtherClass(const COSClass*) const { return false; }
-COSConnectivity BaseObjectCOSInfo::getConnectivity() const { return static_cast<COSConnectivity>(3); }
+COSConnectivity BaseObjectCOSInfo::getConnectivity() const { return COSConnectTree; }
 bool BaseObjectCOSInfo::useClassDefaultsOnLoad() const { return true; }
 
 COSID BaseObjectCOSInfo::getMetaClassClassID() const {

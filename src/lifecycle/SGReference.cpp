@@ -9,6 +9,7 @@
 #include "sgutils/FrameHooks.h"
 #include "sgutils/Namespaces.h"
 #include "sgutils/PerInstance.h"
+#include "sgutils/ResetEI.h"
 #include "sgutils/ResetGraphicsEvent.h"
 #include "sgutils/SGPropHandler.h"
 #include "sgutils/SGStorage.h"
@@ -78,5 +79,5 @@ COSClass* SGStorage::getClassInstance() {
   return sgutils::cachedClass<Tag>(graphics::internal::getNamespace(), "StorageObject");
 }
 
-ResetGraphicsEvent::ResetGraphicsEvent(COSInterface* source) : COSEventData(source, COSID("Reset")) {}
+ResetGraphicsEvent::ResetGraphicsEvent(COSInterface* source) : COSEventData(source, ResetEI::eventId()) {}
 ResetGraphicsEvent::~ResetGraphicsEvent() = default;

@@ -116,4 +116,27 @@ TEST_F(CallbackListeners, ClassListenerRunsForEveryInstanceAndSkipsOnesWithoutTh
   COSListener::toListener(stray)->fire(figure.get(), nullptr);
 }
 
+TEST_F(CallbackListeners, ObjectListenerRunsForADyingSourceClassListenerDoesNot) {
+  // A deletion callback must still run while its object is being deleted; a
+  // class listener (creation callbacks) must not run for an object whose
+  // deletion has begun.
+  COSClass* widget = COSClass::getClass(COSID("dtt.Widget"));
+  COSID beingDestroyed("ObjectBeingDestroyed");
+  COSInterfacePtr classListener = createClassListener("ClickFcn", false, false);
+  widget->addClassListener(beingDestroyed, COSListener::toListener(classListener));
+  COSInterfacePtr w = make("dtt.Widget");
+  COSInterfacePtr objectListener = createListener("ClickFcn", false, false);
+  w->addListener(beingDestroyed, COSListener::toListener(objectListener));
+  int runs = 0;
+  bool dying = false;
+  setClick(w, [&](COSInterface* s, COSEventData*) {
+    ++runs;
+    dying = s->isBeingDestroyed();
+  });
+  ASSERT_TRUE(w->deleteObject(COSGetPublicClient()));
+  widget->removeClassListener(beingDestroyed, COSListener::toListener(classListener));
+  EXPECT_EQ(runs, 1);
+  EXPECT_TRUE(dying);
+}
+
 }  // namespace

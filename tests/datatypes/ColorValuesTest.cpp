@@ -32,14 +32,14 @@ TEST(ColorParsing, NumericTriplesAndQuadruplesOfAnyRealClass) {
 }
 
 TEST(ColorParsing, NamesLettersAndHexInAnyCase) {
-  expectColor(RGBAColor(std::string("red")), 1, 0, 0);
-  expectColor(RGBAColor(std::string("  Magenta ")), 1, 0, 1);
-  expectColor(RGBAColor(std::string("k")), 0, 0, 0);
-  expectColor(RGBAColor(std::string("W")), 1, 1, 1);
-  expectColor(RGBAColor(std::string("y")), 1, 1, 0);
-  expectColor(RGBAColor(std::string("#FF8000")), 1, 128 / 255.0, 0);
-  expectColor(RGBAColor(std::string("#ff8000")), 1, 128 / 255.0, 0);
-  expectColor(RGBAColor(std::string("#0F8")), 0, 1, 136 / 255.0);  // each digit doubled
+  expectColor(RGBAColor("red"), 1, 0, 0);
+  expectColor(RGBAColor("  Magenta "), 1, 0, 1);
+  expectColor(RGBAColor("k"), 0, 0, 0);
+  expectColor(RGBAColor("W"), 1, 1, 1);
+  expectColor(RGBAColor("y"), 1, 1, 0);
+  expectColor(RGBAColor("#FF8000"), 1, 128 / 255.0, 0);
+  expectColor(RGBAColor("#ff8000"), 1, 128 / 255.0, 0);
+  expectColor(RGBAColor("#0F8"), 0, 1, 136 / 255.0);  // each digit doubled
   expectColor(RGBAColor::fromArray(text("blue").get()), 0, 0, 1);
   auto str = own(vxCreateStringArray(1, 1));
   vxSetStringElement(str.get(), 0, u"cyan");
@@ -79,9 +79,9 @@ TEST(ColorParsing, ReadBackGivesWhatConvertsToAnEqualColour) {
 }
 
 TEST(ColorParsing, EqualityTellsNoneFromBlackAndAlphaApart) {
-  EXPECT_EQ(RGBAColor(std::string("k")), RGBAColor(0, 0, 0));
+  EXPECT_EQ(RGBAColor("k"), RGBAColor(0, 0, 0));
   EXPECT_NE(RGBAColor::none(), RGBAColor(0, 0, 0));
-  EXPECT_EQ(RGBAColor::none(), RGBAColor(std::string("none")));
+  EXPECT_EQ(RGBAColor::none(), RGBAColor("none"));
   EXPECT_NE(RGBAColor(1, 0, 0, 1), RGBAColor(1, 0, 0, 0.5));
 }
 

@@ -148,6 +148,30 @@ TEST_F(RegisteredTypes, RegistrationCallsFindWhatExists) {
   EXPECT_EQ(COSDataTypePtr(kRGBAColorType).get(), existing.get());
 }
 
+// An enumeration of a library above, with a value that is valid but hidden.
+constexpr const char* kSchemeNames[] = {"light", "dark", "white"};
+constexpr EnumerationDescription kScheme{"Scheme", kSchemeNames, 3, /*listed=*/2};
+
+TEST_F(RegisteredTypes, EnumerationsOfOtherLibrariesWithHiddenValues) {
+  COSDataTypePtr type = register_enumeration("dtt.datatype.Scheme", kScheme);
+  EXPECT_EQ(type->getPossibleValues(), (std::vector<std::string>{"light", "dark"}));
+  COSValue white = fromAny("dtt.datatype.Scheme", text("White").get());
+  EXPECT_EQ(*white.asPointer<const unsigned char>(), 2);
+  EXPECT_EQ(vxArrayToStdString(toAny("dtt.datatype.Scheme", white).get()), "white");
+  try {
+    fromAny("dtt.datatype.Scheme", text("grey").get());
+    ADD_FAILURE() << "grey accepted";
+  } catch (const foundation::core::except::IMsgIDException& e) {
+    EXPECT_EQ(e.identifier(), "VANTEL:datatypes:InvalidEnumerationValue");
+    EXPECT_EQ(e.message().arguments().at(1), "'light' or 'dark'");  // the hidden value is not offered
+  }
+  // The library that registered it owns its conversions: termination of
+  // this library leaves them.
+  VLTerminate_sgdatatypes();
+  EXPECT_NE(COSTypeRepository::getConversion(COSID("any"), COSID("dtt.datatype.Scheme")), nullptr);
+  VLInitialize_sgdatatypes();
+}
+
 TEST_F(RegisteredTypes, TerminationTakesTheConversionsAwayAndStartBringsThemBack) {
   COSID any("any"), color(kRGBAColorType);
   ASSERT_NE(COSTypeRepository::getConversion(any, color), nullptr);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "TestGraphicsClasses.h"
+#include "foundation/core/except/IMsgIDException.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vcos/vcos.h"
@@ -25,6 +26,8 @@ COSInterfacePtr listenTo(const COSInterfacePtr& source, const char* event, std::
   source->addListener(COSID(event), COSListener::toListener(l));
   return l;
 }
+
+bool isOn(const Arr& value) { return vxArrayToStdString(value.get()) == "on"; }
 
 void callReset(const COSInterfacePtr& object) {
   Arr self = obj(object);
@@ -89,11 +92,11 @@ TEST_F(Lifecycle, BeingDeletedIsTrueBelowAnObjectBeingDestroyed) {
   }
   bool seenChild = false, seenGrandchild = false, childItselfBeingDestroyed = true;
   COSInterfacePtr l = listenTo(parent, "ObjectBeingDestroyed", [&] {
-    seenChild = vxIsLogicalScalarTrue(getProp(child, "BeingDeleted").get());
-    seenGrandchild = vxIsLogicalScalarTrue(getProp(grandchild, "BeingDeleted").get());
+    seenChild = isOn(getProp(child, "BeingDeleted"));
+    seenGrandchild = isOn(getProp(grandchild, "BeingDeleted"));
     childItselfBeingDestroyed = child->isBeingDestroyed();
   });
-  EXPECT_FALSE(vxIsLogicalScalarTrue(getProp(grandchild, "BeingDeleted").get()));
+  EXPECT_FALSE(isOn(getProp(grandchild, "BeingDeleted")));
   parent->deleteObject(COSGetPublicClient());
   EXPECT_TRUE(seenChild);
   EXPECT_TRUE(seenGrandchild);
@@ -104,7 +107,7 @@ TEST_F(Lifecycle, SettingBeingDeletedHasNoEffect) {
   COSInterfacePtr o = construct({});
   Arr yes(vxCreateLogicalScalar(true));
   EXPECT_NO_THROW(setProp(o, "BeingDeleted", yes.get()));
-  EXPECT_FALSE(vxIsLogicalScalarTrue(getProp(o, "BeingDeleted").get()));
+  EXPECT_FALSE(isOn(getProp(o, "BeingDeleted")));
 }
 
 TEST_F(Lifecycle, ApplicationDataKeepsStructsAndReplacesAnythingElse) {
@@ -168,17 +171,39 @@ TEST_F(Lifecycle, GapsInGraphicsArraysArePlaceholders) {
 }
 
 namespace {
+// A class outside every closed list, deriving from the root it is given.
 class IntruderInfo final : public BaseObjectCOSInfo {
  public:
-  const char* getName() const override { return "Intruder"; }
-  void initializeClass(COSClass* cls, const COSClient*) override {
-    cls->addSuperclass(COSID("vantel.graphics.Graphics"), true, 0, 1);
-  }
+  IntruderInfo(std::string name, const char* root) : name_(std::move(name)), root_(root) {}
+  const char* getName() const override { return name_.c_str(); }
+  void initializeClass(COSClass* cls, const COSClient*) override { cls->addSuperclass(COSID(root_), true, 0, 1); }
+
+ private:
+  std::string name_;
+  const char* root_;
 };
 }  // namespace
 
-TEST_F(Lifecycle, OnlyListedClassesDeriveFromGraphics) {
-  sgutils::getNamespace()->addClass(new IntruderInfo, 0, 2);
-  EXPECT_ANY_THROW(COSClass::getClass(COSID("sg2utils.Intruder")));
-  EXPECT_NE(COSClass::getClass(COSID(kTestClass)), nullptr);
+TEST_F(Lifecycle, OnlyListedClassesDeriveFromTheRoots) {
+  const char* roots[] = {"vantel.graphics.Graphics", "vantel.graphics.internal.ReferenceObject",
+                         "vantel.graphics.internal.GraphicsPropertyHandler"};
+  int n = 0;
+  for (const char* root : roots) {
+    const std::string name = "Intruder" + std::to_string(n++);
+    sgutils::getNamespace()->addClass(new IntruderInfo(name, root), 0, 2);
+    try {
+      COSClass::getClass(COSID("sg2utils." + name));
+      ADD_FAILURE() << name << " derived from " << root;
+    } catch (const foundation::core::except::IMsgIDException& e) {
+      EXPECT_EQ(e.identifier(), "VANTEL:vcos:NotAllowedSubclass") << root;
+    }
+  }
+  EXPECT_NE(COSClass::getClass(COSID(kTestClass)), nullptr) << "a listed class must still build";
+}
+
+TEST_F(Lifecycle, SerializableApplicationDataIsNotPubliclySettable) {
+  COSInterfacePtr o = construct({});
+  Arr s(vxCreateStructMatrix(1, 1, 0, nullptr));
+  EXPECT_ANY_THROW(setProp(o, "SerializableApplicationData", s.get()));
+  EXPECT_NO_THROW(setProp(o, "ApplicationData", s.get()));
 }

@@ -2,6 +2,7 @@
 #include "TestGraphicsClasses.h"
 
 #include "foundation/core/except/Error.h"
+#include "sgdatatypes/Registration.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vcos/vcos.h"
@@ -80,7 +81,8 @@ class TestPropertyDefinitionInfo final : public BaseObjectCOSInfo, public SGHand
     cls->addProperty(new ParentPI(me));
     cls->addProperty(new WidthPI(me));
     cls->addProperty(new TagPI(me));
-    cls->addProperty(new BeingDeletedPI(me, COSDataTypePtr("logical scalar"), COSPropDefaultFlags & ~unsigned(COSPropResetAllowed)));
+    cls->addProperty(new BeingDeletedPI(me, COSDataTypePtr(graphics::datatype::kOnOffType),
+                                        COSPropDefaultFlags & ~unsigned(COSPropResetAllowed)));
     cls->addMethod(new ObjectCtorMI<TestGraphicsObject, sgutils::PublicConstructorAccess>(me, COSID(getName())));
   }
   SGHandle* createHandleBlock() const override { return new TestGraphicsObject; }

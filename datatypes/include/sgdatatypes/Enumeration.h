@@ -15,6 +15,9 @@ struct EnumerationDescription {
   const char* typeName;      // the short type name, "AutoManual"
   const char* const* names;  // the texts, index = value
   unsigned char count;
+  // Values from `listed` on are valid but hidden from the list of possible
+  // values (a value kept for old code or for tests).
+  unsigned char listed = 255;
 };
 
 // Specialised by every enumeration with `static constexpr EnumerationDescription description`.

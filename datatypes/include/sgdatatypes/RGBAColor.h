@@ -22,6 +22,7 @@ class SGDATATYPES_API RGBAColor {
   // "VANTEL:datatypes:InvalidColorText" for anything else.
   explicit RGBAColor(std::string_view text);
   explicit RGBAColor(const std::string& text) : RGBAColor(std::string_view(text)) {}
+  explicit RGBAColor(const char* text) : RGBAColor(std::string_view(text)) {}
 
   static RGBAColor none() noexcept;
   // From what a user typed; raises "VANTEL:datatypes:InvalidColor" or

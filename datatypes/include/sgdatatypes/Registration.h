@@ -46,6 +46,15 @@ SGDATATYPES_API COSPackage* register_namespace(const char* name, DescriptionFn d
 // registered already, the new one is dropped and the registered one returned.
 SGDATATYPES_API COSDataTypePtr register_datatype(COSDataType* type);
 
+struct EnumerationDescription;
+
+// Registers a one-byte enumeration type under `fullName` with its
+// conversions from and to "any", for libraries above that define
+// enumerations of their own. The description must live for the life of the
+// process. Returns the type (the one already registered under that name, if
+// any; its conversions are replaced).
+SGDATATYPES_API COSDataTypePtr register_enumeration(const char* fullName, const EnumerationDescription& description);
+
 }  // namespace graphics::datatype
 
 extern "C" {

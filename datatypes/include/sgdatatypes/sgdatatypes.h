@@ -7,6 +7,7 @@
 #include "sgdatatypes/AutoManual.h"
 #include "sgdatatypes/BusyAction.h"
 #include "sgdatatypes/CallbackListeners.h"
+#include "sgdatatypes/ClientEnum.h"
 #include "sgdatatypes/ClassNameMap.h"
 #include "sgdatatypes/ColorMap.h"
 #include "sgdatatypes/ColorOrder.h"

@@ -84,3 +84,32 @@ TEST(ClassBuilding, PackageFindsClassesByShortOrFullName) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(ClassBuilding, VisitorSeesEachDefiningClassAndGenericInfosAreAdjustable) {
+  struct Collect final : COSVisitor {
+    std::vector<std::string> seen;
+    bool visitProperty(COSClass* c, COSPropInfo* p) override {
+      seen.push_back(std::string(c->getName()) + "." + p->getName());
+      return seen.size() < 100;
+    }
+  } visitor;
+  vt::cls("vt.Circle")->acceptPropertyVisitor(visitor);
+  ASSERT_FALSE(visitor.seen.empty());
+  EXPECT_EQ(visitor.seen.front(), "vt.Circle.Radius");
+  EXPECT_NE(std::find(visitor.seen.begin(), visitor.seen.end(), "vt.Named.Name"), visitor.seen.end());
+  EXPECT_NE(std::find(visitor.seen.begin(), visitor.seen.end(), "vt.Shape.Width"), visitor.seen.end());
+
+  COSPackage* p = COSPackage::getNamespace("vt");
+  auto* info = new COSGenericClass("Described", "made from data");
+  info->setAbstract(true);
+  p->addClass(info);
+  EXPECT_THROW(vt::make("vt.Described"), Error);
+  info->setAbstract(false);
+  info->setConstructedOnLoad(true);
+  EXPECT_TRUE(vt::make("vt.Described"));
+  EXPECT_TRUE(vt::cls("vt.Described")->getClassInfo()->isConstructedOnLoad());
+}
+
+}  // namespace

@@ -138,3 +138,28 @@ TEST(Events, AListenerAddedDuringNotificationWaitsForTheNextOne) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(MethodSignature, VariableInputTakesAnyNumberOfItsType) {
+  vt::registerClasses();
+  using Arg = COSMethodSignature::Argument;
+  auto sig = COSMethodSignature::createMethodSignature(
+      COSID("f"), {Arg{COSID("first"), {}, false}, Arg{COSID("rest"), COSDataTypePtr("vt.Circle scalar"), false}}, {},
+      COSMethodSignature::VarArgIn);
+  COSInterfacePtr c = vt::make("vt.Circle");
+  COSInterfacePtr s = vt::make("vt.Shape");
+  COSValue anything = COSValue::fromInt(42);
+  std::vector<COSValue> one{anything}, circles{anything, COSValue(c.get()), COSValue(c.get())},
+      mixed{anything, COSValue(c.get()), COSValue(s.get())};
+  EXPECT_FALSE(sig->accepts(0, nullptr));
+  EXPECT_TRUE(sig->accepts(1, one.data()));
+  EXPECT_TRUE(sig->accepts(3, circles.data()));
+  EXPECT_FALSE(sig->accepts(3, mixed.data())) << "an extra input of the wrong class was accepted";
+  auto fixed = COSMethodSignature::createMethodSignature(COSID("g"), {Arg{COSID("a"), {}, false}, Arg{COSID("b"), {}, true}}, {});
+  EXPECT_TRUE(fixed->accepts(1, circles.data()));
+  EXPECT_TRUE(fixed->accepts(2, circles.data()));
+  EXPECT_FALSE(fixed->accepts(3, circles.data()));
+}
+
+}  // namespace

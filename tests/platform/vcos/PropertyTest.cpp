@@ -137,6 +137,30 @@ TEST(CustomSet, RunsOnlyForPropertiesTurnedOnForTheClass) {
   vcos::omCopyPropertyWithNoPermissionCheck(o, vt::prop(o, "Color"), COSValue::fromDouble(1.0));
   EXPECT_EQ(j.customSetNames.size(), 1u);
   EXPECT_FALSE(vt::cls("vt.Shape")->usesCustomMetaClass());
+  // A subclass with the ordinary meta class keeps the marks of its base, and
+  // the sets still reach the meta class that turned them on.
+  COSInterfacePtr child = vt::make("vt.TrackedChild");
+  EXPECT_FALSE(child->getClass()->usesCustomMetaClass());
+  vt::set<double>(child, "Color", 5.0);
+  vt::set<double>(child, "Size", 5.0);
+  EXPECT_EQ(j.customSetNames, (std::vector<std::string>{"Color", "Color"}));
+}
+
+}  // namespace
+
+namespace {
+
+TEST(PropertyAccess, FoundPropertiesWorkThroughTheGeneralPointer) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  COSInterfacePtr width;
+  s->findProperty(width, COSID("width"));
+  ASSERT_TRUE(width);
+  s->setPropertyValue(COSGetPublicClient(), width, COSValue::fromDouble(3.5));
+  COSValue v = s->getPropertyValue(COSGetPublicClient(), width);
+  EXPECT_EQ(v.asDouble(), 3.5);
+  s->releasePropertyValue(COSGetPublicClient(), width, v);
+  // A class is not a property.
+  EXPECT_THROW(s->getPropertyValue(COSGetPublicClient(), COSClass::getClassInterface(COSID("vt.Shape"))), Error);
 }
 
 }  // namespace

@@ -140,3 +140,42 @@ TEST(MetaClasses, CustomMetaPropertiesCarryTheirOwnAttributeBlocks) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(MetaClasses, AttributesOfRunTimePropertiesCanBeWrittenLikeProperties) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  COSGenericProp* extra = COSGenericProp::createNewDynamicProp("Scratch", COSID("vt.Shape"), COSID("double scalar"));
+  s->addDynamicProperty(extra);
+  COSInterfacePtr p(extra);
+  EXPECT_STREQ(extra->getClass()->getName(), "meta.property");
+  vt::set<bool>(p, "Hidden", true);
+  vt::set<bool>(p, "Transient", true);
+  EXPECT_FALSE(extra->isVisible());
+  EXPECT_TRUE(extra->isTransient());
+  // A class's compiled property refuses the same write.
+  COSInterfacePtr width(vt::cls("vt.Shape")->findPropertyExact(COSID("Width")));
+  EXPECT_THROW(vt::set<bool>(width, "Hidden", true), Error);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(DataTypes, TypedValuesOwnTheirWordAcrossCopiesAndMoves) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  COSInterfacePtr weak(s, COSWeakReference);
+  COSDataTypePtr handle("handle scalar");
+  {
+    COSTypedValue a(handle->copy(COSValue(s.get())), handle);
+    COSTypedValue b = a;             // a second reference
+    COSTypedValue c = std::move(a);  // moves the first
+    s = nullptr;
+    EXPECT_FALSE(weak->isDestroyed());
+    EXPECT_TRUE(a.getValue().isEmpty());
+    EXPECT_EQ(b.getValue(), c.getValue());
+  }
+  EXPECT_TRUE(weak->isDestroyed()) << "a typed value kept its object after going away";
+}
+
+}  // namespace

@@ -4,6 +4,9 @@
 #include <cstring>
 
 #include "foundation/core/except/Error.h"
+#include "vx/vxObjectStorage.h"
+
+#include <gtest/gtest.h>
 
 namespace vt {
 
@@ -52,6 +55,11 @@ COSMethodSignaturePtr signature(const char* name, std::vector<const char*> input
   return COSMethodSignature::createMethodSignature(COSID(name), std::move(in), {{COSID("out"), {}, false}}, flags);
 }
 
+// The object under construction.
+COSValue constructed(COSValue* plhs) {
+  return COSValue(vxGetObjectElements(plhs[0].asPointer<const vxArray>())[0].get());
+}
+
 ShapeData* shapeOf(COSValue v) {
   return static_cast<ShapeData*>(v.asPointer<COSInterface>()->getInstanceData(COSID("vt.Shape")));
 }
@@ -61,7 +69,7 @@ class ShapeInfo final : public BlockInfo<ShapeData> {
   const char* getName() const override { return "Shape"; }
   int& count() override { return journal().shapeBlocks; }
   bool isPropertyTruncationAllowed() const override { return true; }
-  bool isOkToDestroy(COSInterface*) override { return !journal().refuseDestroy; }
+  bool isOkToDestroy(const COSClient*, COSInterface*) override { return !journal().refuseDestroy; }
   void initializeClass(COSClass* c, const COSClient*) override {
     COSID me = c->getID();
     c->addProperty(new COSPropCPPT<ShapeData, bool>(me, id("Visible"), c->validatePropertyType(me, id("logical scalar")),
@@ -92,11 +100,16 @@ class ShapeInfo final : public BlockInfo<ShapeData> {
                               }));
     c->addMethod(new FnMethod(me, "hiddenWork", ProtectedAccess, nullptr,
                               [](int& nlhs, COSValue*, int, const COSValue*) { nlhs = 0; }));
-    // The constructor: Shape(obj) or Shape(obj, width).
-    c->addMethod(new FnMethod(me, "Shape", PublicAccess, signature("Shape", {nullptr, nullptr}, COSMethodSignature::None),
-                              [](int&, COSValue*, int, const COSValue* prhs) { shapeOf(prhs[0])->width = prhs[1].asDouble(); }));
+    // The constructor: Shape() or Shape(width); the new object is element 0
+    // of the array in plhs[0].
     c->addMethod(new FnMethod(me, "Shape", PublicAccess, signature("Shape", {nullptr}),
-                              [](int&, COSValue*, int, const COSValue*) {}));
+                              [](int&, COSValue* plhs, int, const COSValue* prhs) {
+                                shapeOf(constructed(plhs))->width = prhs[0].asDouble();
+                              }));
+    c->addMethod(new FnMethod(me, "Shape", PublicAccess, signature("Shape", {}),
+                              [](int&, COSValue* plhs, int, const COSValue*) {
+                                EXPECT_NE(shapeOf(constructed(plhs)), nullptr);
+                              }));
   }
 };
 
@@ -267,6 +280,13 @@ class TrackedInfo final : public COSClassInfo, public COSUseCustomMetaData {
   }
 };
 
+// An ordinary class deriving from Tracked: it inherits the custom set marks.
+class TrackedChildInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "TrackedChild"; }
+  void initializeClass(COSClass* c, const COSClient*) override { c->addSuperclass(id("vt.Tracked")); }
+};
+
 // CycleA derives from CycleB, which derives from CycleA.
 class CycleAInfo final : public COSClassInfo {
  public:
@@ -289,7 +309,7 @@ class FragileInfo final : public COSClassInfo {
     c->addSuperclass(id("vt.Shape"));
     c->addMethod(new FnMethod(c->getID(), "Fragile", PublicAccess, nullptr,
                               [](int&, COSValue*, int nrhs, const COSValue* prhs) {
-                                if (nrhs > 1 && prhs[1].asDouble() < 0)
+                                if (nrhs > 0 && prhs[0].asDouble() < 0)
                                   throw foundation::core::except::Error("VANTEL:vcos:InvalidValueForType", "width");
                               }));
   }
@@ -328,6 +348,7 @@ void registerClasses() {
   p->addClass(new TrackedMetaPropertyInfo);
   p->addClass(new TrackingMetaClass);
   p->addClass(new TrackedInfo);
+  p->addClass(new TrackedChildInfo);
   p->addClass(new CycleAInfo);
   p->addClass(new CycleBInfo);
   p->addClass(new FragileInfo);

@@ -22,6 +22,7 @@ class COSListener;
 class COSMethodInfo;
 class COSPackage;
 class COSPropInfo;
+class COSVisitor;
 
 namespace vcos::internal {
 struct ClassTables;
@@ -57,11 +58,17 @@ class VCOS_API COSClass final : public COSInterface {
   void getProperties(COSIterator& out) const;
   void getMethods(COSIterator& out) const;
   void getEvents(COSIterator& out) const;
+  // Hands the visitor the properties defined by each class of the ancestry.
+  void acceptPropertyVisitor(COSVisitor& visitor) const;
   std::size_t getPropertyCount() const noexcept;
   COSPropInfo* getPropertyAt(std::size_t index) const noexcept;
-  // Exact, case-insensitive, then unique-prefix look-up (where allowed);
-  // raises "VANTEL:vcos:AmbiguousPropertyName" for an ambiguous prefix.
+  // Exact, case-insensitive, then unique-prefix look-up (where allowed)
+  // among this class's properties; raises
+  // "VANTEL:vcos:AmbiguousPropertyName" for an ambiguous prefix. (The
+  // two-argument form, from COSInterface, looks among the attributes of the
+  // class object itself.)
   COSPropInfo* findProperty(COSID name) const;
+  using COSInterface::findProperty;
   // Exact look-up only; allocation-free.
   COSPropInfo* findPropertyExact(COSID name) const noexcept;
   // The most derived method of that name, or null.
@@ -92,8 +99,10 @@ class VCOS_API COSClass final : public COSInterface {
 
   // A new instance: one data block per allocating class of the ancestry
   // (base first), then the constructor method (the method named like the
-  // class's last name component, given the new object as its first input),
-  // then the "InstanceCreated" class event. Raises for an abstract class.
+  // class's last name component, defined by the nearest class of the
+  // ancestry that has one; it is invoked with nlhs 1, plhs[0] a 1-by-1
+  // object array holding the new object, and the caller's inputs), then the
+  // "InstanceCreated" class event. Raises for an abstract class.
   COSInterfacePtr createInstance(const COSClient* client, int nrhs = 0, const COSValue* prhs = nullptr);
   // An instance whose block for this class is `data` (other blocks are
   // allocated as usual); no constructor runs.

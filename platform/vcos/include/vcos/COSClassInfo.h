@@ -40,8 +40,10 @@ class VCOS_API COSClassInfo {
   virtual void* allocateInstance(COSInterface* instance);
   virtual void deallocateInstance(COSInterface* instance, void* data);
   virtual void updateInstance(COSInterface* instance, void* data);
-  // Asked before deletion starts; false keeps the object.
-  virtual bool isOkToDestroy(COSInterface* instance);
+  // Asked before an explicit deletion starts; false keeps the object. Not
+  // asked when the last strong reference goes or an owner deletes its
+  // children: those always delete.
+  virtual bool isOkToDestroy(const COSClient* client, COSInterface* instance);
   virtual bool isHidden() const;
   virtual bool isCompatibleInexactProperties() const;
   virtual bool isFullNameDisplayed() const;

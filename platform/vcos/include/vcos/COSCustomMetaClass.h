@@ -27,7 +27,8 @@ class VCOS_API COSCustomMetaClass : public MetaClassBase {
   // The plain store: the property's setValue, no access check, no listeners.
   static void setPropertyValue(COSInterface* object, COSPropInfo* property, COSValue value);
   // Routes every client-path set of that property, on instances of `cls`
-  // (and of subclasses made later), through customSetPropertyValue. Raises
+  // (and of subclasses made later), through the customSetPropertyValue of the
+  // meta class of `cls`. Raises
   // "VANTEL:vcos:UnknownProperty" if `cls` has no such property.
   static void turnOnCustomSet(COSClass* cls, COSID propertyName);
   static void turnOnCustomSet(COSClass* cls, const char* propertyName) { turnOnCustomSet(cls, COSID(propertyName)); }

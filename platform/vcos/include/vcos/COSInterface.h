@@ -102,6 +102,11 @@ class VCOS_API COSInterface {
   COSValue getPropertyValue(const COSClient* client, const COSPropInfo* property);
   void setPropertyValue(const COSClient* client, const COSPropInfo* property, COSValue value);
   void releasePropertyValue(const COSClient* client, const COSPropInfo* property, COSValue value);
+  // The same with the property as found by findProperty; raises
+  // "VANTEL:vcos:UnknownProperty" for a null or non-property pointer.
+  COSValue getPropertyValue(const COSClient* client, const COSInterfacePtr& property);
+  void setPropertyValue(const COSClient* client, const COSInterfacePtr& property, COSValue value);
+  void releasePropertyValue(const COSClient* client, const COSInterfacePtr& property, COSValue value);
 
   // Sends the event synchronously to the listeners of this instance and the
   // class listeners of its classes, higher priority first. `eventData` may be

@@ -7,10 +7,10 @@
 // past the end throws ENoElements.
 #pragma once
 
-#include <exception>
 #include <vector>
 
 #include "vcos/COSInterfacePtr.h"
+#include "vcos/ENoElements.h"
 
 enum IteratorType : int {
   IteratorProperties = 0,
@@ -22,11 +22,6 @@ enum IteratorType : int {
 };
 
 enum IteratorDirection : int { IteratorForward = 0, IteratorBackward = 1 };
-
-class VCOS_API ENoElements : public std::exception {
- public:
-  const char* what() const noexcept override;
-};
 
 class VCOS_API COSIterator {
  public:

@@ -1,7 +1,8 @@
 // What a method takes and gives: named, typed inputs and outputs, the
 // variable-input and variable-output marks, the static flag and the access.
 // A call is accepted when the input count fits and every typed input passes
-// its type's checkValue.
+// its type's checkValue. With the variable-input mark, the last input stands
+// for any number of inputs (none included), each of its type.
 #pragma once
 
 #include <memory>

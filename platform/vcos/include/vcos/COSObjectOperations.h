@@ -34,6 +34,12 @@ VCOS_API bool callMethod(COSClass* cls, COSID methodId, const COSClient* client,
 VCOS_API std::size_t liveInstanceCount() noexcept;
 }  // namespace vcos::internal
 
+namespace vcos {
+// Instances whose memory is still held: a test compares it before and after
+// dropping a tree to prove that no cycle kept the tree alive.
+inline std::size_t liveObjectCount() noexcept { return internal::liveInstanceCount(); }
+}  // namespace vcos
+
 namespace vcos::nameresolution {
 // The last component of a dotted name: "a.b.C" gives "C".
 VCOS_API std::string getBaseClassNameFromFullName(const std::string& fullName);

@@ -44,6 +44,7 @@ class VCOS_API COSPropT : public COSPropInfo {
   bool isDependent() const override;
   bool isGrandfathered() const override;
   bool isWeakReference() const override;
+  bool canContainInterfaces() const override;
   COSValue getValue(COSInterface* object) const override;
   void setValue(COSInterface* object, COSValue value) override;
 

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "vcos/ENoElements.h"
+
 template <class T>
 class Enumeration {
  public:
@@ -11,8 +13,11 @@ class Enumeration {
   explicit Enumeration(std::vector<T> items) : items_(std::move(items)) {}
   void add(T item) { items_.push_back(std::move(item)); }
   bool hasMoreElements() const noexcept { return next_ < items_.size(); }
-  // Past the end: an assert; callers test hasMoreElements first.
-  const T& nextElement() { return items_.at(next_++); }
+  // Past the end: ENoElements, as with COSIterator.
+  const T& nextElement() {
+    if (next_ >= items_.size()) throw ENoElements();
+    return items_[next_++];
+  }
   std::size_t size() const noexcept { return items_.size(); }
   const std::vector<T>& items() const noexcept { return items_; }
 

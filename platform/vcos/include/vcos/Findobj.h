@@ -8,9 +8,10 @@
 // reached twice (the starting array holds an object and its ancestor) is
 // listed once. Deleted objects are skipped.
 //
-// Conditions: property-value pairs (the value read through the public client
-// is compared with vxAreMatricesEqualNanOptional, NaN never equal; when both
-// values are text the comparison ignores case), "-property P", "-regexp P R"
+// Conditions: property-value pairs (the value is read through the public
+// client; text against text ignores case; a property of a scalar type is
+// compared in that type, the value converted once; anything else with
+// vxAreMatricesEqualNanOptional, NaN never equal), "-property P", "-regexp P R"
 // (ECMAScript syntax, searched in text values), "-class C" (exactly that
 // class), "-isa C" (that class or a subclass), "-function F" (F called with
 // the object, true when it answers a true condition), "-function P F" (F

@@ -14,4 +14,9 @@ enum MemberAccess : unsigned char {
 enum ClassAccess : unsigned char { ClassPublic = 0, ClassHidden = 1 };
 
 // How objects of a class connect in the tree.
-enum COSConnectivity : unsigned char { COSConnectNone = 0, COSConnectTree = 1 };
+enum COSConnectivity : unsigned char {
+  COSConnectNone = 0,
+  COSConnectChild = 1,   // may be hooked under an owner
+  COSConnectParent = 2,  // may own children
+  COSConnectTree = 3,    // both
+};

@@ -32,6 +32,8 @@ VCOS_API bool omCallMethod(COSID classId, COSID methodId, const COSClient* clien
                            int nrhs, const vxArray* const prhs[], bool dispatchOnObject);
 VCOS_API bool omCallMethod(const char* className, const char* methodName, const COSClient* client, int nlhs,
                            vxArray* plhs[], int nrhs, const vxArray* const prhs[], bool dispatchOnObject);
+VCOS_API bool omCallMethod(COSID classId, const char* methodName, const COSClient* client, int nlhs, vxArray* plhs[],
+                           int nrhs, const vxArray* const prhs[], bool dispatchOnObject);
 
 // The default load step: calls the "loadobj" of the object's class. An object
 // array `value` is passed alone (the object was restored already); any other

@@ -84,6 +84,11 @@ bool omCallMethod(const char* className, const char* methodName, const COSClient
   return omCallMethod(COSID(className), COSID(methodName), client, nlhs, plhs, nrhs, prhs, dispatchOnObject);
 }
 
+bool omCallMethod(COSID classId, const char* methodName, const COSClient* client, int nlhs, vxArray* plhs[], int nrhs,
+                  const vxArray* const prhs[], bool dispatchOnObject) {
+  return omCallMethod(classId, COSID(methodName), client, nlhs, plhs, nrhs, prhs, dispatchOnObject);
+}
+
 bool omCallLoadobjMethod(const COSInterfacePtr& object, const vxArray* value, const COSDataTypePtr& /*type*/) {
   if (!object) throw Error("VANTEL:vcos:NullObject");
   object->checkValid();

@@ -36,6 +36,8 @@ COSMethodSignaturePtr signatureOf(COSID name, const Method::Row& row) {
   for (int i = 0; i < row.minInputs; ++i) inputs.push_back({COSID(i == 0 && !row.isStatic ? "object" : "input"), COSDataTypePtr(), false});
   const int optional = row.maxInputs < 0 ? 0 : row.maxInputs - row.minInputs;
   for (int i = 0; i < optional; ++i) inputs.push_back({COSID("input"), COSDataTypePtr(), /*optional=*/true});
+  // The variable input: the last one stands for any number, none included.
+  if (row.maxInputs < 0) inputs.push_back({COSID("varargin"), COSDataTypePtr(), /*optional=*/true});
   std::vector<COSMethodSignature::Argument> outputs;
   for (int i = 0; i < (row.maxOutputs < 0 ? 0 : row.maxOutputs); ++i) outputs.push_back({COSID("output"), COSDataTypePtr(), false});
   unsigned flags = COSMethodSignature::None;
@@ -71,6 +73,8 @@ void Method::invoke(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs
   for (int i = 0; i < nrhs; ++i) in.data()[i] = prhs[i].asPointer<const vxArray>();
   const int room = nlhs > 1 ? nlhs : 1;
   Slots<vxArray*> out(room);
+  // What the caller put in the outputs (a constructor's new object) is seen.
+  for (int i = 0; i < nlhs; ++i) out.data()[i] = plhs[i].asPointer<vxArray>();
   body_(client, nlhs, out.data(), nrhs, in.data());
   for (int i = 0; i < room; ++i) {
     if (i < nlhs)

@@ -38,9 +38,8 @@ bool isTextArg(const vxArray* a) {
 
 const COSInterfacePtr* objectsOf(const vxArray* a) { return omIsVCOS(a) ? vxGetObjectElements(a) : nullptr; }
 
-void deleteMethod(const COSClient* client, int&, vxArray*[], int nrhs, const vxArray* prhs[]) {
+void deleteMethod(const COSClient* client, int&, vxArray*[], int, const vxArray* prhs[]) {
   if (!omIsVCOS(prhs[0])) throw Error("VANTEL:vcos:InvalidHandle");
-  (void)nrhs;
   // Strong copies first: deleting one object may release others.
   const vxSize n = vxGetNumberOfElements(prhs[0]);
   std::vector<COSInterfacePtr> objects(objectsOf(prhs[0]), objectsOf(prhs[0]) + n);

@@ -4,6 +4,7 @@
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
 #include "vcos/COSClass.h"
 #include "vcos/COSPropCPPT.h"
+#include "vcos/ObjectArray.h"
 #include "vcos/src/builtin/BuiltinMethod.h"
 #include "vcos/src/builtin/BuiltinNames.h"
 #include "vcos/src/builtin/ClassMembers.h"
@@ -69,18 +70,19 @@ vxArray* PropertyGroupBlock::numPropertiesArray() const {
 
 namespace {
 
-// The constructor: PropertyGroup(list) or PropertyGroup(list, title). As for
-// every constructor, the first word is the new object itself.
-void constructPropertyGroup(const COSClient*, int&, vxArray*[], int nrhs, const vxArray* prhs[]) {
-  auto* self = reinterpret_cast<COSInterface*>(const_cast<vxArray*>(prhs[0]));
+// The constructor: PropertyGroup(), PropertyGroup(list) or
+// PropertyGroup(list, title). As for every constructor, the new object is
+// element 0 of the array in plhs[0].
+void constructPropertyGroup(const COSClient*, int&, vxArray* plhs[], int nrhs, const vxArray* prhs[]) {
+  COSInterfacePtr self = omGetArrayElement(plhs[0], 0);
   auto* block = static_cast<PropertyGroupBlock*>(self->getInstanceData(names().propertyGroup));
   assert(block && "a property group without its block");
-  if (nrhs > 1) block->setPropertyList(const_cast<vxArray*>(prhs[1]));
-  if (nrhs > 2) block->setTitle(const_cast<vxArray*>(prhs[2]));
+  if (nrhs > 0) block->setPropertyList(const_cast<vxArray*>(prhs[0]));
+  if (nrhs > 1) block->setTitle(const_cast<vxArray*>(prhs[1]));
 }
 
 constexpr Method::Row kPropertyGroupMethods[] = {
-    {"PropertyGroup", &constructPropertyGroup, "A group of properties with a title.", 1, 3, 0, false},
+    {"PropertyGroup", &constructPropertyGroup, "A group of properties with a title.", 0, 2, 1, false},
 };
 
 template <class T>

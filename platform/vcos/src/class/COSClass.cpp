@@ -40,7 +40,7 @@ void ensureBuiltins() {
 
 namespace {
 
-void insertProperty(ClassTables& t, COSPropInfo* p, bool customSet) {
+void insertProperty(ClassTables& t, COSPropInfo* p, COSCustomMetaClass* customSet) {
   COSID id = p->getID();
   if (std::uint32_t* i = t.propertyIndex.find(id)) {
     t.properties[*i] = PropSlot{p, customSet};
@@ -81,7 +81,7 @@ void applyCustomSet(COSClass* cls, COSID name) {
   ClassTables& t = cls->tables();
   std::uint32_t* i = t.propertyIndex.find(name);
   if (!i) throw Error(vcos::msg::UnknownProperty, name.str(), cls->getName());
-  t.properties[*i].customSet = true;
+  t.properties[*i].customSet = t.metaInfo;
 }
 
 void finalizeClass(COSClass* c) {
@@ -98,7 +98,7 @@ void finalizeClass(COSClass* c) {
   t.state = ClassTables::State::SlotsReady;
 
   // Own members first (they override), then the inherited ones in ancestry order.
-  for (auto& p : t.ownProperties) insertProperty(t, static_cast<COSPropInfo*>(p.get()), false);
+  for (auto& p : t.ownProperties) insertProperty(t, static_cast<COSPropInfo*>(p.get()), nullptr);
   for (COSClass* s : t.superclasses)
     for (const PropSlot& slot : s->tables().properties)
       if (!t.propertyIndex.find(slot.property->getID())) insertProperty(t, slot.property, slot.customSet);
@@ -284,7 +284,7 @@ const PropSlot* COSClass::findSlot(const COSPropInfo* property) const noexcept {
 
 bool COSClass::isCustomSetOn(const COSPropInfo* property) const noexcept {
   const PropSlot* s = findSlot(property);
-  return s && s->customSet;
+  return s && s->customSet != nullptr;
 }
 
 void COSClass::addSuperclass(COSID id, bool first, int, int) {
@@ -317,7 +317,7 @@ void COSClass::addProperty(COSPropInfo* info) {
   ObjectOps::setMemberIdentity(info, COSID(info->getName()), this);
   if (COSClass* meta = getClass(t.metaPropertyId)) ObjectOps::bindToClass(info, meta);
   t.ownProperties.push_back(owned);
-  if (t.state != ClassTables::State::Initializing) insertProperty(t, info, false);
+  if (t.state != ClassTables::State::Initializing) insertProperty(t, info, nullptr);
 }
 
 void COSClass::addMethod(COSMethodInfo* info) {

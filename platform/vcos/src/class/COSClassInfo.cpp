@@ -17,7 +17,7 @@ void COSClassInfo::initializeClass(COSClass*, const COSClient*) {}
 void* COSClassInfo::allocateInstance(COSInterface*) { return nullptr; }
 void COSClassInfo::deallocateInstance(COSInterface*, void*) {}
 void COSClassInfo::updateInstance(COSInterface*, void*) {}
-bool COSClassInfo::isOkToDestroy(COSInterface*) { return true; }
+bool COSClassInfo::isOkToDestroy(const COSClient*, COSInterface*) { return true; }
 bool COSClassInfo::isHidden() const { return false; }
 bool COSClassInfo::isCompatibleInexactProperties() const { return true; }
 bool COSClassInfo::isFullNameDisplayed() const { return true; }

@@ -20,7 +20,10 @@ namespace vcos::internal {
 
 struct PropSlot {
   COSPropInfo* property = nullptr;
-  bool customSet = false;
+  // The meta class whose customSetPropertyValue takes the sets of this
+  // property (the one that turned it on); null for the plain path. A subclass
+  // inherits the mark with the meta class that set it.
+  COSCustomMetaClass* customSet = nullptr;
 };
 
 struct MethodGroup {

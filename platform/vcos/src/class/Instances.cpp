@@ -11,6 +11,8 @@
 #include "vcos/COSClassInfo.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSObjectOperations.h"
+#include "vx/vxCreate.h"
+#include "vx/vxObjectStorage.h"
 
 using foundation::core::except::Error;
 using vcos::internal::ClassTables;
@@ -53,20 +55,26 @@ COSInterfacePtr makeInstance(COSClass* cls, void* ownBlock) {
 COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, const COSValue* prhs) {
   if (isAbstract()) throw Error(vcos::msg::AbstractClass, getName());
   COSInterfacePtr object = makeInstance(this, nullptr);
-  // The nearest class of the ancestry that defines a constructor runs it.
+  // The nearest class of the ancestry that defines a constructor runs it. It
+  // finds the new object as element 0 of the 1-by-1 object array in
+  // plhs[0]; prhs are the caller's inputs.
   for (COSClass* c : tables_->ancestry) {
     COSMethodInfo* ctor = c->findMethod(c->tables().constructorId);
     if (!ctor || ctor->getDefiningClass() != c) continue;
-    std::vector<COSValue> args(static_cast<std::size_t>(nrhs) + 1);
-    args[0] = COSValue(object.get());
-    std::copy(prhs, prhs + nrhs, args.begin() + 1);
-    int nlhs = 0;
+    vxArray* self = vxCreateObjectMatrix(1, 1, getID().entry());
+    vxGetObjectElements(self)[0] = object.get();
+    COSValue out[1] = {COSValue(self)};
+    int nlhs = 1;
     try {
-      vcos::internal::callMethod(c, c->tables().constructorId, client, nlhs, nullptr, nrhs + 1, args.data());
+      vcos::internal::callMethod(c, c->tables().constructorId, client, nlhs, out, nrhs, prhs);
     } catch (...) {
+      if (out[0].asPointer<vxArray>() != self) vxDestroyArray(out[0].asPointer<vxArray>());
+      vxDestroyArray(self);
       ObjectOps::destroy(object.get(), nullptr);
       throw;
     }
+    if (out[0].asPointer<vxArray>() != self) vxDestroyArray(out[0].asPointer<vxArray>());
+    vxDestroyArray(self);
     break;
   }
   if (!object->isDestroyed()) object->notifyEvent(COSGetPublicClient(), instanceCreatedId(), nullptr);

@@ -138,9 +138,9 @@ bool ObjectOps::eraseStoredValue(COSInterface* o, const COSPropInfo* p) noexcept
   return false;
 }
 
-COSInterfacePtr ObjectOps::unlinkChild(COSInterface* child) noexcept {
+COSInterfacePtr ObjectOps::takeOutOfChain(COSInterface* child) noexcept {
   COSInterface* owner = child->owner_;
-  if (!owner) return {};
+  if (!owner || (!child->newer_ && owner->newestChild_ != child)) return {};
   if (child->newer_)
     child->newer_->older_ = child->older_;
   else
@@ -150,9 +150,16 @@ COSInterfacePtr ObjectOps::unlinkChild(COSInterface* child) noexcept {
   else
     owner->oldestChild_ = child->newer_;
   child->newer_ = child->older_ = nullptr;
+  COSInterfacePtr ref(child);  // the caller's reference...
+  child->releaseReference(0);  // ...replaces the chain's
+  return ref;
+}
+
+COSInterfacePtr ObjectOps::unlinkChild(COSInterface* child) noexcept {
+  COSInterface* owner = child->owner_;
+  if (!owner) return {};
+  COSInterfacePtr ref = takeOutOfChain(child);
   child->owner_ = nullptr;
-  COSInterfacePtr ref(child);           // the caller's reference...
-  child->releaseReference(0);           // ...replaces the chain's
   owner->releaseReference(COSWeakReference);
   return ref;
 }
@@ -170,7 +177,7 @@ bool ObjectOps::destroy(COSInterface* o, const COSClient* client) {
   // parent's cascade do not (client == nullptr).
   if (client && o->class_) {
     for (COSClass* c : o->class_->tables().ancestry)
-      if (!c->getClassInfo()->isOkToDestroy(o)) return false;
+      if (!c->getClassInfo()->isOkToDestroy(client, o)) return false;
   }
   COSInterfacePtr holdMemory(o, COSWeakReference);
   o->state_ |= COSInterface::kBeingDestroyed;
@@ -182,8 +189,10 @@ bool ObjectOps::destroy(COSInterface* o, const COSClient* client) {
     firstError = std::current_exception();
   }
 
+  // Each child leaves the chain before its deletion starts, but keeps its
+  // owner link until its own unhook step, so its listeners still see it.
   while (COSInterface* child = o->newestChild_) {
-    COSInterfacePtr ref = unlinkChild(child);
+    COSInterfacePtr ref = takeOutOfChain(child);
     try {
       destroy(child, nullptr);
     } catch (...) {

@@ -54,9 +54,12 @@ class ObjectOps {
   // Drops a stored value; false when there was none.
   static bool eraseStoredValue(COSInterface* o, const COSPropInfo* p) noexcept;
 
-  // Takes the child out of its owner's chain; returns the strong reference
-  // the chain held.
+  // Takes the child out of its owner's chain and clears its owner link;
+  // returns the strong reference the chain held (null when it was out of the
+  // chain already).
   static COSInterfacePtr unlinkChild(COSInterface* child) noexcept;
+  // The same, keeping the owner link.
+  static COSInterfacePtr takeOutOfChain(COSInterface* child) noexcept;
 };
 
 }  // namespace vcos::internal

@@ -151,10 +151,14 @@ void FunctionDispatcher::removeHandleCaller(int token) {
 
 void FunctionDispatcher::callFunctionHandle(const vxFunctionHandleData& handle, int nlhs, vxArray* plhs[], int nrhs,
                                             const vxArray* prhs[]) const {
-  // A copy of the list: a caller may install or remove callers while it runs.
-  const auto callers = impl_->handleCallers;
-  for (auto it = callers.rbegin(); it != callers.rend(); ++it)
-    if (it->second(handle, nlhs, plhs, nrhs, prhs)) return;
+  // Newest first. Each caller is copied before it runs, since it may install
+  // or remove callers meanwhile (a small callable copies without allocation).
+  const auto& callers = impl_->handleCallers;
+  for (std::size_t i = callers.size(); i-- > 0;) {
+    if (i >= callers.size()) continue;
+    const HandleCaller caller = callers[i].second;
+    if (caller(handle, nlhs, plhs, nrhs, prhs)) return;
+  }
   throw Error("VANTEL:vcos:NoHandleCaller", handle.text());
 }
 

@@ -11,7 +11,6 @@
 #include <cassert>
 
 #include "foundation/core/except/Error.h"
-#include "vcos/FunctionDispatcher.h"
 #include "vcos/src/findobj/PropertyResolver.h"
 #include "vcos/src/findobj/TextCompare.h"
 #include "vx/matrix.h"
@@ -107,7 +106,11 @@ Query::Query(int nargs, const vxArray* const args[]) {
       t.property = std::make_unique<PropertyResolver>(COSID(name));
       t.value = p.take(name.c_str());
       t.valueIsText = isText(t.value);
-      if (t.valueIsText) t.foldedText = foldCase(textOf(t.value));
+      if (t.valueIsText) {
+        t.foldedText = foldCase(textOf(t.value));
+        t.asciiText = std::all_of(t.foldedText.begin(), t.foldedText.end(), [](char16_t c) { return c < 0x80; });
+        if (t.asciiText) t.asciiFoldedText.assign(t.foldedText.begin(), t.foldedText.end());
+      }
       pushTerm(std::move(t));
     } else if (opt == "-depth") {
       const vxArray* d = p.take("-depth");

@@ -46,6 +46,8 @@ struct Term {
   const vxArray* value = nullptr;              // PropertyValue: borrowed from the arguments
   bool valueIsText = false;
   std::u16string foldedText;                   // PropertyValue with text: lower-cased
+  std::string asciiFoldedText;                 // the same in 8 bits when pure ASCII
+  bool asciiText = false;
   std::regex pattern;                          // Regexp
   COSID classId;                               // Class, Isa
   std::shared_ptr<const vxFunctionHandleData> function;  // Function terms
@@ -72,7 +74,6 @@ class Query {
 
   // -depth: how many levels below the starting objects are searched.
   double depth() const noexcept { return depth_; }
-  bool matchesEverything() const noexcept { return program_.empty(); }
   // Whether a condition calls functions (which may change the tree).
   bool callsFunctions() const noexcept;
   // Whether a live object passes the whole expression.

@@ -49,10 +49,11 @@ bool textEquals(const vxArray* value, const Term& term) {
 bool Query::test(Term& term, COSInterface* object) {
   switch (term.kind) {
     case TermKind::PropertyValue: {
-      if (!term.valueIsText) {
-        const PropertyResolver::Typed t = term.property->compareTyped(object, term.value);
-        if (t != PropertyResolver::Typed::NotApplicable) return t == PropertyResolver::Typed::Equal;
-      }
+      const PropertyResolver::Typed t =
+          term.valueIsText
+              ? term.property->compareText(object, term.foldedText, term.asciiText ? &term.asciiFoldedText : nullptr)
+              : term.property->compareTyped(object, term.value);
+      if (t != PropertyResolver::Typed::NotApplicable) return t == PropertyResolver::Typed::Equal;
       PropertyValue v;
       if (!term.property->read(object, v)) return false;
       if (term.valueIsText && isText(v.array())) return textEquals(v.array(), term);

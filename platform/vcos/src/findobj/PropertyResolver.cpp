@@ -1,6 +1,8 @@
 // Property look-up and public reads for findobj, cached per class.
 #include "vcos/src/findobj/PropertyResolver.h"
 
+#include "vcos/src/findobj/TextCompare.h"
+
 #include "foundation/core/except/IMsgIDException.h"
 
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
@@ -38,7 +40,8 @@ PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* propert
   } else {
     static const COSID any("any"), ascii("asciiString"), unicode("unicodeString");
     r.toArray = COSTypeRepository::getConversion(type.getID(), any);
-    r.isText = type.getID() == ascii || type.getID() == unicode;
+    r.isAscii = type.getID() == ascii;
+    r.isText = r.isAscii || type.getID() == unicode;
   }
   return r;
 }
@@ -100,6 +103,29 @@ PropertyResolver::Typed PropertyResolver::compareTyped(COSInterface* object, con
   const COSClient* client = COSGetPublicClient();
   const COSValue v = object->getPropertyValue(client, r.property);
   const bool equal = typed_.type->isEqual(v, typed_.value);
+  object->releasePropertyValue(client, r.property, v);
+  return equal ? Typed::Equal : Typed::NotEqual;
+}
+
+PropertyResolver::Typed PropertyResolver::compareText(COSInterface* object, std::u16string_view folded,
+                                                      const std::string* asciiFolded) {
+  const Resolved r = resolve(object);
+  if (!r.property) return Typed::NotEqual;
+  if (!r.isText || (r.isAscii && !asciiFolded)) return Typed::NotApplicable;
+  if (!r.readable) return Typed::NotEqual;
+  const COSClient* client = COSGetPublicClient();
+  const COSValue v = object->getPropertyValue(client, r.property);
+  bool equal;
+  if (r.isAscii) {
+    const auto* s = v.asPointer<const std::string>();
+    const std::string_view text = s ? std::string_view(*s) : std::string_view();
+    equal = text.size() == asciiFolded->size();
+    for (std::size_t i = 0; equal && i < text.size(); ++i)
+      equal = foldChar(static_cast<unsigned char>(text[i])) == static_cast<unsigned char>((*asciiFolded)[i]);
+  } else {
+    const auto* s = v.asPointer<const std::u16string>();
+    equal = equalsFolded(s ? std::u16string_view(*s) : std::u16string_view(), folded);
+  }
   object->releasePropertyValue(client, r.property, v);
   return equal ? Typed::Equal : Typed::NotEqual;
 }

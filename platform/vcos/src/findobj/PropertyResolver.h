@@ -8,6 +8,9 @@
 // object, and only when the class has no property of that name.
 #pragma once
 
+#include <string>
+#include <string_view>
+
 #include "vcos/COSDataTypePtr.h"
 #include "vcos/COSInternedBase.h"
 #include "vcos/COSValue.h"
@@ -61,6 +64,11 @@ class PropertyResolver {
   // compared with the type's isEqual, so the walk makes no array per object.
   enum class Typed : unsigned char { NotApplicable, Equal, NotEqual };
   Typed compareTyped(COSInterface* object, const vxArray* value);
+  // Compares a text property ("asciiString", "unicodeString") with folded
+  // text without regard to case, on the property's own word, so no array is
+  // made per object. `asciiFolded` is the same text when it is pure ASCII,
+  // else null (then an "asciiString" property is not handled here).
+  Typed compareText(COSInterface* object, std::u16string_view folded, const std::string* asciiFolded);
 
  private:
   struct Resolved {
@@ -68,6 +76,7 @@ class PropertyResolver {
     bool readable = false;
     bool isArray = false;                    // the word is a vxArray*
     bool isText = false;                     // "asciiString", "unicodeString"
+    bool isAscii = false;                    // "asciiString"
     COSTypeConversion* toArray = nullptr;    // otherwise, the conversion to "any"
   };
   // The compared value in the type of one property.

@@ -45,8 +45,11 @@ bool COSMethodBase::isStatic() const { return signature_ && signature_->isStatic
 COSMethodSignature::COSMethodSignature(COSID name, std::vector<Argument> inputs, std::vector<Argument> outputs,
                                        unsigned flags, MemberAccess access)
     : name_(name), inputs_(std::move(inputs)), outputs_(std::move(outputs)), flags_(flags), access_(access) {
-  for (const Argument& a : inputs_)
-    if (!a.optional) ++minIn_;
+  // With the variable-input mark the last input stands for any number of
+  // inputs, none included.
+  const std::size_t fixed = hasVarArgIn() && !inputs_.empty() ? inputs_.size() - 1 : inputs_.size();
+  for (std::size_t i = 0; i < fixed; ++i)
+    if (!inputs_[i].optional) ++minIn_;
 }
 
 std::shared_ptr<COSMethodSignature> COSMethodSignature::createMethodSignature(COSID name, std::vector<Argument> inputs,
@@ -58,9 +61,11 @@ std::shared_ptr<COSMethodSignature> COSMethodSignature::createMethodSignature(CO
 bool COSMethodSignature::accepts(int nrhs, const COSValue* prhs) const {
   if (nrhs < minIn_) return false;
   if (!hasVarArgIn() && nrhs > static_cast<int>(inputs_.size())) return false;
-  const int typed = std::min(nrhs, static_cast<int>(inputs_.size()));
-  for (int i = 0; i < typed; ++i) {
-    const COSDataTypePtr& type = inputs_[static_cast<std::size_t>(i)].type;
+  // Inputs past the declared ones take the type of the variable input.
+  for (int i = 0; i < nrhs && !inputs_.empty(); ++i) {
+    const std::size_t k = std::min(static_cast<std::size_t>(i), inputs_.size() - 1);
+    if (k != static_cast<std::size_t>(i) && !hasVarArgIn()) break;
+    const COSDataTypePtr& type = inputs_[k].type;
     if (type && !type->checkValue(prhs[i], /*raise=*/false)) return false;
   }
   return true;

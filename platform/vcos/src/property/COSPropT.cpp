@@ -56,6 +56,7 @@ bool COSPropT::isStatic() const { return flag(COSPropStatic); }
 bool COSPropT::isDependent() const { return flag(COSPropDependent); }
 bool COSPropT::isGrandfathered() const { return flag(COSPropGrandfathered); }
 bool COSPropT::isWeakReference() const { return flag(COSPropWeakReference); }
+bool COSPropT::canContainInterfaces() const { return !flag(COSPropNoInterfaces) && COSPropInfo::canContainInterfaces(); }
 
 void COSPropT::setExtendedGetAccess(const ExtendedMemberAccess& access) {
   extGet_ = std::make_unique<ExtendedMemberAccess>(access);
@@ -78,7 +79,7 @@ COSGenericProp* COSGenericProp::createNewDynamicProp(const COSString& name, COSI
   COSDataTypePtr type = COSTypeRepository::getType(typeId);
   if (!type) throw foundation::core::except::Error(vcos::msg::UnknownType, typeId.str());
   return new COSGenericProp(classId, COSID(name), type, COSValue(), PublicAccess, PublicAccess,
-                            COSPropDefaultFlags | COSPropInspectAllowed, "");
+                            COSPropDefaultFlags, "");
 }
 
 void COSGenericProp::setResetAllowed(bool allowed) noexcept {

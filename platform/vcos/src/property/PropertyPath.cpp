@@ -9,6 +9,7 @@
 #include "vcos/src/core/Messages.h"
 #include "vcos/src/core/ObjectOps.h"
 #include "foundation/core/except/Error.h"
+#include "vcos/COSCasts.h"
 #include "vcos/COSCustomMetaClass.h"
 #include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
@@ -115,7 +116,7 @@ void COSInterface::setPropertyValue(const COSClient* client, const COSPropInfo* 
   if (listeners) firePropertyListeners(this, COSPropertyEvent::PreSet, property, value);
   auto* p = const_cast<COSPropInfo*>(property);
   if (slot && slot->customSet)
-    vcos::internal::metaInfoOf(class_)->customSetPropertyValue(this, p, value);
+    slot->customSet->customSetPropertyValue(this, p, value);
   else
     p->setValue(this, value);
   if (listeners && !isDestroyed()) firePropertyListeners(this, COSPropertyEvent::PostSet, property, value);
@@ -175,4 +176,22 @@ void vcos::omCopyPropertyWithNoPermissionCheck(const COSInterfacePtr& object, co
 void COSCustomMetaClass::setPropertyValue(COSInterface* object, COSPropInfo* property, COSValue value) {
   object->checkValid();
   property->setValue(object, value);
+}
+
+namespace {
+const COSPropInfo* asProperty(const COSInterfacePtr& p, const COSClass* cls) {
+  const COSPropInfo* prop = cosiToProp(p.get());
+  if (!prop) throw Error(vcos::msg::UnknownProperty, "", cls ? cls->getName() : "");
+  return prop;
+}
+}  // namespace
+
+COSValue COSInterface::getPropertyValue(const COSClient* client, const COSInterfacePtr& property) {
+  return getPropertyValue(client, asProperty(property, class_));
+}
+void COSInterface::setPropertyValue(const COSClient* client, const COSInterfacePtr& property, COSValue value) {
+  setPropertyValue(client, asProperty(property, class_), value);
+}
+void COSInterface::releasePropertyValue(const COSClient* client, const COSInterfacePtr& property, COSValue value) {
+  releasePropertyValue(client, asProperty(property, class_), value);
 }

@@ -41,6 +41,7 @@ TEST(VcosObjectArrayLifetime, DeletedElementReadsAsShellOrNull) {
 }
 
 TEST(VcosObjectArrayAccess, MisuseRaises) {
+  bt::setUp();
   auto a = matrix::unique_vxArray(omCreateVCOSMatrix(1, 2, "bt.Node"));
   EXPECT_TRUE(omGetArrayElement(a.get(), 1).isNull()) << "a new array holds null elements";
   EXPECT_EQ(bt::errorId([&] { omGetArrayElement(a.get(), 2); }), "VANTEL:vcos:IndexOutOfRange");
@@ -62,6 +63,7 @@ TEST(VcosObjectArrayAccess, WriteDoesNotShowThroughASharedCopy) {
 // bt.Shape (heterogeneous root) > bt.Square > bt.RedSquare; bt.Round, bt.Blank.
 class HeterogeneousArray : public ::testing::Test {
  protected:
+  void SetUp() override { bt::setUp(); }
   std::string classAfterNarrowing(const std::vector<COSInterfacePtr>& objects) {
     auto a = bt::column(objects, "bt.Shape");
     omSetClassOfHeterogeneousArray(a.get());
@@ -145,6 +147,30 @@ TEST(ObjectCalls, ConstructAndCallByNameAndMissingMethods) {
   EXPECT_TRUE(vxIsLogicalScalarTrue(valid.get()));
   EXPECT_EQ(bt::errorId([&] { omConstructObjectWithClient("handle", 0, nullptr, COSGetPublicClient()); }),
             "VANTEL:vcos:AbstractClass");
+}
+
+TEST(ObjectCalls, WrappedBlockLivesWithItsInstance) {
+  bt::setUp();
+  const int before = bt::WrappedBlock::alive;
+  {
+    COSInterfacePtr o = omWrapData(new bt::WrappedBlock, "bt.Wrapped");
+    EXPECT_EQ(bt::WrappedBlock::alive, before + 1);
+    EXPECT_NE(o->getInstanceData(COSID("bt.Wrapped")), nullptr);
+  }
+  EXPECT_EQ(bt::WrappedBlock::alive, before) << "the wrapped block outlived its instance";
+}
+
+TEST(ObjectCalls, LoadobjGetsASavedFormFollowedByTheObject) {
+  COSInterfacePtr o = bt::make("bt.Wrapped");
+  const char* fields[] = {"x"};
+  matrix::unique_vxArray saved(vxCreateStructMatrix(1, 1, 1, fields));
+  ASSERT_TRUE(omCallLoadobjMethod(o, saved.get(), COSDataTypePtr()));
+  EXPECT_EQ(bt::lastLoadobj().inputs, 2);
+  EXPECT_EQ(bt::lastLoadobj().second, o.get());
+  ASSERT_TRUE(omCallLoadobjMethod(o, bt::arr(o).get(), COSDataTypePtr()));
+  EXPECT_EQ(bt::lastLoadobj().inputs, 1);
+  EXPECT_TRUE(bt::lastLoadobj().firstIsObjectArray);
+  EXPECT_FALSE(omCallLoadobjMethod(bt::make("bt.Node"), saved.get(), COSDataTypePtr()));
 }
 
 TEST(HandleMethods, EqAndNeCompareIdentityWithScalarExpansion) {

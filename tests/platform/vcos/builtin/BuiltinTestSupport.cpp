@@ -107,12 +107,42 @@ class FootedInfo final : public Info {
   void members(COSClass* c) override { c->addMethod(new FooterMethod(c->getID())); }
 };
 
+// Records how loadobj was called.
+class LoadobjMethod final : public COSMethodBase {
+ public:
+  explicit LoadobjMethod(COSID cls) : COSMethodBase(cls, id("loadobj"), PublicAccess, "records its call") {}
+  void invoke(const COSClient*, int& nlhs, COSValue*, int nrhs, const COSValue* prhs) const override {
+    LoadobjCall& c = lastLoadobj();
+    c.inputs = nrhs;
+    c.firstIsObjectArray = omIsVCOS(prhs[0].asPointer<vxArray>());
+    c.second = nrhs > 1 ? omGetArrayElement(prhs[1].asPointer<vxArray>(), 0).get() : nullptr;
+    nlhs = 0;
+  }
+};
+
+// A class whose C++ block counts itself, for wrapping data.
+class WrappedInfo final : public Info {
+ public:
+  WrappedInfo() : Info("Wrapped", {"handle"}) {}
+  void members(COSClass* c) override { c->addMethod(new LoadobjMethod(c->getID())); }
+  bool willAllocateData() const override { return true; }
+  void* allocateInstance(COSInterface*) override { return new WrappedBlock; }
+  void deallocateInstance(COSInterface*, void* data) override { delete static_cast<WrappedBlock*>(data); }
+};
+
 class Namespace final : public COSNamespaceInfo {
  public:
   const char* getName() const override { return "bt"; }
 };
 
 }  // namespace
+
+int WrappedBlock::alive = 0;
+
+LoadobjCall& lastLoadobj() {
+  static LoadobjCall c;
+  return c;
+}
 
 void setUp() {
   static bool done = false;
@@ -130,6 +160,7 @@ void setUp() {
   p->addClass(new Info("Plain", {"handle"}));
   p->addClass(new ShownInfo);
   p->addClass(new FootedInfo);
+  p->addClass(new WrappedInfo);
   vcos::FunctionDispatcher::instance().addHandleCaller(
       [](const vxFunctionHandleData& h, int nlhs, vxArray* plhs[], int nrhs, const vxArray* prhs[]) {
         auto* mine = dynamic_cast<const TestHandle*>(&h);

@@ -8,6 +8,8 @@
 //   bt.Plain    a bare handle class
 //   bt.Shown    handle + vantel.mixin.CustomDisplay; Name, Value
 //   bt.Footed   a Shown with a footer of its own
+//   bt.Wrapped  a handle class with a counted C++ block and a loadobj that
+//               records its call
 // Function handles made by fn() run a C++ callable through the dispatcher.
 #pragma once
 
@@ -22,6 +24,18 @@
 #include "vx/vx.h"
 
 namespace bt {
+
+struct WrappedBlock {
+  WrappedBlock() { ++alive; }
+  ~WrappedBlock() { --alive; }
+  static int alive;
+};
+struct LoadobjCall {
+  int inputs = 0;
+  bool firstIsObjectArray = false;
+  COSInterface* second = nullptr;
+};
+LoadobjCall& lastLoadobj();
 
 // Registers the built-in classes and this package (once).
 void setUp();

@@ -12,7 +12,10 @@ namespace {
 
 class CustomDisplayTest : public ::testing::Test {
  protected:
-  void SetUp() override { oldHot_ = services::io::setPrintfHot(false); }
+  void SetUp() override {
+    bt::setUp();
+    oldHot_ = services::io::setPrintfHot(false);
+  }
   void TearDown() override { services::io::setPrintfHot(oldHot_); }
 
   static COSInterfacePtr shown(const char* name, double value) {
