@@ -178,14 +178,14 @@ def write_header(d, src):
         out.append("\n  // {} (public face), {}Mode, {}_I.\n".format(t.name, t.name, t.name))
         arg = "const {}&".format(t.cpp) if is_value_class(t.cpp) else t.cpp
         out.append("  virtual {} get{}() const {{ return {}_I_; }}\n".format(t.cpp, t.name, m))
-        out.append("  virtual void set{}({} value, sgutils::ClientEnum client);\n".format(t.name, arg))
+        out.append("  virtual void set{}({} value, graphics::datatype::ClientEnum client);\n".format(t.name, arg))
         out.append("  {} get{}Mode() const {{ return static_cast<{}>({}Mode_); }}\n".format(am, t.name, am, m))
         out.append("  void set{}Mode({} mode);\n".format(t.name, am))
     for p in d.definitions:
         m = member(p.name)
         out.append("\n  // {}, held in a PropertyStorage.\n".format(p.name))
         out.append("  virtual {} get{}() const {{ return {}_.get(); }}\n".format(p.cpp, p.name, m))
-        out.append("  virtual void set{}({} value, sgutils::ClientEnum client);\n".format(p.name, p.cpp))
+        out.append("  virtual void set{}({} value, graphics::datatype::ClientEnum client);\n".format(p.name, p.cpp))
         if p.has_mode:
             out.append("  {} get{}Mode() const {{ return static_cast<{}>({}_.mode()); }}\n".format(am, p.name, am, m))
             out.append("  void set{}Mode({} mode);\n".format(p.name, am))
@@ -317,12 +317,12 @@ def write_source(d, src):
         out.append("  if (isLiveForHooks(object)) {}::{}({});\n}}\n\n".format(base, hook, call))
 
     def setter(name, cpp, word):
-        s = "void {}::set{}({} value, sgutils::ClientEnum client) {{\n".format(n, name, cpp)
+        s = "void {}::set{}({} value, graphics::datatype::ClientEnum client) {{\n".format(n, name, cpp)
         s += '  static const COSID publicFace("{x}"), internalFace("{x}_I");\n'.format(x=name)
         s += "  COSInterface* self = getCOSObject();\n  COSClass* cls = getClassInstance();\n"
         s += "  if (!self || !cls) return;\n"
         s += "  // The class itself writes the internal face, so the mode stays as it is.\n"
-        s += "  const bool isPublic = client != sgutils::PrivateClientEnum;\n"
+        s += "  const bool isPublic = client != graphics::datatype::PrivateClient;\n"
         s += "  COSPropInfo* property = cls->findPropertyExact(isPublic ? publicFace : internalFace);\n"
         s += "  self->setPropertyValue(isPublic ? COSGetPublicClient() : getPrivateClient(), property, {});\n}}\n\n".format(word)
         return s

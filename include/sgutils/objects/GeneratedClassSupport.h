@@ -1,22 +1,17 @@
 // What the generated classes (objects/<Class>, made by tools/genmixins.py)
-// share: the client argument of their setters, the cached class pointer, and
-// the log line of a hook.
+// share: the cached class pointer and the log line of a hook.
 #pragma once
 
 #include <string_view>
 
 #include "foundation/log/LogRecord.h"
+#include "sgdatatypes/ClientEnum.h"
 #include "sgutils/PerInstance.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSPackage.h"
 
 namespace sgutils {
-
-// Who a generated setter writes as: the class itself, which writes the
-// internal face and leaves the mode alone, or the public, which writes the
-// public face and so turns the mode manual.
-enum ClientEnum : int { PrivateClientEnum = 0, PublicClientEnum = 1 };
 
 // The class `name` of the package, found on first use and kept once per
 // instance (or per process without the per-instance store). Null while the

@@ -50,10 +50,10 @@ TEST_F(ModeTriple, InternalWriteLeavesModeAutoAndPostsOnlyOnChange) {
 }
 
 TEST_F(ModeTriple, ClassSetterWritesInternalFacePublicSetterThePublicFace) {
-  selectable().setSelected(true, sgutils::PrivateClientEnum);
+  selectable().setSelected(true, graphics::datatype::PrivateClient);
   EXPECT_TRUE(selectable().getSelected());
   EXPECT_EQ(selectable().getSelectedMode(), AutoManual::Auto);
-  selectable().setSelectionHighlight(false, sgutils::PublicClientEnum);
+  selectable().setSelectionHighlight(false, graphics::datatype::PublicClient);
   EXPECT_FALSE(selectable().getSelectionHighlight());
   EXPECT_EQ(selectable().getSelectionHighlightMode(), AutoManual::Manual);
   EXPECT_EQ(selectable().getSelectedMode(), AutoManual::Auto) << "a mode of another property moved";
@@ -83,7 +83,7 @@ TEST_F(ModeTriple, OnlyManualToAutoPostsForTheMode) {
 }
 
 TEST_F(ModeTriple, ReadsThroughTheClientPathMatchTheMembers) {
-  selectable().setSelected(true, sgutils::PrivateClientEnum);
+  selectable().setSelected(true, graphics::datatype::PrivateClient);
   EXPECT_TRUE(publicGet(object, "Selected").asBool());
   EXPECT_TRUE(publicGet(object, "Selected_I").asBool());
   EXPECT_EQ(*publicGet(object, "SelectedMode").asPointer<const unsigned char>(), 0);
