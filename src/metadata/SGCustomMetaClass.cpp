@@ -16,6 +16,7 @@
 #include "vcos/COSClass.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSEventInfo.h"
+#include "vcos/COSGenericClass.h"
 #include "vcos/COSIterator.h"
 #include "vcos/COSMethodInfo.h"
 #include "vcos/ObjectArray.h"
@@ -129,8 +130,17 @@ COSID SGCustomMetaClass::getMetaPropertyClassID() const { return SGCustomMetaPro
 COSID SGCustomMetaClass::getMetaEventClassID() const { return SGCustomMetaEvent::classID(); }
 
 void SGCustomMetaClass::finishPropertyCreation(COSClass* cls) {
-  // The step that makes component containers constructed on load waits for
-  // those classes; no class of that family exists yet.
+  // A component container runs its constructor at load. An abstract class is
+  // never constructed and is skipped; only a class whose qualities are data
+  // (a COSGenericClass) can be changed here.
+  COSClassInfo* info = cls->getClassInfo();
+  if (!cls->isAbstract() && cls->isSubclassOf(ids().componentContainer) && info && !info->isConstructedOnLoad()) {
+    if (auto* generic = dynamic_cast<COSGenericClass*>(info)) {
+      generic->setConstructedOnLoad(true);
+      FOUNDATION_LOG(updateLog(), kDebug) << "setConstructedOnLoad to True for ComponentContainer cls: "
+                                          << cls->getName();
+    }
+  }
   const bool containerFamily = isContainerFamily(cls);
   const std::size_t n = cls->getPropertyCount();
   for (std::size_t k = 0; k < n; ++k) {
