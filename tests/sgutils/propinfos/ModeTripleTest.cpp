@@ -130,5 +130,25 @@ TEST_F(ModeTriple, FlagWordsReadBitByBit) {
   EXPECT_STREQ(selected->getDescription(), "Selected PropInfo");
 }
 
+TEST(ColourTriple, ValueHeldInTheBlockFollowsTheSameModeRules) {
+  using graphics::datatype::RGBAColor;
+  COSInterfacePtr object = makeObject(kFlagsClass);
+  JournalingHandle& h = handleOf(object);
+  h.posts.clear();
+  const RGBAColor red(1, 0, 0), blue(0, 0, 1);
+  publicSet(object, "EdgeColor_I", COSValue(&red));
+  EXPECT_EQ(h.edgeColor, red);
+  EXPECT_EQ(h.edgeColorMode, 0) << "the internal face moved the mode";
+  publicSet(object, "EdgeColor_I", COSValue(&red));
+  EXPECT_EQ(h.posts.size(), 1u) << "an equal colour marked the object";
+  publicSet(object, "EdgeColor", COSValue(&blue));
+  EXPECT_EQ(h.edgeColor, blue);
+  EXPECT_EQ(h.edgeColorMode, 1);
+  const COSValue read = publicGet(object, "EdgeColor");
+  EXPECT_EQ(*read.asPointer<const RGBAColor>(), blue);
+  object->releasePropertyValue(COSGetPublicClient(), prop(object, "EdgeColor"), read);
+  object->deleteObject(COSGetPublicClient());
+}
+
 }  // namespace
 }  // namespace sgtest::propmodel

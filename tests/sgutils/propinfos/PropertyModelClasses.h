@@ -5,13 +5,15 @@
 //   doPostSet it receives.
 // - "sg2utils.TestPropertyFlags": a graphics object with plain properties
 //   that carry graphics attributes (AffectsObject, AffectsLegend, ...), so
-//   the custom set path of the metaclass runs for them.
+//   the custom set path of the metaclass runs for them, and a colour triple
+//   EdgeColor written by hand in the generated pattern.
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "sgutils/sgutils.h"
+#include "sgdatatypes/RGBAColor.h"
 #include "sgutils/objects/Selectable.gen.h"
 
 namespace sgtest::propmodel {
@@ -31,6 +33,10 @@ class JournalingHandle : public SGHandle {
   void doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) override;
   void doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) override;
   std::vector<PostSet> posts;
+  // The colour triple EdgeColor of "sg2utils.TestPropertyFlags", written by
+  // hand with the generated property kinds and held by value.
+  graphics::datatype::RGBAColor edgeColor;
+  unsigned char edgeColorMode = 0;
 };
 
 // Starts the library and registers both classes (once).

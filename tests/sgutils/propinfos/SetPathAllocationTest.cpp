@@ -70,5 +70,23 @@ TEST(SetPathAllocations, PublicSetInternalWriteAndGetAllocateNothing) {
   object->deleteObject(client);
 }
 
+TEST(SetPathAllocations, ColourSetAllocatesNothing) {
+  using graphics::datatype::RGBAColor;
+  COSInterfacePtr object = makeObject(kFlagsClass);
+  COSPropInfo* edge = prop(object, "EdgeColor");
+  const COSClient* client = COSGetPublicClient();
+  const RGBAColor colours[2] = {RGBAColor(1, 0, 0), RGBAColor(0, 1, 0)};
+  object->setPropertyValue(client, edge, COSValue(&colours[0]));
+  handleOf(object).posts.reserve(1024);
+  std::size_t count = 0;
+  {
+    AllocationCounter counter;
+    for (int i = 0; i < 200; ++i) object->setPropertyValue(client, edge, COSValue(&colours[i % 2]));
+    count = counter.count();
+  }
+  EXPECT_EQ(count, 0u) << "a colour set allocated";
+  object->deleteObject(client);
+}
+
 }  // namespace
 }  // namespace sgtest::propmodel
