@@ -1,11 +1,22 @@
-// The shared data blocks of generated classes (GeneratedClassInfo.h).
+// The shared data blocks of generated classes (GeneratedClassInfo.h) and
+// their post-set hook.
 #include "sgutils/objects/GeneratedClassInfo.h"
 
+#include "sgutils/SGHandle.h"
 #include "vcos/COSClass.h"
 
 namespace sgutils {
 
 GeneratedBlock::~GeneratedBlock() = default;
+
+void GeneratedBlock::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
+  // Null for an object outside "vantel.graphics.Graphics".
+  if (SGHandle* handle = toSGHandle(object)) handle->doPostSet(object, property, flags);
+}
+
+void GeneratedBlock::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+  if (SGHandle* handle = toSGHandle(object)) handle->doPostSet(object, property, limitsDirty, objectDirty);
+}
 
 void* GeneratedClassInfo::allocateInstance(COSInterface* instance) {
   const COSID me = ownClassID();
