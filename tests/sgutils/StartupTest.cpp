@@ -118,6 +118,33 @@ TEST(GraphicsPrefs, WebGraphicsRestrictionFollowsItsFeature) {
   foundation::feature::set("WebGraphicsRestriction", before);
 }
 
+TEST(GraphicsPrefs, OldSetBehaviourSwitchIgnoresAnEmptyInput) {
+  registerTestClasses();
+  Arr empty(vxCreateDoubleMatrix(0, 0, vxREAL)), one = num(1), zero = num(0);
+  query("UseOldSimplePropInfoSetValueBehavior", one.get());
+  EXPECT_TRUE(sgutils::useOldSimplePropInfoSetValueBehavior());
+  EXPECT_EQ(query("UseOldSimplePropInfoSetValueBehavior", empty.get()), 1.0);
+  EXPECT_TRUE(sgutils::useOldSimplePropInfoSetValueBehavior());
+  query("UseOldSimplePropInfoSetValueBehavior", zero.get());
+  EXPECT_FALSE(sgutils::useOldSimplePropInfoSetValueBehavior());
+}
+
+TEST(GraphicsPrefs, PostProcessingEffectIsText) {
+  registerTestClasses();
+  EXPECT_EQ(sgutils::GraphicsPrefs::getDepthPeelingPostProcessingEffect(), "none");
+  Arr effect = str("blur");
+  vxArray* out[1] = {nullptr};
+  const vxArray* in[1] = {effect.get()};
+  foundation::feature::call("WebDepthPeelingPostProcessingEffect", 1, out, 1, in);
+  Arr result(out[0]);
+  EXPECT_EQ(vxArrayToStdString(result.get()), "blur");
+  EXPECT_EQ(sgutils::GraphicsPrefs::getDepthPeelingPostProcessingEffect(), "blur");
+  Arr none = str("none");
+  in[0] = none.get();
+  foundation::feature::call("WebDepthPeelingPostProcessingEffect", 1, out, 1, in);
+  Arr(out[0]).reset();
+}
+
 TEST(UniqueIDGenerator, IdsCountFromOneAndCopiesShareTheCounter) {
   sgutils::UniqueIDGenerator a;
   sgutils::UniqueIDGenerator b = a;
