@@ -62,6 +62,10 @@ TEST_F(HandleNumbers, DeletedObjectsHaveNoNumberAndNameNothing) {
   EXPECT_EQ(HandleNumberTable::objectFor(n), nullptr);
   EXPECT_EQ(HandleNumberTable::entryFor(n), w.get());  // the shell, so callers can say "deleted"
   EXPECT_TRUE(std::isnan(HandleNumberTable::numberFor(w.get())));
+  COSValue shell = convert("double", kCOSInterfaceType, COSValue::fromDouble(n));
+  ASSERT_EQ(shell.asPointer<COSInterface>(), w.get());
+  EXPECT_TRUE(shell.asPointer<COSInterface>()->isDestroyed());
+  destroyValue(kCOSInterfaceType, shell);
   vcos_destroy_handle(n);
   EXPECT_EQ(HandleNumberTable::entryFor(n), nullptr);
   EXPECT_EQ(convert("double", kCOSInterfaceType, COSValue::fromDouble(n)).asPointer<COSInterface>(), nullptr);

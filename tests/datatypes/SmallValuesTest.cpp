@@ -96,13 +96,6 @@ TEST(Enumerations, RefusedTextsAndNonTexts) {
   EXPECT_EQ(raisedId([] { enumerationFromArray<Units>(text("").get()); }), id);
 }
 
-TEST(Enumerations, CanonicalBytesHoldTheirValueForever) {
-  const unsigned char* two = canonicalEnumerationByte(2);
-  EXPECT_EQ(*two, 2);
-  EXPECT_EQ(canonicalEnumerationByte(2), two);  // the same byte every time
-  EXPECT_EQ(*canonicalEnumerationByte(255), 255);
-}
-
 TEST(OnOffSwitches, TextLogicalAndZeroOne) {
   EXPECT_EQ(onOffFromArray(text("ON").get()), on_off::On);
   EXPECT_EQ(onOffFromArray(text("off").get()), on_off::Off);
