@@ -11,7 +11,14 @@
 
 namespace {
 
-// A plain handle class with a numeric and a text property.
+struct ItemBlock {
+  double size = 0;
+  double getSize() const { return size; }
+  void setSize(double s) { size = s; }
+};
+
+// A plain handle class with a numeric and a text property in the core's
+// generic value store, and a numeric property in a C++ block.
 class ItemInfo final : public COSClassInfo {
  public:
   const char* getName() const override { return "Item"; }
@@ -19,7 +26,12 @@ class ItemInfo final : public COSClassInfo {
     c->addSuperclass(COSID("handle"));
     c->addProperty(new COSPropT(c->getID(), COSID("Value"), COSDataTypePtr("double scalar")));
     c->addProperty(new COSPropT(c->getID(), COSID("Kind"), COSDataTypePtr("asciiString")));
+    c->addProperty(new COSPropCPPT<ItemBlock, double>(c->getID(), COSID("Size"), COSDataTypePtr("double scalar"),
+                                                      &ItemBlock::getSize, &ItemBlock::setSize));
   }
+  bool willAllocateData() const override { return true; }
+  void* allocateInstance(COSInterface*) override { return new ItemBlock; }
+  void deallocateInstance(COSInterface*, void* data) override { delete static_cast<ItemBlock*>(data); }
 };
 
 class BenchNamespace final : public COSNamespaceInfo {
@@ -46,11 +58,13 @@ struct Tree {
     const COSClient* client = COSGetPublicClient();
     COSPropInfo* value = cls->findProperty(COSID("Value"));
     COSPropInfo* kind = cls->findProperty(COSID("Kind"));
+    COSPropInfo* sizeProperty = cls->findProperty(COSID("Size"));
     std::string marked = "marked", plain = "plain";
     auto make = [&](bool mark) {
       COSInterfacePtr o = cls->createInstance(client);
       o->setPropertyValue(client, value, COSValue::fromDouble(mark ? 1.0 : 0.0));
       o->setPropertyValue(client, kind, COSValue(mark ? &marked : &plain));
+      o->setPropertyValue(client, sizeProperty, COSValue::fromDouble(mark ? 1.0 : 0.0));
       ++size;
       return o;
     };
@@ -83,6 +97,10 @@ void findobjByValue(benchmark::State& state, const char* property, vxArray* valu
 
 void BM_FindobjByNumber(benchmark::State& state) { findobjByValue(state, "Value", vxCreateDoubleScalar(1)); }
 BENCHMARK(BM_FindobjByNumber)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+// The same search on a property kept in a C++ block.
+void BM_FindobjByBlockNumber(benchmark::State& state) { findobjByValue(state, "Size", vxCreateDoubleScalar(1)); }
+BENCHMARK(BM_FindobjByBlockNumber)->Arg(1000000)->Unit(benchmark::kMillisecond);
 
 void BM_FindobjByText(benchmark::State& state) { findobjByValue(state, "Kind", vxCreateString("MARKED")); }
 BENCHMARK(BM_FindobjByText)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);

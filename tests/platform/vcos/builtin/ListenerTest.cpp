@@ -92,6 +92,22 @@ TEST(AddListenerEvent, ListenerLivesWithItsSourceAndNoLonger) {
   EXPECT_TRUE(watch->isDestroyed()) << "a listener object outlived its only source";
 }
 
+TEST(AddListenerEvent, DroppedSourceWithListenersLeavesNothingBehind) {
+  bt::setUp();
+  const std::size_t before = vcos::liveObjectCount();
+  {
+    COSInterfacePtr n = bt::make("bt.Node");
+    Heard h;
+    auto cb = recorder(h);
+    addlistener({bt::arr(n).get(), text("Ping").get(), cb.get()});
+    auto pl = addlistener({bt::arr(n).get(), text("Value").get(), text("PostSet").get(), cb.get()});
+    ping(n);
+    bt::setValue(n, "Value", bt::number(2).get());  // makes event data objects too
+    EXPECT_EQ(h.count, 2);
+  }
+  EXPECT_EQ(vcos::liveObjectCount(), before) << "a listener, its object or event data kept memory alive";
+}
+
 TEST(AddListenerEvent, CallbackThatDeletesTheSourceIsSafe) {
   COSInterfacePtr n = bt::make("bt.Node");
   int runs = 0;
