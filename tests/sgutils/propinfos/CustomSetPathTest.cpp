@@ -8,6 +8,8 @@
 #include "vcos/COSClass.h"
 #include "vcos/COSCustomMetaClass.h"
 #include "foundation/core/except/IMsgIDException.h"
+#include "foundation/log/LogCapture.h"
+#include "foundation/log/Logger.h"
 #include "vx/vx.h"
 
 namespace sgtest::propmodel {
@@ -78,6 +80,25 @@ TEST_F(CustomSetPath, InternalComponentRefusesAnEmptyValueAndStoresNothing) {
   EXPECT_TRUE(stored.isEmpty()) << "the refused value was stored";
   object->releasePropertyValue(COSGetPublicClient(), prop(object, "Component"), stored);
   EXPECT_TRUE(posts().empty());
+}
+
+TEST_F(CustomSetPath, UpdateFlagsAreLoggedOnlyWhenTheChannelIsOn) {
+  foundation::log::LogCapture capture;
+  set("ObjectAndLegend", 7);
+  EXPECT_TRUE(capture.records().empty()) << "a silent channel wrote a record";
+  foundation::log::setChannelLevel("sgcustommetadata::customset", foundation::log::kDebug);
+  set("ObjectAndLegend", 8);
+  set("LegendOnly", 8);
+  foundation::log::setChannelLevel("sgcustommetadata::customset", 0);
+  std::vector<std::string> texts;
+  for (const auto& r : capture.records())
+    if (r.channel == "sgcustommetadata::customset") texts.push_back(r.text);
+  const std::vector<std::string> expected = {
+      "Update Flags - Class: sg2utils.TestPropertyFlags Property: ObjectAndLegend,  DirtyFlags:  object legend",
+      "doMarkDirty: true",
+      "Update Flags - Class: sg2utils.TestPropertyFlags Property: LegendOnly,  DirtyFlags: ",
+  };
+  EXPECT_EQ(texts, expected);
 }
 
 TEST_F(CustomSetPath, PlainPropertyKeepsTheOrdinaryPath) {
