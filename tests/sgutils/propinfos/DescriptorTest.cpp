@@ -102,6 +102,38 @@ TEST(VCOSMethodInvoker, UnknownAccessOrNameFindsNoMethod) {
   EXPECT_FALSE(sgutils::isMethodOverridden(*cls, *cls, "Selectable"));
 }
 
+TEST(VCOSMethodInvoker, StaticCallConvertsInputsAndOutputsByTheSignature) {
+  COSInterfacePtr object = makeObject(kFlagsClass);
+  COSClass* cls = object->getClass();
+  sgutils::VCOSMethodInvoker twice(cls, COSID("twice"), 1, 1, PublicAccess);
+  ASSERT_TRUE(twice.exists());
+  int nlhs = 1;
+  COSValue out[1];
+  const COSValue in[1] = {COSValue::fromDouble(21)};
+  twice.invokeStatic(COSGetPublicClient(), nlhs, out, 1, in);
+  EXPECT_EQ(nlhs, 1);
+  EXPECT_EQ(out[0].asDouble(), 42);
+  nlhs = 1;
+  sgutils::callStaticVCOSMethod(COSID("twice"), cls, COSGetPublicClient(), nlhs, out, 1, in);
+  EXPECT_EQ(out[0].asDouble(), 42);
+
+  auto idOf = [&](auto&& call) {
+    try {
+      call();
+    } catch (const foundation::core::except::IMsgIDException& e) {
+      return e.identifier();
+    }
+    return std::string("nothing raised");
+  };
+  EXPECT_EQ(idOf([&] { twice.invoke(COSGetPublicClient(), nlhs, out, 1, in); }), "VANTEL:sgutils:MethodStatic");
+  const COSValue two[2] = {in[0], in[0]};
+  EXPECT_EQ(idOf([&] { twice.invokeStatic(COSGetPublicClient(), nlhs, out, 2, two); }),
+            "VANTEL:sgutils:BadMethodSignatureInvalidNumberOfInputs");
+  EXPECT_FALSE(sgutils::VCOSMethodInvoker(cls, COSID("twice"), 2, 1, PublicAccess).exists())
+      << "a method with another output count was chosen";
+  object->deleteObject(COSGetPublicClient());
+}
+
 TEST(DefaultProvider, AskedOnceEvenWhenTheFunctionThrows) {
   int calls = 0;
   sgutils::UserFcnDefaultProvider provider([&] {

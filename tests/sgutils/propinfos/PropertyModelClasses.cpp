@@ -9,6 +9,7 @@
 #include "sgutils/propinfos/ModePropInfo.h"
 #include "sgutils/propinfos/PropertyDefinition.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSMethodBase.h"
 #include "vcos/COSPropT.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
@@ -61,6 +62,20 @@ struct EdgeColorPI final : sgutils::DependentPropInfo<JournalingHandle, EdgeColo
   using DependentPropInfo::DependentPropInfo;
 };
 
+// A static method "twice" (a double in, its double out), for calls by name.
+class TwiceMI final : public COSMethodBase {
+ public:
+  explicit TwiceMI(COSID cls)
+      : COSMethodBase(cls, COSID("twice"), PublicAccess, "twice",
+                      COSMethodSignature::createMethodSignature(
+                          COSID("twice"), {{COSID("x"), COSDataTypePtr("double scalar"), false}},
+                          {{COSID("y"), COSDataTypePtr("double scalar"), false}}, COSMethodSignature::Static)) {}
+  void invoke(const COSClient*, int& nlhs, COSValue* plhs, int, const COSValue* prhs) const override {
+    plhs[0] = COSValue(vxCreateDoubleScalar(2 * vxGetScalar(prhs[0].asPointer<const vxArray>())));
+    nlhs = 1;
+  }
+};
+
 // Plain double properties with attributes. "Plain" has none, so it keeps the
 // ordinary set path.
 class TestPropertyFlagsInfo final : public JournalingClassInfo {
@@ -92,6 +107,7 @@ class TestPropertyFlagsInfo final : public JournalingClassInfo {
     cls->setPropertyAttribute(COSID("LimitsAndLegend"), COSID("AffectsDataLimits"), on);
     cls->setPropertyAttribute(COSID("LimitsAndLegend"), COSID("AffectsLegend"), on);
     cls->setPropertyAttribute(COSID("Abortable"), COSID("AffectsObject"), on);
+    cls->addMethod(new TwiceMI(me));
     cls->addMethod(new ObjectCtorMI<JournalingHandle, sgutils::PublicConstructorAccess>(me, COSID(getName())));
   }
 };
