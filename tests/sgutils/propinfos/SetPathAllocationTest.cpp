@@ -21,12 +21,6 @@ namespace {
 std::atomic<bool> counting{false};
 std::atomic<std::size_t> allocations{0};
 
-void* allocate(std::size_t bytes) {
-  if (counting.load(std::memory_order_relaxed)) allocations.fetch_add(1, std::memory_order_relaxed);
-  if (void* p = std::malloc(bytes ? bytes : 1)) return p;
-  throw std::bad_alloc();
-}
-
 // Counts the allocations made while it is alive.
 struct AllocationCounter {
   AllocationCounter() {
@@ -39,6 +33,14 @@ struct AllocationCounter {
 }  // namespace
 
 #if SG_COUNT_ALLOCATIONS
+namespace {
+void* allocate(std::size_t bytes) {
+  if (counting.load(std::memory_order_relaxed)) allocations.fetch_add(1, std::memory_order_relaxed);
+  if (void* p = std::malloc(bytes ? bytes : 1)) return p;
+  throw std::bad_alloc();
+}
+}  // namespace
+
 void* operator new(std::size_t bytes) { return allocate(bytes); }
 void* operator new[](std::size_t bytes) { return allocate(bytes); }
 void operator delete(void* p) noexcept { std::free(p); }
