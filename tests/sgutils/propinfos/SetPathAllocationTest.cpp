@@ -66,6 +66,12 @@ TEST(SetPathAllocations, PublicSetInternalWriteAndGetAllocateNothing) {
   object->setPropertyValue(client, mode, COSValue(modeWord(AutoManual::Auto)));
   handleOf(object).posts.reserve(4096);
 
+  {
+    // The counter itself works: a direct call of the allocation function counts.
+    AllocationCounter counter;
+    ::operator delete(::operator new(16));
+    ASSERT_EQ(counter.count(), 1u) << "the replaced allocation functions are not in use";
+  }
   std::size_t count = 0;
   {
     AllocationCounter counter;
