@@ -6,7 +6,12 @@
 
 #include "sgutils/SGReference.h"
 
+class COSPropInfo;
+
 class SGUTILS_API SGPropHandler : public SGReference {
  public:
   static COSClass* getClassInstance();
+  // Hands a post-set on to the object's Graphics block, for property
+  // handlers that are not graphics objects first.
+  virtual void doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty);
 };

@@ -5,9 +5,6 @@
 #include "src/startup/DatatypesBridge.h"
 #include "vcos/AbstractClassInfo.h"
 #include "vcos/COSClass.h"
-#include "vcos/COSCustomMetaClass.h"
-#include "vcos/COSCustomMetaEventInfo.h"
-#include "vcos/COSCustomMetaPropertyInfo.h"
 #include "vcos/COSPackage.h"
 
 namespace sgutils::support {
@@ -74,34 +71,6 @@ class LegacyTestBaseCI final : public SGHandleClassInfo {
   bool willAllocateData() const override { return false; }
 };
 
-// The custom metadata classes. Property and event attributes and the custom
-// set path are added by the metadata part of the library.
-class SGCustomMetaPropInfo final : public COSCustomMetaPropertyInfo {
- public:
-  const char* getName() const override { return "GraphicsMetaProperty"; }
-  void initializeClass(COSClass* cls, const COSClient*) override { cls->addSuperclass(COSID("meta.property")); }
-};
-
-class SGCustomMetaEventInfo final : public COSCustomMetaEventInfo {
- public:
-  const char* getName() const override { return "GraphicsMetaEvent"; }
-  void initializeClass(COSClass* cls, const COSClient*) override { cls->addSuperclass(COSID("meta.event")); }
-};
-
-class SGCustomMetaClass final : public COSCustomMetaClass {
- public:
-  const char* getName() const override { return "GraphicsMetaClass"; }
-  void initializeClass(COSClass* cls, const COSClient*) override { cls->addSuperclass(COSID("meta.class")); }
-  COSID getMetaPropertyClassID() const override {
-    static const COSID id("vantel.graphics.internal.GraphicsMetaProperty");
-    return id;
-  }
-  COSID getMetaEventClassID() const override {
-    static const COSID id("vantel.graphics.internal.GraphicsMetaEvent");
-    return id;
-  }
-};
-
 class DefaultFactoryPropHandlerCI final : public AbstractClassInfo {
  public:
   const char* getName() const override { return "DefaultFactoryPropHandler"; }
@@ -119,9 +88,6 @@ COSClassInfo* newCopyableCI() { return new CopyableCI; }
 COSClassInfo* newGraphicsTestBaseCI() { return new GraphicsTestBaseCI; }
 COSClassInfo* newSGJavaVisibleMixinTestBaseCI() { return new SGJavaVisibleMixinTestBaseCI; }
 COSClassInfo* newLegacyTestBaseCI() { return new LegacyTestBaseCI; }
-COSClassInfo* newSGCustomMetaPropInfo() { return new SGCustomMetaPropInfo; }
-COSClassInfo* newSGCustomMetaEventInfo() { return new SGCustomMetaEventInfo; }
-COSClassInfo* newSGCustomMetaClass() { return new SGCustomMetaClass; }
 
 void ensureDefaultFactoryPropHandler() {
   COSPackage* package = bridge::registerNamespace("vantel.mixin.internal", &noDescription, &noDetails);

@@ -15,6 +15,7 @@ COSClassInfo* newCopyableCI();
 COSClassInfo* newGraphicsTestBaseCI();
 COSClassInfo* newSGJavaVisibleMixinTestBaseCI();
 COSClassInfo* newLegacyTestBaseCI();
+// Made in src/metadata, with their behaviour.
 COSClassInfo* newSGCustomMetaPropInfo();
 COSClassInfo* newSGCustomMetaEventInfo();
 COSClassInfo* newSGCustomMetaClass();

@@ -6,6 +6,9 @@
 #include <vector>
 
 #include "sgutils/PerInstance.h"
+#include "sgutils/objects/GraphicsPickable.gen.h"
+#include "sgutils/objects/Mixin.gen.h"
+#include "sgutils/objects/Selectable.gen.h"
 
 namespace sgutils {
 namespace {
@@ -17,7 +20,11 @@ namespace {
 // Themeable, ThemeChangedData, ThemeContainer, TiledChartLayoutOptions. Each
 // joins the list when its class is built.
 const std::vector<ClassRegistrationFn>& registrations() {
-  static const std::vector<ClassRegistrationFn> list = {};
+  static const std::vector<ClassRegistrationFn> list = {
+      &generated::registerGraphicsPickable,
+      &generated::registerMixin,
+      &generated::registerSelectable,
+  };
   return list;
 }
 

@@ -1,0 +1,34 @@
+// The root of the data blocks of generated classes. An object whose class
+// has several generated classes in one C++ line (Selectable, its parent
+// GraphicsPickable, their base Mixin) holds one block of the most derived of
+// them, shared by the slots of all; the block counts the slots it fills.
+// Both doPostSet forms, the hook that runs after a generated property was
+// set, hand the call on to the object's Graphics block, where a concrete
+// class marks itself dirty.
+#pragma once
+
+#include "sgutils/DirtyFlags.h"
+#include "sgutils/SGReference.h"
+#include "sgutils/SgutilsExport.h"
+#include "vcos/COSInternedBase.h"
+
+class COSPropInfo;
+
+namespace sgutils {
+
+class SGUTILS_API GeneratedBlock : public SGReference {
+ public:
+  ~GeneratedBlock() override;
+  virtual void doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags);
+  virtual void doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty);
+  // The class whose C++ type this block is.
+  virtual COSID blockClassID() const = 0;
+  // Whether a block of this line holds the data of `classId`; none here.
+  static bool containsClassData(COSID) noexcept { return false; }
+
+ private:
+  friend class GeneratedClassInfo;
+  unsigned sharedSlots_ = 0;
+};
+
+}  // namespace sgutils

@@ -1,0 +1,37 @@
+// What the generated classes (objects/<Class>, made by tools/genmixins.py)
+// share: the cached class pointer and the log line of a hook.
+#pragma once
+
+#include <string_view>
+
+#include "foundation/log/LogRecord.h"
+#include "sgdatatypes/ClientEnum.h"
+#include "sgutils/PerInstance.h"
+#include "vcos/COSCasts.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSPackage.h"
+
+namespace sgutils {
+
+// The class `name` of the package, found on first use and kept once per
+// instance (or per process without the per-instance store). Null while the
+// class is not registered; a later call looks again.
+template <class Tag>
+COSClass* cachedGeneratedClass(COSPackage* (*package)(), const char* name) {
+  COSClass*& slot = PerInstance<Tag, COSClass*>::get([] { return static_cast<COSClass*>(nullptr); });
+  if (!slot) {
+    COSPackage* p = package();
+    if (!p) return nullptr;
+    COSInterfacePtr found;
+    p->findClass(found, name);
+    slot = cosiToClass(found.get());
+  }
+  return slot;
+}
+
+// One trace line of a generated hook: source path, function, line.
+inline void logGeneratedHook(foundation::log::Logger& lg, std::string_view source, const char* function, int line) {
+  FOUNDATION_LOG(lg, foundation::log::kTrace) << source << " " << function << " " << line;
+}
+
+}  // namespace sgutils

@@ -1,0 +1,69 @@
+// The internal face `X_I` of a generated property triple: it holds the value
+// in a member of the class's block, never touches the mode, and marks the
+// object through doPostSet(false, true) when a write changes the value.
+//
+// `PI` is the concrete property class (it derives from this one) and gives:
+//   static COSValue read(const Class&);           the member's word, borrowed
+//   static void store(Class&, COSValue owned);    takes a copied word
+//   static COSValue makeFactoryValue(const COSDataType&);  a new owned word
+// A member held by value (a colour, say) gives instead of `store`
+//   static void assign(Class&, COSValue);         copies from the word
+// and `read` answers a pointer to the member; the write then allocates
+// nothing.
+#pragma once
+
+#include "sgutils/propinfos/BlockOf.h"
+#include "sgutils/propinfos/FactoryDefaultInitializers.h"
+#include "sgutils/propinfos/PropInfoBase.h"
+#include "vcos/COSDataType.h"
+
+namespace sgutils {
+
+template <class Class, class PI>
+class InternalPropInfo : public PropInfoBase, public InternalPropertyFactoryDefaultInitializer<Class, PI> {
+ public:
+  InternalPropInfo(COSID classId, const char* name, COSDataTypePtr type, MemberAccess getAccess,
+                   MemberAccess setAccess, unsigned flags, const char* description)
+      : PropInfoBase(classId, name, std::move(type), getAccess, setAccess, flags, description) {}
+  ~InternalPropInfo() override {
+    if (computed_ && type()) type()->destroy(factory_);
+  }
+
+  COSValue getFactoryDefault() const override {
+    if (!computed_) {
+      computed_ = true;
+      if (type()) factory_ = PI::makeFactoryValue(*type());
+    }
+    return factory_;
+  }
+
+  COSValue getValue(COSInterface* instance) const override {
+    const Class* block = blockOf<Class>(instance, getClassID());
+    return block ? PI::read(*block) : COSValue();
+  }
+
+  void setValue(COSInterface* instance, COSValue value) override {
+    Class* block = blockOf<Class>(instance, getClassID());
+    if (!block) return;
+    const COSDataType& t = *type();
+    const COSValue old = PI::read(*block);
+    const bool same = t.isEqual(old, value);
+    if constexpr (requires(Class& b, COSValue v) { PI::assign(b, v); }) {
+      PI::assign(*block, value);
+    } else {
+      const COSValue copy = t.copy(value);
+      t.destroy(old);
+      PI::store(*block, copy);
+    }
+    if (!same) block->doPostSet(COSInterfacePtr(instance), this, false, true);
+  }
+
+  void releaseValue(COSInterface*, COSValue) const override {}
+  void setModeManual(COSInterface*) override {}
+
+ private:
+  mutable COSValue factory_;
+  mutable bool computed_ = false;
+};
+
+}  // namespace sgutils

@@ -1,0 +1,62 @@
+// The mode face `XMode` of a generated property triple, of type AutoManual.
+// Its value word points at a byte of the mode's value. Writing the mode from
+// manual back to auto is the one transition that marks the object, through
+// doPostSet(false, true): the system takes the property over again.
+//
+// `PI` gives:
+//   static unsigned char readMode(const Class&);
+//   static void storeMode(Class&, unsigned char);
+#pragma once
+
+#include "sgutils/propinfos/BlockOf.h"
+#include "sgutils/propinfos/FactoryDefaultInitializers.h"
+#include "sgutils/propinfos/PropInfoBase.h"
+#include "sgutils/propinfos/WebPropertyChecks.h"
+#include "sgdatatypes/Enumeration.h"
+
+namespace sgutils {
+
+// True when either byte is missing, or the old mode is manual and the new one
+// is not: manual to auto.
+inline bool isModeTransitionToAuto(const unsigned char* oldMode, const unsigned char* newMode) noexcept {
+  if (!oldMode || !newMode) return true;
+  return *oldMode != 0 && *newMode != 1;
+}
+
+template <class Class, class PI>
+class ModePropInfo : public PropInfoBase, public ModePropertyFactoryDefaultInitializer<Class, PI> {
+  using Init = ModePropertyFactoryDefaultInitializer<Class, PI>;
+
+ public:
+  ModePropInfo(COSID classId, const char* name, COSDataTypePtr type, MemberAccess getAccess,
+               MemberAccess setAccess, unsigned flags, const char* description)
+      : PropInfoBase(classId, name, std::move(type), getAccess, setAccess, flags, description) {}
+
+  COSValue getFactoryDefault() const override { return COSValue(&this->Init::autoByte_); }
+
+  COSValue getValue(COSInterface* instance) const override {
+    const Class* block = blockOf<Class>(instance, getClassID());
+    if (!block) return getFactoryDefault();
+    return COSValue(graphics::datatype::canonicalEnumerationByte(PI::readMode(*block)));
+  }
+
+  void setValue(COSInterface* instance, COSValue value) override {
+    Class* block = blockOf<Class>(instance, getClassID());
+    if (!block) return;
+    checkWebPropertySet(instance, getName(), value);
+    const unsigned char old = PI::readMode(*block);
+    const auto* next = value.asPointer<const unsigned char>();
+    const bool changed = isTransitionToAuto(&old, next);
+    PI::storeMode(*block, next ? *next : 0);
+    if (changed) block->doPostSet(COSInterfacePtr(instance), this, false, true);
+  }
+
+  virtual bool isTransitionToAuto(const unsigned char* oldMode, const unsigned char* newMode) const {
+    return isModeTransitionToAuto(oldMode, newMode);
+  }
+
+  void releaseValue(COSInterface*, COSValue) const override {}
+  void setModeManual(COSInterface*) override {}
+};
+
+}  // namespace sgutils

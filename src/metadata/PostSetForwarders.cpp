@@ -1,0 +1,8 @@
+// The post-set forwarder of the property handler block: like Mixin's, it
+// hands the call on to the object's Graphics block when there is one.
+#include "sgutils/SGHandle.h"
+#include "sgutils/SGPropHandler.h"
+
+void SGPropHandler::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+  if (SGHandle* handle = toSGHandle(object)) handle->doPostSet(object, property, limitsDirty, objectDirty);
+}

@@ -1,0 +1,186 @@
+// The test classes of PropertyModelClasses.h.
+#include "PropertyModelClasses.h"
+
+#include "foundation/feature/Feature.h"
+#include "sgutils/SGHandleClassInfo.h"
+#include "sgutils/propinfos/BlockOf.h"
+#include "sgutils/propinfos/DependentPropInfo.h"
+#include "sgutils/propinfos/InternalPropInfo.h"
+#include "sgutils/propinfos/ModePropInfo.h"
+#include "sgutils/propinfos/PropertyDefinition.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSMethodBase.h"
+#include "vcos/COSPropT.h"
+#include "vcos/ObjectArray.h"
+#include "vcos/ObjectCalls.h"
+#include "vcos/vcos.h"
+#include "vx/vx.h"
+#include "sgdatatypes/Enumeration.h"
+
+namespace sgtest::propmodel {
+
+namespace {
+
+const COSID& graphicsId() {
+  static const COSID id("vantel.graphics.Graphics");
+  return id;
+}
+
+// A concrete graphics class whose Graphics block is a JournalingHandle.
+class JournalingClassInfo : public BaseObjectCOSInfo, public SGHandleBlockFactory {
+ public:
+  SGHandle* createHandleBlock() const override { return new JournalingHandle; }
+  void* allocateInstance(COSInterface* instance) override { return instance->getInstanceData(graphicsId()); }
+  void deallocateInstance(COSInterface*, void*) override {}
+};
+
+class TestPostSetFcnInfo final : public JournalingClassInfo {
+ public:
+  const char* getName() const override { return "TestPostSetFcn"; }
+  void initializeClass(COSClass* cls, const COSClient*) override {
+    setClient(cls);
+    cls->addSuperclass(graphicsId(), true, 0, 1);
+    cls->addSuperclass(graphics::mixin::Selectable::classID(), false, 0, 1);
+    cls->addMethod(new ObjectCtorMI<JournalingHandle, sgutils::PublicConstructorAccess>(cls->getID(), COSID(getName())));
+  }
+};
+
+struct EdgeColor_IPI final : sgutils::InternalPropInfo<JournalingHandle, EdgeColor_IPI> {
+  using InternalPropInfo::InternalPropInfo;
+  static COSValue read(const JournalingHandle& b) noexcept { return COSValue(&b.edgeColor); }
+  static void assign(JournalingHandle& b, COSValue v) {
+    b.edgeColor = v.isEmpty() ? graphics::datatype::RGBAColor() : *v.asPointer<const graphics::datatype::RGBAColor>();
+  }
+  static COSValue makeFactoryValue(const COSDataType& t) { return t.copy(COSValue()); }
+};
+struct EdgeColorModePI final : sgutils::ModePropInfo<JournalingHandle, EdgeColorModePI> {
+  using ModePropInfo::ModePropInfo;
+  static unsigned char readMode(const JournalingHandle& b) noexcept { return b.edgeColorMode; }
+  static void storeMode(JournalingHandle& b, unsigned char m) noexcept { b.edgeColorMode = m; }
+};
+struct EdgeColorPI final : sgutils::DependentPropInfo<JournalingHandle, EdgeColorPI> {
+  using DependentPropInfo::DependentPropInfo;
+};
+
+// A static method "twice" (a double in, its double out), for calls by name.
+class TwiceMI final : public COSMethodBase {
+ public:
+  explicit TwiceMI(COSID cls)
+      : COSMethodBase(cls, COSID("twice"), PublicAccess, "twice",
+                      COSMethodSignature::createMethodSignature(
+                          COSID("twice"), {{COSID("x"), COSDataTypePtr("double scalar"), false}},
+                          {{COSID("y"), COSDataTypePtr("double scalar"), false}}, COSMethodSignature::Static)) {}
+  void invoke(const COSClient*, int& nlhs, COSValue* plhs, int, const COSValue* prhs) const override {
+    plhs[0] = COSValue(vxCreateDoubleScalar(2 * vxGetScalar(prhs[0].asPointer<const vxArray>())));
+    nlhs = 1;
+  }
+};
+
+// Plain double properties with attributes. "Plain" has none, so it keeps the
+// ordinary set path.
+class TestPropertyFlagsInfo final : public JournalingClassInfo {
+ public:
+  const char* getName() const override { return "TestPropertyFlags"; }
+  bool isPropertyTruncationAllowed() const override { return true; }
+  void initializeClass(COSClass* cls, const COSClient*) override {
+    setClient(cls);
+    const COSID me = cls->getID();
+    cls->addSuperclass(graphicsId(), true, 0, 1);
+    for (const char* name : {"ObjectOnly", "LegendOnly", "ObjectAndLegend", "LimitsAndLegend", "Abortable", "Plain"})
+      cls->addProperty(new COSPropT(me, COSID(name), COSDataTypePtr("double scalar"), COSValue::fromDouble(0.0),
+                                    PublicAccess, PublicAccess,
+                                    COSPropDefaultFlags | (std::string(name) == "Abortable" ? COSPropAbortSet : 0u)));
+    cls->addProperty(new COSPropT(me, COSID("Component"), COSDataTypePtr("any")));
+    const char* color = "vantel.graphics.datatype.RGBAColor";
+    cls->addProperty(new EdgeColorPI(me, "EdgeColor", COSDataTypePtr(color), PublicAccess, PublicAccess, 12196,
+                                     "EdgeColor PropInfo", COSID("EdgeColor_I"), COSID("EdgeColorMode")));
+    cls->addProperty(new EdgeColorModePI(me, "EdgeColorMode", sgutils::detail::autoManualType(), PublicAccess,
+                                         PublicAccess, 548, "EdgeColorMode PropInfo"));
+    cls->addProperty(new EdgeColor_IPI(me, "EdgeColor_I", COSDataTypePtr(color), PublicAccess, PublicAccess, 1572,
+                                       "EdgeColor_I PropInfo"));
+    const COSValue on = COSValue::fromBool(true);
+    cls->setPropertyAttribute(COSID("Component"), COSID("InternalComponent"), on);
+    cls->setPropertyAttribute(COSID("ObjectOnly"), COSID("AffectsObject"), on);
+    cls->setPropertyAttribute(COSID("LegendOnly"), COSID("AffectsLegend"), on);
+    cls->setPropertyAttribute(COSID("ObjectAndLegend"), COSID("AffectsObject"), on);
+    cls->setPropertyAttribute(COSID("ObjectAndLegend"), COSID("AffectsLegend"), on);
+    cls->setPropertyAttribute(COSID("LimitsAndLegend"), COSID("AffectsDataLimits"), on);
+    cls->setPropertyAttribute(COSID("LimitsAndLegend"), COSID("AffectsLegend"), on);
+    cls->setPropertyAttribute(COSID("Abortable"), COSID("AffectsObject"), on);
+    cls->addMethod(new TwiceMI(me));
+    cls->addMethod(new ObjectCtorMI<JournalingHandle, sgutils::PublicConstructorAccess>(me, COSID(getName())));
+  }
+};
+
+graphics::datatype::AutoManual selectedModeOf(const COSInterfacePtr& object) {
+  auto* s = sgutils::blockOf<graphics::mixin::Selectable>(object.get(), graphics::mixin::Selectable::classID());
+  return s ? s->getSelectedMode() : graphics::datatype::AutoManual::Auto;
+}
+
+}  // namespace
+
+void JournalingHandle::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
+  posts.push_back({property->getName(), false, flags, selectedModeOf(object)});
+}
+
+void JournalingHandle::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+  DirtyFlags flags;
+  flags.limits = limitsDirty;
+  flags.object = objectDirty;
+  posts.push_back({property->getName(), true, flags, selectedModeOf(object)});
+}
+
+void registerPropertyModelClasses() {
+  static const bool done = [] {
+    VLInitialize_sgutils();
+    sgutils::getNamespace()->addClass(new TestPostSetFcnInfo, 0, 2);
+    sgutils::getNamespace()->addClass(new TestPropertyFlagsInfo, 0, 2);
+    return true;
+  }();
+  (void)done;
+}
+
+COSInterfacePtr makeObject(const char* className) {
+  registerPropertyModelClasses();
+  matrix::unique_vxArray result(omConstructObjectWithClient(className, 0, nullptr, COSGetPublicClient()));
+  return omGetArrayElement(result.get(), 0);
+}
+
+JournalingHandle& handleOf(const COSInterfacePtr& object) {
+  return *static_cast<JournalingHandle*>(SGHandle::fromObject(object.get()));
+}
+
+graphics::mixin::Selectable& selectableOf(const COSInterfacePtr& object) {
+  return *sgutils::blockOf<graphics::mixin::Selectable>(object.get(), graphics::mixin::Selectable::classID());
+}
+
+COSPropInfo* prop(const COSInterfacePtr& object, const char* name) {
+  return object->getClass()->findPropertyExact(COSID(name));
+}
+
+void publicSet(const COSInterfacePtr& object, const char* name, COSValue value) {
+  object->setPropertyValue(COSGetPublicClient(), prop(object, name), value);
+}
+
+COSValue publicGet(const COSInterfacePtr& object, const char* name) {
+  return object->getPropertyValue(COSGetPublicClient(), prop(object, name));
+}
+
+const unsigned char* modeWord(graphics::datatype::AutoManual mode) {
+  return graphics::datatype::canonicalEnumerationByte(static_cast<unsigned char>(mode));
+}
+
+namespace {
+void setOldBehaviour(double on) {
+  matrix::unique_vxArray in(vxCreateDoubleScalar(on));
+  vxArray* out[1] = {nullptr};
+  const vxArray* inputs[1] = {in.get()};
+  foundation::feature::call("UseOldSimplePropInfoSetValueBehavior", 1, out, 1, inputs);
+  vxDestroyArray(out[0]);
+}
+}  // namespace
+
+OldSetBehaviour::OldSetBehaviour() { setOldBehaviour(1); }
+OldSetBehaviour::~OldSetBehaviour() { setOldBehaviour(0); }
+
+}  // namespace sgtest::propmodel
