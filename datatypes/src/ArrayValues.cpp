@@ -13,24 +13,7 @@
 
 namespace graphics::datatype::detail {
 
-bool isRealNumeric(const vxArray* a) noexcept {
-  if (!a || vxIsComplex(a)) return false;
-  switch (vxGetClassID(a)) {
-    case vxDOUBLE_CLASS:
-    case vxSINGLE_CLASS:
-    case vxINT8_CLASS:
-    case vxUINT8_CLASS:
-    case vxINT16_CLASS:
-    case vxUINT16_CLASS:
-    case vxINT32_CLASS:
-    case vxUINT32_CLASS:
-    case vxINT64_CLASS:
-    case vxUINT64_CLASS:
-      return true;
-    default:
-      return false;
-  }
-}
+bool isRealNumeric(const vxArray* a) noexcept { return a && vxIsNumeric(a) && !vxIsComplex(a); }
 
 double numberAt(const vxArray* a, std::size_t i) noexcept {
   const void* d = vxGetData(a);
