@@ -17,6 +17,7 @@
 
 namespace sgsh {
 
+class CallbackRunner;
 class FunctionHandle;
 
 class Interpreter {
@@ -29,6 +30,10 @@ class Interpreter {
   // Parses and runs source text in the base workspace. The functions it
   // defines stay known for later runs. An uncaught error propagates.
   void run(std::string_view source);
+  // Runs code in the base workspace even while functions run: what a
+  // callback given as text does. Functions it defines stay known; the parsed
+  // code itself is not kept.
+  void runInBase(std::string_view source);
 
   // Variables of the current workspace.
   const Value* findVariable(const std::string& name) const;
@@ -111,10 +116,14 @@ class Interpreter {
   std::string dottedName(const Node& n) const;
 
   std::vector<std::unique_ptr<Workspace>> frames_;
+  // Workspaces of running functions set aside while callback code runs in
+  // the base workspace; they still count towards the recursion limit.
+  std::size_t setAside_ = 0;
   std::map<std::string, NodePtr, std::less<>> functions_;
   std::vector<NodePtr> programs_;  // keeps parsed trees alive
   std::vector<EndContext> ends_;
   std::chrono::steady_clock::time_point timer_;
+  std::unique_ptr<CallbackRunner> callbacks_;  // the language runs callbacks while this lives
 };
 
 }  // namespace sgsh

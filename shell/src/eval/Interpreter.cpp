@@ -12,6 +12,7 @@
 #include <vx/vx.h>
 
 #include "eval/ArrayOps.h"
+#include "eval/CallbackRunner.h"
 #include "eval/Indexing.h"
 #include "eval/ObjectBridge.h"
 #include "eval/Operators.h"
@@ -35,7 +36,7 @@ constexpr std::size_t kMaxDepth = 256;
 class Interpreter::FrameGuard {
  public:
   explicit FrameGuard(Interpreter& in) : in_(in) {
-    if (in_.frames_.size() >= kMaxDepth) throw Error("VANTEL:sgsh:RecursionLimit", kMaxDepth);
+    if (in_.frames_.size() + in_.setAside_ >= kMaxDepth) throw Error("VANTEL:sgsh:RecursionLimit", kMaxDepth);
     in_.frames_.push_back(std::make_unique<Workspace>());
   }
   ~FrameGuard() { in_.frames_.pop_back(); }
@@ -70,9 +71,13 @@ Interpreter::Interpreter() : timer_(std::chrono::steady_clock::now()) {
   liveInterpreters().push_back(this);
   vcos::registerBuiltinClasses();  // handle, dynamicprops, listeners, display mixins
   BuiltinRegistry::instance();     // registers the built-ins with the dispatcher
+  callbacks_ = std::make_unique<CallbackRunner>();
 }
 
-Interpreter::~Interpreter() { std::erase(liveInterpreters(), this); }
+Interpreter::~Interpreter() {
+  callbacks_.reset();
+  std::erase(liveInterpreters(), this);
+}
 
 Interpreter& Interpreter::current() {
   if (!runningInterpreters.empty()) return *runningInterpreters.back();
@@ -85,6 +90,32 @@ void Interpreter::run(std::string_view source) {
   Program prog = Parser::parse(source);
   for (const NodePtr& fn : prog.functions) functions_[fn->text] = fn;
   programs_.push_back(prog.body);
+  execBlock(*prog.body);
+}
+
+void Interpreter::runInBase(std::string_view source) {
+  RunningGuard running(this);
+  Program prog = Parser::parse(source);
+  for (const NodePtr& fn : prog.functions) functions_[fn->text] = fn;
+  // The workspaces of the functions running now step aside, so that the code
+  // sees the base workspace; they come back however the code ends. The
+  // functions it calls push and pop their own above the base.
+  struct SetAside {
+    Interpreter& in;
+    std::vector<std::unique_ptr<Workspace>> frames;
+    explicit SetAside(Interpreter& i) : in(i) {
+      frames.assign(std::make_move_iterator(in.frames_.begin() + 1), std::make_move_iterator(in.frames_.end()));
+      in.frames_.resize(1);
+      in.setAside_ += frames.size();
+    }
+    ~SetAside() {
+      assert(in.frames_.size() == 1 && "callback code left a workspace behind");
+      in.setAside_ -= frames.size();
+      for (auto& f : frames) in.frames_.push_back(std::move(f));
+    }
+    SetAside(const SetAside&) = delete;
+    SetAside& operator=(const SetAside&) = delete;
+  } aside(*this);
   execBlock(*prog.body);
 }
 

@@ -34,6 +34,11 @@ class VCOS_API FunctionDispatcher {
   using HandleCaller = std::function<bool(const vxFunctionHandleData& handle, int nlhs, vxArray* plhs[], int nrhs,
                                           const vxArray* prhs[])>;
 
+  // Runs a callback given as text with the callback's inputs; the installing
+  // language decides what the text means (one of its functions, or code).
+  // Answers false for text it does not take, so that the next caller can try.
+  using TextCaller = std::function<bool(std::string_view text, int nrhs, const vxArray* prhs[])>;
+
   static FunctionDispatcher& instance();
 
   FunctionDispatcher();
@@ -73,6 +78,14 @@ class VCOS_API FunctionDispatcher {
   // The same for the handle held by a 1-by-1 function-handle array; raises
   // "VANTEL:vcos:NotAFunctionHandle" for any other array.
   void callFunctionHandle(const vxArray* handle, int nlhs, vxArray* plhs[], int nrhs, const vxArray* prhs[]) const;
+
+  // Installs a runner of callback texts; later ones are asked first. Returns
+  // a token for removeTextCaller.
+  int addTextCaller(TextCaller caller);
+  void removeTextCaller(int token);
+  // Runs a callback text with no outputs through the installed runners; when
+  // none takes it, the text is the name of a function and call runs it.
+  void callText(std::string_view text, int nrhs, const vxArray* prhs[]) const;
 
  private:
   struct Impl;

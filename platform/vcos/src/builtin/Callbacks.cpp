@@ -1,4 +1,5 @@
-// Running listener callbacks through the function dispatcher.
+// Running listener callbacks through the function dispatcher: handles through
+// its handle callers, texts through its text runners.
 #include "vcos/src/builtin/Callbacks.h"
 
 #include <string>
@@ -23,8 +24,9 @@ void call(const vxArray* f, int nargs, const vxArray* const args[]) {
   if (vxIsFunctionHandle(f)) {
     FunctionDispatcher::instance().callFunctionHandle(f, 0, nullptr, nargs, in.data());
   } else {
-    const std::string name = vxArrayToStdString(f);
-    inCallFcn(name.c_str(), 0, nullptr, nargs, in.data());
+    // A language may take the text (its own function, or code); otherwise
+    // it names a function of the dispatcher.
+    FunctionDispatcher::instance().callText(vxArrayToStdString(f), nargs, in.data());
   }
 }
 

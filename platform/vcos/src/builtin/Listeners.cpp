@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "foundation/core/except/Error.h"
+#include "vcos/BuiltinClasses.h"
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
 #include "vcos/COSClass.h"
 #include "vcos/COSEventData.h"
@@ -135,24 +136,28 @@ namespace {
 // The event data object a callback receives. Event data that is already an
 // object of an event data class goes as it is; core event data is described
 // by a new "event.EventData" or, for property events, "event.PropertyEvent".
-COSInterfacePtr eventDataObject(COSInterface* source, COSEventData* data, const ListenerBlock& listener) {
+COSInterfacePtr describeEvent(COSInterface* source, COSEventData* data, bool propertyEvent, COSID eventName) {
   if (data && data->getClass() && data->getClass()->isSubclassOf(names().eventData)) return COSInterfacePtr(data);
-  const bool propertyEvent = listener.propertyListener();
   COSClass* cls = COSClass::getClass(propertyEvent ? names().propertyEvent : names().eventData);
   COSInterfacePtr object = cls->createInstance(COSGetPublicClient());
   auto* block = static_cast<EventDataBlock*>(object->getInstanceData(names().eventData));
+  block->eventName = eventName;
   if (propertyEvent) {
-    block->eventName = COSID(cosPropertyEventName(listener.propertyEvent));
     const COSPropInfo* property = data ? data->getProperty() : nullptr;
     // The source of a property event is the property object.
     if (property && property->getClass()) block->source = const_cast<COSPropInfo*>(property);
     auto* pblock = static_cast<PropertyEventBlock*>(object->getInstanceData(names().propertyEvent));
     pblock->affectedObject = source;
   } else {
-    block->eventName = data ? data->getEventName() : listener.eventName;
     block->source = source;
   }
   return object;
+}
+
+COSInterfacePtr eventDataObject(COSInterface* source, COSEventData* data, const ListenerBlock& listener) {
+  if (listener.propertyListener())
+    return describeEvent(source, data, true, COSID(cosPropertyEventName(listener.propertyEvent)));
+  return describeEvent(source, data, false, data ? data->getEventName() : listener.eventName);
 }
 
 void runListener(const COSInterfacePtr& self, COSInterface* source, COSEventData* data) {
@@ -208,3 +213,8 @@ COSInterfacePtr attachListenerObject(const AttachRequest& request) {
 }
 
 }  // namespace vcos::builtin
+
+COSInterfacePtr vcos::eventDataObject(COSInterface* source, COSEventData* data) {
+  if (!data) return nullptr;
+  return builtin::describeEvent(source, data, data->getProperty() != nullptr, data->getEventName());
+}

@@ -1,6 +1,7 @@
 // The function dispatcher: registered built-ins, the registry of shared
 // libraries searched by exported name, the per-name cache, and the callers
-// that the language installs for its function handles.
+// and text runners that the language installs for its function handles and
+// callback texts.
 #include "vcos/FunctionDispatcher.h"
 
 #include <dlfcn.h>
@@ -45,6 +46,7 @@ struct FunctionDispatcher::Impl {
   // Hits only; a miss is not remembered, since it ends in an error anyway.
   mutable NameMap<BuiltinFcn> cache;
   std::vector<std::pair<int, HandleCaller>> handleCallers;
+  std::vector<std::pair<int, TextCaller>> textCallers;
   int nextCallerToken = 1;
 
   BuiltinFcn resolve(std::string_view name) const {
@@ -168,6 +170,28 @@ void FunctionDispatcher::callFunctionHandle(const vxArray* handle, int nlhs, vxA
   std::shared_ptr<const vxFunctionHandleData> data = vxGetFunctionHandle(handle);
   if (!data) throw Error("VANTEL:vcos:NotAFunctionHandle");
   callFunctionHandle(*data, nlhs, plhs, nrhs, prhs);
+}
+
+int FunctionDispatcher::addTextCaller(TextCaller caller) {
+  assert(caller && "installing an empty callback-text runner");
+  const int token = impl_->nextCallerToken++;
+  impl_->textCallers.emplace_back(token, std::move(caller));
+  return token;
+}
+
+void FunctionDispatcher::removeTextCaller(int token) {
+  std::erase_if(impl_->textCallers, [token](const auto& entry) { return entry.first == token; });
+}
+
+void FunctionDispatcher::callText(std::string_view text, int nrhs, const vxArray* prhs[]) const {
+  // Newest first, each copied before it runs, as for handle callers.
+  const auto& callers = impl_->textCallers;
+  for (std::size_t i = callers.size(); i-- > 0;) {
+    if (i >= callers.size()) continue;
+    const TextCaller caller = callers[i].second;
+    if (caller(text, nrhs, prhs)) return;
+  }
+  call(text, 0, nullptr, nrhs, prhs);
 }
 
 }  // namespace vcos

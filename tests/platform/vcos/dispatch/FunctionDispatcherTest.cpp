@@ -1,5 +1,6 @@
 // Calls by name: registered built-ins, exported built-ins of a loaded library,
-// the cache across registry changes, and function-handle callers.
+// the cache across registry changes, function-handle callers and runners of
+// callback texts.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -171,4 +172,32 @@ TEST(FunctionDispatcherHandles, InstalledCallerRunsItsOwnHandlesAndDeclinesOther
   d.removeHandleCaller(token);
   EXPECT_EQ(errorId([&] { d.callFunctionHandle(LanguageHandle("echo"), 1, out, 1, in); }),
             "VANTEL:vcos:NoHandleCaller");
+}
+
+TEST(FunctionDispatcher, CallbackTextGoesToTheNewestRunnerThatTakesItElseToTheNamedFunction) {
+  FunctionDispatcher d;
+  firstCalls = 0;
+  d.registerBuiltin("first", &firstBuiltin);
+  int a = 0;
+  const vxArray* in[] = {fakeArray(a)};
+  d.callText("first", 1, in);  // no runner: the text names a function
+  EXPECT_EQ(firstCalls, 1);
+
+  std::string log;
+  const int older = d.addTextCaller([&](std::string_view text, int nrhs, const vxArray* prhs[]) {
+    log += "older:" + std::string(text) + (nrhs == 1 && prhs[0] == in[0] ? ";" : "?;");
+    return true;
+  });
+  const int newer = d.addTextCaller([&](std::string_view text, int, const vxArray*[]) {
+    log += "newer:" + std::string(text) + ";";
+    return text == "mine";
+  });
+  d.callText("mine", 1, in);
+  d.callText("first", 1, in);
+  EXPECT_EQ(log, "newer:mine;newer:first;older:first;");
+  EXPECT_EQ(firstCalls, 1) << "a runner that takes the text ends the search";
+
+  d.removeTextCaller(older);
+  d.removeTextCaller(newer);
+  EXPECT_EQ(errorId([&] { d.callText("x = 1;", 0, nullptr); }), "VANTEL:vcos:UndefinedFunction");
 }
