@@ -35,6 +35,7 @@
 #include "vcos/COSNamespaceInfo.h"
 #include "vcos/COSPackage.h"
 #include "vcos/COSTypeConversion.h"
+#include "vcos/COSFunctionConversion.h"
 #include "vcos/COSTypeRepository.h"
 #include "vx/vxQuery.h"
 
@@ -57,16 +58,6 @@ class CallbackNamespaceInfo final : public COSNamespaceInfo {
   DescriptionFn details_;
 };
 
-template <class F>
-class FunctionConversion final : public COSTypeConversion {
- public:
-  explicit FunctionConversion(F f) : f_(std::move(f)) {}
-  COSValue convert(COSValue from) const override { return f_(from); }
-
- private:
-  F f_;
-};
-
 // The conversions this library added, so that termination takes them out.
 std::vector<std::pair<COSID, COSID>>& addedConversions() {
   static std::vector<std::pair<COSID, COSID>> added;
@@ -80,7 +71,7 @@ enum class Track : bool { No, Yes };
 template <class F>
 void addConversion(const char* from, const char* to, F f, Track track = Track::Yes) {
   COSID a(from), b(to);
-  COSTypeRepository::addConversion(a, b, new FunctionConversion<F>(std::move(f)));
+  COSTypeRepository::addConversion(a, b, makeConversion(std::move(f)));
   if (track == Track::Yes) addedConversions().emplace_back(a, b);
 }
 

@@ -34,6 +34,7 @@
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSPropT.h"
 #include "vcos/COSSpecializedInterfacePtr.h"
+#include "vcos/COSFunctionConversion.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
 #include "vcos/COSTypedValue.h"

@@ -14,6 +14,7 @@
 #include "foundation/core/except/Error.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSTypeConversion.h"
+#include "vcos/COSFunctionConversion.h"
 #include "vcos/COSTypeRepository.h"
 #include "vx/vxCompare.h"
 #include "vx/vxCreate.h"
@@ -182,19 +183,6 @@ class ArrayType final : public COSDataType {
 };
 
 // Conversions at the array boundary.
-template <class F>
-class FunctionConversion final : public COSTypeConversion {
- public:
-  explicit FunctionConversion(F f) : f_(std::move(f)) {}
-  COSValue convert(COSValue from) const override { return f_(from); }
-
- private:
-  F f_;
-};
-template <class F>
-COSTypeConversion* conversion(F f) {
-  return new FunctionConversion<F>(std::move(f));
-}
 
 const vxArray* scalarArray(COSValue v, const char* to) {
   auto* a = v.asPointer<const vxArray>();
@@ -206,12 +194,12 @@ template <class T>
 void addIntegerType(const char* name, vxClassID classId) {
   COSTypeRepository::addType(new IntegerType<T>(name));
   COSID id(name), any("any");
-  COSTypeRepository::addConversion(id, any, conversion([classId](COSValue v) {
+  COSTypeRepository::addConversion(id, any, makeConversion([classId](COSValue v) {
     vxArray* a = vxCreateNumericMatrix(1, 1, classId, vxREAL);
     *static_cast<T*>(vxGetData(a)) = static_cast<T>(v.asInt());
     return COSValue(a);
   }));
-  COSTypeRepository::addConversion(any, id, conversion([name](COSValue v) {
+  COSTypeRepository::addConversion(any, id, makeConversion([name](COSValue v) {
     return COSValue::fromInt(static_cast<std::int64_t>(static_cast<T>(vxGetScalar(scalarArray(v, name)))));
   }));
 }
@@ -241,52 +229,52 @@ void registerBasicTypes() {
 
   COSID logical("logical scalar"), dbl("double scalar"), single("single scalar"), ascii("asciiString"),
       unicode("unicodeString"), handle("handle scalar");
-  COSTypeRepository::addConversion(logical, any, conversion([](COSValue v) { return COSValue(vxCreateLogicalScalar(v.asBool())); }));
-  COSTypeRepository::addConversion(any, logical, conversion([](COSValue v) {
+  COSTypeRepository::addConversion(logical, any, makeConversion([](COSValue v) { return COSValue(vxCreateLogicalScalar(v.asBool())); }));
+  COSTypeRepository::addConversion(any, logical, makeConversion([](COSValue v) {
     return COSValue::fromBool(vxGetScalar(scalarArray(v, "logical scalar")) != 0);
   }));
-  COSTypeRepository::addConversion(dbl, any, conversion([](COSValue v) { return COSValue(vxCreateDoubleScalar(v.asDouble())); }));
-  COSTypeRepository::addConversion(any, dbl, conversion([](COSValue v) {
+  COSTypeRepository::addConversion(dbl, any, makeConversion([](COSValue v) { return COSValue(vxCreateDoubleScalar(v.asDouble())); }));
+  COSTypeRepository::addConversion(any, dbl, makeConversion([](COSValue v) {
     return COSValue::fromDouble(vxGetScalar(scalarArray(v, "double scalar")));
   }));
-  COSTypeRepository::addConversion(single, any, conversion([](COSValue v) {
+  COSTypeRepository::addConversion(single, any, makeConversion([](COSValue v) {
     vxArray* a = vxCreateNumericMatrix(1, 1, vxSINGLE_CLASS, vxREAL);
     *static_cast<float*>(vxGetData(a)) = v.asFloat();
     return COSValue(a);
   }));
-  COSTypeRepository::addConversion(any, single, conversion([](COSValue v) {
+  COSTypeRepository::addConversion(any, single, makeConversion([](COSValue v) {
     return COSValue::fromFloat(static_cast<float>(vxGetScalar(scalarArray(v, "single scalar"))));
   }));
-  COSTypeRepository::addConversion(ascii, any, conversion([](COSValue v) {
+  COSTypeRepository::addConversion(ascii, any, makeConversion([](COSValue v) {
     auto* s = v.asPointer<const std::string>();
     return COSValue(vxCreateString(s ? s->c_str() : ""));
   }));
-  COSTypeRepository::addConversion(any, ascii, conversion([](COSValue v) {
+  COSTypeRepository::addConversion(any, ascii, makeConversion([](COSValue v) {
     auto* a = v.asPointer<const vxArray>();
     if (!a || !(vxIsChar(a) || vxIsString(a))) throw Error(vcos::msg::ConversionFailed, "any", "asciiString");
     return COSValue(new std::string(vxArrayToStdString(a)));
   }));
-  COSTypeRepository::addConversion(unicode, any, conversion([](COSValue v) {
+  COSTypeRepository::addConversion(unicode, any, makeConversion([](COSValue v) {
     auto* s = v.asPointer<const std::u16string>();
     vxSize dims[2] = {1, s ? s->size() : 0};
     vxArray* a = vxCreateCharArray(2, dims);
     if (s && !s->empty()) std::memcpy(vxGetChars(a), s->data(), s->size() * sizeof(char16_t));
     return COSValue(a);
   }));
-  COSTypeRepository::addConversion(any, unicode, conversion([](COSValue v) {
+  COSTypeRepository::addConversion(any, unicode, makeConversion([](COSValue v) {
     auto* a = v.asPointer<const vxArray>();
     if (!a || !vxIsChar(a)) throw Error(vcos::msg::ConversionFailed, "any", "unicodeString");
     const vxChar* c = vxGetChars(a);
     return COSValue(new std::u16string(c, c + vxGetNumberOfElements(a)));
   }));
-  COSTypeRepository::addConversion(handle, any, conversion([](COSValue v) {
+  COSTypeRepository::addConversion(handle, any, makeConversion([](COSValue v) {
     auto* o = v.asPointer<COSInterface>();
     COSClass* cls = o ? o->getClass() : nullptr;
     vxArray* a = vxCreateObjectMatrix(o ? 1 : 0, o ? 1 : 0, cls ? cls->getID().entry() : nullptr);
     if (o) vxGetObjectElements(a)[0] = o;
     return COSValue(a);
   }));
-  COSTypeRepository::addConversion(any, handle, conversion([](COSValue v) {
+  COSTypeRepository::addConversion(any, handle, makeConversion([](COSValue v) {
     auto* a = v.asPointer<const vxArray>();
     if (!a || !vxIsObject(a) || vxGetNumberOfElements(a) > 1)
       throw Error(vcos::msg::ConversionFailed, "any", "handle scalar");
