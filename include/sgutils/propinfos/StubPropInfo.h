@@ -10,6 +10,7 @@
 
 #include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/propinfos/FactoryDefaultInitializers.h"
+#include "sgutils/propinfos/LazyFactoryValue.h"
 #include "sgutils/propinfos/PropInfoBase.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
@@ -25,16 +26,8 @@ class StubPropInfo : public PropInfoBase, public InternalPropertyFactoryDefaultI
   StubPropInfo(COSID classId, const char* name, COSDataTypePtr type, MemberAccess getAccess,
                MemberAccess setAccess, unsigned flags, const char* description)
       : PropInfoBase(classId, name, std::move(type), getAccess, setAccess, flags, description) {}
-  ~StubPropInfo() override {
-    if (computed_ && type()) type()->destroy(factory_);
-  }
-
   COSValue getFactoryDefault() const override {
-    if (!computed_) {
-      computed_ = true;
-      if (type()) factory_ = PI::makeFactoryValue(*type());
-    }
-    return factory_;
+    return factory_.get(type(), [](const COSDataType& t) { return PI::makeFactoryValue(t); });
   }
   COSValue getValue(COSInterface* instance) const override {
     Class* block = blockOf<Class>(instance, getClassID());
@@ -50,8 +43,7 @@ class StubPropInfo : public PropInfoBase, public InternalPropertyFactoryDefaultI
   void setModeManual(COSInterface*) override {}
 
  private:
-  mutable COSValue factory_;
-  mutable bool computed_ = false;
+  LazyFactoryValue factory_;
 };
 
 }  // namespace sgutils
