@@ -3,6 +3,8 @@
 // `X_I` (internal face) and `X` (public face), the last two sharing one
 // factory-value provider; without a mode, the public face alone. Each info is
 // added to the class as it is made; the record keeps a counted reference.
+// A storage with a serializable twin adds a fourth info last,
+// "Serializable<name>", showing the public face.
 #pragma once
 
 #include <boost/make_shared.hpp>
@@ -10,6 +12,7 @@
 
 #include "sgutils/propinfos/DataTypeDefaultProvider.h"
 #include "sgutils/propinfos/Mode_PI.h"
+#include "sgutils/propinfos/SerializablePropInfo.h"
 #include "sgutils/propinfos/SimplePropInfo.h"
 #include "sgutils/propinfos/StubPI.h"
 #include "vcos/COSClass.h"
@@ -46,19 +49,28 @@ class PropertyDefinition final : public PropertyDefinitionInterface {
         internalName_(getName() + "_I"),
         description_(getName() + " PropInfo"),
         modeDescription_(getName() + "Mode PropInfo"),
-        internalDescription_(getName() + "_I PropInfo") {}
+        internalDescription_(getName() + "_I PropInfo"),
+        twinName_("Serializable" + getName()),
+        twinDescription_(twinName_ + " PropInfo") {}
 
   void addTo(COSClass* cls) override {
     COSDataTypePtr type(typeName_.c_str());
     auto provider = boost::make_shared<DataTypeDefaultProvider>(type);
+    constexpr bool twin = Storage::hasSerializableTwin;
     if constexpr (Storage::hasMode) {
       add(cls, new Mode_PI<Class, Storage>(*this, modeName_.c_str(), detail::autoManualType(),
                                            modeDescription_.c_str(), detail::modeFaceFlags(*this), member_));
       add(cls, new SimplePropInfo<Class, Storage>(*this, internalName_.c_str(), type, internalDescription_.c_str(),
-                                                  /*publicFace=*/false, provider, member_));
+                                                  /*publicFace=*/false, provider, member_, twin));
     }
-    add(cls, new SimplePropInfo<Class, Storage>(*this, getName().c_str(), type, description_.c_str(),
-                                                /*publicFace=*/true, provider, member_));
+    auto* publicFace = new SimplePropInfo<Class, Storage>(*this, getName().c_str(), type, description_.c_str(),
+                                                          /*publicFace=*/true, provider, member_, twin);
+    add(cls, publicFace);
+    if constexpr (twin) {
+      using Twin = std::conditional_t<Storage::hasMode, SerializablePropInfoManualMode<Class, Storage>,
+                                      SerializablePropInfo<Class, Storage>>;
+      add(cls, new Twin(*this, twinName_.c_str(), type, twinDescription_.c_str(), provider, member_, publicFace));
+    }
   }
 
   const std::vector<COSInterfacePtr>& infos() const noexcept { return infos_; }
@@ -72,6 +84,7 @@ class PropertyDefinition final : public PropertyDefinitionInterface {
   Member member_;
   std::string typeName_;
   std::string modeName_, internalName_, description_, modeDescription_, internalDescription_;
+  std::string twinName_, twinDescription_;
   std::vector<COSInterfacePtr> infos_;
 };
 

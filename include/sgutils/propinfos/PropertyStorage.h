@@ -14,6 +14,9 @@ namespace sgutils {
 struct HasMode {};
 struct NoMode {};
 struct NoSerializableStorage {};
+// The property has a serializable twin, "Serializable<name>", that a file
+// keeps in place of the property (SerializablePropInfo).
+struct SerializableStorage {};
 
 // Told of every stored value of a property, with the value's word.
 using PropertyObserver = std::function<void(COSValue)>;
@@ -25,6 +28,7 @@ class PropertyStorage {
   using value_type = T;
   using Traits = StorageTraits<T>;
   static constexpr bool hasMode = std::is_same_v<ModeTag, HasMode>;
+  static constexpr bool hasSerializableTwin = std::is_same_v<SerializableTag, SerializableStorage>;
 
   PropertyStorage() = default;
   explicit PropertyStorage(T initial) : value_(std::move(initial)) {}
