@@ -22,24 +22,8 @@ add_library(sgutils::sgutils ALIAS sgutils)
 # turns each objects/<Class>/<Class>.def into sgutils/objects/<Class>.gen.h
 # and .gen.cpp under the build tree; the hand-written <Class>.cpp beside the
 # description is picked up by the glob above.
-find_package(Python3 REQUIRED COMPONENTS Interpreter)
 file(GLOB SGUTILS_CLASS_DEFS CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/objects/*/*.def")
 set(SGUTILS_GENERATED_DIR "${CMAKE_BINARY_DIR}/generated")
-set(SGUTILS_GENERATED_FILES)
-foreach(def IN LISTS SGUTILS_CLASS_DEFS)
-  get_filename_component(cls "${def}" NAME_WE)
-  set(out "${SGUTILS_GENERATED_DIR}/sgutils/objects/${cls}")
-  add_custom_command(
-    OUTPUT "${out}.gen.h" "${out}.gen.cpp"
-    COMMAND Python3::Interpreter "${PROJECT_SOURCE_DIR}/tools/genmixins.py" "${def}" "${SGUTILS_GENERATED_DIR}"
-    DEPENDS "${def}" "${PROJECT_SOURCE_DIR}/tools/genmixins.py"
-    COMMENT "Generating ${cls}.gen.h and ${cls}.gen.cpp"
-    VERBATIM)
-  list(APPEND SGUTILS_GENERATED_FILES "${out}.gen.h" "${out}.gen.cpp")
-  target_sources(sgutils PRIVATE "${out}.gen.cpp")
-endforeach()
-add_custom_target(sgutils_generated DEPENDS ${SGUTILS_GENERATED_FILES})
-add_dependencies(sgutils sgutils_generated)
-target_include_directories(sgutils PUBLIC $<BUILD_INTERFACE:${SGUTILS_GENERATED_DIR}>)
+sg_generate_classes(sgutils "${SGUTILS_GENERATED_DIR}" ${SGUTILS_CLASS_DEFS})
 install(DIRECTORY "${SGUTILS_GENERATED_DIR}/sgutils/objects/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/sgutils/objects"
   FILES_MATCHING PATTERN "*.gen.h")

@@ -20,8 +20,11 @@ The description has one entry per line; '#' starts a comment.
     include      <header the class declaration needs>
     packed       yes            (bool triples and their modes as bit-fields)
     declare      <a member declaration of the hand-written half, verbatim>
+    allowed      <full class name>  (one line each: the closed list of classes that
+                                     may derive from this one while graphics
+                                     classes are sealed)
     triple       <name> <type> <get>/<set> <X>/<XMode>/<X_I flags> <C++ type> <member initial> <factory>
-    definition   <name> <C++ type> <type name> mode|nomode <attribute word> <initial>
+    definition   <name> <C++ type> <type name> <mode> <attribute word> <initial>
     single       <name> <type> <get>/<set> <flags> <C++ type> <member initial> <factory>
     stub         <name> <type> <get>/<set> <flags> <factory>
     object       <name> <type> <get>/<set> <flags>
@@ -30,7 +33,9 @@ Properties are added to the class in the order of their lines. A triple is the g
 value in a member of the block. <factory> is `typedefault` (the type's own
 default, copied) or a value word, copied through the type. A definition is
 the definition family: a PropertyStorage member and a PropertyDefinition
-record in the class info. A single is one face held in a member, with no
+record in the class info; <mode> is `mode` or `nomode`, with `+serializable`
+behind it when the property has a serializable twin ("Serializable<name>")
+that a file keeps in its place. A single is one face held in a member, with no
 mode. A stub's value is computed by the hand-written getXImpl and setXImpl,
 which the class declares. An object is a read-only handle of event data.
 """
@@ -61,13 +66,17 @@ class Definition:
         if len(fields) != 6:
             raise ValueError("definition needs 6 fields: " + " ".join(fields))
         self.name, self.cpp, self.type, mode, self.attributes, self.initial = fields
-        if mode not in ("mode", "nomode"):
-            raise ValueError("definition mode is mode or nomode: " + mode)
+        mode, plus, extra = mode.partition("+")
+        if mode not in ("mode", "nomode") or (plus and extra != "serializable"):
+            raise ValueError("definition mode is mode or nomode, optionally +serializable: " + fields[3])
         self.has_mode = mode == "mode"
+        self.serializable = bool(plus)
 
     @property
     def storage(self):
         tag = "sgutils::HasMode" if self.has_mode else "sgutils::NoMode"
+        if self.serializable:
+            return "sgutils::PropertyStorage<{}, {}, sgutils::SerializableStorage>".format(self.cpp, tag)
         return "sgutils::PropertyStorage<{}, {}>".format(self.cpp, tag)
 
 
@@ -118,6 +127,7 @@ class ClassDescription:
         self.includes = []
         self.packed = False
         self.declares = []
+        self.allowed = []
         self.properties = []
         with open(path, encoding="utf-8") as f:
             for number, raw in enumerate(f, 1):
@@ -164,6 +174,8 @@ class ClassDescription:
             self.packed = rest == "yes"
         elif key == "declare":
             self.declares.append(rest)
+        elif key == "allowed":
+            self.allowed.append(rest)
         elif key == "triple":
             self.properties.append(Triple(fields))
         elif key == "definition":
@@ -319,7 +331,13 @@ def write_source(d, src):
     out.append('  static foundation::log::Logger& lg = foundation::log::classGenChannel("{}");\n'.format(d.cpp))
     out.append("  return lg;\n}\n")
     out.append('constexpr std::string_view kSource = "{}";\n'.format(d.source or ("objects/" + n)))
-    out.append("struct ClassTag;\n\n}  // namespace\n\n")
+    out.append("struct ClassTag;\n")
+    out.append("// The classes that may derive from this one while graphics classes are sealed.\n")
+    if d.allowed:
+        out.append("constexpr const char* kAllowedSubclasses[] = {{{}}};\n".format(", ".join('"{}"'.format(a) for a in d.allowed)))
+    else:
+        out.append("constexpr std::span<const char* const> kAllowedSubclasses;\n")
+    out.append("\n}  // namespace\n\n")
     for t in d.triples:
         m = member(t.name)
         if t.factory == "typedefault":
@@ -380,21 +398,23 @@ def write_source(d, src):
     out.append("  setClient(cls);\n")
     if d.parent:
         out.append('  cls->addSuperclass(COSID("{}"), true, 0, 1);\n'.format(d.parent_id))
+    out.append("  sealGraphicsClass(cls, kAllowedSubclasses);\n")
     out.append("  const COSID me = cls->getID();\n")
     for t in d.properties:
         if t.kind == "definition":
             out.append("  {}Def_.addTo(cls);\n".format(member(t.name)))
+            out.append("  notePropertiesAdded({}Def_.infos());\n".format(member(t.name)))
             continue
         ga, sa = "MemberAccess({})".format(t.get_access), "MemberAccess({})".format(t.set_access)
         if t.kind != "triple":
-            out.append('  cls->addProperty(new {x}PI(me, "{x}", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x} PropInfo"));\n'.format(
+            out.append('  addProperty(cls, new {x}PI(me, "{x}", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x} PropInfo"));\n'.format(
                 x=t.name, ty=t.type, g=ga, s=sa, f=t.flags))
             continue
-        out.append('  cls->addProperty(new {x}PI(me, "{x}", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x} PropInfo", COSID("{x}_I"), COSID("{x}Mode")));\n'.format(
+        out.append('  addProperty(cls, new {x}PI(me, "{x}", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x} PropInfo", COSID("{x}_I"), COSID("{x}Mode")));\n'.format(
             x=t.name, ty=t.type, g=ga, s=sa, f=t.flags[0]))
-        out.append('  cls->addProperty(new {x}ModePI(me, "{x}Mode", sgutils::detail::autoManualType(), {g}, {s}, {f}, "{x}Mode PropInfo"));\n'.format(
+        out.append('  addProperty(cls, new {x}ModePI(me, "{x}Mode", sgutils::detail::autoManualType(), {g}, {s}, {f}, "{x}Mode PropInfo"));\n'.format(
             x=t.name, g=ga, s=sa, f=t.flags[1]))
-        out.append('  cls->addProperty(new {x}_IPI(me, "{x}_I", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x}_I PropInfo"));\n'.format(
+        out.append('  addProperty(cls, new {x}_IPI(me, "{x}_I", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x}_I PropInfo"));\n'.format(
             x=t.name, ty=t.type, g=ga, s=sa, f=t.flags[2]))
     out.append('  cls->addMethod(new ObjectCtorMI<{n}, sgutils::PublicConstructorAccess>(me, COSID("{n}")));\n}}\n\n'.format(n=n))
 

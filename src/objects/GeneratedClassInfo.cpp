@@ -2,8 +2,11 @@
 // their post-set hook.
 #include "sgutils/objects/GeneratedClassInfo.h"
 
+#include "foundation/graphicsstate/GraphicsState.h"
 #include "sgutils/SGHandle.h"
+#include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSPropInfo.h"
 
 namespace sgutils {
 
@@ -54,5 +57,22 @@ void GeneratedClassInfo::deallocateInstance(COSInterface*, void* data) {
   auto* block = static_cast<GeneratedBlock*>(static_cast<SGReference*>(data));
   if (--block->sharedSlots_ == 0) delete block;
 }
+
+void GeneratedClassInfo::sealGraphicsClass(COSClass* cls, std::span<const char* const> allowedSubclasses) {
+  if (!GraphicsState::sgSealGraphicsClasses()) return;
+  for (const char* name : allowedSubclasses) cls->addAllowedSubclass(COSID(name));
+}
+
+void GeneratedClassInfo::addProperty(COSClass* cls, COSPropInfo* property) {
+  cls->addProperty(property);
+  propertyNameAdded(property->getID());
+}
+
+void GeneratedClassInfo::notePropertiesAdded(const std::vector<COSInterfacePtr>& infos) {
+  for (const COSInterfacePtr& info : infos)
+    if (COSPropInfo* property = cosiToProp(info.get())) propertyNameAdded(property->getID());
+}
+
+void GeneratedClassInfo::propertyNameAdded(COSID name) { addedNames_.push_back(name); }
 
 }  // namespace sgutils

@@ -1,8 +1,13 @@
 // The base of the class infos of generated classes. It makes the data block:
 // the block of the object's most derived generated class that contains this
 // class's data, made once and shared by the slots of its generated
-// ancestors, and freed with the last of them.
+// ancestors, and freed with the last of them. It also holds the steps that
+// every generated initializeClass takes: the sealing to a closed list of
+// subclasses, and the note of each property name the class adds.
 #pragma once
+
+#include <span>
+#include <vector>
 
 #include "sgutils/BaseObjectCOSInfo.h"
 #include "sgutils/objects/GeneratedBlock.h"
@@ -20,6 +25,24 @@ class SGUTILS_API GeneratedClassInfo : public BaseObjectCOSInfo {
   // Whether a block of this class holds the data of `classId` (the class
   // itself or one of its generated C++ ancestors).
   virtual bool blockContains(COSID classId) const = 0;
+
+  // The names of the properties this class added, in the order they were
+  // added (for a triple: X, XMode, X_I).
+  const std::vector<COSID>& addedPropertyNames() const noexcept { return addedNames_; }
+
+ protected:
+  // While graphics classes are sealed (GraphicsState), only the listed
+  // classes may derive from `cls`. The switch is read once, here.
+  static void sealGraphicsClass(COSClass* cls, std::span<const char* const> allowedSubclasses);
+  // Adds the property to the class and notes its name.
+  void addProperty(COSClass* cls, COSPropInfo* property);
+  // Notes the names of infos that a property definition added.
+  void notePropertiesAdded(const std::vector<COSInterfacePtr>& infos);
+  // Called for each property name the class adds, right after the add.
+  virtual void propertyNameAdded(COSID name);
+
+ private:
+  std::vector<COSID> addedNames_;
 };
 
 }  // namespace sgutils

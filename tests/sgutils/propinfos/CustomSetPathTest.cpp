@@ -10,6 +10,7 @@
 #include "foundation/core/except/IMsgIDException.h"
 #include "foundation/log/LogCapture.h"
 #include "foundation/log/Logger.h"
+#include "vcos/ObjectArray.h"
 #include "vx/vx.h"
 
 namespace sgtest::propmodel {
@@ -79,6 +80,78 @@ TEST_F(CustomSetPath, InternalComponentRefusesAnEmptyValueAndStoresNothing) {
   const COSValue stored = publicGet(object, "Component");
   EXPECT_TRUE(stored.isEmpty()) << "the refused value was stored";
   object->releasePropertyValue(COSGetPublicClient(), prop(object, "Component"), stored);
+  EXPECT_TRUE(posts().empty());
+}
+
+// Internal components: values with a "NodeParent", hooked into the tree
+// below the object through its "addNode" and "replaceChild".
+class InternalComponent : public CustomSetPath {
+ protected:
+  void SetUp() override {
+    CustomSetPath::SetUp();
+    nodeCalls().clear();
+  }
+  void TearDown() override {
+    for (auto& c : children) c->deleteObject(COSGetPublicClient());
+    CustomSetPath::TearDown();
+  }
+  COSInterfacePtr child(const COSInterfacePtr& parent = COSInterfacePtr()) {
+    COSInterfacePtr c = makeObject(kNodeChildClass);
+    children.push_back(c);
+    if (parent) setParent(c, parent);
+    return c;
+  }
+  static void setParent(const COSInterfacePtr& c, const COSInterfacePtr& parent) {
+    matrix::unique_vxArray p(omCreateVCOSScalar(parent));
+    publicSet(c, "NodeParent", COSValue(p.get()));
+  }
+  void setComponent(const COSInterfacePtr& c) {
+    matrix::unique_vxArray value(omCreateVCOSScalar(c));
+    publicSet(object, "Component", COSValue(value.get()));
+  }
+  COSInterfacePtr component() {
+    const COSValue v = publicGet(object, "Component");
+    COSInterfacePtr c = v.isEmpty() || vxIsEmpty(v.asPointer<const vxArray>())
+                            ? COSInterfacePtr()
+                            : omGetArrayElement(v.asPointer<const vxArray>(), 0);
+    object->releasePropertyValue(COSGetPublicClient(), prop(object, "Component"), v);
+    return c;
+  }
+
+  std::vector<COSInterfacePtr> children;
+};
+
+TEST_F(InternalComponent, AFirstComponentIsAddedBelowTheObjectAndALaterOneReplacesIt) {
+  const COSInterfacePtr first = child();
+  setComponent(first);
+  EXPECT_EQ(component(), first);
+  setParent(first, object);  // what the object's addNode would have done
+  const COSInterfacePtr second = child();
+  setComponent(second);
+  EXPECT_EQ(component(), second);
+  const std::vector<std::string> expected = {
+      "addNode sg2utils.TestPropertyFlags sg2utils.TestNodeChild",
+      "replaceChild sg2utils.TestPropertyFlags sg2utils.TestNodeChild sg2utils.TestNodeChild"};
+  EXPECT_EQ(nodeCalls(), expected);
+}
+
+TEST_F(InternalComponent, AComponentThatHasAParentIsStoredWithoutNodeCalls) {
+  const COSInterfacePtr owned = child(child());
+  setComponent(owned);
+  EXPECT_EQ(component(), owned);
+  EXPECT_TRUE(nodeCalls().empty());
+}
+
+TEST_F(InternalComponent, AParentWithoutReplaceChildIsReportedAndNothingIsStored) {
+  const COSInterfacePtr first = child(child());  // its parent has no node methods
+  setComponent(first);
+  try {
+    setComponent(child());
+    FAIL() << "a parent without replaceChild was accepted";
+  } catch (const foundation::core::except::IMsgIDException& e) {
+    EXPECT_EQ(e.identifier(), "VANTEL:sgutils:NoMethodFound");
+  }
+  EXPECT_EQ(component(), first);
   EXPECT_TRUE(posts().empty());
 }
 

@@ -16,6 +16,8 @@
 #include "vcos/vcos.h"
 #include "vx/vx.h"
 #include "sgdatatypes/Enumeration.h"
+#include "sgutils/objects/TwinProperties.gen.h"
+#include "vcos/COSGenericClass.h"
 
 namespace sgtest::propmodel {
 
@@ -76,6 +78,27 @@ class TwiceMI final : public COSMethodBase {
   }
 };
 
+// A method that only notes its call: its name and the class of each input.
+class JournalMI final : public COSMethodBase {
+ public:
+  JournalMI(COSID cls, const char* name, int inputs)
+      : COSMethodBase(cls, COSID(name), PublicAccess, name,
+                      COSMethodSignature::createMethodSignature(COSID(name), arguments(inputs), {})) {}
+  void invoke(const COSClient*, int& nlhs, COSValue*, int nrhs, const COSValue* prhs) const override {
+    std::string call = getName();
+    for (int k = 0; k < nrhs; ++k) call += std::string(" ") + vxGetClassName(prhs[k].asPointer<const vxArray>());
+    nodeCalls().push_back(call);
+    nlhs = 0;
+  }
+
+ private:
+  static std::vector<COSMethodSignature::Argument> arguments(int n) {
+    std::vector<COSMethodSignature::Argument> a;
+    for (int k = 0; k < n; ++k) a.push_back({COSID(k == 0 ? "obj" : "arg"), COSDataTypePtr("any"), false});
+    return a;
+  }
+};
+
 // Plain double properties with attributes. "Plain" has none, so it keeps the
 // ordinary set path.
 class TestPropertyFlagsInfo final : public JournalingClassInfo {
@@ -108,7 +131,37 @@ class TestPropertyFlagsInfo final : public JournalingClassInfo {
     cls->setPropertyAttribute(COSID("LimitsAndLegend"), COSID("AffectsLegend"), on);
     cls->setPropertyAttribute(COSID("Abortable"), COSID("AffectsObject"), on);
     cls->addMethod(new TwiceMI(me));
+    cls->addMethod(new JournalMI(me, "addNode", 2));
+    cls->addMethod(new JournalMI(me, "replaceChild", 3));
     cls->addMethod(new ObjectCtorMI<JournalingHandle, sgutils::PublicConstructorAccess>(me, COSID(getName())));
+  }
+};
+
+// A graphics object with the generated TwinProperties mixin. Only the first
+// of these two classes is on the mixin's list of allowed subclasses.
+template <const char* Name>
+class TwinHostInfo final : public JournalingClassInfo {
+ public:
+  const char* getName() const override { return Name; }
+  void initializeClass(COSClass* cls, const COSClient*) override {
+    setClient(cls);
+    cls->addSuperclass(graphicsId(), true, 0, 1);
+    cls->addSuperclass(sgtest::TwinProperties::classID(), false, 0, 1);
+    cls->addMethod(new ObjectCtorMI<JournalingHandle, sgutils::PublicConstructorAccess>(cls->getID(), COSID(Name)));
+  }
+};
+constexpr char kTwinHostName[] = "TestLoadObjBase";
+constexpr char kRefusedTwinHostName[] = "TestUpdateViewInfo";
+
+// A handle object with a public "NodeParent", as the values of an internal
+// component property have; it has no node methods of its own.
+class TestNodeChildInfo final : public COSGenericClass {
+ public:
+  TestNodeChildInfo() : COSGenericClass("TestNodeChild") {}
+  bool isHandleClass() const override { return true; }
+  void initializeClass(COSClass* cls, const COSClient*) override {
+    cls->addSuperclass(COSID("handle"), true, 0, 1);
+    cls->addProperty(new COSPropT(cls->getID(), COSID("NodeParent"), COSDataTypePtr("any")));
   }
 };
 
@@ -135,6 +188,10 @@ void registerPropertyModelClasses() {
     VLInitialize_sgutils();
     sgutils::getNamespace()->addClass(new TestPostSetFcnInfo, 0, 2);
     sgutils::getNamespace()->addClass(new TestPropertyFlagsInfo, 0, 2);
+    sgutils::generated::registerTwinProperties();
+    sgutils::getNamespace()->addClass(new TwinHostInfo<kTwinHostName>, 0, 2);
+    sgutils::getNamespace()->addClass(new TwinHostInfo<kRefusedTwinHostName>, 0, 2);
+    sgutils::getNamespace()->addClass(new TestNodeChildInfo, 0, 2);
     return true;
   }();
   (void)done;
@@ -144,6 +201,11 @@ COSInterfacePtr makeObject(const char* className) {
   registerPropertyModelClasses();
   matrix::unique_vxArray result(omConstructObjectWithClient(className, 0, nullptr, COSGetPublicClient()));
   return omGetArrayElement(result.get(), 0);
+}
+
+std::vector<std::string>& nodeCalls() {
+  static std::vector<std::string> calls;
+  return calls;
 }
 
 JournalingHandle& handleOf(const COSInterfacePtr& object) {

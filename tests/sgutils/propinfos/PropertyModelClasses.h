@@ -6,7 +6,14 @@
 // - "sg2utils.TestPropertyFlags": a graphics object with plain properties
 //   that carry graphics attributes (AffectsObject, AffectsLegend, ...), so
 //   the custom set path of the metaclass runs for them, and a colour triple
-//   EdgeColor written by hand in the generated pattern.
+//   EdgeColor written by hand in the generated pattern; its "Component" is
+//   an internal component, and its methods "addNode" and "replaceChild" note
+//   their calls in nodeCalls().
+// - "sg2utils.TestLoadObjBase": a graphics object with the generated
+//   test mixin TwinProperties (properties with serializable twins);
+//   "sg2utils.TestUpdateViewInfo" tries the same but is not on the
+//   mixin's list of allowed subclasses.
+// - "sg2utils.TestNodeChild": a handle class with a "NodeParent" property.
 #pragma once
 
 #include <string>
@@ -20,6 +27,9 @@ namespace sgtest::propmodel {
 
 inline constexpr const char kSelectableClass[] = "sg2utils.TestPostSetFcn";
 inline constexpr const char kFlagsClass[] = "sg2utils.TestPropertyFlags";
+inline constexpr const char kTwinClass[] = "sg2utils.TestLoadObjBase";
+inline constexpr const char kRefusedTwinClass[] = "sg2utils.TestUpdateViewInfo";
+inline constexpr const char kNodeChildClass[] = "sg2utils.TestNodeChild";
 
 struct PostSet {
   std::string property;
@@ -42,6 +52,8 @@ class JournalingHandle : public SGHandle {
 // Starts the library and registers both classes (once).
 void registerPropertyModelClasses();
 COSInterfacePtr makeObject(const char* className);
+// "addNode obj child" and the like, one entry per call of a node method.
+std::vector<std::string>& nodeCalls();
 JournalingHandle& handleOf(const COSInterfacePtr& object);
 graphics::mixin::Selectable& selectableOf(const COSInterfacePtr& object);
 COSPropInfo* prop(const COSInterfacePtr& object, const char* name);
