@@ -74,6 +74,32 @@ TEST(DataTypes, ConversionsCanBeAddedAndRemoved) {
   EXPECT_EQ(COSTypeRepository::getConversion(dbl, single), nullptr);
 }
 
+TEST(DataTypes, TextConvertsToAnyTypeMadeFromArrays) {
+  const COSID text("asciiString");
+  auto fromText = [&](const char* type, const std::string& s) {
+    COSTypeConversion* c = COSTypeRepository::getConversion(text, COSID(type));
+    if (!c) throw std::runtime_error(std::string("no conversion to ") + type);
+    return c->convert(COSValue(&s));
+  };
+  EXPECT_EQ(fromText("double scalar", "2.5").asDouble(), 2.5) << "a number is read as a number";
+  EXPECT_EQ(fromText("double scalar", " -Inf ").asDouble(), -INFINITY);
+  EXPECT_TRUE(fromText("logical scalar", "true").asBool());
+  const COSValue u = fromText("unicodeString", "12");
+  EXPECT_EQ(*u.asPointer<const std::u16string>(), u"12") << "a text type takes digits as text";
+  COSTypeRepository::getType(COSID("unicodeString"))->destroy(u);
+  const COSValue chars = fromText("any", "abc");
+  EXPECT_TRUE(vxIsChar(chars.asPointer<const vxArray>()));
+  vxDestroyArray(chars.asPointer<vxArray>());
+  try {
+    fromText("double scalar", "1 x");
+    FAIL() << "a text that is no number became a double";
+  } catch (const foundation::core::except::Error& e) {
+    EXPECT_EQ(e.identifier(), "VANTEL:vcos:ConversionFailed") << "the first refusal is the one reported";
+  }
+  EXPECT_EQ(COSTypeRepository::getConversion(COSID("double scalar"), COSID("logical scalar")), nullptr)
+      << "only text gets conversions made on demand";
+}
+
 TEST(ArrayBridge, GetAndSetByNameGoThroughTheClientPath) {
   COSInterfacePtr c = vt::make("vt.Circle");
   vxArray* arr = vxCreateObjectMatrix(1, 1, c->getClass()->getID().entry());

@@ -66,10 +66,14 @@ TEST(CreatePropInfo, ChoosesTheCheapProxyOnlyForADescriptorThatChangesNothing) {
   EXPECT_FALSE(g->isInitAllowed()) << "without an initial value a proxy is not init-allowed";
   EXPECT_EQ(g->getMemberSetAccess(), ProtectedAccess);
   EXPECT_EQ(g->getMemberGetAccess(), PublicAccess);
-  // An initial value needs a conversion from text to the wrapped type;
-  // there is none to "double scalar".
+  // An initial value is text, converted once to the wrapped type.
   d.setInitialValue("2.5");
-  EXPECT_THROW(sgutils::createPropInfo(d, wrapped, &sameObject), sgutils::NullPropInfoException);
+  COSInterfacePtr initial(sgutils::createPropInfo(d, wrapped, &sameObject));
+  auto* i = static_cast<COSPropInfo*>(initial.get());
+  EXPECT_TRUE(i->isInitAllowed());
+  EXPECT_EQ(i->getFactoryDefault().asDouble(), 2.5);
+  d.setInitialValue("two and a half");
+  EXPECT_ANY_THROW(sgutils::createPropInfo(d, wrapped, &sameObject));
 
   EXPECT_THROW(sgutils::ProxyPropInfo(wrapped, nullptr), sgutils::NullPropInfoException);
   object->deleteObject(COSGetPublicClient());

@@ -1,5 +1,6 @@
 // The table of data types by name, and the conversion tables. Class-typed
-// names are made on first request and kept.
+// names are made on first request and kept, and so is the conversion from
+// "asciiString" to any type that can be made from an array.
 #include "vcos/COSTypeRepository.h"
 
 #include <map>
@@ -9,6 +10,7 @@
 #include "vcos/src/core/Messages.h"
 #include "foundation/core/except/Error.h"
 #include "vcos/src/types/BasicTypes.h"
+#include "vcos/src/types/TextConversion.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/JavaTypeConversion.h"
 
@@ -18,6 +20,8 @@ struct Tables {
   std::unordered_map<COSID, COSDataTypePtr> types;
   std::map<std::pair<COSID, COSID>, std::unique_ptr<COSTypeConversion>> conversions;
   std::unordered_map<COSID, std::unique_ptr<COSTypeConversion>> foreign;
+  // From text to a type, made on first request (TextConversion.h).
+  std::unordered_map<COSID, std::unique_ptr<COSTypeConversion>> fromText;
 };
 
 Tables& tables() {
@@ -54,7 +58,12 @@ void COSTypeRepository::addType(COSDataType* type) {
 COSTypeConversion* COSTypeRepository::getConversion(COSID from, COSID to) {
   Tables& t = tables();
   auto it = t.conversions.find({from, to});
-  return it == t.conversions.end() ? nullptr : it->second.get();
+  if (it != t.conversions.end()) return it->second.get();
+  static const COSID text("asciiString"), any("any");
+  if (from != text || (to != any && !t.conversions.contains({any, to}))) return nullptr;
+  std::unique_ptr<COSTypeConversion>& made = t.fromText[to];
+  if (!made) made = std::make_unique<vcos::internal::TextConversion>(to);
+  return made.get();
 }
 
 void COSTypeRepository::addConversion(COSID from, COSID to, COSTypeConversion* conversion) {
