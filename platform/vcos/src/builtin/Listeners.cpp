@@ -355,9 +355,10 @@ COSInterfacePtr constructListenerObject(const COSClient* client, int nrhs, const
 }
 
 void keepWithSources(const COSInterfacePtr& listenerObject) {
+  // No op: every source went already (deleted by a listener of the
+  // construction), so there is nothing to hold it.
   ListenerBlock* block = listenerBlock(listenerObject.get());
-  assert(block && block->op && "keepWithSources needs an attached listener object");
-  static_cast<ListenerObjectOp*>(block->op)->holdStrongly();
+  if (block && block->op) static_cast<ListenerObjectOp*>(block->op)->holdStrongly();
 }
 
 }  // namespace vcos::builtin
