@@ -1,5 +1,5 @@
 // Property look-up (exact, case-insensitive, prefix, ambiguity, dynamic) and
-// the client path (access, listeners, custom set).
+// the client path (access, listeners, custom set and get).
 #include <gtest/gtest.h>
 
 #include "VcosTestClasses.h"
@@ -144,6 +144,42 @@ TEST(CustomSet, RunsOnlyForPropertiesTurnedOnForTheClass) {
   vt::set<double>(child, "Color", 5.0);
   vt::set<double>(child, "Size", 5.0);
   EXPECT_EQ(j.customSetNames, (std::vector<std::string>{"Color", "Color"}));
+}
+
+TEST(CustomGet, GetsAndReleasesOfTurnedOnPropertiesGoThroughTheMetaClass) {
+  vt::Journal& j = vt::journal();
+  COSInterfacePtr o = vt::make("vt.Tracked");
+  COSClass* tracked = o->getClass();
+  // Color was turned on once the class was complete, Size while it was
+  // being built.
+  EXPECT_TRUE(tracked->isCustomGetOn(vt::prop(o, "Color")));
+  EXPECT_TRUE(tracked->isCustomGetOn(vt::prop(o, "Size")));
+  EXPECT_FALSE(tracked->isCustomSetOn(vt::prop(o, "Size")));
+  EXPECT_FALSE(vt::cls("vt.Shape")->isCustomGetOn(vt::prop(vt::make("vt.Shape"), "Width")));
+  vt::set<double>(o, "Color", 2.5);
+  vt::set<double>(o, "Size", 1.5);
+  j.customGetNames.clear();
+  j.customReleaseNames.clear();
+  EXPECT_EQ(vt::get<double>(o, "Color"), 2.5);
+  EXPECT_EQ(vt::get<double>(o, "Size"), 1.5);
+  EXPECT_EQ(j.customGetNames, (std::vector<std::string>{"Color", "Size"}));
+  EXPECT_EQ(j.customReleaseNames, j.customGetNames) << "a value went back another way than it came";
+  // Inherited by a subclass with the ordinary meta class.
+  COSInterfacePtr child = vt::make("vt.TrackedChild");
+  vt::set<double>(child, "Color", 3.0);
+  EXPECT_EQ(vt::get<double>(child, "Color"), 3.0);
+  EXPECT_EQ(j.customGetNames.back(), "Color");
+  EXPECT_EQ(j.customReleaseNames.size(), 3u);
+  // A PostGet listener that fails: the value the custom get made goes back
+  // through the custom release.
+  COSInterfacePtr failing = vt::listener([](COSInterface*, COSEventData*) {
+    throw foundation::core::except::Error("VANTEL:vcos:InvalidValueForType", "Color");
+  });
+  o->addPropertyListener(COSPropertyEvent::PostGet, vt::prop(o, "Color"), vt::L(failing));
+  EXPECT_THROW(vt::get<double>(o, "Color"), Error);
+  EXPECT_EQ(j.customGetNames.size(), 4u);
+  EXPECT_EQ(j.customReleaseNames.size(), 4u);
+  o->removePropertyListener(COSPropertyEvent::PostGet, vt::prop(o, "Color"), vt::L(failing));
 }
 
 }  // namespace

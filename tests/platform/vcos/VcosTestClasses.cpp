@@ -92,6 +92,7 @@ class ShapeInfo final : public BlockInfo<ShapeData> {
     c->addProperty(quiet);
     c->addEvent(new COSEventT(id("Changed")));
     c->addEvent(new COSEventT(id("Guarded"), PrivateAccess));
+    c->addEvent(new COSEventT(id("Whisper"), PublicAccess, ProtectedAccess));
     c->addMethod(new FnMethod(me, "area", PublicAccess, signature("area", {nullptr}),
                               [](int& nlhs, COSValue* plhs, int, const COSValue* prhs) {
                                 double w = shapeOf(prhs[0])->width;
@@ -257,7 +258,10 @@ class TrackingMetaClass final : public COSCustomMetaClass {
     while (it.hasMoreElements()) {
       COSInterfacePtr p = it.nextElement();
       auto* a = static_cast<TrackedAttribute*>(p->getInstanceData(id("vt.TrackedProperty")));
-      if (a && a->tracked) turnOnCustomSet(cls, cosiToProp(p.get())->getID());
+      if (a && a->tracked) {
+        turnOnCustomSet(cls, cosiToProp(p.get())->getID());
+        turnOnCustomGet(cls, cosiToProp(p.get())->getID());
+      }
     }
   }
   void finishClassCreation(COSClass*) override { ++journal().finishClassCalls; }
@@ -265,6 +269,14 @@ class TrackingMetaClass final : public COSCustomMetaClass {
     ++journal().customSets;
     journal().customSetNames.push_back(property->getName());
     setPropertyValue(object, property, value);
+  }
+  COSValue customGetPropertyValue(COSInterface* object, COSPropInfo* property) override {
+    journal().customGetNames.push_back(property->getName());
+    return COSCustomMetaClass::customGetPropertyValue(object, property);
+  }
+  void customReleasePropertyValue(COSInterface* object, COSPropInfo* property, COSValue value) override {
+    journal().customReleaseNames.push_back(property->getName());
+    COSCustomMetaClass::customReleasePropertyValue(object, property, value);
   }
 };
 
@@ -277,6 +289,8 @@ class TrackedInfo final : public COSClassInfo, public COSUseCustomMetaData {
     c->addProperty(new COSPropT(me, id("Color"), COSDataTypePtr("double scalar")));
     c->addProperty(new COSPropT(me, id("Size"), COSDataTypePtr("double scalar")));
     c->setPropertyAttribute(id("Color"), id("Tracked"), COSValue::fromBool(true));
+    // Turned on while the class is being built: the mark waits for the table.
+    COSCustomMetaClass::turnOnCustomGet(c, "Size");
   }
 };
 
@@ -319,6 +333,14 @@ class FragileInfo final : public COSClassInfo {
   }
 };
 
+// A Shape subclass that only the class property listener tests build, so
+// that it is built after their listeners are in place.
+class LateShapeInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "LateShape"; }
+  void initializeClass(COSClass* c, const COSClient*) override { c->addSuperclass(id("vt.Shape")); }
+};
+
 class TestNamespace final : public COSNamespaceInfo {
  public:
   const char* getName() const override { return "vt"; }
@@ -352,6 +374,7 @@ void registerClasses() {
   p->addClass(new CycleAInfo);
   p->addClass(new CycleBInfo);
   p->addClass(new FragileInfo);
+  p->addClass(new LateShapeInfo);
 }
 
 }  // namespace vt

@@ -18,6 +18,8 @@ struct Journal {
   std::vector<std::string> deallocations;  // class names, in order
   int customSets = 0;          // customSetPropertyValue calls
   std::vector<std::string> customSetNames;
+  std::vector<std::string> customGetNames;      // customGetPropertyValue calls
+  std::vector<std::string> customReleaseNames;  // customReleasePropertyValue calls
   int finishPropertyCalls = 0;
   int finishClassCalls = 0;
   int propertiesSeenAtFinish = 0;

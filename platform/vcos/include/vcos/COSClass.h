@@ -108,13 +108,31 @@ class VCOS_API COSClass final : public COSInterface {
   // allocated as usual); no constructor runs.
   COSInterfacePtr wrapInstanceData(void* data);
 
-  // Listeners on the instances of this class and its subclasses.
+  // Listeners on the instances of this class and its subclasses. An event
+  // that this class declares must admit `client` by its listen access
+  // ("VANTEL:vcos:EventAccessDenied"); the form without a client adds as
+  // the public client.
+  void addClassListener(const COSClient* client, COSID eventId, COSListener* listener, int priority = 0);
   void addClassListener(COSID eventId, COSListener* listener, int priority = 0);
   void removeClassListener(COSID eventId, const COSListener* listener);
 
+  // Listeners on a property event of `property` (one of this class's
+  // properties; it is matched by name, so an override in a subclass is
+  // covered too) on every instance of this class and its subclasses. They
+  // run before the instance's own property listeners, in the order added.
+  // The property must allow listeners for the event's kind
+  // ("VANTEL:vcos:PropertyNotObservable") and admit `client` by its get
+  // access ("VANTEL:vcos:PropertyListenDenied").
+  void addClassPropertyListener(const COSClient* client, COSPropertyEvent kind, const COSPropInfo* property,
+                                COSListener* listener);
+  void removeClassPropertyListener(COSPropertyEvent kind, const COSPropInfo* property, const COSListener* listener);
+
   // Custom meta class support: whether sets of `property` go through the
-  // meta class's customSetPropertyValue for instances of this class.
+  // meta class's customSetPropertyValue for instances of this class, and
+  // whether gets and releases go through its customGetPropertyValue and
+  // customReleasePropertyValue.
   bool isCustomSetOn(const COSPropInfo* property) const noexcept;
+  bool isCustomGetOn(const COSPropInfo* property) const noexcept;
   // True when the meta class of this class is a custom one.
   bool usesCustomMetaClass() const noexcept { return customMeta_; }
 

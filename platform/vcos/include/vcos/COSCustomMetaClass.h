@@ -21,6 +21,9 @@ class VCOS_API COSCustomMetaClass : public MetaClassBase {
   // The set path of properties turned on with turnOnCustomSet; the default
   // ends in setPropertyValue.
   virtual void customSetPropertyValue(COSInterface* object, COSPropInfo* property, COSValue value);
+  // The get path of properties turned on with turnOnCustomGet, and the
+  // release of the values it handed out; the defaults are the property's
+  // getValue and releaseValue.
   virtual COSValue customGetPropertyValue(COSInterface* object, COSPropInfo* property);
   virtual void customReleasePropertyValue(COSInterface* object, COSPropInfo* property, COSValue value);
 
@@ -32,4 +35,9 @@ class VCOS_API COSCustomMetaClass : public MetaClassBase {
   // "VANTEL:vcos:UnknownProperty" if `cls` has no such property.
   static void turnOnCustomSet(COSClass* cls, COSID propertyName);
   static void turnOnCustomSet(COSClass* cls, const char* propertyName) { turnOnCustomSet(cls, COSID(propertyName)); }
+  // The same for the get path: every client-path get of that property goes
+  // through customGetPropertyValue, and every client-path release of its
+  // values through customReleasePropertyValue.
+  static void turnOnCustomGet(COSClass* cls, COSID propertyName);
+  static void turnOnCustomGet(COSClass* cls, const char* propertyName) { turnOnCustomGet(cls, COSID(propertyName)); }
 };

@@ -98,8 +98,8 @@ class VCOS_API COSInterface {
   void findDynamicProperty(COSInterfacePtr& out, COSID name) const;
 
   // The client path: access check, property listeners, get/set methods (and
-  // the custom set path of the meta class where turned on). The value from
-  // getPropertyValue belongs to the caller: give it back with
+  // the custom set and get paths of the meta class where turned on). The
+  // value from getPropertyValue belongs to the caller: give it back with
   // releasePropertyValue. A set value is borrowed.
   COSValue getPropertyValue(const COSClient* client, const COSPropInfo* property);
   void setPropertyValue(const COSClient* client, const COSPropInfo* property, COSValue value);
@@ -125,9 +125,18 @@ class VCOS_API COSInterface {
   void addDynamicProperty(COSPropInfo* property);
   void removeDynamicProperty(const COSPropInfo* property);
 
-  // Instance listeners. The instance holds a strong reference to each.
+  // Instance listeners. The instance holds a strong reference to each. An
+  // event that the class declares must admit `client` by its listen access
+  // ("VANTEL:vcos:EventAccessDenied"). A property listener needs a property
+  // that allows listeners for the event's kind
+  // ("VANTEL:vcos:PropertyNotObservable") and whose get access admits
+  // `client` ("VANTEL:vcos:PropertyListenDenied"). The forms without a
+  // client add as the public client.
+  void addListener(const COSClient* client, COSID eventId, COSListener* listener, int priority = 0);
   void addListener(COSID eventId, COSListener* listener, int priority = 0);
   void removeListener(COSID eventId, const COSListener* listener);
+  void addPropertyListener(const COSClient* client, COSPropertyEvent kind, const COSPropInfo* property,
+                           COSListener* listener);
   void addPropertyListener(COSPropertyEvent kind, const COSPropInfo* property, COSListener* listener);
   void removePropertyListener(COSPropertyEvent kind, const COSPropInfo* property, const COSListener* listener);
 

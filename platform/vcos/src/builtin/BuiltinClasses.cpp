@@ -23,7 +23,7 @@ const ClassRow kClasses[] = {
      &deleteBlock<PropertyEventBlock>, &addPropertyEventMembers},
     {"event", "listener", {"handle", nullptr}, false, &newBlock<ListenerBlock>, &deleteBlock<ListenerBlock>,
      &addListenerMembers},
-    {"event", "proplistener", {"event.listener", nullptr}, false, nullptr, nullptr, nullptr},
+    {"event", "proplistener", {"event.listener", nullptr}, false, nullptr, nullptr, &addPropListenerMembers},
     {"vantel.mixin", "Heterogeneous", {nullptr, nullptr}, true, nullptr, nullptr, &addHeterogeneousMembers},
     {"vantel.mixin", "CustomDisplay", {nullptr, nullptr}, true, nullptr, nullptr, &addCustomDisplayMembers},
     {"vantel.mixin.util", "PropertyGroup", {"handle", nullptr}, false, &newBlock<PropertyGroupBlock>,

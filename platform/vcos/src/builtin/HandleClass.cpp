@@ -3,38 +3,27 @@
 // properties).
 #include "vcos/src/builtin/ClassMembers.h"
 
-#include <string>
 #include <vector>
 
 #include "foundation/core/except/Error.h"
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
-#include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
-#include "vcos/COSEventInfo.h"
-#include "vcos/COSPropInfo.h"
 #include "vcos/Findobj.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/src/builtin/BuiltinMethod.h"
-#include "vcos/src/builtin/Callbacks.h"
 #include "vcos/src/builtin/Listeners.h"
 #include "vx/matrix.h"
-#include "vx/vxCell.h"
 #include "vx/vxCreate.h"
 #include "vx/vxData.h"
 #include "vx/vxObjectStorage.h"
 #include "vx/vxQuery.h"
-#include "vx/vxText.h"
 
 using foundation::core::except::Error;
 
 namespace vcos::builtin {
 
 namespace {
-
-bool isTextArg(const vxArray* a) {
-  return a && ((vxIsChar(a) && vxGetM(a) == 1) || (vxIsString(a) && vxIsScalar(a)));
-}
 
 const COSInterfacePtr* objectsOf(const vxArray* a) { return omIsVCOS(a) ? vxGetObjectElements(a) : nullptr; }
 
@@ -101,100 +90,11 @@ void findobjMethod(const COSClient*, int& nlhs, vxArray* plhs[], int nrhs, const
 
 // ---- addlistener -----------------------------------------------------------
 
-std::vector<COSInterfacePtr> liveSources(const vxArray* handles) {
-  if (!omIsVCOS(handles) || vxIsEmpty(handles)) throw Error("VANTEL:vcos:addlistener:NoSource");
-  std::vector<COSInterfacePtr> sources;
-  const COSInterfacePtr* e = vxGetObjectElements(handles);
-  for (vxSize i = 0, n = vxGetNumberOfElements(handles); i < n; ++i) {
-    if (!e[i] || e[i]->isDestroyed() || e[i]->isBeingDestroyed()) throw Error("VANTEL:vcos:InvalidHandle");
-    sources.push_back(e[i]);
-  }
-  return sources;
-}
-
-bool listenAllowed(const COSClient* client, const COSEventInfo* event) {
-  if (event->getListenAccess() == PublicAccess && !event->getExtendedListenAccess()) return true;
-  // A non-public event admits the defining class's own client and, when
-  // protected, its subclasses' clients.
-  const COSClass* own = client ? client->getClass() : nullptr;
-  if (!own) return false;
-  if (event->getListenAccess() == PrivateAccess) return own == event->getDefiningClass();
-  return own->isSubclassOf(event->getDefiningClass());
-}
-
-void checkCallback(const vxArray* callback) {
-  if (!isCallback(callback)) throw Error("VANTEL:vcos:addlistener:BadCallback");
-}
-
-COSPropertyEvent propertyEventOf(const vxArray* name) {
-  if (!isTextArg(name)) throw Error("VANTEL:vcos:addlistener:BadPropertyEvent", "");
-  const std::string s = vxArrayToStdString(name);
-  if (s == "PreSet") return COSPropertyEvent::PreSet;
-  if (s == "PostSet") return COSPropertyEvent::PostSet;
-  if (s == "PreGet") return COSPropertyEvent::PreGet;
-  if (s == "PostGet") return COSPropertyEvent::PostGet;
-  throw Error("VANTEL:vcos:addlistener:BadPropertyEvent", s);
-}
-
-// Property names from text, a cell of text, or an array of property objects.
-std::vector<COSID> propertyNames(const vxArray* props) {
-  std::vector<COSID> names;
-  if (isTextArg(props)) {
-    names.emplace_back(vxArrayToStdString(props));
-  } else if (vxIsCell(props)) {
-    for (vxSize i = 0, n = vxGetNumberOfElements(props); i < n; ++i) {
-      const vxArray* c = vxGetCell(props, i);
-      if (!isTextArg(c)) throw Error("VANTEL:vcos:addlistener:BadPropertyList");
-      names.emplace_back(vxArrayToStdString(c));
-    }
-  } else if (omIsVCOS(props)) {
-    const COSInterfacePtr* e = vxGetObjectElements(props);
-    for (vxSize i = 0, n = vxGetNumberOfElements(props); i < n; ++i) {
-      const COSPropInfo* p = cosiToProp(e[i].get());
-      if (!p) throw Error("VANTEL:vcos:addlistener:BadPropertyList");
-      names.push_back(p->getID());
-    }
-  } else {
-    throw Error("VANTEL:vcos:addlistener:BadPropertyList");
-  }
-  if (names.empty()) throw Error("VANTEL:vcos:addlistener:BadPropertyList");
-  return names;
-}
-
+// The listener object comes from the constructor of "event.listener" or
+// "event.proplistener" with the same inputs; then its sources hold it.
 void addlistenerMethod(const COSClient* client, int& nlhs, vxArray* plhs[], int nrhs, const vxArray* prhs[]) {
-  if (nrhs != 3 && nrhs != 4) throw Error("VANTEL:vcos:addlistener:BadArguments");
-  const std::vector<COSInterfacePtr> sources = liveSources(prhs[0]);
-  AttachRequest request;
-  if (nrhs == 3) {
-    if (!isTextArg(prhs[1])) throw Error("VANTEL:vcos:addlistener:BadEventName");
-    request.eventName = COSID(vxArrayToStdString(prhs[1]));
-    for (const COSInterfacePtr& s : sources) {
-      const COSEventInfo* event = s->getClass()->findEvent(request.eventName);
-      if (!event) throw Error("VANTEL:vcos:addlistener:UnknownEvent", request.eventName.str(), s->getClass()->getName());
-      if (!listenAllowed(client, event))
-        throw Error("VANTEL:vcos:addlistener:EventAccessDenied", request.eventName.str(), s->getClass()->getName());
-      request.attachments.push_back({s, nullptr});
-    }
-    request.callback = prhs[2];
-  } else {
-    request.propertyListener = true;
-    const std::vector<COSID> names = propertyNames(prhs[1]);
-    request.propertyEvent = propertyEventOf(prhs[2]);
-    const bool getEvent =
-        request.propertyEvent == COSPropertyEvent::PreGet || request.propertyEvent == COSPropertyEvent::PostGet;
-    for (const COSInterfacePtr& s : sources) {
-      for (COSID name : names) {
-        const COSPropInfo* p = s->findPropertyInfo(name);
-        if (!p) throw Error("VANTEL:vcos:addlistener:UnknownProperty", name.str(), s->getClass()->getName());
-        if (!(getEvent ? p->isListenerGetAllowed() : p->isListenerSetAllowed()))
-          throw Error("VANTEL:vcos:addlistener:PropertyNotObservable", p->getName(), vxArrayToStdString(prhs[2]));
-        request.attachments.push_back({s, p});
-      }
-    }
-    request.callback = prhs[3];
-  }
-  checkCallback(request.callback);
-  COSInterfacePtr listener = attachListenerObject(request);
+  COSInterfacePtr listener = constructListenerObject(client, nrhs, prhs);
+  keepWithSources(listener);
   plhs[0] = omCreateVCOSScalar(listener);
   nlhs = 1;
 }

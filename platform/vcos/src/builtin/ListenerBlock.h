@@ -5,13 +5,15 @@
 // ("event.EventData", "event.PropertyEvent").
 //
 // Ownership: each source holds the registered COSListener strongly; the
-// listener's op holds the listener object strongly; the listener object holds
-// its sources weakly and its COSListener not at all (a plain pointer that the
-// op clears when the COSListener goes, which is the moment the last source
-// lets it go). So a listener object lives as long as a source or a variable
-// holds it, and no cycle forms, not even one through memory kept by a weak
-// reference. Deleting the listener object detaches it from every source that
-// is still alive.
+// listener's op holds the listener object, strongly for addlistener's
+// listeners and weakly for those made by a constructor; the listener object
+// holds its sources weakly and its COSListener not at all (a plain pointer
+// that the op clears when the COSListener goes, which is the moment the last
+// source lets it go). So an addlistener listener lives as long as a source
+// or a variable holds it, a constructed one as long as a variable holds it,
+// and no cycle forms, not even one through memory kept by a weak reference.
+// Deleting the listener object detaches it from every source that is still
+// alive.
 #pragma once
 
 #include <vector>
@@ -21,6 +23,7 @@
 #include "vx/matrix.h"
 
 class COSListener;
+class COSListenerOp;
 
 namespace vcos::builtin {
 
@@ -43,6 +46,7 @@ struct ListenerBlock {
   void setCallback(vxArray* callback);
 
   COSListener* listener = nullptr;  // the registered listener while a source holds it
+  COSListenerOp* op = nullptr;      // its op, cleared with `listener`
   std::vector<Attachment> attachments;
   COSID eventName;
   COSPropertyEvent propertyEvent = COSPropertyEvent::PostSet;

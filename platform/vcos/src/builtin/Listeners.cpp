@@ -1,6 +1,6 @@
 // Listener objects and event data objects: their blocks and properties, the
-// op that runs a listener object's callback, and attaching a new listener
-// object to its sources.
+// op that runs a listener object's callback, the listener classes'
+// constructors, and reading their inputs (shared with addlistener).
 #include "vcos/src/builtin/Listeners.h"
 
 #include <utility>
@@ -12,13 +12,20 @@
 #include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSListenerOp.h"
+#include "vcos/COSCasts.h"
+#include "vcos/COSEventInfo.h"
 #include "vcos/COSPropCPPT.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/ObjectArray.h"
+#include "vcos/src/builtin/BuiltinMethod.h"
 #include "vcos/src/builtin/BuiltinNames.h"
 #include "vcos/src/builtin/Callbacks.h"
+#include "vcos/src/core/Access.h"
 #include "vx/vxCell.h"
 #include "vx/vxCreate.h"
+#include "vx/vxObjectStorage.h"
+#include "vx/vxQuery.h"
+#include "vx/vxText.h"
 
 using foundation::core::except::Error;
 
@@ -38,6 +45,7 @@ ListenerBlock* listenerBlock(COSInterface* object) {
 
 void ListenerBlock::teardown(COSInterface* /*self*/) {
   COSListener* l = std::exchange(listener, nullptr);
+  op = nullptr;
   if (!l) return;
   // Marked first: a notification already under way skips it from now on.
   l->markRemoved();
@@ -110,15 +118,6 @@ void addProperty(COSClass* cls, const char* name, const char* type, T (Block::*g
 
 }  // namespace
 
-void addListenerMembers(COSClass* cls) {
-  addProperty<ListenerBlock, bool>(cls, "Enabled", "logical scalar", &ListenerBlock::enabled,
-                                   &ListenerBlock::setEnabled);
-  addProperty<ListenerBlock, vxArray*>(cls, "Source", "any", &ListenerBlock::sourceArray, nullptr);
-  addProperty<ListenerBlock, vxArray*>(cls, "EventName", "any", &ListenerBlock::eventNameArray, nullptr);
-  addProperty<ListenerBlock, vxArray*>(cls, "Callback", "any", &ListenerBlock::callbackArray,
-                                       &ListenerBlock::setCallback);
-}
-
 void addEventDataMembers(COSClass* cls) {
   addProperty<EventDataBlock, vxArray*>(cls, "Source", "any", &EventDataBlock::sourceArray, nullptr);
   addProperty<EventDataBlock, vxArray*>(cls, "EventName", "any", &EventDataBlock::eventNameArray, nullptr);
@@ -173,25 +172,128 @@ void runListener(const COSInterfacePtr& self, COSInterface* source, COSEventData
 }
 
 // The callback of a listener object's COSListener. It holds the listener
-// object, and tells it when the COSListener goes.
+// object (weakly until keepWithSources), and tells it when the COSListener
+// goes.
 class ListenerObjectOp final : public COSListenerOp {
  public:
-  explicit ListenerObjectOp(COSInterfacePtr self) : self_(std::move(self)) {}
+  explicit ListenerObjectOp(COSInterface* self) : self_(self, COSWeakReference) {}
   ~ListenerObjectOp() override {
-    if (ListenerBlock* block = self_ ? listenerBlock(self_.get()) : nullptr) block->listener = nullptr;
+    if (ListenerBlock* block = self_ ? listenerBlock(self_.get()) : nullptr) {
+      block->listener = nullptr;
+      block->op = nullptr;
+    }
   }
   void callback(COSInterface* source, COSEventData* data) override { runListener(self_, source, data); }
+  void holdStrongly() { self_.setReferenceType(COSStrongReference); }
 
  private:
   COSInterfacePtr self_;
 };
 
-}  // namespace
+// ---- the inputs of a listener ----------------------------------------------
 
-COSInterfacePtr attachListenerObject(const AttachRequest& request) {
-  assert(!request.attachments.empty() && "a listener without sources");
-  COSClass* cls = COSClass::getClass(request.propertyListener ? names().propListener : names().listener);
-  COSInterfacePtr object = cls->createInstance(COSGetPublicClient());
+struct AttachRequest {
+  bool propertyListener = false;
+  COSID eventName;                                             // event listeners
+  COSPropertyEvent propertyEvent = COSPropertyEvent::PostSet;  // property listeners
+  std::vector<ListenerBlock::Attachment> attachments;         // live sources, found properties
+  const vxArray* callback = nullptr;
+};
+
+bool isTextArg(const vxArray* a) {
+  return a && ((vxIsChar(a) && vxGetM(a) == 1) || (vxIsString(a) && vxIsScalar(a)));
+}
+
+std::vector<COSInterfacePtr> liveSources(const vxArray* handles) {
+  if (!omIsVCOS(handles) || vxIsEmpty(handles)) throw Error("VANTEL:vcos:addlistener:NoSource");
+  std::vector<COSInterfacePtr> sources;
+  const COSInterfacePtr* e = vxGetObjectElements(handles);
+  for (vxSize i = 0, n = vxGetNumberOfElements(handles); i < n; ++i) {
+    if (!alive(e[i])) throw Error("VANTEL:vcos:InvalidHandle");
+    sources.push_back(e[i]);
+  }
+  return sources;
+}
+
+COSPropertyEvent propertyEventOf(const vxArray* name) {
+  if (!isTextArg(name)) throw Error("VANTEL:vcos:addlistener:BadPropertyEvent", "");
+  const std::string s = vxArrayToStdString(name);
+  if (s == "PreSet") return COSPropertyEvent::PreSet;
+  if (s == "PostSet") return COSPropertyEvent::PostSet;
+  if (s == "PreGet") return COSPropertyEvent::PreGet;
+  if (s == "PostGet") return COSPropertyEvent::PostGet;
+  throw Error("VANTEL:vcos:addlistener:BadPropertyEvent", s);
+}
+
+// Property names from text, a cell of text, or an array of property objects.
+std::vector<COSID> propertyNames(const vxArray* props) {
+  std::vector<COSID> names;
+  if (isTextArg(props)) {
+    names.emplace_back(vxArrayToStdString(props));
+  } else if (vxIsCell(props)) {
+    for (vxSize i = 0, n = vxGetNumberOfElements(props); i < n; ++i) {
+      const vxArray* c = vxGetCell(props, i);
+      if (!isTextArg(c)) throw Error("VANTEL:vcos:addlistener:BadPropertyList");
+      names.emplace_back(vxArrayToStdString(c));
+    }
+  } else if (omIsVCOS(props)) {
+    const COSInterfacePtr* e = vxGetObjectElements(props);
+    for (vxSize i = 0, n = vxGetNumberOfElements(props); i < n; ++i) {
+      const COSPropInfo* p = cosiToProp(e[i].get());
+      if (!p) throw Error("VANTEL:vcos:addlistener:BadPropertyList");
+      names.push_back(p->getID());
+    }
+  } else {
+    throw Error("VANTEL:vcos:addlistener:BadPropertyList");
+  }
+  if (names.empty()) throw Error("VANTEL:vcos:addlistener:BadPropertyList");
+  return names;
+}
+
+// Checks everything the attaching needs, so that nothing is attached when
+// an input is wrong. The access rules are the core's, which checks them again
+// on attaching.
+AttachRequest readListenerArguments(const COSClient* client, int nrhs, const vxArray* prhs[]) {
+  if (nrhs != 3 && nrhs != 4) throw Error("VANTEL:vcos:addlistener:BadArguments");
+  const std::vector<COSInterfacePtr> sources = liveSources(prhs[0]);
+  AttachRequest request;
+  if (nrhs == 3) {
+    if (!isTextArg(prhs[1])) throw Error("VANTEL:vcos:addlistener:BadEventName");
+    request.eventName = COSID(vxArrayToStdString(prhs[1]));
+    for (const COSInterfacePtr& s : sources) {
+      const COSEventInfo* event = s->getClass()->findEvent(request.eventName);
+      if (!event) throw Error("VANTEL:vcos:addlistener:UnknownEvent", request.eventName.str(), s->getClass()->getName());
+      if (!vcos::internal::admits(event->getListenAccess(), event->getExtendedListenAccess(),
+                                  event->getDefiningClass(), client))
+        throw Error("VANTEL:vcos:addlistener:EventAccessDenied", request.eventName.str(), s->getClass()->getName());
+      request.attachments.push_back({s, nullptr});
+    }
+    request.callback = prhs[2];
+  } else {
+    request.propertyListener = true;
+    const std::vector<COSID> names = propertyNames(prhs[1]);
+    request.propertyEvent = propertyEventOf(prhs[2]);
+    const bool getEvent =
+        request.propertyEvent == COSPropertyEvent::PreGet || request.propertyEvent == COSPropertyEvent::PostGet;
+    for (const COSInterfacePtr& s : sources) {
+      for (COSID name : names) {
+        const COSPropInfo* p = s->findPropertyInfo(name);
+        if (!p) throw Error("VANTEL:vcos:addlistener:UnknownProperty", name.str(), s->getClass()->getName());
+        if (!(getEvent ? p->isListenerGetAllowed() : p->isListenerSetAllowed()))
+          throw Error("VANTEL:vcos:addlistener:PropertyNotObservable", p->getName(), vxArrayToStdString(prhs[2]));
+        if (!vcos::internal::admits(p->getMemberGetAccess(), p->getExtendedGetAccess(), p->getDefiningClass(), client))
+          throw Error("VANTEL:vcos:PropertyListenDenied", p->getName(), s->getClass()->getName());
+        request.attachments.push_back({s, p});
+      }
+    }
+    request.callback = prhs[3];
+  }
+  if (!isCallback(request.callback)) throw Error("VANTEL:vcos:addlistener:BadCallback");
+  return request;
+}
+
+// Makes `object` (a new listener object) listen as the request says.
+void attach(const COSInterfacePtr& object, const AttachRequest& request, const COSClient* client) {
   ListenerBlock* block = listenerBlock(object.get());
   assert(block && "a listener object without its block");
   block->eventName = request.eventName;
@@ -199,17 +301,64 @@ COSInterfacePtr attachListenerObject(const AttachRequest& request) {
   block->forProperties = request.propertyListener;
   block->setCallback(const_cast<vxArray*>(request.callback));
 
-  COSInterfacePtr listener = COSListener::createListener(new ListenerObjectOp(object));
+  auto* op = new ListenerObjectOp(object.get());
+  COSInterfacePtr listener = COSListener::createListener(op);
   COSListener* l = COSListener::toListener(listener);
   block->listener = l;
+  block->op = op;
   for (const ListenerBlock::Attachment& a : request.attachments) {
     block->attachments.push_back({COSInterfacePtr(a.source.get(), COSWeakReference), a.property});
     if (a.property)
-      a.source->addPropertyListener(request.propertyEvent, a.property, l);
+      a.source->addPropertyListener(client, request.propertyEvent, a.property, l);
     else
-      a.source->addListener(request.eventName, l);
+      a.source->addListener(client, request.eventName, l);
   }
-  return object;
+}
+
+// The constructors: event.listener(source, eventName, callback) and
+// event.proplistener(source, properties, propertyEvent, callback). As for
+// every constructor, the new object is element 0 of the array in plhs[0].
+void constructListener(const COSClient* client, int&, vxArray* plhs[], int nrhs, const vxArray* prhs[]) {
+  attach(omGetArrayElement(plhs[0], 0), readListenerArguments(client, nrhs, prhs), client);
+}
+
+constexpr Method::Row kListenerMethods[] = {
+    {"listener", &constructListener, "A listener on an event of the source objects; only variables keep it.", 3, 3,
+     1, false},
+};
+constexpr Method::Row kPropListenerMethods[] = {
+    {"proplistener", &constructListener,
+     "A listener on property events of named properties of the source objects; only variables keep it.", 4, 4, 1,
+     false},
+};
+
+}  // namespace
+
+void addListenerMembers(COSClass* cls) {
+  addProperty<ListenerBlock, bool>(cls, "Enabled", "logical scalar", &ListenerBlock::enabled,
+                                   &ListenerBlock::setEnabled);
+  addProperty<ListenerBlock, vxArray*>(cls, "Source", "any", &ListenerBlock::sourceArray, nullptr);
+  addProperty<ListenerBlock, vxArray*>(cls, "EventName", "any", &ListenerBlock::eventNameArray, nullptr);
+  addProperty<ListenerBlock, vxArray*>(cls, "Callback", "any", &ListenerBlock::callbackArray,
+                                       &ListenerBlock::setCallback);
+  Method::addAll(cls, kListenerMethods);
+}
+
+void addPropListenerMembers(COSClass* cls) { Method::addAll(cls, kPropListenerMethods); }
+
+COSInterfacePtr constructListenerObject(const COSClient* client, int nrhs, const vxArray* prhs[]) {
+  if (nrhs != 3 && nrhs != 4) throw Error("VANTEL:vcos:addlistener:BadArguments");
+  COSClass* cls = COSClass::getClass(nrhs == 4 ? names().propListener : names().listener);
+  COSValue inputs[4];
+  for (int i = 0; i < nrhs; ++i) inputs[i] = COSValue(prhs[i]);
+  return cls->createInstance(client, nrhs, inputs);
+}
+
+void keepWithSources(const COSInterfacePtr& listenerObject) {
+  // No op: every source went already (deleted by a listener of the
+  // construction), so there is nothing to hold it.
+  ListenerBlock* block = listenerBlock(listenerObject.get());
+  if (block && block->op) static_cast<ListenerObjectOp*>(block->op)->holdStrongly();
 }
 
 }  // namespace vcos::builtin

@@ -4,29 +4,27 @@
 // listener object and attach it to its sources.
 #pragma once
 
-#include <vector>
-
 #include "vcos/src/builtin/ListenerBlock.h"
 
 class COSClass;
+class COSClient;
 
 namespace vcos::builtin {
 
 void addListenerMembers(COSClass* cls);
+void addPropListenerMembers(COSClass* cls);
 void addEventDataMembers(COSClass* cls);
 void addPropertyEventMembers(COSClass* cls);
 
-struct AttachRequest {
-  bool propertyListener = false;
-  COSID eventName;                                      // event listeners
-  COSPropertyEvent propertyEvent = COSPropertyEvent::PostSet;  // property listeners
-  std::vector<ListenerBlock::Attachment> attachments;  // checked: live sources, found properties
-  const vxArray* callback = nullptr;                   // checked with isCallback
-};
-
-// A new listener object ("event.listener" or "event.proplistener") attached
-// to every source of the request; it runs its callback with the source and
-// an event data object.
-COSInterfacePtr attachListenerObject(const AttachRequest& request);
+// Makes a listener object from the inputs of addlistener or of a listener
+// class's constructor: (source, eventName, callback) gives an
+// "event.listener", (source, properties, propertyEvent, callback) an
+// "event.proplistener". Every source and name is checked before anything
+// is attached. The result is held by nothing but the caller: the sources
+// do not keep it alive.
+COSInterfacePtr constructListenerObject(const COSClient* client, int nrhs, const vxArray* prhs[]);
+// Makes the sources of a listener object keep it alive (addlistener's
+// listeners live as long as a source or a variable holds them).
+void keepWithSources(const COSInterfacePtr& listenerObject);
 
 }  // namespace vcos::builtin

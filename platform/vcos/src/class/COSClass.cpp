@@ -44,14 +44,16 @@ void ensureBuiltins() {
 
 namespace {
 
-void insertProperty(ClassTables& t, COSPropInfo* p, COSCustomMetaClass* customSet) {
-  COSID id = p->getID();
+// `slot` carries the marks inherited with the property (none for an own one).
+void insertProperty(ClassTables& t, const PropSlot& slot) {
+  if (slot.customGet) t.anyCustomGet = true;
+  COSID id = slot.property->getID();
   if (std::uint32_t* i = t.propertyIndex.find(id)) {
-    t.properties[*i] = PropSlot{p, customSet};
+    t.properties[*i] = slot;
     return;
   }
   auto index = static_cast<std::uint32_t>(t.properties.size());
-  t.properties.push_back(PropSlot{p, customSet});
+  t.properties.push_back(slot);
   t.propertyIndex.set(id, index);
   t.foldedPropertyIndex.add(id.folded(), index);
 }
@@ -81,11 +83,24 @@ void insertEvent(ClassTables& t, COSEventInfo* e, bool override) {
   t.events.push_back(e);
 }
 
-void applyCustomSet(COSClass* cls, COSID name) {
+PropSlot& slotByName(COSClass* cls, COSID name) {
   ClassTables& t = cls->tables();
   std::uint32_t* i = t.propertyIndex.find(name);
   if (!i) throw Error(vcos::msg::UnknownProperty, name.str(), cls->getName());
-  t.properties[*i].customSet = t.metaInfo;
+  return t.properties[*i];
+}
+
+void applyCustomSet(COSClass* cls, COSID name) {
+  PropSlot& s = slotByName(cls, name);
+  s.customSet = cls->tables().metaInfo;
+  s.route |= kRouteCustomSet;
+}
+
+void applyCustomGet(COSClass* cls, COSID name) {
+  PropSlot& s = slotByName(cls, name);
+  s.customGet = cls->tables().metaInfo;
+  s.route |= kRouteCustomGet;
+  cls->tables().anyCustomGet = true;
 }
 
 void finalizeClass(COSClass* c) {
@@ -102,10 +117,10 @@ void finalizeClass(COSClass* c) {
   t.state = ClassTables::State::SlotsReady;
 
   // Own members first (they override), then the inherited ones in ancestry order.
-  for (auto& p : t.ownProperties) insertProperty(t, static_cast<COSPropInfo*>(p.get()), nullptr);
+  for (auto& p : t.ownProperties) insertProperty(t, PropSlot{static_cast<COSPropInfo*>(p.get())});
   for (COSClass* s : t.superclasses)
     for (const PropSlot& slot : s->tables().properties)
-      if (!t.propertyIndex.find(slot.property->getID())) insertProperty(t, slot.property, slot.customSet);
+      if (!t.propertyIndex.find(slot.property->getID())) insertProperty(t, slot);
   for (auto& m : t.ownMethods) insertMethod(t, static_cast<COSMethodInfo*>(m.get()), false);
   for (COSClass* s : t.superclasses)
     for (const MethodGroup& g : s->tables().methods)
@@ -114,6 +129,8 @@ void finalizeClass(COSClass* c) {
   for (COSClass* s : t.superclasses)
     for (COSEventInfo* e : s->tables().events) insertEvent(t, e, false);
   for (COSID name : std::exchange(t.pendingCustomSet, {})) applyCustomSet(c, name);
+  for (COSID name : std::exchange(t.pendingCustomGet, {})) applyCustomGet(c, name);
+  markClassListenedSlots(t);
 
   // Objects of this (meta) class that were made before its slots existed.
   for (COSInterface* o : std::exchange(t.pendingInstances, {})) ObjectOps::bindToClass(o, c);
@@ -291,6 +308,11 @@ bool COSClass::isCustomSetOn(const COSPropInfo* property) const noexcept {
   return s && s->customSet != nullptr;
 }
 
+bool COSClass::isCustomGetOn(const COSPropInfo* property) const noexcept {
+  const PropSlot* s = findSlot(property);
+  return s && s->customGet != nullptr;
+}
+
 void COSClass::addSuperclass(COSID id, bool first, int, int) {
   ClassTables& t = *tables_;
   assert(t.state == ClassTables::State::Initializing && "superclasses are added in initializeClass");
@@ -321,7 +343,10 @@ void COSClass::addProperty(COSPropInfo* info) {
   ObjectOps::setMemberIdentity(info, COSID(info->getName()), this);
   if (COSClass* meta = getClass(t.metaPropertyId)) ObjectOps::bindToClass(info, meta);
   t.ownProperties.push_back(owned);
-  if (t.state != ClassTables::State::Initializing) insertProperty(t, info, nullptr);
+  if (t.state != ClassTables::State::Initializing) {
+    insertProperty(t, PropSlot{info});
+    markClassListenedSlots(t);
+  }
 }
 
 void COSClass::addMethod(COSMethodInfo* info) {
@@ -373,4 +398,13 @@ void COSCustomMetaClass::turnOnCustomSet(COSClass* cls, COSID propertyName) {
     return;
   }
   applyCustomSet(cls, propertyName);
+}
+
+void COSCustomMetaClass::turnOnCustomGet(COSClass* cls, COSID propertyName) {
+  assert(cls && "turnOnCustomGet needs a class");
+  if (cls->tables().state == ClassTables::State::Initializing) {
+    cls->tables().pendingCustomGet.push_back(propertyName);
+    return;
+  }
+  applyCustomGet(cls, propertyName);
 }

@@ -18,12 +18,23 @@ class COSCustomMetaClass;
 
 namespace vcos::internal {
 
+// Bits of PropSlot::route: why the client path leaves its plain course for
+// this property. One test of the byte keeps the common case fast.
+enum PropRoute : unsigned char {
+  kRouteCustomSet = 1,       // sets go through customSet
+  kRouteCustomGet = 2,       // gets and releases go through customGet
+  kRouteClassListeners = 4,  // the class or an ancestor has property listeners on it
+};
+
 struct PropSlot {
   COSPropInfo* property = nullptr;
-  // The meta class whose customSetPropertyValue takes the sets of this
-  // property (the one that turned it on); null for the plain path. A subclass
-  // inherits the mark with the meta class that set it.
+  // The meta classes whose customSetPropertyValue, and whose
+  // customGetPropertyValue with customReleasePropertyValue, take this
+  // property (the ones that turned the paths on); null for the plain path. A
+  // subclass inherits the marks with the meta classes that set them.
   COSCustomMetaClass* customSet = nullptr;
+  COSCustomMetaClass* customGet = nullptr;
+  unsigned char route = 0;  // PropRoute bits
 };
 
 struct MethodGroup {
@@ -34,6 +45,15 @@ struct MethodGroup {
 struct ClassListener {
   COSInterfacePtr listener;
   int priority = 0;
+  std::uint64_t sequence = 0;
+};
+
+// A listener on a property event of a property (by name) of every instance
+// of the class and its subclasses.
+struct ClassPropertyListener {
+  COSID property;
+  COSPropertyEvent kind = COSPropertyEvent::PreSet;
+  COSInterfacePtr listener;
   std::uint64_t sequence = 0;
 };
 
@@ -63,13 +83,18 @@ struct ClassTables {
   IdTable<std::uint32_t> blockSlot;
   // Objects whose blocks wait for this (meta) class's slot table.
   std::vector<COSInterface*> pendingInstances;
-  // Properties turned on for the custom set path before the table existed.
+  // Properties turned on for the custom set or get path before the table
+  // existed.
   std::vector<COSID> pendingCustomSet;
+  std::vector<COSID> pendingCustomGet;
+  // Some slot routes gets through a custom meta class; releases look then.
+  bool anyCustomGet = false;
   // The name of the constructor method (the last component of the class name).
   COSID constructorId;
 
   std::vector<std::pair<COSID, std::vector<ClassListener>>> classListeners;
   std::size_t classListenerCount = 0;
+  std::vector<ClassPropertyListener> propertyListeners;
 
   // The meta classes of this class's members.
   COSID metaPropertyId, metaMethodId, metaEventId;
@@ -85,5 +110,10 @@ struct ClassTables {
 COSPropInfo* matchByPrefix(const std::vector<COSPropInfo*>& candidates, COSID name, const char* className);
 
 inline COSCustomMetaClass* metaInfoOf(const COSClass* cls) noexcept { return cls->tables().metaInfo; }
+
+// Sets the kRouteClassListeners bit of each slot of `t` (a class whose
+// ancestry is known) whose property some class of the ancestry has class
+// property listeners on, and clears it elsewhere.
+void markClassListenedSlots(ClassTables& t) noexcept;
 
 }  // namespace vcos::internal

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "vcos/src/class/ClassTables.h"
+#include "vcos/src/core/Access.h"
 #include "vcos/src/core/COSObject.h"
 #include "vcos/src/core/Messages.h"
 #include "vcos/src/core/ObjectOps.h"
@@ -83,14 +84,21 @@ COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, cons
 
 COSInterfacePtr COSClass::wrapInstanceData(void* data) { return makeInstance(this, data); }
 
-void COSClass::addClassListener(COSID eventId, COSListener* listener, int priority) {
+void COSClass::addClassListener(const COSClient* client, COSID eventId, COSListener* listener, int priority) {
   assert(listener && "addClassListener needs a listener");
+  if (COSEventInfo* e = findEvent(eventId))
+    if (!vcos::internal::admits(e->getListenAccess(), e->getExtendedListenAccess(), e->getDefiningClass(), client))
+      throw Error(vcos::msg::EventAccessDenied, eventId.str(), getName());
   static std::uint64_t sequence = 0;
   auto& lists = tables_->classListeners;
   auto it = std::find_if(lists.begin(), lists.end(), [&](auto& e) { return e.first == eventId; });
   if (it == lists.end()) it = lists.insert(lists.end(), {eventId, {}});
   it->second.push_back({COSInterfacePtr(listener), priority, ++sequence});
   ++tables_->classListenerCount;
+}
+
+void COSClass::addClassListener(COSID eventId, COSListener* listener, int priority) {
+  addClassListener(COSGetPublicClient(), eventId, listener, priority);
 }
 
 void COSClass::removeClassListener(COSID eventId, const COSListener* listener) {

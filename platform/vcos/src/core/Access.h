@@ -37,4 +37,10 @@ inline bool admits(MemberAccess access, const ExtendedMemberAccess* list, const 
   return false;
 }
 
+// Raises unless `client` may listen to `kind` events of `property` on
+// instances of `cls`: the property must allow listeners for the kind, and its
+// get access must admit the client (the events carry its values).
+void checkPropertyListen(const COSClient* client, COSPropertyEvent kind, const COSPropInfo* property,
+                         const COSClass* cls);
+
 }  // namespace vcos::internal

@@ -26,6 +26,7 @@ inline constexpr const char* MethodAccessDenied = "VANTEL:vcos:MethodAccessDenie
 inline constexpr const char* UnknownEvent = "VANTEL:vcos:UnknownEvent";
 inline constexpr const char* EventAccessDenied = "VANTEL:vcos:EventAccessDenied";
 inline constexpr const char* PropertyNotObservable = "VANTEL:vcos:PropertyNotObservable";
+inline constexpr const char* PropertyListenDenied = "VANTEL:vcos:PropertyListenDenied";
 inline constexpr const char* UnknownMetaClass = "VANTEL:vcos:UnknownMetaClass";
 inline constexpr const char* AlreadyHasOwner = "VANTEL:vcos:AlreadyHasOwner";
 inline constexpr const char* CircularOwnership = "VANTEL:vcos:CircularOwnership";

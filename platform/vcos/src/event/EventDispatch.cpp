@@ -12,6 +12,7 @@
 #include "vcos/src/core/Messages.h"
 #include "vcos/src/core/ObjectOps.h"
 #include "foundation/core/except/Error.h"
+#include "vcos/COSClient.h"
 #include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
 
@@ -81,16 +82,22 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
   }
 }
 
-void COSInterface::addListener(COSID eventId, COSListener* listener, int priority) {
+void COSInterface::addListener(const COSClient* client, COSID eventId, COSListener* listener, int priority) {
   assert(listener && "addListener needs a listener");
   checkValid();
   static std::uint64_t sequence = 0;
   if (class_ && kind_ == COSKind::Instance)
     if (COSEventInfo* e = class_->findEvent(eventId)) {
+      if (!vcos::internal::admits(e->getListenAccess(), e->getExtendedListenAccess(), e->getDefiningClass(), client))
+        throw Error(vcos::msg::EventAccessDenied, eventId.str(), class_->getName());
       e->notifyAdd(this, listener);
     }
   ObjectOps::extras(this).listeners.push_back(
       {eventId, nullptr, COSPropertyEvent::PreSet, COSInterfacePtr(listener), priority, ++sequence});
+}
+
+void COSInterface::addListener(COSID eventId, COSListener* listener, int priority) {
+  addListener(COSGetPublicClient(), eventId, listener, priority);
 }
 
 void COSInterface::removeListener(COSID eventId, const COSListener* listener) {

@@ -1,9 +1,15 @@
 // The client path of property get and set. Set: access check; PreSet
 // listeners; the meta class's customSetPropertyValue when the property is
 // turned on for the object's class, else the property's setValue; PostSet
-// listeners. Get mirrors it with PreGet, getValue, PostGet. The common case
-// (public property, no listeners, no custom set) is a table probe, two
-// access queries and the property's own method: no allocation, no strings.
+// listeners. Get mirrors it with PreGet, customGetPropertyValue or getValue,
+// PostGet; a release goes to the customReleasePropertyValue of the meta class
+// that handed the value out. Property listeners are the class-level ones of
+// the object's classes, then the object's own. The common case (public
+// property, no listeners, no custom path) is a table probe, two access
+// queries, one route test and the property's own method: no allocation, no
+// strings.
+#include <algorithm>
+
 #include "vcos/src/class/ClassTables.h"
 #include "vcos/src/core/Access.h"
 #include "vcos/src/core/Messages.h"
@@ -17,11 +23,15 @@
 
 using foundation::core::except::Error;
 using vcos::internal::admits;
+using vcos::internal::ClassPropertyListener;
 using vcos::internal::InstanceExtras;
 using vcos::internal::ObjectOps;
 using vcos::internal::PropSlot;
 
 namespace {
+
+// The slot of a dynamic property: no marks.
+const PropSlot kDynamicSlot{};
 
 bool isDynamicProperty(const COSInterface* o, const COSPropInfo* p) noexcept {
   const InstanceExtras* x = ObjectOps::extrasIfAny(o);
@@ -31,22 +41,42 @@ bool isDynamicProperty(const COSInterface* o, const COSPropInfo* p) noexcept {
   return false;
 }
 
-// Null when the property is a dynamic one of this object; raises when it
-// belongs to neither the class nor the object.
-const PropSlot* slotOrRaise(const COSInterface* o, const COSPropInfo* p) {
+// kDynamicSlot when the property is a dynamic one of this object; raises
+// when it belongs to neither the class nor the object.
+const PropSlot& slotOrRaise(const COSInterface* o, const COSPropInfo* p) {
   COSClass* cls = o->getClass();
   if (cls)
-    if (const PropSlot* s = cls->findSlot(p)) return s;
-  if (isDynamicProperty(o, p)) return nullptr;
+    if (const PropSlot* s = cls->findSlot(p)) return *s;
+  if (isDynamicProperty(o, p)) return kDynamicSlot;
   throw Error(vcos::msg::PropertyNotOfClass, p->getName(), cls ? cls->getName() : "");
 }
 
-void firePropertyListeners(COSInterface* o, COSPropertyEvent kind, const COSPropInfo* p, COSValue value) {
-  InstanceExtras* x = ObjectOps::extrasIfAny(o);
-  if (!x) return;
+bool hasPropertyListeners(const COSInterface* o) noexcept {
+  const InstanceExtras* x = ObjectOps::extrasIfAny(o);
+  return x && x->propertyListenerCount > 0;
+}
+
+constexpr unsigned char kGetRoute = vcos::internal::kRouteCustomGet | vcos::internal::kRouteClassListeners;
+constexpr unsigned char kSetRoute = vcos::internal::kRouteCustomSet | vcos::internal::kRouteClassListeners;
+
+// Runs the class-level listeners (when the slot says there are any) and the
+// object's own listeners on `kind` events of `p`, from a list taken first.
+void firePropertyListeners(COSInterface* o, const PropSlot& slot, COSPropertyEvent kind, const COSPropInfo* p,
+                           COSValue value) {
   std::vector<COSInterfacePtr> targets;
-  for (auto& e : x->listeners)
-    if (e.property == p && e.kind == kind) targets.push_back(e.listener);
+  if (slot.route & vcos::internal::kRouteClassListeners) {
+    std::vector<const ClassPropertyListener*> fromClasses;
+    const COSID name = p->getID();
+    for (COSClass* a : o->getClass()->tables().ancestry)
+      for (const ClassPropertyListener& l : a->tables().propertyListeners)
+        if (l.property == name && l.kind == kind) fromClasses.push_back(&l);
+    std::sort(fromClasses.begin(), fromClasses.end(),
+              [](const ClassPropertyListener* a, const ClassPropertyListener* b) { return a->sequence < b->sequence; });
+    for (const ClassPropertyListener* l : fromClasses) targets.push_back(l->listener);
+  }
+  if (InstanceExtras* x = ObjectOps::extrasIfAny(o))
+    for (auto& e : x->listeners)
+      if (e.property == p && e.kind == kind) targets.push_back(e.listener);
   if (targets.empty()) return;
   static const COSID names[] = {COSID("PreSet"), COSID("PostSet"), COSID("PreGet"), COSID("PostGet")};
   COSInterfacePtr data(new COSEventData(o, names[static_cast<int>(kind)]));
@@ -63,52 +93,76 @@ void firePropertyListeners(COSInterface* o, COSPropertyEvent kind, const COSProp
   }
 }
 
-bool hasPropertyListeners(const COSInterface* o) noexcept {
-  const InstanceExtras* x = ObjectOps::extrasIfAny(o);
-  return x && x->propertyListenerCount > 0;
-}
-
-}  // namespace
-
-COSValue COSInterface::getPropertyValue(const COSClient* client, const COSPropInfo* property) {
-  checkValid();
-  slotOrRaise(this, property);
-  MemberAccess access = property->getMemberGetAccess();
-  if (access != PublicAccess || property->getExtendedGetAccess())
-    if (!admits(access, property->getExtendedGetAccess(), property->getDefiningClass(), client))
-      throw Error(vcos::msg::GetProhibited, property->getName(), class_ ? class_->getName() : "");
-  const bool listeners = hasPropertyListeners(this);
-  if (listeners) firePropertyListeners(this, COSPropertyEvent::PreGet, property, COSValue());
-  COSValue value = property->getValue(this);
+// The get and set paths past their first test: listeners, a custom path, or
+// both. They work on a copy of the slot: a listener may add properties to the
+// class, which moves its table, or turn a path on; this call keeps the route
+// it started with, so a release pairs with its get.
+COSValue getObserved(COSInterface* o, const PropSlot slot, const COSPropInfo* property) {
+  const bool listeners = (slot.route & vcos::internal::kRouteClassListeners) || hasPropertyListeners(o);
+  if (listeners) firePropertyListeners(o, slot, COSPropertyEvent::PreGet, property, COSValue());
+  auto* p = const_cast<COSPropInfo*>(property);
+  COSCustomMetaClass* meta = slot.customGet;
+  COSValue value = meta ? meta->customGetPropertyValue(o, p) : property->getValue(o);
   if (listeners) {
     try {
-      firePropertyListeners(this, COSPropertyEvent::PostGet, property, value);
+      firePropertyListeners(o, slot, COSPropertyEvent::PostGet, property, value);
     } catch (...) {
-      property->releaseValue(this, value);
+      if (meta)
+        meta->customReleasePropertyValue(o, p, value);
+      else
+        property->releaseValue(o, value);
       throw;
     }
   }
   return value;
 }
 
+void setObserved(COSInterface* o, const PropSlot slot, const COSPropInfo* property, COSValue value) {
+  const bool listeners = (slot.route & vcos::internal::kRouteClassListeners) || hasPropertyListeners(o);
+  if (listeners) firePropertyListeners(o, slot, COSPropertyEvent::PreSet, property, value);
+  auto* p = const_cast<COSPropInfo*>(property);
+  if (slot.customSet)
+    slot.customSet->customSetPropertyValue(o, p, value);
+  else
+    p->setValue(o, value);
+  if (listeners && !o->isDestroyed()) firePropertyListeners(o, slot, COSPropertyEvent::PostSet, property, value);
+}
+
+}  // namespace
+
+COSValue COSInterface::getPropertyValue(const COSClient* client, const COSPropInfo* property) {
+  checkValid();
+  const PropSlot& slot = slotOrRaise(this, property);
+  MemberAccess access = property->getMemberGetAccess();
+  if (access != PublicAccess || property->getExtendedGetAccess())
+    if (!admits(access, property->getExtendedGetAccess(), property->getDefiningClass(), client))
+      throw Error(vcos::msg::GetProhibited, property->getName(), class_ ? class_->getName() : "");
+  if (!(slot.route & kGetRoute) && !hasPropertyListeners(this)) return property->getValue(this);
+  return getObserved(this, slot, property);
+}
+
 void COSInterface::setPropertyValue(const COSClient* client, const COSPropInfo* property, COSValue value) {
   checkValid();
-  const PropSlot* slot = slotOrRaise(this, property);
+  const PropSlot& slot = slotOrRaise(this, property);
   MemberAccess access = property->getMemberSetAccess();
   if (access != PublicAccess || property->getExtendedSetAccess())
     if (!admits(access, property->getExtendedSetAccess(), property->getDefiningClass(), client))
       omIssueSetProhibitedError(property, class_);
-  const bool listeners = hasPropertyListeners(this);
-  if (listeners) firePropertyListeners(this, COSPropertyEvent::PreSet, property, value);
-  auto* p = const_cast<COSPropInfo*>(property);
-  if (slot && slot->customSet)
-    slot->customSet->customSetPropertyValue(this, p, value);
-  else
-    p->setValue(this, value);
-  if (listeners && !isDestroyed()) firePropertyListeners(this, COSPropertyEvent::PostSet, property, value);
+  if (!(slot.route & kSetRoute) && !hasPropertyListeners(this)) {
+    const_cast<COSPropInfo*>(property)->setValue(this, value);
+    return;
+  }
+  setObserved(this, slot, property, value);
 }
 
+// A value of a property whose gets go through a meta class goes back to that
+// meta class. Classes without any such property pay one flag test.
 void COSInterface::releasePropertyValue(const COSClient*, const COSPropInfo* property, COSValue value) {
+  if (class_ && class_->tables().anyCustomGet)
+    if (const PropSlot* slot = class_->findSlot(property); slot && slot->customGet) {
+      slot->customGet->customReleasePropertyValue(this, const_cast<COSPropInfo*>(property), value);
+      return;
+    }
   property->releaseValue(this, value);
 }
 
@@ -125,15 +179,28 @@ void COSInterface::resetToClassDefaults() {
   }
 }
 
-void COSInterface::addPropertyListener(COSPropertyEvent kind, const COSPropInfo* property, COSListener* listener) {
-  checkValid();
-  slotOrRaise(this, property);
+void vcos::internal::checkPropertyListen(const COSClient* client, COSPropertyEvent kind, const COSPropInfo* property,
+                                         const COSClass* cls) {
+  const char* className = cls ? cls->getName() : "";
   bool setKind = kind == COSPropertyEvent::PreSet || kind == COSPropertyEvent::PostSet;
   if (setKind ? !property->isListenerSetAllowed() : !property->isListenerGetAllowed())
-    throw Error(vcos::msg::PropertyNotObservable, property->getName(), class_ ? class_->getName() : "");
+    throw Error(vcos::msg::PropertyNotObservable, property->getName(), className);
+  if (!admits(property->getMemberGetAccess(), property->getExtendedGetAccess(), property->getDefiningClass(), client))
+    throw Error(vcos::msg::PropertyListenDenied, property->getName(), className);
+}
+
+void COSInterface::addPropertyListener(const COSClient* client, COSPropertyEvent kind, const COSPropInfo* property,
+                                       COSListener* listener) {
+  checkValid();
+  slotOrRaise(this, property);
+  vcos::internal::checkPropertyListen(client, kind, property, class_);
   auto& x = ObjectOps::extras(this);
   x.listeners.push_back({COSID(cosPropertyEventName(kind)), property, kind, COSInterfacePtr(listener), 0, 0});
   ++x.propertyListenerCount;
+}
+
+void COSInterface::addPropertyListener(COSPropertyEvent kind, const COSPropInfo* property, COSListener* listener) {
+  addPropertyListener(COSGetPublicClient(), kind, property, listener);
 }
 
 void COSInterface::removePropertyListener(COSPropertyEvent kind, const COSPropInfo* property, const COSListener* listener) {

@@ -1,7 +1,9 @@
 // addlistener of class "handle" in its forms, and the listener objects it
 // gives: they run their callback with the source and an event data object,
 // obey Enabled, stop when deleted, and live exactly as long as a source or a
-// variable holds them.
+// variable holds them. Listener objects made by the constructors of
+// "event.listener" and "event.proplistener" live only while a variable holds
+// them.
 #include <gtest/gtest.h>
 
 #include "BuiltinTestSupport.h"
@@ -182,6 +184,77 @@ TEST(AddListenerErrors, BadFormsRaiseWithIdentifiers) {
   EXPECT_EQ(run({empty.get(), text("Ping").get(), cb.get()}), "VANTEL:vcos:addlistener:NoSource");
   n->deleteObject(COSGetPublicClient());
   EXPECT_EQ(run({self.get(), text("Ping").get(), cb.get()}), "VANTEL:vcos:InvalidHandle");
+}
+
+matrix::unique_vxArray construct(const char* className, std::vector<const vxArray*> in) {
+  return matrix::unique_vxArray(
+      omConstructObjectWithClient(className, static_cast<int>(in.size()), in.data(), COSGetPublicClient()));
+}
+
+TEST(ListenerConstructor, ListensUntilTheLastVariableLetsGo) {
+  COSInterfacePtr n = bt::make("bt.Node");
+  Heard h;
+  auto cb = recorder(h);
+  auto l = construct("event.listener", {bt::arr(n).get(), text("Ping").get(), cb.get()});
+  ASSERT_STREQ(vxGetClassName(l.get()), "event.listener");
+  COSInterfacePtr watch;  // weak: only asks isDestroyed
+  watch.setReferenceType(COSWeakReference);
+  watch = omGetArrayElement(l.get(), 0).get();
+  EXPECT_EQ(bt::getText(watch, "EventName"), "Ping");
+  ping(n);
+  EXPECT_EQ(h.count, 1);
+  EXPECT_EQ(h.source, n.get());
+  EXPECT_EQ(h.dataClass, "event.EventData");
+  l.reset();
+  EXPECT_TRUE(watch->isDestroyed()) << "the source kept a constructed listener alive";
+  ping(n);
+  EXPECT_EQ(h.count, 1) << "a listener ran after its last variable went";
+  n->deleteObject(COSGetPublicClient());
+}
+
+TEST(ListenerConstructor, OutlivesItsSourceWhileAVariableHoldsIt) {
+  bt::setUp();
+  const std::size_t before = vcos::liveObjectCount();
+  {
+    COSInterfacePtr n = bt::make("bt.Node");
+    Heard h;
+    auto cb = recorder(h);
+    auto l = construct("event.proplistener", {bt::arr(n).get(), text("Value").get(), text("PostSet").get(), cb.get()});
+    ASSERT_STREQ(vxGetClassName(l.get()), "event.proplistener");
+    bt::setValue(n, "Value", bt::number(3).get());
+    EXPECT_EQ(h.count, 1);
+    EXPECT_EQ(h.dataClass, "event.PropertyEvent");
+    EXPECT_EQ(h.affected, n.get());
+    n->deleteObject(COSGetPublicClient());
+    n = nullptr;
+    COSInterfacePtr lo = omGetArrayElement(l.get(), 0);
+    EXPECT_FALSE(lo->isDestroyed());
+    EXPECT_EQ(bt::errorId([&] { bt::getValue(lo, "Source"); }), "");
+  }
+  EXPECT_EQ(vcos::liveObjectCount(), before) << "a constructed listener or its source kept memory alive";
+}
+
+TEST(ListenerConstructor, BadInputsAttachNothing) {
+  COSInterfacePtr n = bt::make("bt.Node");
+  Heard h;
+  auto cb = recorder(h);
+  auto run = [&](const char* cls, std::vector<const vxArray*> in) { return bt::errorId([&] { construct(cls, in); }); };
+  EXPECT_EQ(run("event.listener", {}), "VANTEL:vcos:NoMatchingSignature");
+  EXPECT_EQ(run("event.listener", {bt::arr(n).get(), text("Value").get(), text("PostSet").get(), cb.get()}),
+            "VANTEL:vcos:NoMatchingSignature")
+      << "the property form belongs to event.proplistener";
+  EXPECT_EQ(run("event.proplistener", {bt::arr(n).get(), text("Ping").get(), cb.get()}),
+            "VANTEL:vcos:NoMatchingSignature");
+  // The second source fails after the first was checked.
+  COSInterfacePtr dead = bt::make("bt.Node");
+  dead->deleteObject(COSGetPublicClient());
+  auto both = bt::column({n, dead}, "bt.Node");
+  EXPECT_EQ(run("event.listener", {both.get(), text("Ping").get(), cb.get()}), "VANTEL:vcos:InvalidHandle");
+  EXPECT_EQ(run("event.listener", {bt::arr(n).get(), text("Ping").get(), bt::number(1).get()}),
+            "VANTEL:vcos:addlistener:BadCallback");
+  ping(n);
+  EXPECT_EQ(h.count, 0) << "a failed construction left a listener attached";
+  n->deleteObject(COSGetPublicClient());
 }
 
 TEST(AddListenerCallbacks, NamedFunctionAndCellWithExtraArguments) {
