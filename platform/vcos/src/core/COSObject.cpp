@@ -2,12 +2,30 @@
 // strong reference of a live instance goes.
 #include "vcos/src/core/COSObject.h"
 
+#include <cassert>
+
 #include "vcos/src/core/ObjectOps.h"
+#include "vcos/src/core/SlotPool.h"
 #include "vcos/COSObjectOperations.h"
 
 namespace vcos::internal {
 namespace {
 std::atomic<std::size_t> liveObjects{0};
+
+SlotPool& pool() {
+  static SlotPool* p = new SlotPool(sizeof(COSObject), alignof(COSObject));  // never destroyed: objects outlive static teardown
+  return *p;
+}
+}  // namespace
+
+void* COSObject::operator new(std::size_t size) {
+  assert(size == sizeof(COSObject) && "COSObject is final");
+  (void)size;
+  return pool().allocate();
+}
+
+void COSObject::operator delete(void* p) noexcept {
+  if (p) pool().release(p);
 }
 
 COSObject::COSObject() noexcept : COSInterface(COSKind::Instance) { liveObjects.fetch_add(1, std::memory_order_relaxed); }
