@@ -11,21 +11,16 @@
 namespace vcos::internal {
 namespace {
 std::atomic<std::size_t> liveObjects{0};
-
-SlotPool& pool() {
-  static SlotPool* p = new SlotPool(sizeof(COSObject), alignof(COSObject));  // never destroyed: objects outlive static teardown
-  return *p;
-}
 }  // namespace
 
 void* COSObject::operator new(std::size_t size) {
   assert(size == sizeof(COSObject) && "COSObject is final");
   (void)size;
-  return pool().allocate();
+  return poolOf<COSObject>().allocate();
 }
 
 void COSObject::operator delete(void* p) noexcept {
-  if (p) pool().release(p);
+  if (p) poolOf<COSObject>().release(p);
 }
 
 COSObject::COSObject() noexcept : COSInterface(COSKind::Instance) { liveObjects.fetch_add(1, std::memory_order_relaxed); }

@@ -2,9 +2,11 @@
 //
 // The side table of an object, allocated on first use: dynamic properties,
 // values of generic properties, and instance and property listeners. An
-// object without any of these pays one null pointer.
+// object without any of these pays one null pointer. Side tables come from a
+// slot pool, so those of objects made in a row lie side by side.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -32,6 +34,9 @@ struct InstanceExtras {
   std::vector<StoredValue> values;
   std::vector<ListenerEntry> listeners;
   int propertyListenerCount = 0;
+
+  static void* operator new(std::size_t size);
+  static void operator delete(void* p) noexcept;
 };
 
 }  // namespace vcos::internal

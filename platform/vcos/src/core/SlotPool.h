@@ -39,4 +39,12 @@ class SlotPool {
   std::vector<std::byte*> slabs_;
 };
 
+// The pool of the objects of type T. Never destroyed: objects may outlive
+// static teardown.
+template <class T>
+SlotPool& poolOf() {
+  static SlotPool* pool = new SlotPool(sizeof(T), alignof(T));
+  return *pool;
+}
+
 }  // namespace vcos::internal
