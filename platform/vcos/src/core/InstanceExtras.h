@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <vector>
 
+#include <boost/container/small_vector.hpp>
+
 #include "vcos/COSInterface.h"
 #include "vcos/COSInterfacePtr.h"
 
@@ -31,7 +33,9 @@ struct StoredValue {
 
 struct InstanceExtras {
   std::vector<COSInterfacePtr> dynamicProperties;
-  std::vector<StoredValue> values;
+  // A few values live in the table itself: reading one costs no further
+  // pointer to follow, and storing it no allocation.
+  boost::container::small_vector<StoredValue, 3> values;
   std::vector<ListenerEntry> listeners;
   int propertyListenerCount = 0;
 
