@@ -180,6 +180,7 @@ bool Query::callsFunctions() const noexcept {
 
 bool Query::matches(COSInterface* object) {
   if (program_.empty()) return true;
+  if (program_.size() == 1) return test(terms_[0], object);  // the common single condition
   size_t top = 0;
   for (const Step& s : program_) {
     switch (s.op) {

@@ -46,7 +46,7 @@ PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* propert
   return r;
 }
 
-PropertyResolver::Resolved PropertyResolver::resolve(COSInterface* object) {
+const PropertyResolver::Resolved& PropertyResolver::resolve(COSInterface* object) {
   const COSClass* cls = object->getClass();
   if (cls != cachedClass_) {
     cachedClass_ = cls;
@@ -54,14 +54,15 @@ PropertyResolver::Resolved PropertyResolver::resolve(COSInterface* object) {
   }
   if (cached_.property) return cached_;
   // Not a class property: maybe one added to this instance.
-  return describe(object->findPropertyInfo(name_));
+  dynamic_ = describe(object->findPropertyInfo(name_));
+  return dynamic_;
 }
 
 bool PropertyResolver::has(COSInterface* object) { return resolve(object).property != nullptr; }
 
 bool PropertyResolver::read(COSInterface* object, PropertyValue& out) {
   out.reset();
-  const Resolved r = resolve(object);
+  const Resolved& r = resolve(object);
   if (!r.property || !r.readable || (!r.isArray && !r.toArray)) return false;
   out.raw_ = object->getPropertyValue(COSGetPublicClient(), r.property);
   out.object_ = object;
@@ -80,7 +81,7 @@ PropertyResolver::~PropertyResolver() {
 }
 
 PropertyResolver::Typed PropertyResolver::compareTyped(COSInterface* object, const vxArray* value) {
-  const Resolved r = resolve(object);
+  const Resolved& r = resolve(object);
   if (!r.property) return Typed::NotEqual;
   if (r.isArray || r.isText) return Typed::NotApplicable;
   if (!r.readable) return Typed::NotEqual;
@@ -109,7 +110,7 @@ PropertyResolver::Typed PropertyResolver::compareTyped(COSInterface* object, con
 
 PropertyResolver::Typed PropertyResolver::compareText(COSInterface* object, std::u16string_view folded,
                                                       const std::string* asciiFolded) {
-  const Resolved r = resolve(object);
+  const Resolved& r = resolve(object);
   if (!r.property) return Typed::NotEqual;
   if (!r.isText || (r.isAscii && !asciiFolded)) return Typed::NotApplicable;
   if (!r.readable) return Typed::NotEqual;

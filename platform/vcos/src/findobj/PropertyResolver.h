@@ -86,12 +86,14 @@ class PropertyResolver {
     COSValue value;
     bool usable = false;  // false: the value has no form in that type
   };
-  Resolved resolve(COSInterface* object);
+  // Valid until the next call.
+  const Resolved& resolve(COSInterface* object);
   static Resolved describe(const COSPropInfo* property);
 
   COSID name_;
   const COSClass* cachedClass_ = nullptr;
   Resolved cached_;
+  Resolved dynamic_;  // a property of one instance, met last
   TypedValue typed_;
 };
 
