@@ -178,6 +178,17 @@ bool Query::callsFunctions() const noexcept {
   });
 }
 
+bool Query::readsProperties() const noexcept {
+  return std::any_of(terms_.begin(), terms_.end(), [](const Term& t) {
+    return t.kind == TermKind::PropertyValue || t.kind == TermKind::Regexp || t.kind == TermKind::FunctionOfProperty;
+  });
+}
+
+void Query::prefetch(const COSInterface* object) const noexcept {
+  for (const Term& t : terms_)
+    if (t.kind != TermKind::HasProperty && t.property) t.property->prefetch(object);
+}
+
 bool Query::matches(COSInterface* object) {
   if (program_.empty()) return true;
   if (program_.size() == 1) return test(terms_[0], object);  // the common single condition

@@ -76,6 +76,11 @@ class Query {
   double depth() const noexcept { return depth_; }
   // Whether a condition calls functions (which may change the tree).
   bool callsFunctions() const noexcept;
+  // Whether a condition reads property values.
+  bool readsProperties() const noexcept;
+  // A hint for an object a walk will test soon: starts fetching the memory
+  // the values read by the conditions live in. Reads no value, runs no code.
+  void prefetch(const COSInterface* object) const noexcept;
   // Whether a live object passes the whole expression.
   bool matches(COSInterface* object);
 

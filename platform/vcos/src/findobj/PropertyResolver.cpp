@@ -3,13 +3,20 @@
 
 #include "vcos/src/findobj/TextCompare.h"
 
+#include <typeinfo>
+
+#include "vcos/src/class/ClassTables.h"
+#include "vcos/src/core/ObjectOps.h"
+
 #include "foundation/core/except/IMsgIDException.h"
 
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
+#include "vcos/COSGenericProp.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/COSPropT.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
 #include "vx/matrix.h"
@@ -29,10 +36,18 @@ void PropertyValue::reset() noexcept {
   array_ = nullptr;
 }
 
-PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* property) {
+PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* property, const COSClass* cls) {
   Resolved r;
   r.property = property;
   if (!property) return r;
+  // Where the value lives, for prefetch: only properties of the class.
+  if (cls) {
+    if (typeid(*property) == typeid(COSPropT) || typeid(*property) == typeid(COSGenericProp)) {
+      r.generic = true;
+    } else if (const COSClass* definer = property->getDefiningClass()) {
+      if (const std::uint32_t* slot = cls->tables().blockSlot.find(definer->getID())) r.block = int(*slot);
+    }
+  }
   r.readable = property->getMemberGetAccess() == PublicAccess && !property->getExtendedGetAccess();
   COSDataTypePtr type = property->getDataType();
   if (!type || type->isVANTELArrayType()) {
@@ -50,12 +65,26 @@ const PropertyResolver::Resolved& PropertyResolver::resolve(COSInterface* object
   const COSClass* cls = object->getClass();
   if (cls != cachedClass_) {
     cachedClass_ = cls;
-    cached_ = describe(cls ? cls->findProperty(name_) : nullptr);
+    cached_ = describe(cls ? cls->findProperty(name_) : nullptr, cls);
   }
   if (cached_.property) return cached_;
   // Not a class property: maybe one added to this instance.
-  dynamic_ = describe(object->findPropertyInfo(name_));
+  dynamic_ = describe(object->findPropertyInfo(name_), nullptr);
   return dynamic_;
+}
+
+void PropertyResolver::prefetch(const COSInterface* object) const noexcept {
+  if (object->getClass() != cachedClass_ || !cached_.property) return;
+  if (cached_.generic) {
+    const internal::InstanceExtras* x = internal::ObjectOps::extrasIfAny(object);
+    if (!x) return;
+    if (!cached_.isText) return __builtin_prefetch(x);  // generic values sit in the side table
+    for (const internal::StoredValue& v : x->values)
+      if (v.property == cached_.property) return __builtin_prefetch(v.value.asPointer<const void>());
+  } else if (cached_.block >= 0) {
+    if (void** blocks = internal::ObjectOps::blocks(const_cast<COSInterface*>(object)))
+      __builtin_prefetch(blocks[cached_.block]);
+  }
 }
 
 bool PropertyResolver::has(COSInterface* object) { return resolve(object).property != nullptr; }

@@ -70,6 +70,12 @@ class PropertyResolver {
   // else null (then an "asciiString" property is not handled here).
   Typed compareText(COSInterface* object, std::u16string_view folded, const std::string* asciiFolded);
 
+  // A hint for an object to be read soon: starts fetching the memory where
+  // the property of the class met last keeps its value (the core's generic
+  // store, the text a text value points to, or the class's C++ block). Reads
+  // no value and runs no code; other objects are left alone.
+  void prefetch(const COSInterface* object) const noexcept;
+
  private:
   struct Resolved {
     const COSPropInfo* property = nullptr;
@@ -78,6 +84,8 @@ class PropertyResolver {
     bool isText = false;                     // "asciiString", "unicodeString"
     bool isAscii = false;                    // "asciiString"
     COSTypeConversion* toArray = nullptr;    // otherwise, the conversion to "any"
+    bool generic = false;                    // a plain COSPropT: the value is in the generic store
+    int block = -1;                          // else the slot of the defining class's block, if any
   };
   // The compared value in the type of one property.
   struct TypedValue {
@@ -88,7 +96,7 @@ class PropertyResolver {
   };
   // Valid until the next call.
   const Resolved& resolve(COSInterface* object);
-  static Resolved describe(const COSPropInfo* property);
+  static Resolved describe(const COSPropInfo* property, const COSClass* cls);
 
   COSID name_;
   const COSClass* cachedClass_ = nullptr;
