@@ -168,6 +168,8 @@ Query::Query(int nargs, const vxArray* const args[]) {
     ops.pop_back();
   }
   stack_.resize(program_.size());
+  for (const Term& t : terms_)
+    if (t.property && t.kind != TermKind::HasProperty) readers_.push_back(t.property.get());
 }
 
 Query::~Query() = default;
@@ -178,16 +180,7 @@ bool Query::callsFunctions() const noexcept {
   });
 }
 
-bool Query::readsProperties() const noexcept {
-  return std::any_of(terms_.begin(), terms_.end(), [](const Term& t) {
-    return t.kind == TermKind::PropertyValue || t.kind == TermKind::Regexp || t.kind == TermKind::FunctionOfProperty;
-  });
-}
-
-void Query::prefetch(const COSInterface* object) const noexcept {
-  for (const Term& t : terms_)
-    if (t.kind != TermKind::HasProperty && t.property) t.property->prefetch(object);
-}
+bool Query::readsProperties() const noexcept { return !readers_.empty(); }
 
 bool Query::matches(COSInterface* object) {
   if (program_.empty()) return true;

@@ -40,7 +40,7 @@ PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* propert
   Resolved r;
   r.property = property;
   if (!property) return r;
-  // Where the value lives, for prefetch: only properties of the class.
+  // Where the value lives, for prefetch: properties of the class only.
   if (cls) {
     if (typeid(*property) == typeid(COSPropT) || typeid(*property) == typeid(COSGenericProp)) {
       r.generic = true;
@@ -58,6 +58,7 @@ PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* propert
     r.isAscii = type.getID() == ascii;
     r.isText = r.isAscii || type.getID() == unicode;
   }
+  r.fetchAhead = r.generic ? r.isText : r.block >= 0;
   return r;
 }
 
@@ -73,17 +74,13 @@ const PropertyResolver::Resolved& PropertyResolver::resolve(COSInterface* object
   return dynamic_;
 }
 
-void PropertyResolver::prefetch(const COSInterface* object) const noexcept {
-  if (object->getClass() != cachedClass_ || !cached_.property) return;
+void PropertyResolver::fetchAhead(const COSInterface* object) const noexcept {
   if (cached_.generic) {
-    const internal::InstanceExtras* x = internal::ObjectOps::extrasIfAny(object);
-    if (!x) return;
-    if (!cached_.isText) return __builtin_prefetch(x);  // generic values sit in the side table
-    for (const internal::StoredValue& v : x->values)
-      if (v.property == cached_.property) return __builtin_prefetch(v.value.asPointer<const void>());
-  } else if (cached_.block >= 0) {
-    if (void** blocks = internal::ObjectOps::blocks(const_cast<COSInterface*>(object)))
-      __builtin_prefetch(blocks[cached_.block]);
+    if (const internal::InstanceExtras* x = internal::ObjectOps::extrasIfAny(object))
+      for (const internal::StoredValue& v : x->values)
+        if (v.property == cached_.property) return __builtin_prefetch(v.value.asPointer<const void>());
+  } else if (void** blocks = internal::ObjectOps::blocks(const_cast<COSInterface*>(object))) {
+    __builtin_prefetch(blocks[cached_.block]);
   }
 }
 

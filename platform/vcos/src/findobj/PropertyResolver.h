@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "vcos/COSDataTypePtr.h"
+#include "vcos/COSInterface.h"
 #include "vcos/COSInternedBase.h"
 #include "vcos/COSValue.h"
 #include "vx/vxTypes.h"
@@ -71,10 +72,14 @@ class PropertyResolver {
   Typed compareText(COSInterface* object, std::u16string_view folded, const std::string* asciiFolded);
 
   // A hint for an object to be read soon: starts fetching the memory where
-  // the property of the class met last keeps its value (the core's generic
-  // store, the text a text value points to, or the class's C++ block). Reads
-  // no value and runs no code; other objects are left alone.
-  void prefetch(const COSInterface* object) const noexcept;
+  // the property of the class met last keeps its value when that lies
+  // outside the object's pooled memory (the text a generic text value points
+  // to, or the class's C++ block); neighbours' headers and side tables are
+  // fetched in order by the processor already. Reads no value and runs no
+  // code; objects of other classes are left alone.
+  void prefetch(const COSInterface* object) const noexcept {
+    if (cached_.fetchAhead && object->getClass() == cachedClass_) fetchAhead(object);
+  }
 
  private:
   struct Resolved {
@@ -86,7 +91,9 @@ class PropertyResolver {
     COSTypeConversion* toArray = nullptr;    // otherwise, the conversion to "any"
     bool generic = false;                    // a plain COSPropT: the value is in the generic store
     int block = -1;                          // else the slot of the defining class's block, if any
+    bool fetchAhead = false;                 // prefetch has something to fetch
   };
+  void fetchAhead(const COSInterface* object) const noexcept;
   // The compared value in the type of one property.
   struct TypedValue {
     const COSPropInfo* property = nullptr;
