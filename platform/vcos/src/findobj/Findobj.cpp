@@ -71,7 +71,7 @@ struct Frame {
     COSInterface* c = current ? (current->getOwnerObject() == parent.get() ? current->getOlderSibling() : nullptr)
                               : parent->getNewestChild();
     current = c;
-    if (ahead) {
+    if (ahead && query) {
       query->prefetch(ahead.get());
       ahead = ahead->getOlderSibling();
     }
