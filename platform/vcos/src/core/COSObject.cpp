@@ -2,12 +2,25 @@
 // strong reference of a live instance goes.
 #include "vcos/src/core/COSObject.h"
 
+#include <cassert>
+
 #include "vcos/src/core/ObjectOps.h"
+#include "vcos/src/core/SlotPool.h"
 #include "vcos/COSObjectOperations.h"
 
 namespace vcos::internal {
 namespace {
 std::atomic<std::size_t> liveObjects{0};
+}  // namespace
+
+void* COSObject::operator new(std::size_t size) {
+  assert(size == sizeof(COSObject) && "COSObject is final");
+  (void)size;
+  return poolOf<COSObject>().allocate();
+}
+
+void COSObject::operator delete(void* p) noexcept {
+  if (p) poolOf<COSObject>().release(p);
 }
 
 COSObject::COSObject() noexcept : COSInterface(COSKind::Instance) { liveObjects.fetch_add(1, std::memory_order_relaxed); }

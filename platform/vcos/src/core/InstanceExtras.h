@@ -2,11 +2,15 @@
 //
 // The side table of an object, allocated on first use: dynamic properties,
 // values of generic properties, and instance and property listeners. An
-// object without any of these pays one null pointer.
+// object without any of these pays one null pointer. Side tables come from a
+// slot pool, so those of objects made in a row lie side by side.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
+
+#include <boost/container/small_vector.hpp>
 
 #include "vcos/COSInterface.h"
 #include "vcos/COSInterfacePtr.h"
@@ -29,9 +33,14 @@ struct StoredValue {
 
 struct InstanceExtras {
   std::vector<COSInterfacePtr> dynamicProperties;
-  std::vector<StoredValue> values;
+  // A few values live in the table itself: reading one costs no further
+  // pointer to follow, and storing it no allocation.
+  boost::container::small_vector<StoredValue, 3> values;
   std::vector<ListenerEntry> listeners;
   int propertyListenerCount = 0;
+
+  static void* operator new(std::size_t size);
+  static void operator delete(void* p) noexcept;
 };
 
 }  // namespace vcos::internal

@@ -25,14 +25,20 @@ bool searchable(COSInterface* object) {
   return object && !object->isDestroyed() && !object->isBeingDestroyed();
 }
 
+// How many children ahead of the one being tested the walk starts fetching
+// the memory of the values the conditions read: about one memory latency's
+// worth of tests.
+constexpr int kLookahead = 8;
+
 // The children of one object being walked. A class with its own list gives
 // a snapshot of it, and so does the tree's chain when the conditions call
 // functions, which may delete objects of the level being walked. Otherwise
 // the chain is followed in place, newest first, one sibling link at a time,
-// so a wide level costs no copy. Every object in a frame is held strongly,
-// so code run by a condition (a get listener) never leaves a dangling
-// pointer; a chain whose current child was taken out of it meanwhile ends
-// there.
+// so a wide level costs no copy. The frame holds its parent, the child
+// handed out last and the child it looks ahead at strongly, so code run by a
+// condition (a get listener) never leaves a dangling pointer; a chain whose
+// current child was taken out of it meanwhile ends there. The look-ahead is
+// only a hint: where such code moved it, it fetches the wrong memory.
 struct Frame {
   COSInterfacePtr parent;
   double depth = 0;  // of the children
@@ -40,69 +46,111 @@ struct Frame {
   std::vector<COSInterfacePtr> list;  // own lists; capacity kept across uses
   std::size_t next = 0;
   COSInterfacePtr current;  // chain: the child visited last
+  COSInterfacePtr ahead;    // chain: kLookahead children after `current`
 
-  COSInterfacePtr nextChild() {
-    if (!chain) return next < list.size() ? std::move(list[next++]) : COSInterfacePtr();
+  // Starts the look-ahead at the first children (`query` null: none).
+  void startLookahead(const search::Query* query) {
+    ahead.reset();
+    if (!query) return;
+    if (!chain) {
+      for (std::size_t i = 0; i < list.size() && i < kLookahead; ++i) query->prefetch(list[i].get());
+      return;
+    }
+    COSInterface* c = parent->getNewestChild();
+    for (int i = 0; c && i < kLookahead; ++i, c = c->getOlderSibling()) query->prefetch(c);
+    ahead = c;
+  }
+
+  // The next child, or null at the end. It stays held until the next call.
+  COSInterface* nextChild(const search::Query* query) {
+    if (!chain) {
+      if (next >= list.size()) return nullptr;
+      if (query && next + kLookahead < list.size()) query->prefetch(list[next + kLookahead].get());
+      return list[next++].get();
+    }
     COSInterface* c = current ? (current->getOwnerObject() == parent.get() ? current->getOlderSibling() : nullptr)
                               : parent->getNewestChild();
     current = c;
-    return current;
+    if (ahead && query) {
+      query->prefetch(ahead.get());
+      ahead = ahead->getOlderSibling();
+    }
+    return c;
   }
 };
 
 class Walk {
  public:
   Walk(search::Query& query, std::vector<COSInterfacePtr>& found)
-      : query_(query), found_(found), snapshotChains_(query.callsFunctions()) {}
+      : query_(query),
+        found_(found),
+        snapshotChains_(query.callsFunctions()),
+        lookahead_(query.readsProperties() ? &query : nullptr) {}
 
+  // `start` is held by the caller.
   void from(COSInterface* start, std::unordered_set<COSInterface*>* seen) {
-    visit(COSInterfacePtr(start), 0, seen);
+    visit(start, 0, seen);
     while (top_ > 0) {
       Frame& f = frames_[top_ - 1];
-      COSInterfacePtr child = f.nextChild();
+      COSInterface* child = f.nextChild(lookahead_);
       if (!child) {
         f.parent.reset();
         f.current.reset();
+        f.ahead.reset();
+        f.list.clear();
         --top_;
         continue;
       }
-      visit(std::move(child), f.depth, seen);  // may push a frame: `f` is not used after this
+      visit(child, f.depth, seen);  // may push a frame: `f` is not used after this
     }
   }
 
  private:
-  void visit(COSInterfacePtr object, double depth, std::unordered_set<COSInterface*>* seen) {
-    if (!searchable(object.get())) return;
-    if (seen && !seen->insert(object.get()).second) return;
-    if (query_.matches(object.get())) found_.push_back(object);
-    if (depth < query_.depth() && searchable(object.get())) push(std::move(object), depth + 1);
+  // `object` is held by the frame that handed it out (or the caller).
+  void visit(COSInterface* object, double depth, std::unordered_set<COSInterface*>* seen) {
+    if (!searchable(object)) return;
+    if (seen && !seen->insert(object).second) return;
+    if (query_.matches(object)) found_.emplace_back(object);
+    if (depth < query_.depth() && searchable(object)) push(object, depth + 1);
   }
 
-  void push(COSInterfacePtr parent, double childDepth) {
+  void push(COSInterface* parent, double childDepth) {
+    // Whether the class keeps its own list of children, asked once per run
+    // of objects of one class.
+    COSClass* cls = parent->getClass();
+    if (cls != lastClass_) {
+      lastClass_ = cls;
+      COSClassInfo* info = cls ? cls->getClassInfo() : nullptr;
+      lastOwnList_ = info && info->usesCustomChildrenList() ? info : nullptr;
+    }
+    COSClassInfo* ownList = lastOwnList_;
+    if (!ownList && !parent->getNewestChild()) return;  // no children: no frame
+
     if (top_ == frames_.size()) frames_.emplace_back();
     Frame& f = frames_[top_++];
-    COSClass* cls = parent->getClass();
-    COSClassInfo* info = cls ? cls->getClassInfo() : nullptr;
-    const bool ownList = info && info->usesCustomChildrenList();
     f.chain = !ownList && !snapshotChains_;
     f.depth = childDepth;
     f.next = 0;
     f.current.reset();
+    f.parent = parent;
     if (!f.chain) {
       f.list.clear();
       if (ownList)
-        info->getChildrenOfInstance(parent.get(), f.list);  // newest first
+        ownList->getChildrenOfInstance(parent, f.list);  // newest first
       else
         for (COSInterface* c = parent->getNewestChild(); c; c = c->getOlderSibling()) f.list.emplace_back(c);
     }
-    f.parent = std::move(parent);
+    f.startLookahead(lookahead_);
   }
 
   search::Query& query_;
   std::vector<COSInterfacePtr>& found_;
   const bool snapshotChains_;
+  const search::Query* const lookahead_;  // null when no condition reads a property
   std::vector<Frame> frames_;
   std::size_t top_ = 0;
+  const COSClass* lastClass_ = nullptr;
+  COSClassInfo* lastOwnList_ = nullptr;
 };
 
 }  // namespace

@@ -168,6 +168,8 @@ Query::Query(int nargs, const vxArray* const args[]) {
     ops.pop_back();
   }
   stack_.resize(program_.size());
+  for (const Term& t : terms_)
+    if (t.property && t.kind != TermKind::HasProperty) readers_.push_back(t.property.get());
 }
 
 Query::~Query() = default;
@@ -178,8 +180,11 @@ bool Query::callsFunctions() const noexcept {
   });
 }
 
+bool Query::readsProperties() const noexcept { return !readers_.empty(); }
+
 bool Query::matches(COSInterface* object) {
   if (program_.empty()) return true;
+  if (program_.size() == 1) return test(terms_[0], object);  // the common single condition
   size_t top = 0;
   for (const Step& s : program_) {
     switch (s.op) {

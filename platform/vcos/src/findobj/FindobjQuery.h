@@ -14,14 +14,13 @@
 #include <vector>
 
 #include "vcos/COSInternedBase.h"
+#include "vcos/src/findobj/PropertyResolver.h"
 #include "vx/vxFunctionHandleData.h"
 #include "vx/vxTypes.h"
 
 class COSInterface;
 
 namespace vcos::search {
-
-class PropertyResolver;
 
 // What one term of the search tests. Written once here and expanded for the
 // enum and the names used in error messages.
@@ -76,6 +75,13 @@ class Query {
   double depth() const noexcept { return depth_; }
   // Whether a condition calls functions (which may change the tree).
   bool callsFunctions() const noexcept;
+  // Whether a condition reads property values.
+  bool readsProperties() const noexcept;
+  // A hint for an object a walk will test soon: starts fetching the memory
+  // the values read by the conditions live in. Reads no value, runs no code.
+  void prefetch(const COSInterface* object) const noexcept {
+    for (const PropertyResolver* p : readers_) p->prefetch(object);
+  }
   // Whether a live object passes the whole expression.
   bool matches(COSInterface* object);
 
@@ -84,6 +90,7 @@ class Query {
 
   std::vector<Term> terms_;
   std::vector<Step> program_;
+  std::vector<const PropertyResolver*> readers_;  // of the terms that read values
   std::vector<unsigned char> stack_;  // evaluation scratch, sized once
   double depth_ = std::numeric_limits<double>::infinity();
 };

@@ -3,13 +3,20 @@
 
 #include "vcos/src/findobj/TextCompare.h"
 
+#include <typeinfo>
+
+#include "vcos/src/class/ClassTables.h"
+#include "vcos/src/core/ObjectOps.h"
+
 #include "foundation/core/except/IMsgIDException.h"
 
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
+#include "vcos/COSGenericProp.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/COSPropT.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
 #include "vx/matrix.h"
@@ -29,10 +36,18 @@ void PropertyValue::reset() noexcept {
   array_ = nullptr;
 }
 
-PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* property) {
+PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* property, const COSClass* cls) {
   Resolved r;
   r.property = property;
   if (!property) return r;
+  // Where the value lives, for prefetch: properties of the class only.
+  if (cls) {
+    if (typeid(*property) == typeid(COSPropT) || typeid(*property) == typeid(COSGenericProp)) {
+      r.generic = true;
+    } else if (const COSClass* definer = property->getDefiningClass()) {
+      if (const std::uint32_t* slot = cls->tables().blockSlot.find(definer->getID())) r.block = int(*slot);
+    }
+  }
   r.readable = property->getMemberGetAccess() == PublicAccess && !property->getExtendedGetAccess();
   COSDataTypePtr type = property->getDataType();
   if (!type || type->isVANTELArrayType()) {
@@ -43,25 +58,37 @@ PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* propert
     r.isAscii = type.getID() == ascii;
     r.isText = r.isAscii || type.getID() == unicode;
   }
+  r.fetchAhead = r.generic ? r.isText : r.block >= 0;
   return r;
 }
 
-PropertyResolver::Resolved PropertyResolver::resolve(COSInterface* object) {
+const PropertyResolver::Resolved& PropertyResolver::resolve(COSInterface* object) {
   const COSClass* cls = object->getClass();
   if (cls != cachedClass_) {
     cachedClass_ = cls;
-    cached_ = describe(cls ? cls->findProperty(name_) : nullptr);
+    cached_ = describe(cls ? cls->findProperty(name_) : nullptr, cls);
   }
   if (cached_.property) return cached_;
   // Not a class property: maybe one added to this instance.
-  return describe(object->findPropertyInfo(name_));
+  dynamic_ = describe(object->findPropertyInfo(name_), nullptr);
+  return dynamic_;
+}
+
+void PropertyResolver::fetchAhead(const COSInterface* object) const noexcept {
+  if (cached_.generic) {
+    if (const internal::InstanceExtras* x = internal::ObjectOps::extrasIfAny(object))
+      for (const internal::StoredValue& v : x->values)
+        if (v.property == cached_.property) return __builtin_prefetch(v.value.asPointer<const void>());
+  } else if (void** blocks = internal::ObjectOps::blocks(const_cast<COSInterface*>(object))) {
+    __builtin_prefetch(blocks[cached_.block]);
+  }
 }
 
 bool PropertyResolver::has(COSInterface* object) { return resolve(object).property != nullptr; }
 
 bool PropertyResolver::read(COSInterface* object, PropertyValue& out) {
   out.reset();
-  const Resolved r = resolve(object);
+  const Resolved& r = resolve(object);
   if (!r.property || !r.readable || (!r.isArray && !r.toArray)) return false;
   out.raw_ = object->getPropertyValue(COSGetPublicClient(), r.property);
   out.object_ = object;
@@ -80,7 +107,7 @@ PropertyResolver::~PropertyResolver() {
 }
 
 PropertyResolver::Typed PropertyResolver::compareTyped(COSInterface* object, const vxArray* value) {
-  const Resolved r = resolve(object);
+  const Resolved& r = resolve(object);
   if (!r.property) return Typed::NotEqual;
   if (r.isArray || r.isText) return Typed::NotApplicable;
   if (!r.readable) return Typed::NotEqual;
@@ -109,7 +136,7 @@ PropertyResolver::Typed PropertyResolver::compareTyped(COSInterface* object, con
 
 PropertyResolver::Typed PropertyResolver::compareText(COSInterface* object, std::u16string_view folded,
                                                       const std::string* asciiFolded) {
-  const Resolved r = resolve(object);
+  const Resolved& r = resolve(object);
   if (!r.property) return Typed::NotEqual;
   if (!r.isText || (r.isAscii && !asciiFolded)) return Typed::NotApplicable;
   if (!r.readable) return Typed::NotEqual;

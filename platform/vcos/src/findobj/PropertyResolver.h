@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "vcos/COSDataTypePtr.h"
+#include "vcos/COSInterface.h"
 #include "vcos/COSInternedBase.h"
 #include "vcos/COSValue.h"
 #include "vx/vxTypes.h"
@@ -70,6 +71,16 @@ class PropertyResolver {
   // else null (then an "asciiString" property is not handled here).
   Typed compareText(COSInterface* object, std::u16string_view folded, const std::string* asciiFolded);
 
+  // A hint for an object to be read soon: starts fetching the memory where
+  // the property of the class met last keeps its value when that lies
+  // outside the object's pooled memory (the text a generic text value points
+  // to, or the class's C++ block); neighbours' headers and side tables are
+  // fetched in order by the processor already. Reads no value and runs no
+  // code; objects of other classes are left alone.
+  void prefetch(const COSInterface* object) const noexcept {
+    if (cached_.fetchAhead && object->getClass() == cachedClass_) fetchAhead(object);
+  }
+
  private:
   struct Resolved {
     const COSPropInfo* property = nullptr;
@@ -78,7 +89,11 @@ class PropertyResolver {
     bool isText = false;                     // "asciiString", "unicodeString"
     bool isAscii = false;                    // "asciiString"
     COSTypeConversion* toArray = nullptr;    // otherwise, the conversion to "any"
+    bool generic = false;                    // a plain COSPropT: the value is in the generic store
+    int block = -1;                          // else the slot of the defining class's block, if any
+    bool fetchAhead = false;                 // prefetch has something to fetch
   };
+  void fetchAhead(const COSInterface* object) const noexcept;
   // The compared value in the type of one property.
   struct TypedValue {
     const COSPropInfo* property = nullptr;
@@ -86,12 +101,14 @@ class PropertyResolver {
     COSValue value;
     bool usable = false;  // false: the value has no form in that type
   };
-  Resolved resolve(COSInterface* object);
-  static Resolved describe(const COSPropInfo* property);
+  // Valid until the next call.
+  const Resolved& resolve(COSInterface* object);
+  static Resolved describe(const COSPropInfo* property, const COSClass* cls);
 
   COSID name_;
   const COSClass* cachedClass_ = nullptr;
   Resolved cached_;
+  Resolved dynamic_;  // a property of one instance, met last
   TypedValue typed_;
 };
 

@@ -2,6 +2,7 @@
 // combinations, custom children lists, depth, and the errors of a bad list.
 #include <gtest/gtest.h>
 
+#include "../VcosTestClasses.h"
 #include "../builtin/BuiltinTestSupport.h"
 
 using bt::number;
@@ -136,6 +137,34 @@ TEST_F(FindobjTree, FunctionThatDeletesObjectsMidSearchIsSafe) {
     return vxCreateLogicalScalar(true);
   });
   EXPECT_EQ(find({f.get(), deleter.get()}), (Names{"root", "c", "c1", "a"}));
+}
+
+TEST_F(FindobjTree, GetListenerThatChangesTheChainAheadIsSafe) {
+  // A wide level is followed in place, looking some children ahead. While
+  // the first child's Value is read, a listener deletes the next child and
+  // two a few places further on, and moves one under `side`: the search
+  // goes on along the changed chain and finds the moved one under `side`.
+  // Only the chains hold the children, so a deleted one is freed at once.
+  COSInterfacePtr top = node("bt.Node", "top", 0), side = node("bt.Node", "side", 1);
+  top->hookChild(side);
+  std::vector<COSInterface*> n;
+  for (int i = 0; i < 20; ++i) {
+    top->hookChild(node("bt.Node", ("n" + std::to_string(i)).c_str(), 1));
+    n.push_back(top->getNewestChild());
+  }
+  auto change = vt::listener([&](COSInterface*, COSEventData*) {
+    for (int i : {18, 11, 10}) n[i]->deleteObject(COSGetPublicClient());
+    COSInterfacePtr moved(n[12]);
+    moved->unhookFromOwner();
+    side->hookChild(moved);
+  });
+  COSInterfacePtr first(n[19]);
+  first->addPropertyListener(COSPropertyEvent::PreGet, vt::prop(first, "Value"), vt::L(change));
+  const auto value = text("Value"), one = number(1);
+  EXPECT_EQ(findFrom(top, {value.get(), one.get()}),
+            (Names{"n19", "n17", "n16", "n15", "n14", "n13", "n9", "n8", "n7", "n6", "n5", "n4", "n3", "n2", "n1",
+                   "n0", "side", "n12"}));
+  top->deleteObject(COSGetPublicClient());
 }
 
 TEST_F(FindobjTree, ResultTakesTheClassTheObjectsShare) {
