@@ -49,4 +49,27 @@ void BM_GrowingArrayLoop(benchmark::State& state) {
 }
 BENCHMARK(BM_GrowingArrayLoop)->Unit(benchmark::kMillisecond)->Iterations(3);
 
+// The same growth at several lengths: with assignment in place and spare
+// room in the array, the time per element stays flat as the length grows.
+void BM_GrowingArrayByLength(benchmark::State& state) {
+  const auto n = state.range(0);
+  runScript(state, "acc = []; for i = 1:" + std::to_string(n) + "\n  acc(end + 1) = i;\nend\n",
+            static_cast<double>(n));
+}
+BENCHMARK(BM_GrowingArrayByLength)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// A cell that grows by one each time (c{end + 1} = v).
+void BM_GrowingCellByLength(benchmark::State& state) {
+  const auto n = state.range(0);
+  runScript(state, "acc = {}; for i = 1:" + std::to_string(n) + "\n  acc{end + 1} = i;\nend\n",
+            static_cast<double>(n));
+}
+BENCHMARK(BM_GrowingCellByLength)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// Writes into a preallocated array: no growth, and no copy of the array.
+void BM_IndexedWriteLoop(benchmark::State& state) {
+  runScript(state, "acc = zeros(1, 100000); for i = 1:100000\n  acc(i) = i;\nend\n", 1e5);
+}
+BENCHMARK(BM_IndexedWriteLoop)->Unit(benchmark::kMillisecond)->Iterations(3);
+
 }  // namespace

@@ -106,5 +106,82 @@ TEST(InterpreterTest, NumberDisplayPicksOneStylePerArray) {
   EXPECT_EQ(run(in, "c = [1e6 1]"), "c =\n    1000000         1\n");
 }
 
+const double* dataOf(const Interpreter& in, const std::string& name) {
+  return vxGetPr(in.findVariable(name)->get());
+}
+
+TEST(InterpreterTest, IndexedAssignmentWritesInPlaceUnlessShared) {
+  Interpreter in;
+  run(in, "z = zeros(1, 100);");
+  const double* before = dataOf(in, "z");
+  run(in, "z(5) = 1; z(end) = 2;");
+  EXPECT_EQ(dataOf(in, "z"), before) << "an unshared variable was copied";
+  // A shared copy keeps its elements; the writer gets storage of its own.
+  run(in, "w = z; z(1) = 7; z(end + 1) = 8;");
+  EXPECT_EQ(dataOf(in, "w"), before);
+  EXPECT_EQ(run(in, "disp([w(1) numel(w) z(1) numel(z)])"), "      0   100     7   101\n");
+  // Growing a row one element at a time moves its data only now and then.
+  run(in, "g = [];");
+  int moves = 0;
+  const double* last = nullptr;
+  for (int k = 0; k < 500; ++k) {
+    run(in, "g(end + 1) = numel(g);");
+    if (dataOf(in, "g") != last) ++moves;
+    last = dataOf(in, "g");
+  }
+  EXPECT_LT(moves, 25);
+  EXPECT_EQ(run(in, "disp([g(1) g(end) numel(g)])"), "      0   499   500\n");
+}
+
+TEST(InterpreterTest, FailedInPlaceAssignmentsLeaveVariablesAndSharersIntact) {
+  Interpreter in;
+  run(in, "x = [1 2 3]; y = x; c = {1, 2}; s = struct('a', {1, 2});");
+  const double* before = dataOf(in, "x");
+  for (const char* bad : {"x(0) = 1;", "x(1.5) = 1;", "x(1:2) = [1 2 3];", "x(5) = {1};", "c{1:2} = 3;",
+                          "c(3) = 4;", "s(3) = 5;", "x(end + 1) = undefined_thing;", "fresh(0) = 1;",
+                          "fresh{0} = 1;"}) {
+    EXPECT_THROW(in.run(bad), foundation::core::except::IMsgIDException) << bad;
+  }
+  EXPECT_EQ(dataOf(in, "x"), before);
+  EXPECT_EQ(run(in, "x, y, c"), "x =\n    1   2   3\ny =\n    1   2   3\nc =\n  1x2 cell\n    {1}   {2}\n");
+  EXPECT_EQ(in.findVariable("fresh"), nullptr) << "a failed assignment defined the variable";
+  // The index may read the variable it assigns to.
+  run(in, "x(x > 1) = 0; x(numel(x) + 1) = 9;");
+  EXPECT_EQ(run(in, "x"), "x =\n    1   0   0   9\n");
+}
+
+TEST(InterpreterTest, CommandsDependOnWhetherTheNameIsAVariable) {
+  Interpreter in;
+  run(in, "function r = tag(varargin)\n  r = strjoin(varargin, '/');\nend\n");
+  EXPECT_EQ(run(in, "tag -1 b"), "ans = '-1/b'\n");
+  run(in, "tag = 10;");
+  EXPECT_EQ(run(in, "tag -1"), "ans = 9\n");
+  try {
+    in.run("tag b");
+    FAIL() << "expected an error";
+  } catch (const foundation::core::except::Error& e) {
+    EXPECT_EQ(e.identifier(), "VANTEL:sgsh:CommandOnVariable");
+  }
+  run(in, "clear tag");
+  EXPECT_EQ(run(in, "tag x;"), "");
+  EXPECT_EQ(vxArrayToStdString(in.findVariable("ans")->get()), "x");
+}
+
+TEST(InterpreterTest, ClearAndWhoWorkOnTheCurrentWorkspace) {
+  Interpreter in;
+  run(in, "alpha = 1; beta = 'b'; gamma = {}; ab = 2;\n"
+          "function r = inner()\n  local = 1; clear\n  r = numel(who);\nend\n");
+  EXPECT_EQ(run(in, "who"), "Variables:\n  ab  alpha  beta  gamma\n");
+  EXPECT_EQ(run(in, "whos a*"), "  Name     Size    Class\n  ab       1x1     double\n  alpha    1x1     double\n");
+  run(in, "n = inner();");
+  EXPECT_EQ(scalar(in, "n"), 0);
+  EXPECT_NE(in.findVariable("alpha"), nullptr) << "clear in a function reached the caller's workspace";
+  run(in, "clear a* n nothing_here");
+  EXPECT_EQ(in.variableNames(), (std::vector<std::string>{"beta", "gamma"}));
+  run(in, "clear all");
+  EXPECT_TRUE(in.variableNames().empty());
+  EXPECT_EQ(run(in, "who"), "");
+}
+
 }  // namespace
 }  // namespace sgsh

@@ -145,5 +145,54 @@ TEST(ParserTest, SeparatorsCommentsAndContinuationInsideConstructs) {
   EXPECT_EQ(toSource(*Parser::parse("s.end = s.if + 1").body->kids[0]), "s.end = (s.if + 1)");
 }
 
+// How the first statement reads: "name|word|word" for a command, followed
+// by " || expression" when the same text also reads as an expression; any
+// other statement as its source.
+std::string command(std::string_view src) {
+  Program p = Parser::parse(src);
+  const Node& s = *p.body->kids.at(0);
+  if (s.kind != NodeKind::Command) return "not a command: " + toSource(s);
+  std::string r = s.text;
+  for (const std::string& w : s.names) r += "|" + w;
+  if (!s.kids.empty()) r += " || " + toSource(*s.kids[0]);
+  return r;
+}
+
+TEST(ParserTest, CommandSyntaxNeedsABlankThenAWordNotAnOperator) {
+  EXPECT_EQ(command("hold on"), "hold|on");
+  EXPECT_EQ(command("  clear x y*"), "clear|x|y*");
+  EXPECT_EQ(command("cd .."), "cd|..");
+  EXPECT_EQ(command("disp hi % a comment"), "disp|hi");
+  EXPECT_EQ(command("disp 'two words' it''s"), "disp|two words|its");
+  EXPECT_EQ(command("disp 'it''s'"), "disp|it's");
+  // An operator with a blank after it is binary; without, it begins a word
+  // and the expression reading is kept for a variable of that name.
+  EXPECT_EQ(command("a -1"), "a|-1 || (a - 1)");
+  EXPECT_EQ(command("a ==b"), "a|==b || (a == b)");
+  EXPECT_EQ(command("x .^2"), "x|.^2 || (x .^ 2)");
+  EXPECT_EQ(command("a - 1"), "not a command: (a - 1)");
+  EXPECT_EQ(command("a-1"), "not a command: (a - 1)");
+  EXPECT_EQ(command("a == b"), "not a command: (a == b)");
+  EXPECT_EQ(command("a = 1"), "not a command: a = 1");
+  EXPECT_EQ(command("f (x)"), "not a command: f(x)");
+  EXPECT_EQ(command("a"), "not a command: a");
+}
+
+TEST(ParserTest, CommandSyntaxEndsWithTheStatement) {
+  Program p = Parser::parse("hold on; disp a, x = 1\nif x, hold off, end");
+  ASSERT_EQ(p.body->kids.size(), 4u);
+  EXPECT_EQ(p.body->kids[0]->kind, NodeKind::Command);
+  EXPECT_FALSE(p.body->kids[0]->show);
+  EXPECT_EQ(p.body->kids[1]->kind, NodeKind::Command);
+  EXPECT_TRUE(p.body->kids[1]->show);
+  EXPECT_EQ(p.body->kids[2]->kind, NodeKind::Assign);
+  const Node& block = *p.body->kids[3]->kids[1];
+  ASSERT_EQ(block.kids.size(), 1u);
+  EXPECT_EQ(toSource(*block.kids[0]), "hold 'off'");
+  // Inside an expression the words are not commands.
+  EXPECT_EQ(syntaxError("y = hold on"), "VANTEL:sgsh:Syntax");
+  EXPECT_EQ(syntaxError("disp 'open"), "VANTEL:sgsh:UnterminatedText");
+}
+
 }  // namespace
 }  // namespace sgsh

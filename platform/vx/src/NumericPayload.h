@@ -1,6 +1,8 @@
 // Not installed; internal to the array runtime.
 //
-// Payload of numeric, logical and char arrays: zero-filled plain bytes.
+// Payload of numeric, logical and char arrays: zero-filled plain bytes. A
+// growing payload keeps spare room (half its size again), so arrays that
+// grow an element at a time copy their bytes a logarithmic number of times.
 #pragma once
 
 #include <cstddef>
@@ -23,6 +25,7 @@ class NumericPayload final : public Payload {
 
  private:
   vxSize numel_;
+  vxSize capacity_;  // elements the bytes have room for
   vxSize elementBytes_;
   std::unique_ptr<std::byte[]> bytes_;
 };

@@ -34,7 +34,10 @@ bool anyHoldsObjects(const std::vector<ElementRef>& elements) {
 Payload::~Payload() = default;
 
 NumericPayload::NumericPayload(vxSize numel, vxSize elementBytes)
-    : numel_(numel), elementBytes_(elementBytes), bytes_(std::make_unique<std::byte[]>(numel * elementBytes)) {}
+    : numel_(numel),
+      capacity_(numel),
+      elementBytes_(elementBytes),
+      bytes_(std::make_unique<std::byte[]>(numel * elementBytes)) {}
 
 PayloadRef NumericPayload::clone(Depth) const {
   auto p = makePayload<NumericPayload>(numel_, elementBytes_);
@@ -43,10 +46,20 @@ PayloadRef NumericPayload::clone(Depth) const {
 }
 
 void NumericPayload::resize(vxSize numel) {
-  auto bytes = std::make_unique<std::byte[]>(numel * elementBytes_);
+  if (numel <= capacity_ && numel >= capacity_ / 4) {
+    // Fits: new elements read as zero; a modest shrink keeps the room.
+    if (numel > numel_) std::memset(bytes_.get() + numel_ * elementBytes_, 0, (numel - numel_) * elementBytes_);
+    numel_ = numel;
+    return;
+  }
+  // Growing past the room leaves room for half as many again; a one-off
+  // resize of an empty or shrinking payload allocates exactly.
+  const vxSize capacity = numel > numel_ && numel_ > 0 ? std::max(numel, numel_ + numel_ / 2) : numel;
+  auto bytes = std::make_unique<std::byte[]>(capacity * elementBytes_);
   std::memcpy(bytes.get(), bytes_.get(), std::min(numel, numel_) * elementBytes_);
   bytes_ = std::move(bytes);
   numel_ = numel;
+  capacity_ = capacity;
 }
 
 PayloadRef CellPayload::clone(Depth depth) const {

@@ -57,5 +57,6 @@ void registerTextBuiltins(BuiltinRegistry& r);
 void registerErrorBuiltins(BuiltinRegistry& r);
 void registerFunctionBuiltins(BuiltinRegistry& r);
 void registerObjectBuiltins(BuiltinRegistry& r);
+void registerWorkspaceBuiltins(BuiltinRegistry& r);
 
 }  // namespace sgsh

@@ -19,4 +19,11 @@ std::string summaryText(const vxArray* value);
 // A number as the display writes it alone ("3", "2.5000", "1.0000e+06").
 std::string numberText(double v);
 
+// Digits after the point for numbers that are not integers: four (short,
+// the default) or fifteen (long). One setting for the process, as the
+// format command of a session sets it.
+enum class NumberFormat : unsigned char { Short, Long };
+void setNumberFormat(NumberFormat format) noexcept;
+NumberFormat numberFormat() noexcept;
+
 }  // namespace sgsh

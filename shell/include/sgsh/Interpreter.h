@@ -38,6 +38,11 @@ class Interpreter {
   // Variables of the current workspace.
   const Value* findVariable(const std::string& name) const;
   void setVariable(const std::string& name, Value value);
+  // Names of the current workspace's variables, sorted.
+  std::vector<std::string> variableNames() const;
+  // Removes one variable (false when there is none of that name), or all.
+  bool clearVariable(const std::string& name);
+  void clearVariables();
 
   // Calls a function by name (script function, then built-in) or a handle.
   std::vector<Value> call(const std::string& name, std::span<const Value> args, int nargout);
@@ -72,6 +77,7 @@ class Interpreter {
   Flow exec(const Node& stmt);
   void execExprStmt(const Node& stmt);
   void execAssign(const Node& stmt);
+  void execCommand(const Node& stmt);
   void execMultiAssign(const Node& stmt);
   Flow execIf(const Node& stmt);
   Flow execFor(const Node& stmt);

@@ -37,6 +37,8 @@ namespace sgsh {
   /* statements */                                                                          \
   X(ExprStmt)    /* show; kids: expression */                                               \
   X(Assign)      /* show; kids: target, value */                                            \
+  X(Command)     /* show; text: function; names: char arguments; kids: [same text as an      \
+                    expression, when it parses as one] */                                   \
   X(MultiAssign) /* show; kids: targets..., value (a call) */                               \
   X(If)          /* kids: condition, Block, [condition, Block]..., [Block for else] */      \
   X(For)         /* kids: target, range expression, Block */                                \

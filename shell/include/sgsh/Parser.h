@@ -35,6 +35,7 @@ class Parser {
   NodePtr parseBlock();
   NodePtr parseStatement();
   NodePtr parseFunction();
+  NodePtr parseCommand();
   NodePtr parseIf();
   NodePtr parseFor();
   NodePtr parseWhile();

@@ -17,6 +17,7 @@ namespace sgsh {
   X(Char, "char literal")                                                     \
   X(String, "string literal")                                                 \
   X(Identifier, "name")                                                       \
+  X(CommandWord, "command argument")                                          \
   X(KwIf, "if")                                                               \
   X(KwElseif, "elseif")                                                       \
   X(KwElse, "else")                                                           \

@@ -30,6 +30,7 @@ BuiltinRegistry::BuiltinRegistry() {
   registerErrorBuiltins(*this);
   registerFunctionBuiltins(*this);
   registerObjectBuiltins(*this);
+  registerWorkspaceBuiltins(*this);
 }
 
 BuiltinRegistry& BuiltinRegistry::instance() {

@@ -18,6 +18,18 @@ void bDisp(Interpreter&, int, Out&, Args in) {
   writeOutput(dispText(in[0].get()));
 }
 
+// format, format short, format long: digits of the numbers displayed after.
+void bFormat(Interpreter&, int, Out&, Args in) {
+  checkArgs("format", in, 0, 1);
+  const std::string style = in.empty() ? "short" : textArg("format", in[0]);
+  if (style == "short")
+    setNumberFormat(NumberFormat::Short);
+  else if (style == "long")
+    setNumberFormat(NumberFormat::Long);
+  else
+    throw Error("VANTEL:sgsh:BadFormat", style);
+}
+
 void bNumel(Interpreter&, int, Out& out, Args in) {
   checkArgs("numel", in, 1, 1);
   out.push_back(Value::scalar(static_cast<double>(vxGetNumberOfElements(in[0].get()))));
@@ -315,6 +327,7 @@ namespace sgsh {
 void registerCoreBuiltins(BuiltinRegistry& r) {
   using namespace builtins;
   r.add<bDisp>("disp");
+  r.add<bFormat>("format");
   r.add<bNumel>("numel");
   r.add<bSize>("size");
   r.add<bLength>("length");

@@ -1,5 +1,6 @@
 // Built-ins over objects of the class-object system: get and set in their
-// forms, isprop, and isvalid for values that are not objects. delete,
+// forms (one object or several, one name or a cell of names, listing),
+// isprop, and isvalid for values that are not objects. delete,
 // isvalid, addlistener and findobj on objects are methods of "handle" and
 // reach the class through method dispatch.
 #include <vcos/COSDataType.h>  // before COSClass.h: COSDataTypePtr needs it complete
@@ -8,8 +9,12 @@
 #include <vcos/MemberAccess.h>
 #include <vcos/ObjectArray.h>
 
+#include <algorithm>
+#include <cctype>
+
 #include "builtins/BuiltinSupport.h"
 #include "eval/ObjectBridge.h"
+#include "sgsh/Output.h"
 
 namespace sgsh::builtins {
 namespace {
@@ -19,68 +24,178 @@ const vxArray* objectsArg(const char* fn, const Value& v) {
   return v.get();
 }
 
-// The public, visible properties of the objects' class, in class order.
-std::vector<std::string> publicProperties(const vxArray* objects) {
-  std::vector<std::string> names;
+// Property names in the order get(h) and set(h) show them: by name without
+// regard to case, then with it.
+void sortNames(std::vector<const COSPropInfo*>& props) {
+  std::sort(props.begin(), props.end(), [](const COSPropInfo* a, const COSPropInfo* b) {
+    const std::string_view x = a->getName(), y = b->getName();
+    const auto lower = [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); };
+    const bool less = std::lexicographical_compare(x.begin(), x.end(), y.begin(), y.end(),
+                                                   [&](char p, char q) { return lower(p) < lower(q); });
+    const bool more = std::lexicographical_compare(y.begin(), y.end(), x.begin(), x.end(),
+                                                   [&](char p, char q) { return lower(p) < lower(q); });
+    return less || (!more && x < y);
+  });
+}
+
+enum class Access { Get, Set };
+
+// The visible properties of the objects' class that the public client may
+// read (or write), sorted.
+std::vector<const COSPropInfo*> publicProperties(const vxArray* objects, Access access) {
+  std::vector<const COSPropInfo*> props;
   COSClass* cls = vcos::array::classOf(objects);
-  if (!cls) return names;
+  if (!cls) return props;
   for (std::size_t i = 0; i < cls->getPropertyCount(); ++i) {
     const COSPropInfo* p = cls->getPropertyAt(i);
-    if (p && p->getMemberGetAccess() == PublicAccess && p->isVisible()) names.emplace_back(p->getName());
+    if (!p || !p->isVisible()) continue;
+    const MemberAccess a = access == Access::Get ? p->getMemberGetAccess() : p->getMemberSetAccess();
+    if (a == PublicAccess) props.push_back(p);
   }
-  return names;
+  sortNames(props);
+  return props;
 }
 
 Value elementOf(const vxArray* objects, vxIndex i) { return ops::gather(objects, std::vector<vxIndex>{i}, {1, 1}); }
 
-// get(h, 'Prop'): the value, or a column cell for several objects.
-// get(h): a struct of all public properties of one object.
+// Property names given as text or as a cell of texts.
+std::vector<std::string> namesArg(const char* fn, const Value& v) {
+  std::vector<std::string> names;
+  if (vxIsCell(v.get())) {
+    for (vxSize i = 0; i < vxGetNumberOfElements(v.get()); ++i) {
+      const vxArray* el = vxGetCell(v.get(), i);
+      if (!el || !ops::isText(el)) throw Error("VANTEL:sgsh:NotText", "property name");
+      names.push_back(ops::textOf(el));
+    }
+    return names;
+  }
+  names.push_back(textArg(fn, v));
+  return names;
+}
+
+// get(h): a struct (a struct column for several objects) of the public
+// properties, sorted. get(h, 'Prop'): the value; a column cell for several
+// objects. get(h, {'A', 'B'}): a cell with one row per object and one column
+// per name.
 void bGet(Interpreter&, int, Out& out, Args in) {
   checkArgs("get", in, 1, 2);
   const vxArray* h = objectsArg("get", in[0]);
   ObjectBridge& bridge = ObjectBridge::current();
   const vxSize n = vxGetNumberOfElements(h);
   if (in.size() == 2) {
-    const std::string name = textArg("get", in[1]);
-    if (n == 1) {
-      out.push_back(bridge.getProperty(h, name));
+    const bool several = vxIsCell(in[1].get());
+    const std::vector<std::string> names = namesArg("get", in[1]);
+    if (n == 1 && !several) {
+      out.push_back(bridge.getProperty(h, names[0]));
       return;
     }
-    Value c(vxCreateCellMatrix(n, 1));
-    for (vxSize i = 0; i < n; ++i) vxSetCell(c.mut(), i, bridge.getProperty(elementOf(h, i).get(), name).release());
+    Value c(vxCreateCellMatrix(n, names.size()));
+    for (vxSize i = 0; i < n; ++i) {
+      Value one = n == 1 ? Value::copyOf(h) : elementOf(h, i);
+      for (std::size_t j = 0; j < names.size(); ++j)
+        vxSetCell(c.mut(), i + j * n, bridge.getProperty(one.get(), names[j]).release());
+    }
     out.push_back(std::move(c));
     return;
   }
-  if (n != 1) throw Error("VANTEL:sgsh:NotOneElement", n);
-  const std::vector<std::string> names = publicProperties(h);
-  Value s(vxCreateStructMatrix(1, 1, 0, nullptr));
-  for (const std::string& name : names) vxSetField(s.mut(), 0, name.c_str(), bridge.getProperty(h, name).release());
+  const std::vector<const COSPropInfo*> props = publicProperties(h, Access::Get);
+  std::vector<const char*> fields;
+  for (const COSPropInfo* p : props) fields.push_back(p->getName());
+  Value s(vxCreateStructMatrix(n, 1, static_cast<int>(fields.size()), fields.data()));
+  for (vxSize i = 0; i < n; ++i) {
+    Value one = n == 1 ? Value::copyOf(h) : elementOf(h, i);
+    for (std::size_t f = 0; f < fields.size(); ++f)
+      vxSetFieldByNumber(s.mut(), i, static_cast<int>(f), bridge.getProperty(one.get(), fields[f]).release());
+  }
   out.push_back(std::move(s));
 }
 
-// set(h, 'Prop', value, ...) sets in order; set(h, 'Prop') answers the
-// values the property's type allows as a column cell of text (empty where
-// any value of its type goes).
+// The values a property's type allows, as a column cell of text; empty
+// where any value of its type goes.
+Value allowedValues(const COSPropInfo* prop) {
+  const std::vector<std::string> values = prop->getDataType()->getPossibleValues();
+  Value c(vxCreateCellMatrix(values.size(), values.empty() ? 0 : 1));
+  for (std::size_t i = 0; i < values.size(); ++i) vxSetCell(c.mut(), i, Value::text(values[i]).release());
+  return c;
+}
+
+// The property that set may write, looked up as the set path does; raises
+// before anything is set.
+const COSPropInfo* settable(const vxArray* h, const std::string& name) {
+  COSClass* cls = vcos::array::classOf(h);
+  const COSPropInfo* prop = cls ? cls->findProperty(COSID(name.c_str())) : nullptr;
+  if (!prop) throw Error("VANTEL:sgsh:NoSuchProperty", name, vxGetClassName(h));
+  if (prop->getMemberSetAccess() != PublicAccess) throw Error("VANTEL:sgsh:NotSettable", name, vxGetClassName(h));
+  return prop;
+}
+
+// set(h) lists the settable properties, sorted, each with the values its
+// type allows where the type enumerates them; s = set(h) gives them as a
+// struct of column cells.
+void listSettable(const vxArray* h, int nargout, Out& out) {
+  const std::vector<const COSPropInfo*> props = publicProperties(h, Access::Set);
+  if (nargout > 0) {
+    std::vector<const char*> fields;
+    for (const COSPropInfo* p : props) fields.push_back(p->getName());
+    Value s(vxCreateStructMatrix(1, 1, static_cast<int>(fields.size()), fields.data()));
+    for (std::size_t f = 0; f < props.size(); ++f)
+      vxSetFieldByNumber(s.mut(), 0, static_cast<int>(f), allowedValues(props[f]).release());
+    out.push_back(std::move(s));
+    return;
+  }
+  std::string text;
+  for (const COSPropInfo* p : props) {
+    text += "  ";
+    text += p->getName();
+    const std::vector<std::string> values = p->getDataType()->getPossibleValues();
+    for (std::size_t i = 0; i < values.size(); ++i) text += (i ? " | '" : ": '") + values[i] + "'";
+    text += "\n";
+  }
+  writeOutput(text);
+}
+
+// set(h, 'Prop', value, ...) sets in order, the same values on every
+// object. set(h, {'A', 'B'}, values) takes a cell with one column per name
+// and one row per object (one row: the same values on all). set(h, 'Prop')
+// answers the values the property allows. Names and shapes are checked
+// before anything is set; a value the property refuses stops the set at
+// that object.
 void bSet(Interpreter&, int nargout, Out& out, Args in) {
-  if (in.size() < 2) throw Error("VANTEL:sgsh:NotEnoughInputs", "set");
+  if (in.empty()) throw Error("VANTEL:sgsh:NotEnoughInputs", "set");
   Value h = in[0];
   objectsArg("set", h);
+  if (in.size() == 1) return listSettable(h.get(), nargout, out);
   ObjectBridge& bridge = ObjectBridge::current();
   if (in.size() == 2) {
-    const std::string name = textArg("set", in[1]);
-    COSClass* cls = vcos::array::classOf(h.get());
-    const COSPropInfo* prop = cls ? cls->findPropertyExact(COSID(name.c_str())) : nullptr;
-    if (!prop || prop->getMemberSetAccess() != PublicAccess)
-      throw Error("VANTEL:sgsh:NoSuchProperty", name, vxGetClassName(h.get()));
-    const std::vector<std::string> values = prop->getDataType()->getPossibleValues();
-    Value c(vxCreateCellMatrix(values.size(), values.empty() ? 0 : 1));
-    for (std::size_t i = 0; i < values.size(); ++i) vxSetCell(c.mut(), i, Value::text(values[i]).release());
-    (void)nargout;
-    out.push_back(std::move(c));
+    out.push_back(allowedValues(settable(h.get(), textArg("set", in[1]))));
+    return;
+  }
+  const vxSize n = vxGetNumberOfElements(h.get());
+  if (vxIsCell(in[1].get())) {
+    if (in.size() != 3) throw Error("VANTEL:sgsh:TooManyInputs", "set");
+    const std::vector<std::string> names = namesArg("set", in[1]);
+    const vxArray* values = in[2].get();
+    if (!vxIsCell(values)) throw Error("VANTEL:sgsh:NotCell", "set");
+    const vxSize rows = vxGetM(values);
+    if (vxGetNumberOfDimensions(values) != 2 || vxGetN(values) != names.size() || (rows != 1 && rows != n))
+      throw Error("VANTEL:sgsh:SetValuesShape", n, names.size(), ops::sizeText(values));
+    for (const std::string& name : names) settable(h.get(), name);
+    for (vxSize i = 0; i < n; ++i) {
+      Value one = elementOf(h.get(), i);
+      const vxSize row = rows == 1 ? 0 : i;
+      for (std::size_t j = 0; j < names.size(); ++j) {
+        const vxArray* v = vxGetCell(values, row + j * rows);
+        Value empty = v ? Value() : Value::emptyDouble();
+        bridge.setProperty(one.mut(), names[j], v ? v : empty.get());
+      }
+    }
     return;
   }
   if (in.size() % 2 == 0) throw Error("VANTEL:sgsh:NameValuePairs", "set");
-  for (std::size_t i = 1; i < in.size(); i += 2) bridge.setProperty(h.mut(), textArg("set", in[i]), in[i + 1].get());
+  std::vector<std::string> names;
+  for (std::size_t i = 1; i < in.size(); i += 2) names.push_back(textArg("set", in[i]));
+  for (const std::string& name : names) settable(h.get(), name);
+  for (std::size_t k = 0; k < names.size(); ++k) bridge.setProperty(h.mut(), names[k], in[2 * k + 2].get());
 }
 
 void bIsprop(Interpreter&, int, Out& out, Args in) {

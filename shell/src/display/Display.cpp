@@ -25,15 +25,18 @@ constexpr std::size_t kInlineVectorMax = 10;
 
 enum class NumberStyle { Integer, Fixed, Exponent };
 
+NumberFormat currentFormat = NumberFormat::Short;
+
 std::string formatReal(double v, NumberStyle style) {
   if (std::isnan(v)) return "NaN";
   if (std::isinf(v)) return v > 0 ? "Inf" : "-Inf";
   if (v == 0) return "0";
+  const int digits = currentFormat == NumberFormat::Long ? 15 : 4;
   char buf[64];
   switch (style) {
     case NumberStyle::Integer: std::snprintf(buf, sizeof buf, "%.0f", v); break;
-    case NumberStyle::Fixed: std::snprintf(buf, sizeof buf, "%.4f", v); break;
-    case NumberStyle::Exponent: std::snprintf(buf, sizeof buf, "%.4e", v); break;
+    case NumberStyle::Fixed: std::snprintf(buf, sizeof buf, "%.*f", digits, v); break;
+    case NumberStyle::Exponent: std::snprintf(buf, sizeof buf, "%.*e", digits, v); break;
   }
   return buf;
 }
@@ -253,5 +256,8 @@ std::string dispText(const vxArray* a) {
   }
   return body(a);
 }
+
+void setNumberFormat(NumberFormat format) noexcept { currentFormat = format; }
+NumberFormat numberFormat() noexcept { return currentFormat; }
 
 }  // namespace sgsh

@@ -98,6 +98,7 @@ Value Interpreter::eval(const Node& e) {
     case NodeKind::Row:
     case NodeKind::ExprStmt:
     case NodeKind::Assign:
+    case NodeKind::Command:
     case NodeKind::MultiAssign:
     case NodeKind::If:
     case NodeKind::For:
@@ -203,6 +204,17 @@ void Interpreter::evalParen(const Node& e, std::vector<Value>& out, int nargout)
       out.push_back(ObjectBridge::current().construct(cls, args));
       return;
     }
+    // pkg.Class.method(args) and Class.method(args) call a static method.
+    const std::string owner = dottedName(*base.kids[0]);
+    if (!owner.empty() && ObjectBridge::current().isClass(owner)) {
+      std::vector<Value> args;
+      for (std::size_t k = 1; k < e.kids.size(); ++k) {
+        EndGuard guard(ends_, EndContext{nullptr, 0, 0});
+        evalMulti(*e.kids[k], args, 1);
+      }
+      ObjectBridge::current().callStatic(owner, base.text, args, nargout, out);
+      return;
+    }
   }
   // obj.method(args)
   if (base.kind == NodeKind::Field) {
@@ -270,6 +282,11 @@ void Interpreter::evalField(const Node& e, std::vector<Value>& out, int nargout)
     const std::string cls = dottedName(e);
     if (!cls.empty() && ObjectBridge::current().isClass(cls)) {
       out.push_back(ObjectBridge::current().construct(cls, {}));
+      return;
+    }
+    const std::string owner = dottedName(*e.kids[0]);
+    if (!owner.empty() && ObjectBridge::current().isClass(owner)) {
+      ObjectBridge::current().callStatic(owner, e.text, {}, nargout, out);
       return;
     }
   }

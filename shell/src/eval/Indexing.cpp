@@ -100,49 +100,55 @@ bool isDeletion(const vxArray* rhs) {
   return vxIsDouble(rhs) && vxGetNumberOfDimensions(rhs) == 2 && vxGetM(rhs) == 0 && vxGetN(rhs) == 0;
 }
 
-// The class of a(i) = rhs: the target's, except where the language widens.
-Value conformed(Value& a, const vxArray* rhs, bool targetEmpty) {
-  const vxClassID ta = vxGetClassID(a.get()), tr = vxGetClassID(rhs);
-  if (targetEmpty && vxIsDouble(a.get())) {
-    // An empty [] takes the class of what goes into it.
-    Value fresh = makeLike(rhs, dimsOf(a.get()));
-    a = std::move(fresh);
-    return Value::copyOf(rhs);
-  }
+// What a(i) = rhs stores: the value in the target's class, except where the
+// language widens, and the target to store it in when the target itself must
+// change first (an empty [] taking the value's class, a real array turning
+// complex, a struct gaining fields). Reads a, never writes it.
+struct Conformed {
+  Value value;
+  Value target;  // empty: the target stays as it is
+};
+
+Conformed conform(const vxArray* a, const vxArray* rhs, bool targetEmpty) {
+  const vxClassID ta = vxGetClassID(a), tr = vxGetClassID(rhs);
+  if (targetEmpty && vxIsDouble(a)) return {Value::copyOf(rhs), makeLike(rhs, dimsOf(a))};
   if (ta == tr) {
-    if (ta == vxDOUBLE_CLASS && vxIsComplex(rhs) && !vxIsComplex(a.get()))
-      a = convertTo(a.get(), vxDOUBLE_CLASS, true);
-    if (ta == vxDOUBLE_CLASS && vxIsComplex(a.get()) && !vxIsComplex(rhs)) return convertTo(rhs, vxDOUBLE_CLASS, true);
+    if (ta == vxDOUBLE_CLASS && vxIsComplex(rhs) && !vxIsComplex(a))
+      return {Value::copyOf(rhs), convertTo(a, vxDOUBLE_CLASS, true)};
+    if (ta == vxDOUBLE_CLASS && vxIsComplex(a) && !vxIsComplex(rhs)) return {convertTo(rhs, vxDOUBLE_CLASS, true), {}};
     if (ta == vxSTRUCT_CLASS) {
       // Fields of the value join the target's.
-      for (const std::string& f : fieldNames(rhs))
-        if (vxGetFieldNumber(a.get(), f.c_str()) < 0) vxAddFieldToStruct(a.mut(), f.c_str());
-      if (fieldNames(rhs).size() != fieldNames(a.get()).size()) {
-        Value widened = makeLike(a.get(), dimsOf(rhs));
-        for (vxSize i = 0; i < vxGetNumberOfElements(rhs); ++i) copyElement(widened.mut(), i, rhs, i);
-        return widened;
+      Value target;
+      for (const std::string& f : fieldNames(rhs)) {
+        if (vxGetFieldNumber(a, f.c_str()) >= 0) continue;
+        if (!target.has()) target = Value::copyOf(a);
+        vxAddFieldToStruct(target.mut(), f.c_str());
       }
+      const vxArray* widest = target.has() ? target.get() : a;
+      if (fieldNames(rhs).size() != fieldNames(widest).size()) {
+        Value widened = makeLike(widest, dimsOf(rhs));
+        for (vxSize i = 0; i < vxGetNumberOfElements(rhs); ++i) copyElement(widened.mut(), i, rhs, i);
+        return {std::move(widened), std::move(target)};
+      }
+      return {Value::copyOf(rhs), std::move(target)};
     }
-    return Value::copyOf(rhs);
+    return {Value::copyOf(rhs), {}};
   }
   if (ta == vxSTRING_CLASS && isText(rhs)) {
     Value s = makeArray(vxSTRING_CLASS, {1, 1});
     vxSetStringElement(s.mut(), 0, matrix::get_ustring(rhs));
-    return s;
+    return {std::move(s), {}};
   }
-  if (isNumberLike(a.get()) && isNumberLike(rhs)) {
-    if (ta == vxLOGICAL_CLASS) {
-      a = convertTo(a.get(), vxDOUBLE_CLASS, vxIsComplex(rhs));
-      return convertTo(rhs, vxDOUBLE_CLASS, vxIsComplex(rhs));
-    }
+  if (isNumberLike(a) && isNumberLike(rhs)) {
+    if (ta == vxLOGICAL_CLASS)
+      return {convertTo(rhs, vxDOUBLE_CLASS, vxIsComplex(rhs)), convertTo(a, vxDOUBLE_CLASS, vxIsComplex(rhs))};
     if (ta == vxDOUBLE_CLASS) {
-      const bool cx = vxIsComplex(a.get()) || vxIsComplex(rhs);
-      if (cx && !vxIsComplex(a.get())) a = convertTo(a.get(), vxDOUBLE_CLASS, true);
-      return convertTo(rhs, vxDOUBLE_CLASS, cx);
+      const bool cx = vxIsComplex(a) || vxIsComplex(rhs);
+      return {convertTo(rhs, vxDOUBLE_CLASS, cx), cx && !vxIsComplex(a) ? convertTo(a, vxDOUBLE_CLASS, true) : Value()};
     }
-    return convertTo(rhs, ta, false);
+    return {convertTo(rhs, ta, false), {}};
   }
-  throw Error("VANTEL:sgsh:CannotConvert", classNameOf(rhs), classNameOf(a.get()));
+  throw Error("VANTEL:sgsh:CannotConvert", classNameOf(rhs), classNameOf(a));
 }
 
 Value deleteElements(const vxArray* a, std::span<const Value> args) {
@@ -238,9 +244,18 @@ Value indexGet(const vxArray* a, std::span<const Value> args) {
 
 namespace {
 
-// Grows a so that the subscripts fit; returns the positions they name.
-std::vector<vxIndex> growFor(Value& a, std::span<const Value> args, const vxArray* rhs) {
-  Dims d = dimsOf(a.get());
+// Where an assignment writes: the positions the subscripts name in the
+// array after growth, and the dimensions it grows to (none when it fits).
+struct GrowPlan {
+  std::vector<vxIndex> positions;
+  Dims dims;
+  bool grows = false;
+};
+
+// Reads the subscripts against the dimensions d; raises for bad ones or a
+// growth the array cannot take. Changes nothing.
+GrowPlan planGrowth(const Dims& d, std::span<const Value> args, const vxArray* rhs) {
+  GrowPlan plan;
   if (args.size() == 1) {
     const vxSize n = countOf(d);
     IndexList l = readIndex(args[0].get(), n);
@@ -253,20 +268,20 @@ std::vector<vxIndex> growFor(Value& a, std::span<const Value> args, const vxArra
     vxIndex top = 0;
     for (vxIndex i : l.idx) top = std::max(top, i + 1);
     if (top > n) {
-      Dims nd;
       if (n == 0 && (d.size() > 2 || (d[0] == 0 && d[1] == 0)))
-        nd = {1, top};
+        plan.dims = {1, top};
       else if (d.size() == 2 && d[0] == 1)
-        nd = {1, top};
+        plan.dims = {1, top};
       else if (d.size() == 2 && d[1] == 1)
-        nd = {top, 1};
+        plan.dims = {top, 1};
       else if (d.size() == 2 && d[0] == 0)
-        nd = {1, top};
+        plan.dims = {1, top};
       else
         throw Error("VANTEL:sgsh:CannotGrow", sizeText(d));
-      a = resized(a.get(), nd);
+      plan.grows = true;
     }
-    return std::move(l.idx);
+    plan.positions = std::move(l.idx);
+    return plan;
   }
   // Subscripts past the end grow their dimension; ':' on an empty
   // dimension takes the matching extent of the value.
@@ -293,41 +308,107 @@ std::vector<vxIndex> growFor(Value& a, std::span<const Value> args, const vxArra
     }
     lists.push_back(std::move(l));
   }
-  if (normalized(want) != normalized(d)) a = resized(a.get(), want);
-  return positionsOf(lists, dimsOf(a.get()).size() >= count ? dimsOf(a.get()) : want);
+  plan.grows = normalized(want) != normalized(d);
+  if (plan.grows) plan.dims = normalized(want);
+  const Dims& after = plan.grows ? plan.dims : d;
+  plan.positions = positionsOf(lists, after.size() >= count ? after : want);
+  return plan;
+}
+
+// True when every element of an array of dimensions od keeps its linear
+// position in dimensions nd: only the last dimension that is not a trailing
+// singleton changes.
+bool keepsLayout(const Dims& od, const Dims& nd) {
+  if (countOf(od) == 0) return true;
+  const std::size_t n = std::max(od.size(), nd.size());
+  auto at = [](const Dims& d, std::size_t k) { return k < d.size() ? d[k] : vxSize{1}; };
+  std::size_t h = n;
+  for (std::size_t k = n; k-- > 0;)
+    if (at(od, k) != at(nd, k)) {
+      h = k;
+      break;
+    }
+  if (h == n) return true;
+  for (std::size_t k = h + 1; k < n; ++k)
+    if (at(od, k) != 1) return false;
+  return true;
+}
+
+// Grows a to nd. When the elements keep their positions the array grows in
+// place (its storage keeps spare room, so growing one element at a time is
+// amortised linear); otherwise the elements move into a new array.
+void applyGrowth(Value& a, const Dims& nd) {
+  const vxArray* v = a.get();
+  const bool inPlace = (isNumberLike(v) || vxIsCell(v) || vxIsStruct(v)) && keepsLayout(dimsOf(v), nd);
+  if (inPlace)
+    vxSetDimensions(a.mut(), nd.data(), nd.size());
+  else
+    a = resized(v, nd);
+}
+
+// The array an assignment to an undefined variable starts from.
+Value startFor(const vxArray* rhs) {
+  return vxIsCell(rhs) || vxIsStruct(rhs) || vxIsString(rhs) || vxGetClassID(rhs) == vxOBJECT_CLASS
+             ? makeLike(rhs, {0, 0})
+             : Value::emptyDouble();
 }
 
 }  // namespace
 
+void indexAssignInPlace(Value& a, std::span<const Value> args, const vxArray* rhs) {
+  // Everything that can fail runs before the first write to a.
+  Value start = a.has() ? Value() : startFor(rhs);
+  const vxArray* target = a.has() ? a.get() : start.get();
+  if (isDeletion(rhs)) {
+    a = deleteElements(target, args);
+    return;
+  }
+  const bool targetEmpty = vxIsEmpty(target);
+  if (vxIsCell(target) != vxIsCell(rhs) && !(targetEmpty && vxIsDouble(target)))
+    throw Error("VANTEL:sgsh:CannotConvert", classNameOf(rhs), classNameOf(target));
+  Conformed c = conform(target, rhs, targetEmpty);
+  if (c.target.has()) target = c.target.get();
+  GrowPlan plan = planGrowth(dimsOf(target), args, c.value.get());
+  const vxSize nv = vxGetNumberOfElements(c.value.get());
+  if (nv != 1 && nv != plan.positions.size())
+    throw Error("VANTEL:sgsh:AssignSizeMismatch", plan.positions.size(), nv);
+  if (c.target.has())
+    a = std::move(c.target);
+  else if (!a.has())
+    a = std::move(start);
+  if (plan.grows) applyGrowth(a, plan.dims);
+  vxArray* out = a.mut();
+  for (std::size_t k = 0; k < plan.positions.size(); ++k)
+    copyElement(out, plan.positions[k], c.value.get(), nv == 1 ? 0 : k);
+}
+
 Value indexAssign(Value a, std::span<const Value> args, const vxArray* rhs) {
-  if (!a.has()) a = vxIsCell(rhs) || vxIsStruct(rhs) || vxIsString(rhs) || vxGetClassID(rhs) == vxOBJECT_CLASS
-                        ? makeLike(rhs, {0, 0})
-                        : Value::emptyDouble();
-  if (isDeletion(rhs)) return deleteElements(a.get(), args);
-  const bool targetEmpty = vxIsEmpty(a.get());
-  if (vxIsCell(a.get()) != vxIsCell(rhs) && !(targetEmpty && vxIsDouble(a.get())))
-    throw Error("VANTEL:sgsh:CannotConvert", classNameOf(rhs), classNameOf(a.get()));
-  Value value = conformed(a, rhs, targetEmpty);
-  const std::vector<vxIndex> pos = growFor(a, args, value.get());
-  const vxSize nv = vxGetNumberOfElements(value.get());
-  if (nv != 1 && nv != pos.size())
-    throw Error("VANTEL:sgsh:AssignSizeMismatch", pos.size(), nv);
-  for (std::size_t k = 0; k < pos.size(); ++k) copyElement(a.mut(), pos[k], value.get(), nv == 1 ? 0 : k);
+  indexAssignInPlace(a, args, rhs);
   return a;
 }
 
 vxIndex assignPosition(Value& a, std::span<const Value> args, vxClassID classIfNew) {
   if (!a.has() || (vxIsDouble(a.get()) && vxIsEmpty(a.get()))) a = makeArray(classIfNew, {0, 0});
-  const std::vector<vxIndex> pos = growFor(a, args, nullptr);
-  if (pos.size() != 1) throw Error("VANTEL:sgsh:NotOneElement", pos.size());
-  return pos[0];
+  GrowPlan plan = planGrowth(dimsOf(a.get()), args, nullptr);
+  if (plan.positions.size() != 1) throw Error("VANTEL:sgsh:NotOneElement", plan.positions.size());
+  if (plan.grows) applyGrowth(a, plan.dims);
+  return plan.positions[0];
+}
+
+void braceAssignInPlace(Value& c, std::span<const Value> args, Value v) {
+  if (c.has() && !vxIsCell(c.get()) && !(vxIsDouble(c.get()) && vxIsEmpty(c.get())))
+    throw Error("VANTEL:sgsh:BraceOnNonCell", classNameOf(c.get()));
+  const bool fresh = !c.has() || !vxIsCell(c.get());
+  Value start = fresh ? makeArray(vxCELL_CLASS, {0, 0}) : Value();
+  GrowPlan plan = planGrowth(dimsOf(fresh ? start.get() : c.get()), args, nullptr);
+  if (plan.positions.size() != 1) throw Error("VANTEL:sgsh:NotOneElement", plan.positions.size());
+  if (fresh) c = std::move(start);
+  if (plan.grows) applyGrowth(c, plan.dims);
+  vxSetCell(c.mut(), plan.positions[0], v.release());
 }
 
 Value braceAssign(Value c, std::span<const Value> args, Value v) {
-  if (c.has() && !vxIsCell(c.get()) && !(vxIsDouble(c.get()) && vxIsEmpty(c.get())))
-    throw Error("VANTEL:sgsh:BraceOnNonCell", classNameOf(c.get()));
-  const vxIndex at = assignPosition(c, args, vxCELL_CLASS);
-  vxSetCell(c.mut(), at, v.release());
+  braceAssignInPlace(c, args, std::move(v));
   return c;
 }
 

@@ -22,9 +22,13 @@ Selection select(const vxArray* a, std::span<const Value> args);
 // a(args)
 Value indexGet(const vxArray* a, std::span<const Value> args);
 // a(args) = rhs, growing a when the indices reach past its end; a may be
-// empty (an undefined variable). rhs == [] deletes elements.
+// empty (an undefined variable). rhs == [] deletes elements. The in-place
+// form writes into a's own storage when no other array shares it, and
+// checks everything that can fail first: on an error a is unchanged.
+void indexAssignInPlace(Value& a, std::span<const Value> args, const vxArray* rhs);
 Value indexAssign(Value a, std::span<const Value> args, const vxArray* rhs);
-// c{args} = v for one element; c may be empty.
+// c{args} = v for one element; c may be empty. Same guarantee in place.
+void braceAssignInPlace(Value& c, std::span<const Value> args, Value v);
 Value braceAssign(Value c, std::span<const Value> args, Value v);
 // The one position a{args} or a(args) names when assigning, growing a as
 // needed; used for nested places such as c{2}.f = 1.

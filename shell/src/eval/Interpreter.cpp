@@ -126,6 +126,18 @@ const Value* Interpreter::findVariable(const std::string& name) const {
 
 void Interpreter::setVariable(const std::string& name, Value value) { ws()[name] = std::move(value); }
 
+std::vector<std::string> Interpreter::variableNames() const {
+  std::vector<std::string> names;
+  names.reserve(ws().size());
+  for (const auto& [name, value] : ws()) names.push_back(name);
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+bool Interpreter::clearVariable(const std::string& name) { return ws().erase(name) != 0; }
+
+void Interpreter::clearVariables() { ws().clear(); }
+
 bool Interpreter::isFunction(const std::string& name) const {
   return functions_.count(name) != 0 || BuiltinRegistry::instance().find(name) != nullptr;
 }
@@ -148,6 +160,7 @@ Interpreter::Flow Interpreter::exec(const Node& s) {
   switch (s.kind) {
     case NodeKind::ExprStmt: execExprStmt(s); return Flow::Normal;
     case NodeKind::Assign: execAssign(s); return Flow::Normal;
+    case NodeKind::Command: execCommand(s); return Flow::Normal;
     case NodeKind::MultiAssign: execMultiAssign(s); return Flow::Normal;
     case NodeKind::If: return execIf(s);
     case NodeKind::For: return execFor(s);
@@ -201,6 +214,24 @@ void Interpreter::execExprStmt(const Node& s) {
   if (s.show) show("ans", ws()["ans"]);
 }
 
+// A variable's name is never a command: the statement then runs as the
+// expression its text also reads as.
+void Interpreter::execCommand(const Node& s) {
+  if (findVariable(s.text)) {
+    if (s.kids.empty()) throw Error("VANTEL:sgsh:CommandOnVariable", s.text);
+    execExprStmt(s);
+    return;
+  }
+  std::vector<Value> args;
+  args.reserve(s.names.size());
+  for (const std::string& word : s.names) args.push_back(Value::text(word));
+  std::vector<Value> out = call(s.text, args, 0);
+  if (out.empty()) return;
+  Value& ans = ws()["ans"];
+  ans = std::move(out[0]);
+  if (s.show) show("ans", ans);
+}
+
 void Interpreter::execAssign(const Node& s) {
   Value v = eval(*s.kids[1]);
   assignTo(*s.kids[0], std::move(v), s.show);
@@ -237,7 +268,25 @@ void Interpreter::assignTo(const Node& target, Value value, bool showIt) {
   std::reverse(chain.begin(), chain.end());
   const std::string& root = n->text;
   auto it = ws().find(root);
-  Value base = it == ws().end() ? Value() : it->second;  // a shared copy: the variable stays intact on failure
+  if (chain.size() == 1 && (chain[0]->kind == NodeKind::Paren || chain[0]->kind == NodeKind::Brace)) {
+    // x(i) = v and c{i} = v write into the variable's own storage (copied
+    // first only when another value shares it); the in-place assignment
+    // checks everything before it writes, so a failure leaves x intact.
+    std::vector<Value> args;
+    evalArgs(*chain[0], it == ws().end() ? nullptr : it->second.get(), args);
+    it = ws().find(root);  // the arguments may have run code that changed the workspace
+    Value fresh;
+    Value& slot = it == ws().end() ? fresh : it->second;
+    if (chain[0]->kind == NodeKind::Paren)
+      ops::indexAssignInPlace(slot, args, value.get());
+    else
+      ops::braceAssignInPlace(slot, args, std::move(value));
+    Value& stored = it == ws().end() ? (ws()[root] = std::move(fresh)) : slot;
+    if (showIt) show(root, stored);
+    return;
+  }
+  // A shared copy: the variable stays intact when a nested assignment fails.
+  Value base = it == ws().end() ? Value() : it->second;
   Value result = assignPath(std::move(base), chain, 0, std::move(value));
   Value& slot = ws()[root];
   slot = std::move(result);

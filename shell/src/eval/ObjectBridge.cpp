@@ -7,6 +7,7 @@
 #include <foundation/io/ArrayNameScope.h>
 #include <vcos/COSClass.h>
 #include <vcos/COSClient.h>
+#include <vcos/COSMethodInfo.h>
 #include <vcos/ObjectArray.h>
 #include <vcos/ObjectCalls.h>
 #include <vx/vx.h>
@@ -68,6 +69,22 @@ class VcosBridge final : public ObjectBridge {
     for (vxArray* r : raw)
       if (r) out.emplace_back(r);
     return called;
+  }
+
+  void callStatic(const std::string& className, const std::string& name, std::span<const Value> args, int nargout,
+                  std::vector<Value>& out) override {
+    COSClass* cls = COSClass::getClass(COSID(className.c_str()));
+    const COSID method(name.c_str());
+    const COSMethodInfo* info = cls ? cls->findMethod(method) : nullptr;
+    if (!info) throw Error("VANTEL:sgsh:NoSuchMethod", name, className);
+    if (!info->isStatic()) throw Error("VANTEL:sgsh:NotStaticMethod", name, className);
+    std::vector<const vxArray*> in;
+    for (const Value& v : args) in.push_back(v.get());
+    std::vector<vxArray*> raw(static_cast<std::size_t>(std::max(nargout, 1)), nullptr);
+    omCallMethod(cls->getID(), method, COSGetPublicClient(), nargout, raw.data(), static_cast<int>(in.size()),
+                 in.data(), /*dispatchOnObject=*/false);
+    for (vxArray* r : raw)
+      if (r) out.emplace_back(r);
   }
 
   std::string display(const std::string& name, const vxArray* objects) override {

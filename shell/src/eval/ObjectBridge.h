@@ -30,6 +30,10 @@ class ObjectBridge {
   // obj.name(args): false when the object has no method of that name.
   virtual bool callMethod(const vxArray* objects, const std::string& name, std::span<const Value> args, int nargout,
                           std::vector<Value>& out) = 0;
+  // Class.method(args) for a static method; raises VANTEL:sgsh:NoSuchMethod
+  // or VANTEL:sgsh:NotStaticMethod.
+  virtual void callStatic(const std::string& className, const std::string& name, std::span<const Value> args,
+                          int nargout, std::vector<Value>& out) = 0;
   // The display of a variable holding objects.
   virtual std::string display(const std::string& name, const vxArray* objects) = 0;
 

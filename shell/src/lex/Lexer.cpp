@@ -199,7 +199,103 @@ void Lexer::lexWord() {
       }
     }
   }
+  const bool statementStart = atStatementStart();
   push(TokenKind::Identifier, start, line, column, std::string(word));
+  if (statementStart && commandFollows()) lexCommandWords();
+}
+
+bool Lexer::atStatementStart() const noexcept {
+  if (commands_ == CommandSyntax::Ignored || !groups_.empty()) return false;
+  if (out_.empty()) return true;
+  switch (out_.back().kind) {
+    case TokenKind::Newline:
+    case TokenKind::Semicolon:
+    case TokenKind::Comma:
+    case TokenKind::KwElse:
+    case TokenKind::KwTry:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// After a name at the start of a statement: is the rest command words? It
+// is when a blank follows and then neither the end of the statement, '(',
+// '=' (an assignment) nor a binary operator that has a blank after it:
+// "hold on" and "a -1" are commands, "a - 1", "a == b" and "f (x)" are not.
+// Whether a command stays one is decided when it runs (a variable's name is
+// never a command).
+bool Lexer::commandFollows() const noexcept {
+  std::size_t p = pos_;
+  while (p < src_.size() && (src_[p] == ' ' || src_[p] == '\t')) ++p;
+  if (p == pos_) return false;
+  auto at = [&](std::size_t i) { return i < src_.size() ? src_[i] : '\0'; };
+  const char c = at(p), n = at(p + 1);
+  std::size_t opLength = 0;
+  switch (c) {
+    case '\0': case '\n': case '\r': case ';': case ',': case '%': case '(':
+      return false;
+    case '=':
+      if (n != '=') return false;  // an assignment
+      opLength = 2;
+      break;
+    case '.':
+      if (n != '*' && n != '/' && n != '\\' && n != '^' && n != '\'') return true;  // "cd .." or ".5"
+      opLength = 2;
+      break;
+    case '~': case '!':
+      if (n != '=') return true;  // "a ~b": a word, not a comparison
+      opLength = 2;
+      break;
+    case '<': case '>':
+      opLength = n == '=' ? 2 : 1;
+      break;
+    case '&': case '|':
+      opLength = n == c ? 2 : 1;
+      break;
+    case '+': case '-': case '*': case '/': case '\\': case '^': case ':':
+      opLength = 1;
+      break;
+    default:
+      return true;
+  }
+  const char after = at(p + opLength);
+  return !(after == ' ' || after == '\t' || after == '\n' || after == '\r' || after == '\0');
+}
+
+// The words of a command up to the end of the statement: a line break, or
+// ';', ',' or '%' outside quotes.
+void Lexer::lexCommandWords() {
+  for (;;) {
+    while (peek() == ' ' || peek() == '\t' || peek() == '\r') advance();
+    const char c = peek();
+    if (c == '\0' || c == '\n' || c == ';' || c == ',' || c == '%') return;
+    const std::size_t start = pos_;
+    const int line = line_, column = column_;
+    std::string word;
+    bool quoted = false;
+    for (;;) {
+      const char d = peek();
+      if (quoted) {
+        if (d == '\0' || d == '\n') throw Error("VANTEL:sgsh:UnterminatedText", line, column);
+        advance();
+        if (d == '\'') {
+          if (peek() != '\'') {
+            quoted = false;
+            continue;
+          }
+          advance();  // a doubled quote stands for one
+        }
+        word.push_back(d);
+        continue;
+      }
+      if (d == '\0' || d == '\n' || d == ' ' || d == '\t' || d == '\r' || d == ';' || d == ',' || d == '%') break;
+      advance();
+      if (d == '\'') quoted = true;
+      else word.push_back(d);
+    }
+    push(TokenKind::CommandWord, start, line, column, std::move(word));
+  }
 }
 
 void Lexer::lexOperator() {

@@ -108,6 +108,11 @@ std::string toSource(const Node& n) {
       return toSource(*n.kids[0]);
     case NodeKind::Assign:
       return toSource(*n.kids[0]) + " = " + toSource(*n.kids[1]);
+    case NodeKind::Command: {
+      std::string s = n.text;
+      for (const std::string& w : n.names) s += " " + quoted(w, '\'');
+      return s;
+    }
     case NodeKind::MultiAssign:
       return "[" + joinKids(n, 0, ", ").substr(0, std::string::npos) + "] = ...";
     case NodeKind::If:

@@ -151,6 +151,9 @@ NodePtr Parser::parseStatement() {
                     t);
       return finishStatement(n);
     }
+    case TokenKind::Identifier:
+      if (next().kind == TokenKind::CommandWord) return parseCommand();
+      break;
     default:
       break;
   }
@@ -176,6 +179,31 @@ NodePtr Parser::parseStatement() {
   auto stmt = make(NodeKind::ExprStmt, t);
   stmt->kids = {lhs};
   return finishStatement(stmt);
+}
+
+// name word word...: the words become char arguments. The same text read as
+// an expression is kept beside them when it parses as one, for the case
+// that the name is a variable when the statement runs ("a -1").
+NodePtr Parser::parseCommand() {
+  const Token& name = cur();
+  auto n = make(NodeKind::Command, name);
+  n->text = name.text;
+  ++pos_;
+  std::size_t end = name.offset + name.length;
+  while (at(TokenKind::CommandWord)) {
+    n->names.push_back(cur().text);
+    end = cur().offset + cur().length;
+    ++pos_;
+  }
+  const std::string_view text = src_.substr(name.offset, end - name.offset);
+  try {
+    Parser sub(Lexer(text, name.line, Lexer::CommandSyntax::Ignored).tokenize(), text);
+    NodePtr expr = sub.parseExpr();
+    if (sub.at(TokenKind::End)) n->kids.push_back(std::move(expr));
+  } catch (const foundation::core::except::IMsgIDException&) {
+    // Not an expression: the statement can only be a command.
+  }
+  return finishStatement(n);
 }
 
 NodePtr Parser::parseIf() {

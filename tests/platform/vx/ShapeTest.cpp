@@ -48,6 +48,40 @@ TEST(Shape, ScalarGrowsIntoStorageKeepingItsValue) {
   EXPECT_TRUE(vxIsLogicalScalarTrue(e.get()));
 }
 
+// Growing one element at a time reuses the storage's spare room: the data
+// moves a logarithmic number of times, and room left by a shrink reads as
+// zero when the array grows into it again.
+TEST(Shape, GrowingStepByStepMovesTheDataRarelyAndZeroFillsReusedRoom) {
+  unique_vxArray a = from_vantel(vxCreateDoubleMatrix(1, 0, vxREAL));
+  int moves = 0;
+  const double* last = nullptr;
+  for (vxSize n = 1; n <= 1000; ++n) {
+    vxSetN(a.get(), n);
+    double* p = vxGetPr(a.get());
+    if (p != last) ++moves;
+    last = p;
+    p[n - 1] = static_cast<double>(n);
+  }
+  EXPECT_LT(moves, 25) << "each growth copied the whole array";
+  const double* p = vxGetPr(static_cast<const vxArray*>(a.get()));
+  EXPECT_EQ(p[0], 1);
+  EXPECT_EQ(p[999], 1000);
+
+  vxSetN(a.get(), 600);
+  vxSetN(a.get(), 1000);
+  p = vxGetPr(static_cast<const vxArray*>(a.get()));
+  EXPECT_EQ(p[599], 600);
+  EXPECT_EQ(p[600], 0) << "room reused after a shrink must read as zero";
+  EXPECT_EQ(p[999], 0);
+
+  // A shared copy made while the room is there keeps its own elements.
+  unique_vxArray b = from_vantel(vxCreateSharedDataCopy(a.get()));
+  vxSetN(a.get(), 1001);
+  vxGetPr(a.get())[0] = -1;
+  EXPECT_EQ(vxGetPr(static_cast<const vxArray*>(b.get()))[0], 1);
+  EXPECT_EQ(vxGetN(b.get()), 1000u);
+}
+
 TEST(Shape, ReshapeToAnotherCountRefusedForHandles) {
   struct Handle : vxFunctionHandleData {
     std::string text() const override { return "@g"; }
