@@ -16,6 +16,7 @@
 
 #include "sgsh/Interpreter.h"
 #include "sgsh/Output.h"
+#include "support/ErrorId.h"
 
 namespace sgsh {
 namespace {
@@ -46,14 +47,7 @@ void clickBuiltin(int, vxArray*[], int, const vxArray* prhs[]) {
   omGetLiveArrayElement(prhs[0], 0)->notifyEvent(COSGetPublicClient(), COSID("Click"), nullptr);
 }
 
-std::string errorId(const std::function<void()>& fn) {
-  try {
-    fn();
-  } catch (const foundation::core::except::IMsgIDException& e) {
-    return e.identifier();
-  }
-  return "";
-}
+using sgtest::errorId;
 
 class CallbackRunnerTest : public ::testing::Test {
  protected:

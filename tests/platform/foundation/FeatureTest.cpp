@@ -5,20 +5,12 @@
 #include <foundation/core/except/Error.h>
 #include <foundation/feature/Feature.h>
 #include <foundation/feature/svFeatureEntry.h>
+#include "support/ErrorId.h"
 
 namespace feature = foundation::feature;
 using foundation::core::except::Error;
 
-namespace {
-std::string errorId(const std::function<void()>& f) {
-  try {
-    f();
-  } catch (const Error& e) {
-    return e.identifier();
-  }
-  return "";
-}
-}  // namespace
+using sgtest::errorId;
 
 TEST(FeatureRegistry, RegisteringTwiceKeepsTheFirst) {
   int firstCalls = 0, secondCalls = 0;

@@ -10,6 +10,7 @@
 #include <foundation/core/except/Error.h>
 #include <foundation/core/except/WarningChannel.h>
 #include <foundation/settings/Settings.h>
+#include "support/ErrorId.h"
 
 namespace fs = std::filesystem;
 using foundation::core::except::WarningChannel;
@@ -51,15 +52,7 @@ class SettingsTest : public ::testing::Test {
   fs::path previous_;
 };
 
-std::string errorId(const std::function<void()>& f) {
-  try {
-    f();
-  } catch (const foundation::core::except::Error& e) {
-    return e.identifier();
-  }
-  return "";
-}
-
+using sgtest::errorId;
 }  // namespace
 
 TEST_F(SettingsTest, ValuesSurviveAReloadFromTheFile) {

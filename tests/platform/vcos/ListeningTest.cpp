@@ -4,19 +4,13 @@
 
 #include "VcosTestClasses.h"
 #include "foundation/core/except/Error.h"
+#include "support/ErrorId.h"
 
 using foundation::core::except::Error;
 
 namespace {
 
-std::string errorId(const std::function<void()>& f) {
-  try {
-    f();
-  } catch (const Error& e) {
-    return e.identifier();
-  }
-  return "";
-}
+using sgtest::errorId;
 
 TEST(ListenAccess, EventListenAccessDecidesWhoMayAddListeners) {
   COSInterfacePtr s = vt::make("vt.Shape");

@@ -228,13 +228,4 @@ std::vector<std::string> namesOf(const vxArray* a) {
   return out;
 }
 
-std::string errorId(const std::function<void()>& f) {
-  try {
-    f();
-  } catch (const foundation::core::except::IMsgIDException& e) {
-    return e.identifier();
-  }
-  return "";
-}
-
 }  // namespace bt

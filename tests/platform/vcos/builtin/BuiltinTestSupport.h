@@ -22,6 +22,7 @@
 #include "vcos/ObjectCalls.h"
 #include "vcos/vcos.h"
 #include "vx/vx.h"
+#include "support/ErrorId.h"
 
 namespace bt {
 
@@ -67,7 +68,6 @@ std::vector<COSInterface*> objectsOf(const vxArray* a);
 // The Name of each object, for readable expectations.
 std::vector<std::string> namesOf(const vxArray* a);
 
-// The identifier of the error `f` raises, or "" when it raises none.
-std::string errorId(const std::function<void()>& f);
+using sgtest::errorId;
 
 }  // namespace bt

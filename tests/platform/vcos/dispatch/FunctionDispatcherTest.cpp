@@ -10,6 +10,7 @@
 #include <vx/vxCreate.h>
 #include <vx/matrix.h>
 #include <vx/vxFunctionHandleData.h>
+#include "support/ErrorId.h"
 
 using foundation::core::except::Error;
 using vcos::FunctionDispatcher;
@@ -27,16 +28,7 @@ void echoBuiltin(int nlhs, vxArray* plhs[], int nrhs, const vxArray* prhs[]) {
   for (int i = 0; i < nlhs && i < nrhs; ++i) plhs[i] = const_cast<vxArray*>(prhs[i]);
 }
 
-template <class F>
-std::string errorId(F&& f) {
-  try {
-    f();
-  } catch (const Error& e) {
-    return e.identifier();
-  }
-  return "";
-}
-
+using sgtest::errorId;
 }  // namespace
 
 TEST(FunctionDispatcher, RegisteredBuiltinIsCalledByNameWithItsArguments) {
