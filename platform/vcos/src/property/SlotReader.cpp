@@ -3,6 +3,7 @@
 #include "vcos/src/property/SlotReader.h"
 
 #include <typeinfo>
+#include <utility>
 
 #include "vcos/src/core/Access.h"
 #include "vcos/src/property/PropertyPath.h"
