@@ -66,19 +66,27 @@ class SlotReader {
   bool read(COSInterface* o, Value& out, bool lend) const {
     out.reset();
     assert((!tables_ || &o->getClass()->tables() == tables_) && "a reader is bound to the class of the object");
-    if (lend && storedWord_) {
+    if (tables_) {
       o->checkValid();
       const PropSlot& s = tables_->properties[index_];  // the table only grows: the index holds
       const InstanceExtras* x = ObjectOps::extrasIfAny(o);
+      // The plain course: the slot still ours, nothing routing the get
+      // elsewhere, no listeners on the object, public get access.
       if (s.property == property_ && !(s.route & kGetRoutes) && !(x && x->propertyListenerCount > 0) &&
           property_->getMemberGetAccess() == PublicAccess && !property_->getExtendedGetAccess()) {
-        out.word_ = default_;
-        if (x)
-          for (const StoredValue& v : x->values)
-            if (v.property == property_) {
-              out.word_ = v.value;
-              break;
-            }
+        if (lend && storedWord_) {
+          out.word_ = default_;
+          if (x)
+            for (const StoredValue& v : x->values)
+              if (v.property == property_) {
+                out.word_ = v.value;
+                break;
+              }
+          return true;
+        }
+        out.word_ = property_->getValue(o);
+        out.property_ = property_;
+        out.object_ = o;
         return true;
       }
     }
