@@ -25,6 +25,9 @@ enum PropRoute : unsigned char {
   kRouteCustomGet = 2,       // gets and releases go through customGet
   kRouteClassListeners = 4,  // the class or an ancestor has property listeners on it
 };
+// The bits that take a get, or a set, off the plain course.
+constexpr unsigned char kGetRoutes = kRouteCustomGet | kRouteClassListeners;
+constexpr unsigned char kSetRoutes = kRouteCustomSet | kRouteClassListeners;
 
 struct PropSlot {
   COSPropInfo* property = nullptr;

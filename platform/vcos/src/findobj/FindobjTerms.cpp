@@ -55,7 +55,7 @@ bool Query::test(Term& term, COSInterface* object) {
               : term.property->compareTyped(object, term.value);
       if (t != PropertyResolver::Typed::NotApplicable) return t == PropertyResolver::Typed::Equal;
       PropertyValue v;
-      if (!term.property->read(object, v)) return false;
+      if (!term.property->read(object, v, /*lend=*/true)) return false;
       if (term.valueIsText && isText(v.array())) return textEquals(v.array(), term);
       return vxAreMatricesEqualNanOptional(v.array(), term.value, /*nanEqual=*/false);
     }
@@ -63,7 +63,7 @@ bool Query::test(Term& term, COSInterface* object) {
       return term.property->has(object);
     case TermKind::Regexp: {
       PropertyValue v;
-      if (!term.property->read(object, v) || !isText(v.array())) return false;
+      if (!term.property->read(object, v, /*lend=*/true) || !isText(v.array())) return false;
       const std::string text = vxArrayToStdString(v.array());
       return std::regex_search(text, term.pattern);
     }
@@ -76,8 +76,9 @@ bool Query::test(Term& term, COSInterface* object) {
       return callPredicate(*term.function, self.get());
     }
     case TermKind::FunctionOfProperty: {
+      // Not lent: the function is code that may set the property.
       PropertyValue v;
-      if (!term.property->read(object, v)) return false;
+      if (!term.property->read(object, v, /*lend=*/false)) return false;
       return callPredicate(*term.function, v.array());
     }
   }

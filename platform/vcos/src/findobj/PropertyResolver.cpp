@@ -25,14 +25,7 @@ namespace vcos::search {
 
 void PropertyValue::reset() noexcept {
   if (converted_) matrix::destroyArray(std::exchange(converted_, nullptr));
-  if (object_) {
-    try {
-      object_->releasePropertyValue(COSGetPublicClient(), property_, raw_);
-    } catch (...) {
-      // The object went away while the value was out; nothing left to give back.
-    }
-    object_ = nullptr;
-  }
+  raw_.reset();
   array_ = nullptr;
 }
 
@@ -40,6 +33,7 @@ PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* propert
   Resolved r;
   r.property = property;
   if (!property) return r;
+  r.reader.bind(cls, property, COSGetPublicClient());
   // Where the value lives, for prefetch: properties of the class only.
   if (cls) {
     if (typeid(*property) == typeid(COSPropT) || typeid(*property) == typeid(COSGenericProp)) {
@@ -48,7 +42,6 @@ PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* propert
       if (const std::uint32_t* slot = cls->tables().blockSlot.find(definer->getID())) r.block = int(*slot);
     }
   }
-  r.readable = property->getMemberGetAccess() == PublicAccess && !property->getExtendedGetAccess();
   COSDataTypePtr type = property->getDataType();
   if (!type || type->isVANTELArrayType()) {
     r.isArray = true;
@@ -86,17 +79,15 @@ void PropertyResolver::fetchAhead(const COSInterface* object) const noexcept {
 
 bool PropertyResolver::has(COSInterface* object) { return resolve(object).property != nullptr; }
 
-bool PropertyResolver::read(COSInterface* object, PropertyValue& out) {
+bool PropertyResolver::read(COSInterface* object, PropertyValue& out, bool lend) {
   out.reset();
   const Resolved& r = resolve(object);
-  if (!r.property || !r.readable || (!r.isArray && !r.toArray)) return false;
-  out.raw_ = object->getPropertyValue(COSGetPublicClient(), r.property);
-  out.object_ = object;
-  out.property_ = r.property;
+  if (!r.property || (!r.isArray && !r.toArray)) return false;
+  if (!r.reader.read(object, out.raw_, lend)) return false;
   if (r.isArray) {
-    out.array_ = out.raw_.asPointer<const vxArray>();
+    out.array_ = out.raw_.word().asPointer<const vxArray>();
   } else {
-    out.converted_ = r.toArray->convert(out.raw_).asPointer<vxArray>();
+    out.converted_ = r.toArray->convert(out.raw_.word()).asPointer<vxArray>();
     out.array_ = out.converted_;
   }
   return out.array_ != nullptr;
@@ -110,7 +101,6 @@ PropertyResolver::Typed PropertyResolver::compareTyped(COSInterface* object, con
   const Resolved& r = resolve(object);
   if (!r.property) return Typed::NotEqual;
   if (r.isArray || r.isText) return Typed::NotApplicable;
-  if (!r.readable) return Typed::NotEqual;
   if (typed_.property != r.property) {
     if (typed_.usable) typed_.type->destroy(typed_.value);
     typed_ = TypedValue{r.property, r.property->getDataType(), COSValue(), false};
@@ -127,11 +117,9 @@ PropertyResolver::Typed PropertyResolver::compareTyped(COSInterface* object, con
     }
   }
   if (!typed_.usable) return Typed::NotEqual;
-  const COSClient* client = COSGetPublicClient();
-  const COSValue v = object->getPropertyValue(client, r.property);
-  const bool equal = typed_.type->isEqual(v, typed_.value);
-  object->releasePropertyValue(client, r.property, v);
-  return equal ? Typed::Equal : Typed::NotEqual;
+  internal::SlotReader::Value v;
+  if (!r.reader.read(object, v, /*lend=*/true)) return Typed::NotEqual;
+  return typed_.type->isEqual(v.word(), typed_.value) ? Typed::Equal : Typed::NotEqual;
 }
 
 PropertyResolver::Typed PropertyResolver::compareText(COSInterface* object, std::u16string_view folded,
@@ -139,9 +127,9 @@ PropertyResolver::Typed PropertyResolver::compareText(COSInterface* object, std:
   const Resolved& r = resolve(object);
   if (!r.property) return Typed::NotEqual;
   if (!r.isText || (r.isAscii && !asciiFolded)) return Typed::NotApplicable;
-  if (!r.readable) return Typed::NotEqual;
-  const COSClient* client = COSGetPublicClient();
-  const COSValue v = object->getPropertyValue(client, r.property);
+  internal::SlotReader::Value read;
+  if (!r.reader.read(object, read, /*lend=*/true)) return Typed::NotEqual;
+  const COSValue v = read.word();
   bool equal;
   if (r.isAscii) {
     const auto* s = v.asPointer<const std::string>();
@@ -153,7 +141,6 @@ PropertyResolver::Typed PropertyResolver::compareText(COSInterface* object, std:
     const auto* s = v.asPointer<const std::u16string>();
     equal = equalsFolded(s ? std::u16string_view(*s) : std::u16string_view(), folded);
   }
-  object->releasePropertyValue(client, r.property, v);
   return equal ? Typed::Equal : Typed::NotEqual;
 }
 

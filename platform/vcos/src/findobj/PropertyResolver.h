@@ -1,11 +1,11 @@
 // Not installed; internal to the findobj of class "handle".
 //
 // Finds a property of an object by a name fixed when a query is compiled,
-// and reads it through the public client as an array. The look-up of the
-// last class met is cached (property, readable or not, how to get an array
-// from its word), so a walk over many objects of one class resolves the name
-// once. Properties added to one instance at run time are looked up per
-// object, and only when the class has no property of that name.
+// and reads it as the public client. What is learnt of the last class met is
+// kept (the property, a reader bound to its slot, how to get an array from
+// its word), so a walk over many objects of one class looks the name and
+// the slot up once. Properties added to one instance at run time are looked
+// up per object, and only when the class has no property of that name.
 #pragma once
 
 #include <string>
@@ -15,6 +15,7 @@
 #include "vcos/COSInterface.h"
 #include "vcos/COSInternedBase.h"
 #include "vcos/COSValue.h"
+#include "vcos/src/property/SlotReader.h"
 #include "vx/vxTypes.h"
 
 class COSClass;
@@ -24,7 +25,7 @@ class COSTypeConversion;
 
 namespace vcos::search {
 
-// A value read through the public client; given back when it goes.
+// A value read as the public client, as an array; given back when it goes.
 class PropertyValue {
  public:
   PropertyValue() = default;
@@ -39,9 +40,7 @@ class PropertyValue {
   friend class PropertyResolver;
   const vxArray* array_ = nullptr;
   vxArray* converted_ = nullptr;  // an array made from a non-array word
-  COSInterface* object_ = nullptr;
-  const COSPropInfo* property_ = nullptr;
-  COSValue raw_;
+  internal::SlotReader::Value raw_;
 };
 
 class PropertyResolver {
@@ -56,19 +55,22 @@ class PropertyResolver {
   // case, or by unique prefix where allowed; run-time properties included).
   bool has(COSInterface* object);
   // Reads the property; false when the object has none, the public client
-  // may not read it, or its value has no array form.
-  bool read(COSInterface* object, PropertyValue& out);
+  // may not read it, or its value has no array form. `lend`: the array may
+  // be the stored one itself, to be compared before any other code runs.
+  bool read(COSInterface* object, PropertyValue& out, bool lend);
 
   // Compares the property with a value that is not text, in the property's
   // own type when it has one that is neither an array nor text: the value is
   // converted into that type once per property, and each object's word is
   // compared with the type's isEqual, so the walk makes no array per object.
+  // The word is lent where the core can lend it.
   enum class Typed : unsigned char { NotApplicable, Equal, NotEqual };
   Typed compareTyped(COSInterface* object, const vxArray* value);
   // Compares a text property ("asciiString", "unicodeString") with folded
   // text without regard to case, on the property's own word, so no array is
-  // made per object. `asciiFolded` is the same text when it is pure ASCII,
-  // else null (then an "asciiString" property is not handled here).
+  // made per object; the stored text is lent where the core can lend it, so
+  // nothing is copied either. `asciiFolded` is the same text when it is pure
+  // ASCII, else null (then an "asciiString" property is not handled here).
   Typed compareText(COSInterface* object, std::u16string_view folded, const std::string* asciiFolded);
 
   // A hint for an object to be read soon: starts fetching the memory where
@@ -84,7 +86,7 @@ class PropertyResolver {
  private:
   struct Resolved {
     const COSPropInfo* property = nullptr;
-    bool readable = false;
+    internal::SlotReader reader;             // reads `property` as the public client
     bool isArray = false;                    // the word is a vxArray*
     bool isText = false;                     // "asciiString", "unicodeString"
     bool isAscii = false;                    // "asciiString"

@@ -10,6 +10,8 @@
 // strings.
 #include <algorithm>
 
+#include "vcos/src/property/PropertyPath.h"
+
 #include "vcos/src/class/ClassTables.h"
 #include "vcos/src/core/Access.h"
 #include "vcos/src/core/Messages.h"
@@ -24,6 +26,7 @@
 using foundation::core::except::Error;
 using vcos::internal::admits;
 using vcos::internal::ClassPropertyListener;
+using vcos::internal::hasPropertyListeners;
 using vcos::internal::InstanceExtras;
 using vcos::internal::ObjectOps;
 using vcos::internal::PropSlot;
@@ -50,14 +53,6 @@ const PropSlot& slotOrRaise(const COSInterface* o, const COSPropInfo* p) {
   if (isDynamicProperty(o, p)) return kDynamicSlot;
   throw Error(vcos::msg::PropertyNotOfClass, p->getName(), cls ? cls->getName() : "");
 }
-
-bool hasPropertyListeners(const COSInterface* o) noexcept {
-  const InstanceExtras* x = ObjectOps::extrasIfAny(o);
-  return x && x->propertyListenerCount > 0;
-}
-
-constexpr unsigned char kGetRoute = vcos::internal::kRouteCustomGet | vcos::internal::kRouteClassListeners;
-constexpr unsigned char kSetRoute = vcos::internal::kRouteCustomSet | vcos::internal::kRouteClassListeners;
 
 // Runs the class-level listeners (when the slot says there are any) and the
 // object's own listeners on `kind` events of `p`, from a list taken first.
@@ -93,11 +88,13 @@ void firePropertyListeners(COSInterface* o, const PropSlot& slot, COSPropertyEve
   }
 }
 
+}  // namespace
+
 // The get and set paths past their first test: listeners, a custom path, or
 // both. They work on a copy of the slot: a listener may add properties to the
 // class, which moves its table, or turn a path on; this call keeps the route
 // it started with, so a release pairs with its get.
-COSValue getObserved(COSInterface* o, const PropSlot slot, const COSPropInfo* property) {
+COSValue vcos::internal::getObserved(COSInterface* o, const PropSlot slot, const COSPropInfo* property) {
   const bool listeners = (slot.route & vcos::internal::kRouteClassListeners) || hasPropertyListeners(o);
   if (listeners) firePropertyListeners(o, slot, COSPropertyEvent::PreGet, property, COSValue());
   auto* p = const_cast<COSPropInfo*>(property);
@@ -116,6 +113,8 @@ COSValue getObserved(COSInterface* o, const PropSlot slot, const COSPropInfo* pr
   }
   return value;
 }
+
+namespace {
 
 void setObserved(COSInterface* o, const PropSlot slot, const COSPropInfo* property, COSValue value) {
   const bool listeners = (slot.route & vcos::internal::kRouteClassListeners) || hasPropertyListeners(o);
@@ -137,8 +136,8 @@ COSValue COSInterface::getPropertyValue(const COSClient* client, const COSPropIn
   if (access != PublicAccess || property->getExtendedGetAccess())
     if (!admits(access, property->getExtendedGetAccess(), property->getDefiningClass(), client))
       throw Error(vcos::msg::GetProhibited, property->getName(), class_ ? class_->getName() : "");
-  if (!(slot.route & kGetRoute) && !hasPropertyListeners(this)) return property->getValue(this);
-  return getObserved(this, slot, property);
+  if (!(slot.route & vcos::internal::kGetRoutes) && !hasPropertyListeners(this)) return property->getValue(this);
+  return vcos::internal::getObserved(this, slot, property);
 }
 
 void COSInterface::setPropertyValue(const COSClient* client, const COSPropInfo* property, COSValue value) {
@@ -148,7 +147,7 @@ void COSInterface::setPropertyValue(const COSClient* client, const COSPropInfo* 
   if (access != PublicAccess || property->getExtendedSetAccess())
     if (!admits(access, property->getExtendedSetAccess(), property->getDefiningClass(), client))
       omIssueSetProhibitedError(property, class_);
-  if (!(slot.route & kSetRoute) && !hasPropertyListeners(this)) {
+  if (!(slot.route & vcos::internal::kSetRoutes) && !hasPropertyListeners(this)) {
     const_cast<COSPropInfo*>(property)->setValue(this, value);
     return;
   }

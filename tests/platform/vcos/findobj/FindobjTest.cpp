@@ -1,15 +1,59 @@
 // findobj of class "handle" over a real tree: order, each condition and their
-// combinations, custom children lists, depth, and the errors of a bad list.
+// combinations, custom children lists, depth, the errors of a bad list, and
+// values read as the public client reads them (listeners, custom gets,
+// access, defaults).
 #include <gtest/gtest.h>
 
 #include "../VcosTestClasses.h"
 #include "../builtin/BuiltinTestSupport.h"
+#include "vcos/Findobj.h"
 
 using bt::number;
 using bt::text;
 using Names = std::vector<std::string>;
 
 namespace {
+
+// fo.Item: a bt.Node with a text property that has a default, and a number
+// whose get access is private.
+class ItemInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "Item"; }
+  void initializeClass(COSClass* c, const COSClient*) override {
+    c->addSuperclass(COSID("bt.Node"));
+    std::string plain = "plain";
+    c->addProperty(new COSPropT(c->getID(), COSID("Label"), COSDataTypePtr("asciiString"), COSValue(&plain)));
+    c->addProperty(new COSPropT(c->getID(), COSID("Hidden"), COSDataTypePtr("double scalar"), COSValue(),
+                                PrivateAccess, PublicAccess));
+  }
+};
+
+class ItemNamespace final : public COSNamespaceInfo {
+ public:
+  const char* getName() const override { return "fo"; }
+};
+
+void registerItem() {
+  static const bool done = [] {
+    bt::setUp();
+    COSPackage::addNamespace(new ItemNamespace)->addClass(new ItemInfo);
+    return true;
+  }();
+  (void)done;
+}
+
+// Removes a class property listener when the test leaves.
+struct ClassListener {
+  COSClass* cls;
+  COSPropertyEvent kind;
+  const COSPropInfo* property;
+  COSInterfacePtr listener;
+  ClassListener(COSClass* c, COSPropertyEvent k, const COSPropInfo* p, COSInterfacePtr l)
+      : cls(c), kind(k), property(p), listener(std::move(l)) {
+    cls->addClassPropertyListener(COSGetPublicClient(), kind, property, vt::L(listener));
+  }
+  ~ClassListener() { cls->removeClassPropertyListener(kind, property, vt::L(listener)); }
+};
 
 // root (Folder) ─┬─ a (Node, Value 1)           hooked first
 //                ├─ b (Node, Value 2) ─┬─ b1    raw tree below b
@@ -196,6 +240,66 @@ TEST_F(FindobjTree, BadConditionListsRaiseWithIdentifiers) {
   EXPECT_EQ(run({text("-regexp").get(), name.get(), text("(").get()}), "VANTEL:vcos:findobj:BadRegexp");
   EXPECT_EQ(run({number(3).get(), number(4).get()}), "VANTEL:vcos:findobj:ExpectedPropertyName");
   EXPECT_EQ(run({text("-function").get(), number(1).get()}), "VANTEL:vcos:findobj:ExpectedFunction");
+}
+
+TEST_F(FindobjTree, GetListenersOfTheObjectAndTheClassRunForEachRead) {
+  COSPropInfo* value = vt::prop(a, "Value");
+  int classPreGets = 0, postGetsOfA = 0;
+  auto onA = vt::listener([&](COSInterface*, COSEventData*) { ++postGetsOfA; });
+  a->addPropertyListener(COSPropertyEvent::PostGet, value, vt::L(onA));
+  auto name = text("Value"), one = number(1);
+  EXPECT_EQ(find({name.get(), one.get()}), (Names{"c1", "a"}));
+  EXPECT_EQ(postGetsOfA, 1);
+
+  ClassListener onClass(COSClass::getClass(COSID("bt.Node")), COSPropertyEvent::PreGet, value,
+                        vt::listener([&](COSInterface*, COSEventData*) { ++classPreGets; }));
+  EXPECT_EQ(find({name.get(), one.get()}), (Names{"c1", "a"}));
+  EXPECT_EQ(classPreGets, 7) << "each object searched is read once, Folders (a subclass) included";
+  EXPECT_EQ(postGetsOfA, 2);
+}
+
+TEST_F(FindobjTree, TextDefaultsAreReadAndWhatThePublicMayNotReadNeverMatches) {
+  registerItem();
+  COSInterfacePtr top = node("fo.Item", "top", 0), marked = node("fo.Item", "marked", 0),
+                  unset = node("fo.Item", "unset", 0);
+  bt::setValue(marked, "Label", text("Marked").get());
+  top->hookChild(unset);
+  top->hookChild(marked);
+  auto label = text("Label"), plain = text("PLAIN"), mark = text("marked");
+  EXPECT_EQ(findFrom(top, {label.get(), plain.get()}), (Names{"top", "unset"})) << "the default where none is stored";
+  EXPECT_EQ(findFrom(top, {label.get(), mark.get()}), (Names{"marked"}));
+
+  int labelReads = 0;
+  ClassListener onLabel(COSClass::getClass(COSID("fo.Item")), COSPropertyEvent::PostGet, vt::prop(top, "Label"),
+                        vt::listener([&](COSInterface*, COSEventData*) { ++labelReads; }));
+  EXPECT_EQ(findFrom(top, {label.get(), mark.get()}), (Names{"marked"}));
+  EXPECT_EQ(labelReads, 3) << "text compared in place still goes through the listeners";
+
+  auto hidden = text("Hidden"), zero = number(0), has = text("-property");
+  EXPECT_EQ(findFrom(top, {hidden.get(), zero.get()}), Names{}) << "a private property never matches";
+  EXPECT_EQ(findFrom(top, {has.get(), hidden.get()}).size(), 3u) << "though every object has it";
+  top->deleteObject(COSGetPublicClient());
+}
+
+TEST(FindobjCustomGet, ValuesComeFromTheCustomGetAndGoBackToIt) {
+  bt::setUp();
+  COSInterfacePtr top = vt::make("vt.Tracked");
+  for (double size : {1.0, 2.0, 3.0}) {
+    COSInterfacePtr child = vt::make("vt.Tracked");
+    vt::set<double>(child, "Size", size);
+    top->hookChild(child);
+  }
+  vt::Journal& j = vt::journal();
+  j.customGetNames.clear();
+  j.customReleaseNames.clear();
+  auto start = bt::arr(top);
+  auto size = text("Size"), two = number(2);
+  const vxArray* args[] = {size.get(), two.get()};
+  matrix::unique_vxArray found(vcos::findobj(start.get(), 2, args));
+  EXPECT_EQ(vxGetNumberOfElements(found.get()), 1u);
+  EXPECT_EQ(j.customGetNames, std::vector<std::string>(4, "Size")) << "one custom get per object";
+  EXPECT_EQ(j.customReleaseNames, j.customGetNames) << "each value went back where it came from";
+  top->deleteObject(COSGetPublicClient());
 }
 
 }  // namespace
