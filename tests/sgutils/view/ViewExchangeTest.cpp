@@ -77,13 +77,14 @@ TEST(JavaViewObjectPeer, RawAndSharedPeersAreHandedBack) {
   EXPECT_EQ(fromPeer.getJavaPeer(), shared) << "a shared peer is kept, not wrapped again";
 }
 
-// "sg2utils.TestSceneViewerParent": a graphics object whose Graphics block is
-// a scene viewer parent, as a container of a scene viewer would be.
+// A graphics object whose Graphics block is a scene viewer parent, as a
+// container of a scene viewer would be. Graphics admits a closed list of
+// subclasses; the test stub's name is the one free test name on it.
 class ViewerParentBlock : public SGHandle, public sgutils::test::NullSceneViewerParent {};
 
 class TestSceneViewerParentInfo final : public BaseObjectCOSInfo, public SGHandleBlockFactory {
  public:
-  const char* getName() const override { return "TestSceneViewerParent"; }
+  const char* getName() const override { return "TestStubPropertyDefinition"; }
   void initializeClass(COSClass* cls, const COSClient*) override {
     setClient(cls);
     cls->addSuperclass(graphicsId(), true, 0, 1);
@@ -109,7 +110,7 @@ COSInterfacePtr makeViewerParent() {
   }();
   (void)registered;
   matrix::unique_vxArray result(
-      omConstructObjectWithClient("sg2utils.TestSceneViewerParent", 0, nullptr, COSGetPublicClient()));
+      omConstructObjectWithClient("sg2utils.TestStubPropertyDefinition", 0, nullptr, COSGetPublicClient()));
   return omGetArrayElement(result.get(), 0);
 }
 
