@@ -1,5 +1,5 @@
 // The rest of what travels during an update: the events that come back, the
-// clocks, the Java view, and the scene viewer parent found on a real object.
+// clocks, and the scene viewer parent found on a real object.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -8,15 +8,12 @@
 #include "sgutils/TestGraphicsClasses.h"
 #include "sgutils/propinfos/PropertyModelClasses.h"
 #include "sgutils/view/Duration.h"
-#include "sgutils/view/JavaViewObject.h"
 #include "sgutils/view/NullSceneViewerParent.h"
 #include "sgutils/view/Timestamp.h"
 #include "sgutils/view/UpdateViewResults.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vcos/vcos.h"
-
-class _jobject {};  // a stand-in Java object; only its address matters
 
 namespace {
 
@@ -63,18 +60,6 @@ TEST(ViewClocks, ACopiedDurationMeasuresFromTheOriginalStart) {
   const double first = original.getDurationInSeconds();
   EXPECT_GE(original.getDurationInSeconds(), first) << "reading does not restart the measurement";
   EXPECT_LT(first, 3600.0) << "seconds, not nanoseconds";
-}
-
-TEST(JavaViewObjectPeer, RawAndSharedPeersAreHandedBack) {
-  _jobject javaSide;
-  const sgutils::JavaViewObject raw(&javaSide);
-  EXPECT_EQ(raw.getJavaPeer().get(), &javaSide);
-  const sgutils::JavaViewObject copy(raw);
-  EXPECT_EQ(copy.getJavaPeer().get(), &javaSide);
-
-  auto shared = boost::shared_ptr<_jobject>(new _jobject);
-  const sgutils::JavaViewObject fromPeer{graphics::datatype::JavaPeer(shared)};
-  EXPECT_EQ(fromPeer.getJavaPeer(), shared) << "a shared peer is kept, not wrapped again";
 }
 
 // A graphics object whose Graphics block is a scene viewer parent, as a
