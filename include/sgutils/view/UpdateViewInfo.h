@@ -9,15 +9,18 @@
 #include <map>
 #include <string>
 
-#include "sgdatatypes/AlphaMap.h"
 #include "sgdatatypes/AutoManual.h"
-#include "sgdatatypes/ColorMap.h"
 #include "sgdatatypes/RGBAColor.h"
 #include "sgdatatypes/RenderEngineType.h"
 #include "sgutils/SgutilsExport.h"
 #include "sgutils/view/Rectangle2d.h"
 #include "sgutils/view/Rectangle2i.h"
 #include "vcos/COSInterfacePtr.h"
+
+namespace graphics::datatype {
+class AlphaMap;
+class ColorMap;
+}  // namespace graphics::datatype
 
 namespace sgutils {
 

@@ -2,6 +2,8 @@
 // object identity with its first-entry rule, and what a copy shares.
 #include <gtest/gtest.h>
 
+#include "sgdatatypes/AlphaMap.h"
+#include "sgdatatypes/ColorMap.h"
 #include "sgutils/propinfos/PropertyModelClasses.h"
 #include "sgutils/view/UpdateViewInfo.h"
 
