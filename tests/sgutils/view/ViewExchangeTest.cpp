@@ -1,0 +1,119 @@
+// The rest of what travels during an update: the events that come back, the
+// clocks, and the scene viewer parent found on a real object.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+#include "sgutils/TestGraphicsClasses.h"
+#include "sgutils/propinfos/PropertyModelClasses.h"
+#include "sgutils/view/Duration.h"
+#include "sgutils/view/NullSceneViewerParent.h"
+#include "sgutils/view/Timestamp.h"
+#include "sgutils/view/UpdateViewResults.h"
+#include "vcos/ObjectArray.h"
+#include "vcos/ObjectCalls.h"
+#include "vcos/vcos.h"
+
+namespace {
+
+using sgutils::UpdateViewResults;
+
+// Event data is counted by the runtime; the shared pointer holds one count.
+boost::shared_ptr<COSEventData> eventData(const char* name) {
+  auto* data = new COSEventData(nullptr, COSID(name));
+  return boost::shared_ptr<COSEventData>(data, [hold = COSInterfacePtr(data)](COSEventData*) mutable { hold.reset(); });
+}
+
+TEST(UpdateViewResultsEvents, RangesAppendInArrivalOrderAndShareTheData) {
+  UpdateViewResults::EventList first{eventData("A"), eventData("B"), eventData("C")};
+  UpdateViewResults::EventList second{eventData("D")};
+  UpdateViewResults results;
+  results.addEvents(std::next(first.begin()), first.end());
+  results.addEvents(second.begin(), second.end());
+  results.addEvents(first.begin(), first.begin());
+
+  std::vector<std::string> names;
+  for (const auto& event : results.getEvents()) names.push_back(event->getEventName().c_str());
+  EXPECT_EQ(names, (std::vector<std::string>{"B", "C", "D"}));
+  EXPECT_EQ(results.getEvents().front().get(), std::next(first.begin())->get());
+}
+
+TEST(ViewClocks, TimestampIsMillisecondsOfTheSystemClock) {
+  using namespace std::chrono;
+  const auto ms = [] { return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count(); };
+  const auto before = ms();
+  const auto stamp = sgutils::timestamp();
+  const auto after = ms();
+  EXPECT_LE(before, stamp);
+  EXPECT_LE(stamp, after);
+}
+
+TEST(ViewClocks, ACopiedDurationMeasuresFromTheOriginalStart) {
+  const sgutils::Duration original;
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  const sgutils::Duration copy = original;
+  sgutils::Duration assigned;
+  assigned = original;
+  EXPECT_GE(copy.getDurationInSeconds(), 0.02);
+  EXPECT_GE(assigned.getDurationInSeconds(), 0.02);
+  const double first = original.getDurationInSeconds();
+  EXPECT_GE(original.getDurationInSeconds(), first) << "reading does not restart the measurement";
+  EXPECT_LT(first, 3600.0) << "seconds, not nanoseconds";
+}
+
+// A graphics object whose Graphics block is a scene viewer parent, as a
+// container of a scene viewer would be. Graphics admits a closed list of
+// subclasses; the test stub's name is the one free test name on it.
+class ViewerParentBlock : public SGHandle, public sgutils::test::NullSceneViewerParent {};
+
+class TestSceneViewerParentInfo final : public BaseObjectCOSInfo, public SGHandleBlockFactory {
+ public:
+  const char* getName() const override { return "TestStubPropertyDefinition"; }
+  void initializeClass(COSClass* cls, const COSClient*) override {
+    setClient(cls);
+    cls->addSuperclass(graphicsId(), true, 0, 1);
+    cls->addMethod(
+        new ObjectCtorMI<ViewerParentBlock, sgutils::PublicConstructorAccess>(cls->getID(), COSID(getName())));
+  }
+  SGHandle* createHandleBlock() const override { return new ViewerParentBlock; }
+  void* allocateInstance(COSInterface* instance) override { return instance->getInstanceData(graphicsId()); }
+  void deallocateInstance(COSInterface*, void*) override {}
+
+ private:
+  static const COSID& graphicsId() {
+    static const COSID id("vantel.graphics.Graphics");
+    return id;
+  }
+};
+
+COSInterfacePtr makeViewerParent() {
+  static const bool registered = [] {
+    sgtest::registerTestClasses();
+    sgutils::getNamespace()->addClass(new TestSceneViewerParentInfo, 0, 2);
+    return true;
+  }();
+  (void)registered;
+  matrix::unique_vxArray result(
+      omConstructObjectWithClient("sg2utils.TestStubPropertyDefinition", 0, nullptr, COSGetPublicClient()));
+  return omGetArrayElement(result.get(), 0);
+}
+
+TEST(SceneViewerParentLookup, FoundOnTheGraphicsBlockOfALiveObjectOnly) {
+  COSInterfacePtr parent = makeViewerParent();
+  sgutils::SceneViewerParent* found = sgutils::SceneViewerParent::getSceneViewerParentInterface(parent);
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ(found, static_cast<sgutils::SceneViewerParent*>(
+                       static_cast<ViewerParentBlock*>(SGHandle::fromObject(parent.get()))));
+  found->processSceneViewerEvent(parent, parent, nullptr, {1.0, 2.0, 0.0});
+
+  COSInterfacePtr plain = sgtest::propmodel::makeObject(sgtest::propmodel::kFlagsClass);
+  EXPECT_EQ(sgutils::SceneViewerParent::getSceneViewerParentInterface(plain), nullptr);
+  EXPECT_EQ(sgutils::SceneViewerParent::getSceneViewerParentInterface(COSInterfacePtr()), nullptr);
+
+  parent->deleteObject(COSGetPublicClient());
+  plain->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(sgutils::SceneViewerParent::getSceneViewerParentInterface(parent), nullptr) << "a deleted object's block is gone";
+}
+
+}  // namespace
