@@ -11,6 +11,8 @@
 #include "sgutils/view/NullSceneViewerParent.h"
 #include "sgutils/view/Timestamp.h"
 #include "sgutils/view/UpdateViewResults.h"
+#include "vcos/COSNamespaceInfo.h"
+#include "vcos/COSPackage.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vcos/vcos.h"
@@ -64,12 +66,13 @@ TEST(ViewClocks, ACopiedDurationMeasuresFromTheOriginalStart) {
 
 // A graphics object whose Graphics block is a scene viewer parent, as a
 // container of a scene viewer would be. Graphics admits a closed list of
-// subclasses; the test stub's name is the one free test name on it.
+// subclasses; this class takes the name of an example class on it, in a
+// package of its own.
 class ViewerParentBlock : public SGHandle, public sgutils::test::NullSceneViewerParent {};
 
 class TestSceneViewerParentInfo final : public BaseObjectCOSInfo, public SGHandleBlockFactory {
  public:
-  const char* getName() const override { return "TestStubPropertyDefinition"; }
+  const char* getName() const override { return "NewCircle"; }
   void initializeClass(COSClass* cls, const COSClient*) override {
     setClient(cls);
     cls->addSuperclass(graphicsId(), true, 0, 1);
@@ -87,15 +90,20 @@ class TestSceneViewerParentInfo final : public BaseObjectCOSInfo, public SGHandl
   }
 };
 
+class ExamplesNamespace final : public COSNamespaceInfo {
+ public:
+  const char* getName() const override { return "sg2examples"; }
+};
+
 COSInterfacePtr makeViewerParent() {
   static const bool registered = [] {
     sgtest::registerTestClasses();
-    sgutils::getNamespace()->addClass(new TestSceneViewerParentInfo, 0, 2);
+    COSPackage::addNamespace(new ExamplesNamespace)->addClass(new TestSceneViewerParentInfo, 0, 2);
     return true;
   }();
   (void)registered;
   matrix::unique_vxArray result(
-      omConstructObjectWithClient("sg2utils.TestStubPropertyDefinition", 0, nullptr, COSGetPublicClient()));
+      omConstructObjectWithClient("sg2examples.NewCircle", 0, nullptr, COSGetPublicClient()));
   return omGetArrayElement(result.get(), 0);
 }
 
