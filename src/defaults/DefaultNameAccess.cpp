@@ -8,6 +8,7 @@
 #include "sgutils/SGReference.h"
 #include "sgutils/defaults/DefaultProp.h"
 #include "sgutils/defaults/DefaultPropString.h"
+#include "src/defaults/DefaultPairCollection.h"
 #include "src/defaults/DefaultValueConversion.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSPropInfo.h"
@@ -17,10 +18,6 @@
 #include "vx/vxText.h"
 
 namespace sgutils {
-
-namespace detail {
-void collectDefaultPairs(SGReference& block, const COSInterfacePtr& parent, PropValuePairs& pairs);
-}
 
 namespace {
 

@@ -10,6 +10,8 @@
 #include "foundation/core/except/Error.h"
 #include "foundation/core/except/bad_alloc.h"
 #include "sgdatatypes/ClassNameMap.h"
+#include "sgutils/defaults/BadDefaultPropNameException.h"
+#include "sgutils/defaults/ClassNameLookupException.h"
 #include "sgutils/SGHandle.h"
 #include "sgutils/propinfos/PropInfoLookup.h"
 #include "src/defaults/DefaultValueConversion.h"
@@ -84,6 +86,20 @@ bool scalarText(const vxArray* value, std::string& out) {
     out = text;
     vxFreeEx(text);
     return true;
+  }
+  return false;
+}
+
+// The full class name of a stored field name. A field whose name no longer
+// parses (its class has no short name, as with a store read from a file)
+// belongs to no class, rather than stopping the look-up for all others.
+bool parsedClassOf(const char* fieldName, std::string& out) {
+  try {
+    out = fullClassName(DefaultPropString(fieldName, false));
+    return true;
+  } catch (const foundation::core::except::IMsgIDException&) {
+  } catch (const BadDefaultPropNameException&) {
+  } catch (const ClassNameLookupException&) {
   }
   return false;
 }
@@ -282,8 +298,8 @@ void DefaultProp::appendPairsOfShortName(PropValuePairs& pairs, const std::strin
   const int n = vxGetNumberOfFields(s);
   for (int f = 0; f < n; ++f) {
     const char* fieldName = vxGetFieldNameByNumber(s, f);
-    const DefaultPropString parsed(fieldName, false);
-    if (!equalsIgnoringCase(fullClassName(parsed), entry->second)) continue;
+    std::string fieldClass;
+    if (!parsedClassOf(fieldName, fieldClass) || !equalsIgnoringCase(fieldClass, entry->second)) continue;
     const vxArray* value = vxGetFieldByNumber(s, 0, f);
     std::string name(fieldName);
     if (stripNames) {

@@ -5,6 +5,7 @@
 
 #include "sgutils/SGHandle.h"
 #include "sgutils/defaults/DefaultProp.h"
+#include "src/defaults/DefaultPairCollection.h"
 #include "src/defaults/DefaultValueConversion.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"

@@ -51,6 +51,18 @@ TEST(DefaultApplication, CollectsTheObjectsClassRootFirstSoTheNearestAncestorWin
   EXPECT_TRUE(SGHandle::fromObject(onlyTop.get())->getDefaultPropValuePairs(nullptr).empty());
 }
 
+TEST(DefaultApplication, AStoredNameOfNoKnownClassDoesNotStopTheOthers) {
+  COSInterfacePtr top = make(kTop);
+  const char* names[] = {"defaultNotAClassWidth", "defaultLineshapeWidth"};
+  Arr s(vxCreateStructMatrix(1, 1, 2, names));
+  vxSetFieldByNumber(s.get(), 0, 0, vxCreateDoubleScalar(5));
+  vxSetFieldByNumber(s.get(), 0, 1, vxCreateDoubleScalar(6));
+  SGHandle::fromObject(top.get())->setDefaultProp(s.get());
+  COSInterfacePtr leaf = make(kLeaf, top);
+  SGHandle::fromObject(leaf.get())->applyDefaultProperties(top, false);
+  EXPECT_EQ(numberOf(getProp(leaf, "Width").get()), 6);
+}
+
 TEST(DefaultApplication, WritesInternalFacesSoModesStayAutomatic) {
   COSInterfacePtr top = make(kTop);
   store(top, "defaultLineshapeSelected", text("on"));
@@ -59,7 +71,7 @@ TEST(DefaultApplication, WritesInternalFacesSoModesStayAutomatic) {
   SGHandle::fromObject(leaf.get())->applyDefaultProperties(top, false);
   EXPECT_TRUE(selectableOf(leaf).getSelected());
   EXPECT_EQ(selectableOf(leaf).getSelectedMode(), AutoManual::Auto);
-  EXPECT_FLOAT_EQ(handleOf(leaf).edgeColor.getRed(), 1.0f);
+  EXPECT_DOUBLE_EQ(handleOf(leaf).edgeColor.red(), 1.0f);
   EXPECT_EQ(handleOf(leaf).edgeColorMode, 0);
 }
 
@@ -70,13 +82,13 @@ TEST(DefaultApplication, ManualPropertiesKeepTheirValueButAStoredModeStillApplie
   setProp(leaf, "EdgeColor", rgb(0, 0, 1).get());  // the user's value: manual
   ASSERT_EQ(handleOf(leaf).edgeColorMode, 1);
   SGHandle::fromObject(leaf.get())->applyDefaultProperties(top, false);
-  EXPECT_FLOAT_EQ(handleOf(leaf).edgeColor.getBlue(), 1.0f);
+  EXPECT_DOUBLE_EQ(handleOf(leaf).edgeColor.blue(), 1.0f);
 
   // A stored mode is written in the second pass and hands the property back.
   store(top, "defaultLineshapeEdgeColorMode", text("auto"));
   SGHandle::fromObject(leaf.get())->applyDefaultProperties(top, false);
   EXPECT_EQ(handleOf(leaf).edgeColorMode, 0);
-  EXPECT_FLOAT_EQ(handleOf(leaf).edgeColor.getBlue(), 1.0f);
+  EXPECT_DOUBLE_EQ(handleOf(leaf).edgeColor.blue(), 1.0f);
 }
 
 TEST(DefaultApplication, ModesAreWrittenAfterEveryValue) {
@@ -87,7 +99,7 @@ TEST(DefaultApplication, ModesAreWrittenAfterEveryValue) {
   store(top, "defaultLineshapeEdgeColor", rgb(0, 1, 0));
   COSInterfacePtr leaf = make(kLeaf, top);
   SGHandle::fromObject(leaf.get())->applyDefaultProperties(top, false);
-  EXPECT_FLOAT_EQ(handleOf(leaf).edgeColor.getGreen(), 1.0f);
+  EXPECT_DOUBLE_EQ(handleOf(leaf).edgeColor.green(), 1.0f);
   EXPECT_EQ(handleOf(leaf).edgeColorMode, 1);
 }
 

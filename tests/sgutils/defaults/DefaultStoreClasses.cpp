@@ -1,6 +1,8 @@
 // The test classes of DefaultStoreClasses.h.
 #include "DefaultStoreClasses.h"
 
+#include <cstring>
+
 #include "foundation/core/except/Error.h"
 #include "sgdatatypes/Registration.h"
 #include "sgutils/SGHandleClassInfo.h"
@@ -65,7 +67,7 @@ struct EdgeColorPI final : sgutils::DependentPropInfo<DefaultsHandle, EdgeColorP
 template <const char* Name>
 class NodeInfo final : public BaseObjectCOSInfo, public SGHandleBlockFactory {
  public:
-  const char* getName() const override { return Name; }
+  const char* getName() const override { return std::strrchr(Name, '.') + 1; }
   void initializeClass(COSClass* cls, const COSClient*) override {
     setClient(cls);
     const COSID me = cls->getID();
@@ -85,8 +87,7 @@ class NodeInfo final : public BaseObjectCOSInfo, public SGHandleBlockFactory {
                                          PublicAccess, 548, "EdgeColorMode PropInfo"));
     cls->addProperty(new EdgeColor_IPI(me, "EdgeColor_I", COSDataTypePtr(color), PublicAccess, PublicAccess, 1572,
                                        "EdgeColor_I PropInfo"));
-    const char* shortName = std::strrchr(Name, '.') + 1;
-    cls->addMethod(new ObjectCtorMI<DefaultsHandle, sgutils::PublicConstructorAccess>(me, COSID(shortName)));
+    cls->addMethod(new ObjectCtorMI<DefaultsHandle, sgutils::PublicConstructorAccess>(me, COSID(getName())));
   }
   SGHandle* createHandleBlock() const override { return new DefaultsHandle; }
   void* allocateInstance(COSInterface* instance) override { return instance->getInstanceData(graphicsId()); }

@@ -75,7 +75,7 @@ TEST(DefaultStore, NamesThatAddressNoDefaultableProperty) {
   // A class that does not exist: a write is silent, a read of a store raises.
   EXPECT_EQ(errorId([&] { defaults.set(name("default.no.such.Thing.Width"), one.get()); }), "");
   EXPECT_EQ(errorId([&] { defaults.get(name("default.no.such.Thing.Width")); }), "VANTEL:sgutils:InvalidClass");
-  EXPECT_EQ(errorId([&] { defaults.get(name("defaultLineshape")); }), "VANTEL:sgutils:EmptyPropName");
+  EXPECT_EQ(errorId([&] { defaults.get(name("defaultLegend")); }), "VANTEL:sgutils:EmptyPropName");
   EXPECT_EQ(fieldsOf(defaults.getDefaultPropArray()), std::vector<std::string>{});
 }
 
@@ -100,7 +100,7 @@ TEST(DefaultStore, RemoveAndClearTakeFieldsOut) {
   DefaultProp defaults(top);
   defaults.set(name("defaultLineshapeWidth"), number(2).get());
   defaults.set(name("defaultLineshapeTag"), text("t").get());
-  defaults.remove(name("DEFAULTLINESHAPEWIDTH"));  // compared without regard to case
+  defaults.remove(name("defaultLINESHAPEWIDTH"));  // compared without regard to case
   defaults.remove(name("default.gone.Class.Width"));  // no class, no field: nothing happens
   EXPECT_EQ(fieldsOf(defaults.getDefaultPropArray()), std::vector<std::string>{"defaultLineshapeTag"});
   SGHandle::fromObject(top.get())->clearDefaultProperty();
