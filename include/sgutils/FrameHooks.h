@@ -8,10 +8,11 @@
 //   defaultPairsSetter  applies those pairs
 //   themeOnReset        gives a reset object its theme again
 //   converterReplacer   the load/save converters of a newly added class
-//   defaultClearer      drops one stored default of an object
+//   defaultClearer      drops all stored defaults of an object
 #pragma once
 
 #include "sgutils/SgutilsExport.h"
+#include "sgutils/defaults/PropValuePairs.h"
 #include "vcos/COSInterfacePtr.h"
 #include "vcos/COSInternedBase.h"
 
@@ -28,12 +29,12 @@ struct FrameHooks {
   // True when `word` (UTF-8 text of a scalar text input) was taken as a word.
   bool (*wordRules)(const COSClient* client, const COSInterfacePtr& object, COSPropInfo* property,
                     const char* word) = nullptr;
-  // A 1-by-2n cell of names and values (owned by the caller), or null.
-  vxArray* (*defaultPairs)(SGReference& block, const COSInterfacePtr& parent) = nullptr;
-  void (*defaultPairsSetter)(const COSInterfacePtr& object, const vxArray* pairs, bool fromReset) = nullptr;
+  // Appends the names and values that apply to the block's object under `parent`.
+  void (*defaultPairs)(SGReference& block, const COSInterfacePtr& parent, PropValuePairs& pairs) = nullptr;
+  void (*defaultPairsSetter)(const COSInterfacePtr& object, const PropValuePairs& pairs, bool fromReset) = nullptr;
   void (*themeOnReset)(const COSInterfacePtr& object, bool force) = nullptr;
   void (*converterReplacer)(COSID classId, bool isAbstract) = nullptr;
-  void (*defaultClearer)(SGReference& block, const char* defaultName) = nullptr;
+  void (*defaultClearer)(SGReference& block) = nullptr;
 };
 
 // The process-wide hook table.

@@ -61,6 +61,8 @@ class SGUTILS_API SGHandle : public SGReference {
   void setSerializableApplicationData(const vxArray* value);
   // The struct of defaults stored on this object; null until one is set.
   const vxArray* getDefaultProp() const noexcept { return defaultProps_; }
+  // The store itself, for its writer (DefaultProp), which edits it in place.
+  vxArray* getDefaultPropForEdit() noexcept { return defaultProps_; }
   void setDefaultProp(const vxArray* value);
 
   // The Graphics block of an object: null for a null, destroyed or

@@ -9,6 +9,7 @@
 
 #include "sgutils/CVObject.h"
 #include "sgutils/SgutilsExport.h"
+#include "sgutils/defaults/PropValuePairs.h"
 #include "vcos/COSInterfacePtr.h"
 
 class COSClass;
@@ -42,11 +43,12 @@ class SGUTILS_API SGReference : public CVObject {
   void setDoubleRef(double value) noexcept { doubleRef_ = value; }
   bool isApplyingDefaults() const noexcept { return applyingDefaults_ != 0; }
 
-  // Drops one stored default of this object (by its default name).
-  void clearDefaultProperty(const char* defaultName);
-  // The name-value pairs (a 1-by-2n cell, owned by the caller) of the
-  // defaults that apply to this object under `parent`; null when none.
-  vxArray* getDefaultPropValuePairs(const COSInterfacePtr& parent);
+  // Drops every default stored on this object.
+  void clearDefaultProperty();
+  // The names and values of the defaults that apply to this object under
+  // `parent`: the stores of the ancestors for this object's class, root
+  // first, so that a nearer ancestor's value comes later and wins.
+  sgutils::PropValuePairs getDefaultPropValuePairs(const COSInterfacePtr& parent);
 
   // The process-wide AbortSet switch (false at first).
   static bool getAbortSet() noexcept;

@@ -38,20 +38,21 @@ void SGReference::DefaultsApplied(COSInterfacePtr /*object*/, bool /*fromReset*/
 void SGReference::applyDefaultProperties(COSInterfacePtr parent, bool fromReset) {
   COSInterfacePtr object = getCOSReference();
   ApplyingDefaults(object);
-  matrix::unique_vxArray pairs(getDefaultPropValuePairs(parent));
-  if (pairs) {
-    if (auto setter = sgutils::frameHooks().defaultPairsSetter) setter(object, pairs.get(), fromReset);
+  const sgutils::PropValuePairs pairs = getDefaultPropValuePairs(parent);
+  if (!pairs.empty()) {
+    if (auto setter = sgutils::frameHooks().defaultPairsSetter) setter(object, pairs, fromReset);
   }
   DefaultsApplied(object, fromReset);
 }
 
-void SGReference::clearDefaultProperty(const char* defaultName) {
-  if (auto clearer = sgutils::frameHooks().defaultClearer) clearer(*this, defaultName);
+void SGReference::clearDefaultProperty() {
+  if (auto clearer = sgutils::frameHooks().defaultClearer) clearer(*this);
 }
 
-vxArray* SGReference::getDefaultPropValuePairs(const COSInterfacePtr& parent) {
-  if (auto pairs = sgutils::frameHooks().defaultPairs) return pairs(*this, parent);
-  return nullptr;
+sgutils::PropValuePairs SGReference::getDefaultPropValuePairs(const COSInterfacePtr& parent) {
+  sgutils::PropValuePairs pairs;
+  if (auto collect = sgutils::frameHooks().defaultPairs) collect(*this, parent, pairs);
+  return pairs;
 }
 
 bool SGReference::getAbortSet() noexcept { return abortSet.load(std::memory_order_relaxed); }

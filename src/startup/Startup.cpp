@@ -20,6 +20,7 @@
 #include "sgutils/SGPropHandlerClassInfo.h"
 #include "sgutils/SGReferenceClassInfo.h"
 #include "sgutils/SGStorageClassInfo.h"
+#include "sgutils/defaults/DefaultNameAccess.h"
 #include "src/classinfo/SupportClasses.h"
 #include "src/startup/DatatypesBridge.h"
 #include "vcos/BuiltinClasses.h"
@@ -115,6 +116,7 @@ unsigned char sgutils::initFlag() { return initFlagSlot(); }
 
 extern "C" void VLInitialize_sgutils() {
   sgutils::GraphicsPrefs::registerFeatures();
+  sgutils::DefaultNameAccess::installFrameHooks();
 
   unsigned char& flag = initFlagSlot();
   if (flag == 0) {
