@@ -140,11 +140,13 @@ TEST_F(ThemeObject, OverrideReplacesEveryColourButNotAlphaOrName) {
   EXPECT_EQ(t.theme().getContinuousColorList().columnMajor(), (std::vector<double>{0, 0.5, 0}));
   EXPECT_EQ(t.theme().getAxesGridAlpha().value(), 0.25);
   EXPECT_EQ(t.text("Name"), "Dark Theme");
-  EXPECT_EQ(RGBAColor::fromArray(t.get("OverrideColor").get()), green);
+  EXPECT_EQ(RGBAColor::fromArray(t.getDirect("OverrideColor").get()), green);
+  EXPECT_FALSE(errorId([&] { t.get("OverrideColor"); }).empty()) << "the override is hidden from users";
 
   // Cleared: back to the theme service and the dark orders.
   t.theme().singleColorThemeOverride(nullptr);
   EXPECT_EQ(t.theme().getOverrideColor(), nullptr);
+  EXPECT_EQ(vxGetNumberOfElements(t.getDirect("OverrideColor").get()), 3u) << "none reads as the type's default";
   EXPECT_EQ(t.theme().getHyperlinkColor(), serviceColor("--cv-color-hyperlink", "dark"));
   EXPECT_EQ(t.theme().getDiscreteColorList(), sgutils::colorvalues::factoryColorOrder(false));
   RGBAColor untouched(0.1, 0.2, 0.3);
