@@ -34,15 +34,6 @@ TEST_F(ThemeObject, ClassFacesAccessAndStyleType) {
   COSClass* cls = GraphicsTheme::getClassInstance();
   ASSERT_NE(cls, nullptr);
   EXPECT_EQ(t.object->getClass(), cls);
-  std::vector<std::string> names;
-  for (std::size_t i = 0; i < cls->getPropertyCount(); ++i) names.push_back(cls->getPropertyAt(i)->getName());
-  ASSERT_EQ(names.size(), 12u * 3 + 2 + 3 + 1);
-  EXPECT_EQ(names[0], "Name");
-  EXPECT_EQ(names[3], "BaseColorStyle");
-  EXPECT_EQ(names[36], "Basemap");
-  EXPECT_EQ(names[37], "BasemapMode");
-  EXPECT_EQ(names[38], "Basemap_InternalStorage");
-  EXPECT_EQ(names.back(), "OverrideColor");
   // Values are set by the class and the theme code, modes by anyone.
   EXPECT_EQ(t.property("BackgroundColor")->getMemberSetAccess(), ProtectedAccess);
   EXPECT_EQ(t.property("BackgroundColor_I")->getMemberSetAccess(), ProtectedAccess);
@@ -237,9 +228,8 @@ TEST_F(ThemeObject, FactoryByName) {
   EXPECT_TRUE(light.theme().getBaseColorStyle().isLight());
   EXPECT_EQ(GraphicsTheme::builtinThemeFactory("white"), nullptr);
   EXPECT_EQ(GraphicsTheme::builtinThemeFactory(""), nullptr);
-  // Everything but the style is automatic.
-  EXPECT_EQ(dark.theme().getContainerColorMode(), AutoManual::Auto);
-  EXPECT_EQ(dark.theme().getNameMode(), AutoManual::Auto);
+  // Everything is automatic, the style's mode included.
+  EXPECT_EQ(dark.theme().getBaseColorStyleMode(), AutoManual::Auto);
 }
 
 }  // namespace
