@@ -165,19 +165,35 @@ const std::u16string& GraphicsTheme::getNameImpl() {
   return name_I_;
 }
 
-#define SG_THEME_COLOR_GETTER(Property, member, variable)           \
-  const RGBAColor& GraphicsTheme::get##Property##Impl() {          \
-    static const std::string kVariable = variable;                 \
-    setDefaultColorIfAuto(member##Mode_ == 0, member##_I_, kVariable); \
-    return member##_I_;                                            \
-  }
+const RGBAColor& GraphicsTheme::refreshedColor(unsigned char mode, RGBAColor& value, const std::string& variable) {
+  setDefaultColorIfAuto(mode == 0, value, variable);
+  return value;
+}
 
-SG_THEME_COLOR_GETTER(ContainerColor, containerColor, "--cv-backgroundColor-primary")
-SG_THEME_COLOR_GETTER(BackgroundColor, backgroundColor, "--cv-backgroundColor-input")
-SG_THEME_COLOR_GETTER(BaseTextColor, baseTextColor, "--cv-color-primary")
-SG_THEME_COLOR_GETTER(HyperlinkColor, hyperlinkColor, "--cv-color-hyperlink")
-SG_THEME_COLOR_GETTER(HyperlinkVisitedColor, hyperlinkVisitedColor, "--cv-color-hyperlink-visited")
-#undef SG_THEME_COLOR_GETTER
+const RGBAColor& GraphicsTheme::getContainerColorImpl() {
+  static const std::string kVariable = "--cv-backgroundColor-primary";
+  return refreshedColor(containerColorMode_, containerColor_I_, kVariable);
+}
+
+const RGBAColor& GraphicsTheme::getBackgroundColorImpl() {
+  static const std::string kVariable = "--cv-backgroundColor-input";
+  return refreshedColor(backgroundColorMode_, backgroundColor_I_, kVariable);
+}
+
+const RGBAColor& GraphicsTheme::getBaseTextColorImpl() {
+  static const std::string kVariable = "--cv-color-primary";
+  return refreshedColor(baseTextColorMode_, baseTextColor_I_, kVariable);
+}
+
+const RGBAColor& GraphicsTheme::getHyperlinkColorImpl() {
+  static const std::string kVariable = "--cv-color-hyperlink";
+  return refreshedColor(hyperlinkColorMode_, hyperlinkColor_I_, kVariable);
+}
+
+const RGBAColor& GraphicsTheme::getHyperlinkVisitedColorImpl() {
+  static const std::string kVariable = "--cv-color-hyperlink-visited";
+  return refreshedColor(hyperlinkVisitedColorMode_, hyperlinkVisitedColor_I_, kVariable);
+}
 
 const ColorOrder& GraphicsTheme::getDiscreteColorListImpl() {
   if (discreteColorListMode_ == 0)
