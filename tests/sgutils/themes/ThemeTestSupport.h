@@ -48,9 +48,13 @@ struct Theme {
   void set(const char* name, const vxArray* value, const COSClient* client = COSGetPublicClient()) const {
     COSPropInfo* p = property(name);
     COSTypeConversion* c = COSTypeRepository::getConversion(COSID("any"), p->getDataType()->getID());
-    const COSValue v = c->convert(COSValue(value));
-    object->setPropertyValue(client, p, v);
-    p->getDataType()->destroy(v);
+    // The converted value is freed also when the set is refused.
+    struct Owned {
+      const COSDataType& type;
+      COSValue value;
+      ~Owned() { type.destroy(value); }
+    } owned{*p->getDataType(), c->convert(COSValue(value))};
+    object->setPropertyValue(client, p, owned.value);
   }
   void setText(const char* name, const char* text, const COSClient* client = COSGetPublicClient()) const {
     matrix::unique_vxArray a(vxCreateString(text));
