@@ -17,17 +17,18 @@ The description has one entry per line; '#' starts a comment.
     parent       <C++ parent> <full class name of the parent> <parent's header>
     source       <source path named in the log lines>
     description  <text>
-    include      <header the class declaration needs>
+    include      <header the class declaration needs; "<memory>" for a system one>
     packed       yes            (bool triples and their modes as bit-fields)
     declare      <a member declaration of the hand-written half, verbatim>
     allowed      <full class name>  (one line each: the closed list of classes that
                                      may derive from this one while graphics
                                      classes are sealed)
-    triple       <name> <type> <get>/<set> <X>/<XMode>/<X_I flags> <C++ type> <member initial> <factory>
+    triple       <name> <type> <get>/<set> <X>/<XMode>/<X_I flags> <C++ type> <member initial> <factory> [computed]
     definition   <name> <C++ type> <type name> <mode> <attribute word> <initial>
     single       <name> <type> <get>/<set> <flags> <C++ type> <member initial> <factory>
     stub         <name> <type> <get>/<set> <flags> <factory>
     object       <name> <type> <get>/<set> <flags>
+    member       <a private member of the hand-written half, verbatim>
 
 Properties are added to the class in the order of their lines. A triple is the generated family: public face, mode and internal face, the
 value in a member of the block. <factory> is `typedefault` (the type's own
@@ -35,7 +36,10 @@ default, copied) or a value word, copied through the type. A definition is
 the definition family: a PropertyStorage member and a PropertyDefinition
 record in the class info; <mode> is `mode` or `nomode`, with `+serializable`
 behind it when the property has a serializable twin ("Serializable<name>")
-that a file keeps in its place. A single is one face held in a member, with no
+that a file keeps in its place. A triple's access is either one <get>/<set> for all three faces or
+three of them, X:XMode:X_I, such as 0/1:0/0:0/1. A triple marked `computed`
+gets its value from the hand-written `const T& getXImpl()`, which may refresh
+the member first; `getX()` and every read of `X` and `X_I` go through it. A single is one face held in a member, with no
 mode. A stub's value is computed by the hand-written getXImpl and setXImpl,
 which the class declares. An object is a read-only handle of event data.
 """
@@ -50,10 +54,15 @@ class Triple:
     kind = "triple"
 
     def __init__(self, fields):
-        if len(fields) != 7:
-            raise ValueError("triple needs 7 fields: " + " ".join(fields))
-        self.name, self.type, access, flags, self.cpp, self.initial, self.factory = fields
-        self.get_access, self.set_access = access.split("/")
+        if len(fields) not in (7, 8) or (len(fields) == 8 and fields[7] != "computed"):
+            raise ValueError("triple needs 7 fields and an optional `computed`: " + " ".join(fields))
+        self.name, self.type, access, flags, self.cpp, self.initial, self.factory = fields[:7]
+        self.computed = len(fields) == 8
+        faces = access.split(":")
+        if len(faces) not in (1, 3):
+            raise ValueError("triple access is get/set or X:XMode:X_I: " + access)
+        self.access = [f.split("/") for f in (faces * 3 if len(faces) == 1 else faces)]
+        self.get_access, self.set_access = self.access[0]
         self.flags = flags.split("/")
         if len(self.flags) != 3:
             raise ValueError("triple flags are X/XMode/X_I: " + flags)
@@ -127,11 +136,13 @@ class ClassDescription:
         self.includes = []
         self.packed = False
         self.declares = []
+        self.members = []
         self.allowed = []
         self.properties = []
         with open(path, encoding="utf-8") as f:
             for number, raw in enumerate(f, 1):
-                line = raw.split("#", 1)[0].strip() if not raw.lstrip().startswith("declare") else raw.strip()
+                verbatim = raw.lstrip().startswith(("declare", "member"))
+                line = raw.split("#", 1)[0].strip() if not verbatim else raw.strip()
                 if not line:
                     continue
                 key, _, rest = line.partition(" ")
@@ -174,6 +185,8 @@ class ClassDescription:
             self.packed = rest == "yes"
         elif key == "declare":
             self.declares.append(rest)
+        elif key == "member":
+            self.members.append(rest)
         elif key == "allowed":
             self.allowed.append(rest)
         elif key == "triple":
@@ -229,7 +242,7 @@ def write_header(d, src):
         includes.append("sgutils/propinfos/PropertyStorage.h")
     includes += d.includes
     for inc in sorted(set(includes)):
-        out.append('#include "{}"\n'.format(inc))
+        out.append("#include {}\n".format(inc if inc.startswith("<") else '"{}"'.format(inc)))
     out.append("\nclass COSClient;\nclass COSPropInfo;\n\n")
     out.append("namespace {} {{\n\n".format(d.namespace))
     out.append("class SGUTILS_API {} : public {} {{\n public:\n".format(d.name, base))
@@ -250,7 +263,11 @@ def write_header(d, src):
         m = member(t.name)
         out.append("\n  // {} (public face), {}Mode, {}_I.\n".format(t.name, t.name, t.name))
         arg = "const {}&".format(t.cpp) if is_value_class(t.cpp) else t.cpp
-        out.append("  virtual {} get{}() const {{ return {}_I_; }}\n".format(t.cpp, t.name, m))
+        if t.computed:
+            out.append("  virtual const {}& get{}() {{ return get{}Impl(); }}\n".format(t.cpp, t.name, t.name))
+            out.append("  const {}& get{}Impl();\n".format(t.cpp, t.name))
+        else:
+            out.append("  virtual {} get{}() const {{ return {}_I_; }}\n".format(t.cpp, t.name, m))
         out.append("  virtual void set{}({} value, graphics::datatype::ClientEnum client);\n".format(t.name, arg))
         out.append("  {} get{}Mode() const {{ return static_cast<{}>({}Mode_); }}\n".format(am, t.name, am, m))
         out.append("  void set{}Mode({} mode);\n".format(t.name, am))
@@ -295,6 +312,8 @@ def write_header(d, src):
             out.append("  unsigned char {}Mode_ = 0;\n".format(m))
     for p in d.definitions:
         out.append("  {} {}_{{{}}};\n".format(p.storage, member(p.name), p.initial))
+    for decl in d.members:
+        out.append("  {}\n".format(decl))
     for p in d.of("single"):
         out.append("  {} {}_ = {};\n".format(p.cpp, member(p.name), p.initial))
     for p in d.of("object"):
@@ -318,6 +337,8 @@ def write_source(d, src):
                  "sgutils/propinfos/ModePropInfo.h", "sgutils/propinfos/PropertyDefinition.h"]
     if d.definitions:
         incs += ["sgutils/propinfos/PropertyDefinition.h"]
+    if any(t.computed for t in d.triples):
+        incs += ["sgutils/objects/ComputedInternalPropInfo.h"]
     if d.of("single"):
         incs += ["sgutils/propinfos/InternalPropInfo.h"]
     if d.of("stub"):
@@ -344,8 +365,11 @@ def write_source(d, src):
             factory = "t.copy(COSValue())"
         else:
             factory = "t.copy(COSValue::fromWord({}))".format(t.factory)
-        out.append("struct {n}::{x}_IPI final : sgutils::InternalPropInfo<{n}, {n}::{x}_IPI> {{\n".format(n=n, x=t.name))
-        out.append("  using InternalPropInfo::InternalPropInfo;\n")
+        kind = "ComputedInternalPropInfo" if t.computed else "InternalPropInfo"
+        out.append("struct {n}::{x}_IPI final : sgutils::{k}<{n}, {n}::{x}_IPI> {{\n".format(n=n, x=t.name, k=kind))
+        out.append("  using {k}::{k};\n".format(k=kind))
+        if t.computed:
+            out.append("  static COSValue compute({n}& b) {{ return {w}; }}\n".format(n=n, w=word_of(t.cpp, "b.get{}Impl()".format(t.name))))
         out.append("  static COSValue read(const {}& b) noexcept {{ return {}; }}\n".format(n, word_of(t.cpp, "b.{}_I_".format(m))))
         if is_value_class(t.cpp):
             out.append("  static void assign({n}& b, COSValue v) {{ b.{m}_I_ = v.isEmpty() ? {t}() : *v.asPointer<const {t}>(); }}\n".format(n=n, m=m, t=t.cpp))
@@ -410,12 +434,13 @@ def write_source(d, src):
             out.append('  addProperty(cls, new {x}PI(me, "{x}", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x} PropInfo"));\n'.format(
                 x=t.name, ty=t.type, g=ga, s=sa, f=t.flags))
             continue
+        (ga, sa), (gm, sm), (gi, si) = (("MemberAccess({})".format(g), "MemberAccess({})".format(s)) for g, s in t.access)
         out.append('  addProperty(cls, new {x}PI(me, "{x}", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x} PropInfo", COSID("{x}_I"), COSID("{x}Mode")));\n'.format(
             x=t.name, ty=t.type, g=ga, s=sa, f=t.flags[0]))
         out.append('  addProperty(cls, new {x}ModePI(me, "{x}Mode", sgutils::detail::autoManualType(), {g}, {s}, {f}, "{x}Mode PropInfo"));\n'.format(
-            x=t.name, g=ga, s=sa, f=t.flags[1]))
+            x=t.name, g=gm, s=sm, f=t.flags[1]))
         out.append('  addProperty(cls, new {x}_IPI(me, "{x}_I", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x}_I PropInfo"));\n'.format(
-            x=t.name, ty=t.type, g=ga, s=sa, f=t.flags[2]))
+            x=t.name, ty=t.type, g=gi, s=si, f=t.flags[2]))
     out.append('  cls->addMethod(new ObjectCtorMI<{n}, sgutils::PublicConstructorAccess>(me, COSID("{n}")));\n}}\n\n'.format(n=n))
 
     out.append("sgutils::GeneratedBlock* {}::COSInfo::newBlock() const {{\n".format(n))

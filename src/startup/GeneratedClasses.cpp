@@ -7,6 +7,7 @@
 
 #include "sgutils/PerInstance.h"
 #include "sgutils/objects/GraphicsPickable.gen.h"
+#include "sgutils/objects/GraphicsTheme.gen.h"
 #include "sgutils/objects/Mixin.gen.h"
 #include "sgutils/objects/Selectable.gen.h"
 
@@ -21,6 +22,7 @@ namespace {
 // joins the list when its class is built.
 const std::vector<ClassRegistrationFn>& registrations() {
   static const std::vector<ClassRegistrationFn> list = {
+      &registerBaseColorSchemeType, &generated::registerGraphicsTheme,
       &generated::registerGraphicsPickable,
       &generated::registerMixin,
       &generated::registerSelectable,
