@@ -7,14 +7,12 @@
 
 #include "sgdatatypes/RGBAColor.h"
 #include "sgutils/objects/Selectable.gen.h"
-#include "sgutils/propinfos/DependentPropInfo.h"
-#include "sgutils/propinfos/InternalPropInfo.h"
-#include "sgutils/propinfos/ModePropInfo.h"
 #include "sgutils/propinfos/PropertyDefinition.h"
 #include "sgutils/sgutils.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/vcos.h"
 #include "vx/vx.h"
+#include "support/EdgeColorTriple.h"
 
 namespace {
 
@@ -36,21 +34,6 @@ struct BenchHandle : SGHandle {
   long marks = 0;
 };
 
-struct EdgeColor_IPI final : sgutils::InternalPropInfo<BenchHandle, EdgeColor_IPI> {
-  using InternalPropInfo::InternalPropInfo;
-  static COSValue read(const BenchHandle& b) noexcept { return COSValue(&b.edgeColor); }
-  static void assign(BenchHandle& b, COSValue v) { b.edgeColor = v.isEmpty() ? RGBAColor() : *v.asPointer<const RGBAColor>(); }
-  static COSValue makeFactoryValue(const COSDataType& t) { return t.copy(COSValue()); }
-};
-struct EdgeColorModePI final : sgutils::ModePropInfo<BenchHandle, EdgeColorModePI> {
-  using ModePropInfo::ModePropInfo;
-  static unsigned char readMode(const BenchHandle& b) noexcept { return b.edgeColorMode; }
-  static void storeMode(BenchHandle& b, unsigned char m) noexcept { b.edgeColorMode = m; }
-};
-struct EdgeColorPI final : sgutils::DependentPropInfo<BenchHandle, EdgeColorPI> {
-  using DependentPropInfo::DependentPropInfo;
-};
-
 class BenchInfo final : public BaseObjectCOSInfo, public SGHandleBlockFactory {
  public:
   const char* getName() const override { return "TestStubPropertyDefinition"; }
@@ -59,13 +42,7 @@ class BenchInfo final : public BaseObjectCOSInfo, public SGHandleBlockFactory {
     const COSID me = cls->getID();
     cls->addSuperclass(graphicsId(), true, 0, 1);
     cls->addSuperclass(graphics::mixin::Selectable::classID(), false, 0, 1);
-    const char* color = "vantel.graphics.datatype.RGBAColor";
-    cls->addProperty(new EdgeColorPI(me, "EdgeColor", COSDataTypePtr(color), PublicAccess, PublicAccess, 12196,
-                                     "EdgeColor PropInfo", COSID("EdgeColor_I"), COSID("EdgeColorMode")));
-    cls->addProperty(new EdgeColorModePI(me, "EdgeColorMode", sgutils::detail::autoManualType(), PublicAccess,
-                                         PublicAccess, 548, "EdgeColorMode PropInfo"));
-    cls->addProperty(new EdgeColor_IPI(me, "EdgeColor_I", COSDataTypePtr(color), PublicAccess, PublicAccess, 1572,
-                                       "EdgeColor_I PropInfo"));
+    sgtest::addEdgeColorTriple<BenchHandle>(cls);
     cls->addMethod(new ObjectCtorMI<BenchHandle, sgutils::PublicConstructorAccess>(me, COSID(getName())));
   }
   SGHandle* createHandleBlock() const override { return new BenchHandle; }

@@ -1,5 +1,6 @@
 // The test classes of TestGraphicsClasses.h.
 #include "TestGraphicsClasses.h"
+#include "support/ParentPI.h"
 
 #include "foundation/core/except/Error.h"
 #include "sgdatatypes/Registration.h"
@@ -25,30 +26,7 @@ TestGraphicsObject& block(COSInterface* object) {
   return *static_cast<TestGraphicsObject*>(SGHandle::fromObject(object));
 }
 
-// "Parent": an object array of the owner, or an empty double; setting an
-// object hooks this object below it, setting an empty value unhooks it.
-class ParentPI final : public COSPropT {
- public:
-  // Not reset: a reset leaves the object where it is in the tree.
-  explicit ParentPI(COSID cls)
-      : COSPropT(cls, COSID("Parent"), COSDataTypePtr("any"), COSValue(), PublicAccess, PublicAccess,
-                 COSPropDefaultFlags & ~unsigned(COSPropResetAllowed)) {}
-  COSValue getValue(COSInterface* object) const override {
-    COSInterface* owner = object->getOwnerObject();
-    return COSValue(owner ? omCreateVCOSScalar(COSInterfacePtr(owner)) : vxCreateDoubleMatrix(0, 0, vxREAL));
-  }
-  void setValue(COSInterface* object, COSValue value) override {
-    const vxArray* a = value.asPointer<const vxArray>();
-    if (!a || vxIsEmpty(a)) {
-      object->unhookFromOwner();
-      return;
-    }
-    if (!omIsVCOS(a)) throw foundation::core::except::Error("VANTEL:vcos:ConversionFailed", "any", "Parent");
-    COSInterfacePtr parent = omGetLiveArrayElement(a, 0);
-    object->unhookFromOwner();
-    parent->hookChild(object);
-  }
-};
+using sgtest::ParentPI;
 
 class WidthPI final : public COSPropT {
  public:

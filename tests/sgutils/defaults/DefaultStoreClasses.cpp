@@ -7,9 +7,6 @@
 #include "sgdatatypes/Registration.h"
 #include "sgutils/SGHandleClassInfo.h"
 #include "sgutils/propinfos/BlockOf.h"
-#include "sgutils/propinfos/DependentPropInfo.h"
-#include "sgutils/propinfos/InternalPropInfo.h"
-#include "sgutils/propinfos/ModePropInfo.h"
 #include "sgutils/propinfos/PropertyDefinition.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSPackage.h"
@@ -17,6 +14,8 @@
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vcos/vcos.h"
+#include "support/EdgeColorTriple.h"
+#include "support/ParentPI.h"
 
 namespace sgtest::defaults {
 
@@ -29,40 +28,7 @@ const COSID& graphicsId() {
   return id;
 }
 
-// "Parent": the owner as an object array, or an empty double; an object
-// hooks this one below it, an empty value unhooks it.
-class ParentPI final : public COSPropT {
- public:
-  explicit ParentPI(COSID cls)
-      : COSPropT(cls, COSID("Parent"), COSDataTypePtr("any"), COSValue(), PublicAccess, PublicAccess,
-                 COSPropDefaultFlags & ~unsigned(COSPropResetAllowed)) {}
-  COSValue getValue(COSInterface* object) const override {
-    COSInterface* owner = object->getOwnerObject();
-    return COSValue(owner ? omCreateVCOSScalar(COSInterfacePtr(owner)) : vxCreateDoubleMatrix(0, 0, vxREAL));
-  }
-  void setValue(COSInterface* object, COSValue value) override {
-    const vxArray* a = value.asPointer<const vxArray>();
-    object->unhookFromOwner();
-    if (a && !vxIsEmpty(a)) omGetLiveArrayElement(a, 0)->hookChild(object);
-  }
-};
-
-struct EdgeColor_IPI final : sgutils::InternalPropInfo<DefaultsHandle, EdgeColor_IPI> {
-  using InternalPropInfo::InternalPropInfo;
-  static COSValue read(const DefaultsHandle& b) noexcept { return COSValue(&b.edgeColor); }
-  static void assign(DefaultsHandle& b, COSValue v) {
-    b.edgeColor = v.isEmpty() ? RGBAColor() : *v.asPointer<const RGBAColor>();
-  }
-  static COSValue makeFactoryValue(const COSDataType& t) { return t.copy(COSValue()); }
-};
-struct EdgeColorModePI final : sgutils::ModePropInfo<DefaultsHandle, EdgeColorModePI> {
-  using ModePropInfo::ModePropInfo;
-  static unsigned char readMode(const DefaultsHandle& b) noexcept { return b.edgeColorMode; }
-  static void storeMode(DefaultsHandle& b, unsigned char m) noexcept { b.edgeColorMode = m; }
-};
-struct EdgeColorPI final : sgutils::DependentPropInfo<DefaultsHandle, EdgeColorPI> {
-  using DependentPropInfo::DependentPropInfo;
-};
+using sgtest::ParentPI;
 
 template <const char* Name>
 class NodeInfo final : public BaseObjectCOSInfo, public SGHandleBlockFactory {
@@ -80,13 +46,7 @@ class NodeInfo final : public BaseObjectCOSInfo, public SGHandleBlockFactory {
     cls->addProperty(new COSPropT(me, COSID("Locked"), dbl, COSValue::fromDouble(0.0), PublicAccess, ProtectedAccess));
     cls->addProperty(new COSPropT(me, COSID("NoDefault"), dbl, COSValue::fromDouble(0.0), PublicAccess, PublicAccess,
                                   COSPropDefaultFlags & ~unsigned(COSPropDefaultAllowed)));
-    const char* color = "vantel.graphics.datatype.RGBAColor";
-    cls->addProperty(new EdgeColorPI(me, "EdgeColor", COSDataTypePtr(color), PublicAccess, PublicAccess, 12196,
-                                     "EdgeColor PropInfo", COSID("EdgeColor_I"), COSID("EdgeColorMode")));
-    cls->addProperty(new EdgeColorModePI(me, "EdgeColorMode", sgutils::detail::autoManualType(), PublicAccess,
-                                         PublicAccess, 548, "EdgeColorMode PropInfo"));
-    cls->addProperty(new EdgeColor_IPI(me, "EdgeColor_I", COSDataTypePtr(color), PublicAccess, PublicAccess, 1572,
-                                       "EdgeColor_I PropInfo"));
+    sgtest::addEdgeColorTriple<DefaultsHandle>(cls);
     cls->addMethod(new ObjectCtorMI<DefaultsHandle, sgutils::PublicConstructorAccess>(me, COSID(getName())));
   }
   SGHandle* createHandleBlock() const override { return new DefaultsHandle; }

@@ -4,9 +4,6 @@
 #include "foundation/feature/Feature.h"
 #include "sgutils/SGHandleClassInfo.h"
 #include "sgutils/propinfos/BlockOf.h"
-#include "sgutils/propinfos/DependentPropInfo.h"
-#include "sgutils/propinfos/InternalPropInfo.h"
-#include "sgutils/propinfos/ModePropInfo.h"
 #include "sgutils/propinfos/PropertyDefinition.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSMethodBase.h"
@@ -15,6 +12,7 @@
 #include "vcos/ObjectCalls.h"
 #include "vcos/vcos.h"
 #include "vx/vx.h"
+#include "support/EdgeColorTriple.h"
 #include "sgdatatypes/Enumeration.h"
 #include "sgutils/objects/TwinProperties.gen.h"
 #include "vcos/COSGenericClass.h"
@@ -45,23 +43,6 @@ class TestPostSetFcnInfo final : public JournalingClassInfo {
     cls->addSuperclass(graphics::mixin::Selectable::classID(), false, 0, 1);
     cls->addMethod(new ObjectCtorMI<JournalingHandle, sgutils::PublicConstructorAccess>(cls->getID(), COSID(getName())));
   }
-};
-
-struct EdgeColor_IPI final : sgutils::InternalPropInfo<JournalingHandle, EdgeColor_IPI> {
-  using InternalPropInfo::InternalPropInfo;
-  static COSValue read(const JournalingHandle& b) noexcept { return COSValue(&b.edgeColor); }
-  static void assign(JournalingHandle& b, COSValue v) {
-    b.edgeColor = v.isEmpty() ? graphics::datatype::RGBAColor() : *v.asPointer<const graphics::datatype::RGBAColor>();
-  }
-  static COSValue makeFactoryValue(const COSDataType& t) { return t.copy(COSValue()); }
-};
-struct EdgeColorModePI final : sgutils::ModePropInfo<JournalingHandle, EdgeColorModePI> {
-  using ModePropInfo::ModePropInfo;
-  static unsigned char readMode(const JournalingHandle& b) noexcept { return b.edgeColorMode; }
-  static void storeMode(JournalingHandle& b, unsigned char m) noexcept { b.edgeColorMode = m; }
-};
-struct EdgeColorPI final : sgutils::DependentPropInfo<JournalingHandle, EdgeColorPI> {
-  using DependentPropInfo::DependentPropInfo;
 };
 
 // A static method "twice" (a double in, its double out), for calls by name.
@@ -114,13 +95,7 @@ class TestPropertyFlagsInfo final : public JournalingClassInfo {
                                     PublicAccess, PublicAccess,
                                     COSPropDefaultFlags | (std::string(name) == "Abortable" ? COSPropAbortSet : 0u)));
     cls->addProperty(new COSPropT(me, COSID("Component"), COSDataTypePtr("any")));
-    const char* color = "vantel.graphics.datatype.RGBAColor";
-    cls->addProperty(new EdgeColorPI(me, "EdgeColor", COSDataTypePtr(color), PublicAccess, PublicAccess, 12196,
-                                     "EdgeColor PropInfo", COSID("EdgeColor_I"), COSID("EdgeColorMode")));
-    cls->addProperty(new EdgeColorModePI(me, "EdgeColorMode", sgutils::detail::autoManualType(), PublicAccess,
-                                         PublicAccess, 548, "EdgeColorMode PropInfo"));
-    cls->addProperty(new EdgeColor_IPI(me, "EdgeColor_I", COSDataTypePtr(color), PublicAccess, PublicAccess, 1572,
-                                       "EdgeColor_I PropInfo"));
+    sgtest::addEdgeColorTriple<JournalingHandle>(cls);
     const COSValue on = COSValue::fromBool(true);
     cls->setPropertyAttribute(COSID("Component"), COSID("InternalComponent"), on);
     cls->setPropertyAttribute(COSID("ObjectOnly"), COSID("AffectsObject"), on);
