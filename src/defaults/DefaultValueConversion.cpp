@@ -19,13 +19,9 @@ const COSID& anyId() {
 }
 
 // As the constructor input does: array-valued types without a conversion
-// take the array itself; other handle-valued types use the handle one.
+// take the array itself.
 COSTypeConversion* fromArray(const COSDataTypePtr& type) {
-  static const COSID handle("handle scalar");
-  COSTypeConversion* c = COSTypeRepository::getConversion(anyId(), type.getID());
-  if (!c && !type->isVANTELArrayType() && type->canContainInterfaces())
-    c = COSTypeRepository::getConversion(anyId(), handle);
-  return c;
+  return COSTypeRepository::getArrayConversion(*type, /*toArray=*/false);
 }
 
 [[noreturn]] void noConversion(const char* from, const COSDataTypePtr& type, const char* to) {

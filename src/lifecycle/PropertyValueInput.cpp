@@ -35,14 +35,9 @@ bool isScalarText(const vxArray* value) {
   return vxIsString(value) && vxIsScalar(value);
 }
 
+// Array-valued types without a conversion take the array itself.
 COSTypeConversion* conversionFromArray(const COSDataTypePtr& type) {
-  static const COSID any("any"), handle("handle scalar");
-  COSTypeConversion* c = COSTypeRepository::getConversion(any, type.getID());
-  // Array-valued types take the array itself; other handle-valued types
-  // without a conversion of their own use the plain handle one.
-  if (!c && !type->isVANTELArrayType() && type->canContainInterfaces())
-    c = COSTypeRepository::getConversion(any, handle);
-  return c;
+  return COSTypeRepository::getArrayConversion(*type, /*toArray=*/false);
 }
 
 }  // namespace

@@ -13,23 +13,12 @@ namespace sgutils {
 
 namespace {
 
-const COSID& anyId() {
-  static const COSID id("any");
-  return id;
-}
-
-// Handle-valued types without a conversion of their own use the plain
-// handle one, as the array bridge of the class system does.
 const COSTypeConversion& lookUp(const COSDataType& type, bool toArray) {
-  static const COSID handle("handle scalar");
-  const COSID id = type.getID();
-  COSTypeConversion* c = toArray ? COSTypeRepository::getConversion(id, anyId())
-                                 : COSTypeRepository::getConversion(anyId(), id);
-  if (!c && type.canContainInterfaces())
-    c = toArray ? COSTypeRepository::getConversion(handle, anyId()) : COSTypeRepository::getConversion(anyId(), handle);
-  if (!c)
-    throw foundation::core::except::Error("VANTEL:vcos:ConversionFailed", toArray ? id.str() : "any",
-                                          toArray ? "any" : id.str());
+  COSTypeConversion* c = COSTypeRepository::getArrayConversion(type, toArray);
+  if (!c) {
+    const std::string& id = type.getID().str();
+    throw foundation::core::except::Error("VANTEL:vcos:ConversionFailed", toArray ? id : "any", toArray ? "any" : id);
+  }
   return *c;
 }
 

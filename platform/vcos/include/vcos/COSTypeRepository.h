@@ -21,4 +21,9 @@ class VCOS_API COSTypeRepository {
   // Takes the conversion; replaces one already there.
   static void addConversion(COSID from, COSID to, COSTypeConversion* conversion);
   static void removeConversion(COSID from, COSID to);
+  // The conversion between `type` and arrays ("any"): to arrays when
+  // `toArray`, else from them. A type that is not array-valued, holds
+  // objects and has no conversion of its own uses the plain handle one
+  // ("handle scalar"). Null when there is none.
+  static COSTypeConversion* getArrayConversion(const COSDataType& type, bool toArray);
 };

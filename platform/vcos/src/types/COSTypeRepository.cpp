@@ -11,6 +11,7 @@
 #include "foundation/core/except/Error.h"
 #include "vcos/src/types/BasicTypes.h"
 #include "vcos/src/types/TextConversion.h"
+#include "vcos/COSDataType.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/JavaTypeConversion.h"
 
@@ -64,6 +65,15 @@ COSTypeConversion* COSTypeRepository::getConversion(COSID from, COSID to) {
   std::unique_ptr<COSTypeConversion>& made = t.fromText[to];
   if (!made) made = std::make_unique<vcos::internal::TextConversion>(to);
   return made.get();
+}
+
+COSTypeConversion* COSTypeRepository::getArrayConversion(const COSDataType& type, bool toArray) {
+  static const COSID any("any"), handle("handle scalar");
+  const COSID id = type.getID();
+  COSTypeConversion* c = toArray ? getConversion(id, any) : getConversion(any, id);
+  if (!c && !type.isVANTELArrayType() && type.canContainInterfaces())
+    c = toArray ? getConversion(handle, any) : getConversion(any, handle);
+  return c;
 }
 
 void COSTypeRepository::addConversion(COSID from, COSID to, COSTypeConversion* conversion) {

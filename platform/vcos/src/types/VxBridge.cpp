@@ -62,15 +62,12 @@ COSPropInfo* propertyOf(COSInterface* o, const char* name) {
   return p;
 }
 
-// Handle-valued types without a conversion of their own use the plain
-// handle one.
 COSTypeConversion* conversionFor(const COSDataTypePtr& type, bool toArray) {
-  static const COSID any("any"), handle("handle scalar");
-  COSID id = type.getID();
-  COSTypeConversion* c = toArray ? COSTypeRepository::getConversion(id, any) : COSTypeRepository::getConversion(any, id);
-  if (!c && type->canContainInterfaces())
-    c = toArray ? COSTypeRepository::getConversion(handle, any) : COSTypeRepository::getConversion(any, handle);
-  if (!c) throw Error(vcos::msg::ConversionFailed, toArray ? id.str() : "any", toArray ? "any" : id.str());
+  COSTypeConversion* c = COSTypeRepository::getArrayConversion(*type, toArray);
+  if (!c) {
+    const std::string& id = type.getID().str();
+    throw Error(vcos::msg::ConversionFailed, toArray ? id : "any", toArray ? "any" : id);
+  }
   return c;
 }
 
