@@ -29,6 +29,11 @@ The description has one entry per line; '#' starts a comment.
     stub         <name> <type> <get>/<set> <flags> <factory>
     object       <name> <type> <get>/<set> <flags>
     member       <a private member of the hand-written half, verbatim>
+    superclass   <full class name>  (one line each: a further superclass in the class
+                                     system only, added after the parent)
+    setup        <hand-written member void(COSInterfacePtr) that Setup calls after the base's>
+    methods      <hand-written function void(COSClass*, COSID) that adds the class's
+                  methods; called after the properties, before the constructor>
 
 Properties are added to the class in the order of their lines. A triple is the generated family: public face, mode and internal face, the
 value in a member of the block. <factory> is `typedefault` (the type's own
@@ -138,6 +143,9 @@ class ClassDescription:
         self.declares = []
         self.members = []
         self.allowed = []
+        self.superclasses = []
+        self.methods = None
+        self.setup = None
         self.properties = []
         with open(path, encoding="utf-8") as f:
             for number, raw in enumerate(f, 1):
@@ -189,6 +197,12 @@ class ClassDescription:
             self.members.append(rest)
         elif key == "allowed":
             self.allowed.append(rest)
+        elif key == "superclass":
+            self.superclasses.append(rest)
+        elif key == "methods":
+            self.methods = rest
+        elif key == "setup":
+            self.setup = rest
         elif key == "triple":
             self.properties.append(Triple(fields))
         elif key == "definition":
@@ -422,6 +436,8 @@ def write_source(d, src):
     out.append("  setClient(cls);\n")
     if d.parent:
         out.append('  cls->addSuperclass(COSID("{}"), true, 0, 1);\n'.format(d.parent_id))
+    for extra in d.superclasses:
+        out.append('  cls->addSuperclass(COSID("{}"), true, 0, 1);\n'.format(extra))
     out.append("  sealGraphicsClass(cls, kAllowedSubclasses);\n")
     out.append("  const COSID me = cls->getID();\n")
     for t in d.properties:
@@ -441,6 +457,8 @@ def write_source(d, src):
             x=t.name, g=gm, s=sm, f=t.flags[1]))
         out.append('  addProperty(cls, new {x}_IPI(me, "{x}_I", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x}_I PropInfo"));\n'.format(
             x=t.name, ty=t.type, g=gi, s=si, f=t.flags[2]))
+    if d.methods:
+        out.append("  {}(cls, me);\n".format(d.methods))
     out.append('  cls->addMethod(new ObjectCtorMI<{n}, sgutils::PublicConstructorAccess>(me, COSID("{n}")));\n}}\n\n'.format(n=n))
 
     out.append("sgutils::GeneratedBlock* {}::COSInfo::newBlock() const {{\n".format(n))
@@ -464,7 +482,10 @@ def write_source(d, src):
     base = d.parent if d.parent else "sgutils::GeneratedBlock"
     out.append("void {}::Setup(COSInterfacePtr object) {{\n".format(n))
     out.append("  sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);\n")
-    out.append("  getClassInstance();\n  {}::Setup(object);\n}}\n\n".format(base))
+    out.append("  getClassInstance();\n  {}::Setup(object);\n".format(base))
+    if d.setup:
+        out.append("  {}(object);\n".format(d.setup))
+    out.append("}\n\n")
     out.append("void {}::SetupFailed(COSInterfacePtr object) {{ {}::SetupFailed(object); }}\n\n".format(n, base))
     for hook, args, call in (("CreationComplete", "COSInterfacePtr object", "object"),
                              ("ApplyingDefaults", "COSInterfacePtr object", "object"),

@@ -6,8 +6,12 @@
 #include <vector>
 
 #include "sgutils/PerInstance.h"
+#include "sgutils/objects/CurrentAxes.gen.h"
+#include "sgutils/objects/GraphicsCoreProperties.gen.h"
 #include "sgutils/objects/GraphicsPickable.gen.h"
 #include "sgutils/objects/GraphicsTheme.gen.h"
+#include "sgutils/objects/GraphicsUIProperties.gen.h"
+#include "sgutils/objects/Legacy.gen.h"
 #include "sgutils/objects/Mixin.gen.h"
 #include "sgutils/objects/Selectable.gen.h"
 
@@ -22,8 +26,13 @@ namespace {
 // joins the list when its class is built.
 const std::vector<ClassRegistrationFn>& registrations() {
   static const std::vector<ClassRegistrationFn> list = {
-      &registerBaseColorSchemeType, &generated::registerGraphicsTheme,
+      &generated::registerCurrentAxes,
+      &registerBaseColorSchemeType,
+      &generated::registerGraphicsTheme,
+      &generated::registerGraphicsUIProperties,
+      &generated::registerGraphicsCoreProperties,
       &generated::registerGraphicsPickable,
+      &generated::registerLegacy,
       &generated::registerMixin,
       &generated::registerSelectable,
   };

@@ -11,6 +11,7 @@
 #include "foundation/usm/Detail.h"
 #include "sgutils/ErrorWithoutJVM.h"
 #include "sgutils/GeneratedClasses.h"
+#include "sgutils/objects/GraphicsBaseFunctions.gen.h"
 #include "sgutils/GraphicsPlaceholderCI.h"
 #include "sgutils/GraphicsPrefs.h"
 #include "sgutils/Namespaces.h"
@@ -20,7 +21,9 @@
 #include "sgutils/SGPropHandlerClassInfo.h"
 #include "sgutils/SGReferenceClassInfo.h"
 #include "sgutils/SGStorageClassInfo.h"
+#include "sgutils/FrameHooks.h"
 #include "sgutils/defaults/DefaultNameAccess.h"
+#include "sgutils/persistence/DoubleOrTypedHandleConversion.h"
 #include "src/classinfo/SupportClasses.h"
 #include "src/startup/DatatypesBridge.h"
 #include "vcos/BuiltinClasses.h"
@@ -110,6 +113,20 @@ void registerJavaVisible() {
   sgutils::PerInstance<Tag, JavaVisibleBlock>::get([] { return JavaVisibleBlock(); });
 }
 
+// GraphicsBaseFunctions, registered after the generated-class block, once
+// per instance (or per process without the per-instance store).
+struct BaseFunctionsBlock {
+  BaseFunctionsBlock() {
+    sgutils::generated::registerGraphicsBaseFunctions();
+    graphics::internal::GraphicsBaseFunctions::getClassInstance();
+  }
+};
+
+void registerBaseFunctions() {
+  struct Tag;
+  sgutils::PerInstance<Tag, BaseFunctionsBlock>::get([] { return BaseFunctionsBlock(); });
+}
+
 }  // namespace
 
 unsigned char sgutils::initFlag() { return initFlagSlot(); }
@@ -117,6 +134,8 @@ unsigned char sgutils::initFlag() { return initFlagSlot(); }
 extern "C" void VLInitialize_sgutils() {
   sgutils::GraphicsPrefs::registerFeatures();
   sgutils::DefaultNameAccess::installFrameHooks();
+  // Every class added from here on takes numbers and empties for its types.
+  sgutils::frameHooks().converterReplacer = &sgutils::DoubleOrTypedHandleConversion::replaceConverters;
 
   unsigned char& flag = initFlagSlot();
   if (flag == 0) {
@@ -129,7 +148,7 @@ extern "C" void VLInitialize_sgutils() {
   }
   sgutils::registerGeneratedClasses();
   registerJavaVisible();
-  // GraphicsBaseFunctions, a generated class, joins here with its part.
+  registerBaseFunctions();
 }
 
 extern "C" void VLTerminate_sgutils() {

@@ -1,0 +1,37 @@
+// A method of a generated mixin whose body is a plain
+// function: the class system's call shape, with every word an array (the
+// convention of built-in methods; outputs belong to the caller). The
+// description is the one all mixin methods share.
+#pragma once
+
+#include <initializer_list>
+
+#include "sgutils/SgutilsExport.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSMethodBase.h"
+
+namespace sgutils {
+
+class SGUTILS_API MixinMethod final : public COSMethodBase {
+ public:
+  using Body = void (*)(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs);
+
+  // `inputs` and `outputs` name the arguments; they are untyped, so arrays
+  // pass as they are. `isStatic` methods get no object first.
+  MixinMethod(COSID classId, const char* name, Body body, std::initializer_list<const char*> inputs,
+              std::initializer_list<const char*> outputs, bool isStatic = false);
+
+  void invoke(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) const override;
+
+ private:
+  Body body_;
+};
+
+// Adds a new MixinMethod to the class.
+inline void addMixinMethod(COSClass* cls, COSID classId, const char* name, MixinMethod::Body body,
+                           std::initializer_list<const char*> inputs, std::initializer_list<const char*> outputs,
+                           bool isStatic = false) {
+  cls->addMethod(new MixinMethod(classId, name, body, inputs, outputs, isStatic));
+}
+
+}  // namespace sgutils

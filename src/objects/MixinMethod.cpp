@@ -1,0 +1,31 @@
+// Methods of generated mixins written as plain functions (MixinMethod.h).
+#include "sgutils/objects/MixinMethod.h"
+
+#include <vector>
+
+namespace sgutils {
+
+namespace {
+
+std::vector<COSMethodSignature::Argument> arguments(std::initializer_list<const char*> names) {
+  std::vector<COSMethodSignature::Argument> out;
+  out.reserve(names.size());
+  for (const char* name : names) out.push_back({COSID(name), COSDataTypePtr(), false});
+  return out;
+}
+
+}  // namespace
+
+MixinMethod::MixinMethod(COSID classId, const char* name, Body body, std::initializer_list<const char*> inputs,
+                         std::initializer_list<const char*> outputs, bool isStatic)
+    : COSMethodBase(classId, COSID(name), PublicAccess, "The contents of the comment field should go here.",
+                    COSMethodSignature::createMethodSignature(COSID(name), arguments(inputs), arguments(outputs),
+                                                              isStatic ? COSMethodSignature::Static
+                                                                       : COSMethodSignature::None)),
+      body_(body) {}
+
+void MixinMethod::invoke(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) const {
+  body_(client, nlhs, plhs, nrhs, prhs);
+}
+
+}  // namespace sgutils
