@@ -237,6 +237,9 @@ TEST(LegacyProperties, SerializableBehaviorCarriesBehaviorThroughAFile) {
   COSPropInfo* twin = object->getClass()->findPropertyExact(COSID("SerializableBehavior"));
   Arr saved(vxCreateDoubleScalar(7));
   twin->setValue(object.get(), COSValue(saved.get()));
+  // Fault pinned: a read from the language took the stored array itself,
+  // and the reader's destroy freed it under the property.
+  EXPECT_EQ(vxGetScalar(get(object, "Behavior").get()), 7);
   EXPECT_EQ(vxGetScalar(get(object, "Behavior").get()), 7);
   set(object, "Behavior", text("b").get());
   const COSValue read = twin->getValue(object.get());

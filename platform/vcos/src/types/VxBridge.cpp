@@ -10,6 +10,7 @@
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
+#include "vx/vxCreate.h"
 #include "vx/vxObjectStorage.h"
 #include "vx/vxProperty.h"
 #include "vx/vxQuery.h"
@@ -78,7 +79,14 @@ vxArray* vxGetProperty(const vxArray* array, vxIndex index, const char* property
   COSPropInfo* p = propertyOf(o, propertyName);
   COSDataTypePtr type = p->getDataType();
   COSValue v = o->getPropertyValue(COSGetPublicClient(), p);
-  if (type->isVANTELArrayType()) return v.asPointer<vxArray>();
+  if (type->isVANTELArrayType()) {
+    // A property may lend the array it stores: the caller gets a copy of its
+    // own (sharing the data), and the value goes back as for any other type.
+    vxArray* value = v.asPointer<vxArray>();
+    vxArray* copy = value ? vxCreateSharedCopyNotOnArrayList(value) : nullptr;
+    o->releasePropertyValue(COSGetPublicClient(), p, v);
+    return copy;
+  }
   struct Release {
     COSInterface* o;
     COSPropInfo* p;
