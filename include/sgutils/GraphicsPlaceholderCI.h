@@ -7,14 +7,11 @@
 
 class SGUTILS_API GraphicsPlaceholderCI : public SGHandleClassInfo {
  public:
-  const char* getName() const override;
-  const char* getDescription() const override;
-  const char* getDetailedDescription() const override;
-  bool isAbstract() const override;
-  bool classIsAbstract() const override;
-  bool isSealed() const override;
-  void initializeClass(COSClass* cls, const COSClient* client) override;
+  GraphicsPlaceholderCI() noexcept;
   // No data of its own: the Graphics block is all it has.
   void* allocateInstance(COSInterface* instance) override;
   bool willAllocateData() const override;
+
+ protected:
+  void addMembers(COSClass* cls) override;
 };

@@ -6,7 +6,9 @@
 // graphics objects and the event "Reset".
 #pragma once
 
-#include "sgutils/BaseObjectCOSInfo.h"
+#include <cstddef>
+
+#include "sgutils/RootClassInfo.h"
 
 class SGHandle;
 
@@ -19,20 +21,16 @@ class SGUTILS_API SGHandleBlockFactory {
   virtual SGHandle* createHandleBlock() const = 0;
 };
 
-class SGUTILS_API SGHandleClassInfo : public BaseObjectCOSInfo {
+class SGUTILS_API SGHandleClassInfo : public RootClassInfo {
  public:
-  const char* getName() const override;
-  const char* getDescription() const override;
-  const char* getDetailedDescription() const override;
-  bool isHandleClass() const override;
-  bool isAbstract() const override;
-  bool classIsAbstract() const override;
-  bool areChildrenSaved() const override;
-  bool arePropertiesCaseInsensitive() const override;
-  bool isPropertyTruncationAllowed() const override;
-  void initializeClass(COSClass* cls, const COSClient* client) override;
+  SGHandleClassInfo() noexcept;
   void* allocateInstance(COSInterface* instance) override;
   void deallocateInstance(COSInterface* instance, void* data) override;
+
+ protected:
+  // A graphics class of its own row (GraphicsPlaceholder).
+  explicit SGHandleClassInfo(const RootClassRow& row) noexcept : RootClassInfo(row) {}
+  void addMembers(COSClass* cls) override;
 };
 
 // The classes that "vantel.graphics.Graphics" lets derive from it, in order.

@@ -3,20 +3,11 @@
 // carry the default and factory handlers.
 #pragma once
 
-#include "sgutils/BaseObjectCOSInfo.h"
+#include "sgutils/RootClassInfo.h"
 
-class SGUTILS_API SGPropHandlerClassInfo : public BaseObjectCOSInfo {
+class SGUTILS_API SGPropHandlerClassInfo : public RootClassInfo {
  public:
-  const char* getName() const override;
-  const char* getDescription() const override;
-  const char* getDetailedDescription() const override;
-  bool isHandleClass() const override;
-  bool isAbstract() const override;
-  bool classIsAbstract() const override;
-  bool areChildrenSaved() const override;
-  bool arePropertiesCaseInsensitive() const override;
-  bool isPropertyTruncationAllowed() const override;
-  void initializeClass(COSClass* cls, const COSClient* client) override;
+  SGPropHandlerClassInfo() noexcept;
   void* allocateInstance(COSInterface* instance) override;
   void deallocateInstance(COSInterface* instance, void* data) override;
 };

@@ -2,19 +2,11 @@
 // root of the non-heterogeneous handle objects.
 #pragma once
 
-#include "sgutils/BaseObjectCOSInfo.h"
+#include "sgutils/RootClassInfo.h"
 
-class SGUTILS_API SGReferenceClassInfo : public BaseObjectCOSInfo {
+class SGUTILS_API SGReferenceClassInfo : public RootClassInfo {
  public:
-  const char* getName() const override;
-  const char* getDescription() const override;
-  const char* getDetailedDescription() const override;
-  bool isHandleClass() const override;
-  bool isAbstract() const override;
-  bool classIsAbstract() const override;
-  bool arePropertiesCaseInsensitive() const override;
-  bool isPropertyTruncationAllowed() const override;
-  void initializeClass(COSClass* cls, const COSClient* client) override;
+  SGReferenceClassInfo() noexcept;
   void* allocateInstance(COSInterface* instance) override;
   void deallocateInstance(COSInterface* instance, void* data) override;
 };
