@@ -31,7 +31,4 @@ void UniqueIDGenerator::setCounterForTesting(std::uint64_t value) {
   counter_->next = value;
 }
 
-OutOfUniqueIDs::OutOfUniqueIDs() : Error("OutOfUniqueIDs") {}
-OutOfUniqueIDs::~OutOfUniqueIDs() = default;
-
 }  // namespace sgutils
