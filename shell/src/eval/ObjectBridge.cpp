@@ -66,7 +66,7 @@ class VcosBridge final : public ObjectBridge {
   }
 
   bool hasProperty(const vxArray* objects, const std::string& name) override {
-    return keyOf(name)->find(vcos::array::classOf(objects)) != nullptr;
+    return keyOf(name).find(vcos::array::classOf(objects)) != nullptr;
   }
 
   // A property of the element's class is taken from the key; anything else
@@ -74,15 +74,15 @@ class VcosBridge final : public ObjectBridge {
   // element) goes the whole way by name, which also raises its errors.
   Value getProperty(const vxArray* objects, const std::string& name) override {
     if (vxGetNumberOfElements(objects) != 1) throw Error("VANTEL:sgsh:NotOneElement", vxGetNumberOfElements(objects));
-    if (const COSPropInfo* p = keyOf(name)->find(classAt(objects, 0))) return Value(vxGetProperty(objects, 0, p));
+    if (const COSPropInfo* p = keyOf(name).find(classAt(objects, 0))) return Value(vxGetProperty(objects, 0, p));
     return Value(vxGetProperty(objects, 0, name.c_str()));
   }
 
   void setProperty(vxArray* objects, const std::string& name, const vxArray* value) override {
-    const std::shared_ptr<const PropertyKey> key = keyOf(name);
     const vxSize n = vxGetNumberOfElements(objects);
     for (vxSize i = 0; i < n; ++i) {
-      if (const COSPropInfo* p = key->find(classAt(objects, i)))
+      // Asked again for each element: a set may run script code.
+      if (const COSPropInfo* p = keyOf(name).find(classAt(objects, i)))
         vxSetProperty(objects, i, p, value);
       else
         vxSetProperty(objects, i, name.c_str(), value);
@@ -146,15 +146,27 @@ std::unique_ptr<ObjectBridge>& slot() {
 
 ObjectBridge& ObjectBridge::current() { return *slot(); }
 
-std::shared_ptr<const PropertyKey> ObjectBridge::keyOf(const std::string& name) {
+const PropertyKey& ObjectBridge::keyOf(const std::string& name) {
   // Per thread, so that no look-up takes a lock. Names from running code
   // (computed field names, get and set with text) join too, so the table
   // starts afresh when it grows past what scripts write.
-  thread_local std::unordered_map<std::string, std::shared_ptr<const PropertyKey>> keys;
-  auto it = keys.find(name);
-  if (it != keys.end()) return it->second;
-  if (keys.size() >= 4096) keys.clear();
-  return keys.emplace(name, std::make_shared<PropertyKey>(name)).first->second;
+  struct Table {
+    std::unordered_map<std::string, std::unique_ptr<PropertyKey>> keys;
+    // The last hit: a statement in a loop passes the same name (its parsed
+    // node's text) each time, found again without hashing.
+    const std::string* lastName = nullptr;
+    const PropertyKey* last = nullptr;
+  };
+  thread_local Table t;
+  if (&name == t.lastName && t.last->name() == name) return *t.last;
+  auto it = t.keys.find(name);
+  if (it == t.keys.end()) {
+    if (t.keys.size() >= 4096) t.keys.clear();
+    it = t.keys.emplace(name, std::make_unique<PropertyKey>(name)).first;
+  }
+  t.lastName = &name;
+  t.last = it->second.get();
+  return *t.last;
 }
 
 std::unique_ptr<ObjectBridge> ObjectBridge::install(std::unique_ptr<ObjectBridge> bridge) {

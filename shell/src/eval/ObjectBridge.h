@@ -68,9 +68,10 @@ class ObjectBridge {
 
   // The key of a property name, made on first use for the calling thread;
   // the parser asks for each field name it reads, so that names are
-  // interned when a script is parsed rather than when it runs.
-  // Shared, so that a key in use outlives a table that starts afresh.
-  static std::shared_ptr<const PropertyKey> keyOf(const std::string& name);
+  // interned when a script is parsed rather than when it runs. Valid until
+  // the next call with a name never seen (the table may start afresh), so
+  // hold it only across code that runs no script.
+  static const PropertyKey& keyOf(const std::string& name);
 };
 
 }  // namespace sgsh
