@@ -4,8 +4,8 @@
 
 #include "foundation/core/except/Error.h"
 #include "foundation/usagelog/UsageLog.h"
-#include "sgutils/FrameHooks.h"
-#include "sgutils/SGReference.h"
+#include "sgutils/startup/FrameHooks.h"
+#include "sgutils/lifecycle/SGReference.h"
 #include "sgutils/defaults/DefaultProp.h"
 #include "sgutils/defaults/DefaultPropString.h"
 #include "src/defaults/DefaultPairCollection.h"

@@ -12,7 +12,7 @@
 #include "sgdatatypes/ClassNameMap.h"
 #include "sgutils/defaults/BadDefaultPropNameException.h"
 #include "sgutils/defaults/ClassNameLookupException.h"
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/propinfos/PropInfoLookup.h"
 #include "src/defaults/DefaultValueConversion.h"
 #include "vcos/BorrowedPropertyValue.h"

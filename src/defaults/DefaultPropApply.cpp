@@ -3,7 +3,7 @@
 // (DefaultProp::setPVPairs).
 #include <string>
 
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/defaults/DefaultProp.h"
 #include "src/defaults/DefaultPairCollection.h"
 #include "src/defaults/DefaultValueConversion.h"

@@ -3,10 +3,10 @@
 // the tree when a stage fails.
 #include <cassert>
 
-#include "sgutils/BaseObjectCOSInfo.h"
-#include "sgutils/ErrorWithoutJVM.h"
-#include "sgutils/ObjectCtorMI.h"
-#include "sgutils/SGHandle.h"
+#include "sgutils/classinfo/BaseObjectCOSInfo.h"
+#include "sgutils/lifecycle/ErrorWithoutJVM.h"
+#include "sgutils/lifecycle/ObjectCtorMI.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSTypeRepository.h"

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "foundation/core/except/Error.h"
-#include "sgutils/FrameHooks.h"
-#include "sgutils/SGHandle.h"
+#include "sgutils/startup/FrameHooks.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSDataType.h"

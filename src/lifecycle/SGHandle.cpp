@@ -2,15 +2,15 @@
 // callback listener), destruction, the stored arrays (application data and
 // defaults), the default answers of the virtual operations, reset, and the
 // BeingDeleted rule.
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 
-#include "sgutils/FrameHooks.h"
-#include "sgutils/ResetEI.h"
-#include "sgutils/ResetGraphicsEvent.h"
+#include "sgutils/startup/FrameHooks.h"
+#include "sgutils/classinfo/ResetEI.h"
+#include "sgutils/classinfo/ResetGraphicsEvent.h"
 #include "sgutils/persistence/UDDConverter.h"
 #include "src/classinfo/ClassLookup.h"
 #include "src/startup/DatatypesBridge.h"
-#include "sgutils/Namespaces.h"
+#include "sgutils/startup/Namespaces.h"
 #include "vcos/ArrayConversion.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"

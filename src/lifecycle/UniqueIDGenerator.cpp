@@ -1,10 +1,10 @@
 // Unique ids as decimal text, from a counter shared by copies of the
 // generator and guarded by a recursive mutex.
-#include "sgutils/UniqueIDGenerator.h"
+#include "sgutils/lifecycle/UniqueIDGenerator.h"
 
 #include <mutex>
 
-#include "sgutils/OutOfUniqueIDs.h"
+#include "sgutils/lifecycle/OutOfUniqueIDs.h"
 
 namespace sgutils {
 

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/propinfos/ForceHonorModesScopeGuard.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"

@@ -2,12 +2,12 @@
 // hand-written data types the generated classes use, then every class of
 // objects/, in the parent order that tools/genmixins.py writes into
 // GeneratedRegistrations.h from the class descriptions.
-#include "sgutils/GeneratedClasses.h"
+#include "sgutils/startup/GeneratedClasses.h"
 
 #include <vector>
 
 #include "GeneratedRegistrations.h"
-#include "sgutils/PerInstance.h"
+#include "sgutils/startup/PerInstance.h"
 #include "sgutils/themes/BaseColorSchemeType.h"
 
 namespace sgutils {

@@ -109,8 +109,8 @@ def header(d, src):
 # ---- source ---------------------------------------------------------------
 
 def source_includes(d):
-    incs = ["sgutils/objects/GeneratedClassInfo.h", "sgutils/Namespaces.h", "sgutils/ObjectCtorMI.h",
-            "sgutils/SGHandle.h", "vcos/COSClass.h", "vcos/COSClient.h", "vcos/COSDataType.h", "vcos/COSPackage.h"]
+    incs = ["sgutils/objects/GeneratedClassInfo.h", "sgutils/startup/Namespaces.h", "sgutils/lifecycle/ObjectCtorMI.h",
+            "sgutils/lifecycle/SGHandle.h", "vcos/COSClass.h", "vcos/COSClient.h", "vcos/COSDataType.h", "vcos/COSPackage.h"]
     if d.of("triple"):
         incs += ["sgutils/propinfos/DependentPropInfo.h", "sgutils/propinfos/InternalPropInfo.h",
                  "sgutils/propinfos/ModePropInfo.h", "sgutils/propinfos/PropertyDefinition.h"]

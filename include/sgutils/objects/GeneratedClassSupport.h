@@ -7,7 +7,7 @@
 #include "foundation/log/LogRecord.h"
 #include "sgdatatypes/ClientEnum.h"
 #include "sgutils/SgutilsExport.h"
-#include "sgutils/PerInstance.h"
+#include "sgutils/startup/PerInstance.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSPackage.h"

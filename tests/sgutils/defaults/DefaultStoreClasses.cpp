@@ -5,7 +5,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "sgdatatypes/Registration.h"
-#include "sgutils/SGHandleClassInfo.h"
+#include "sgutils/classinfo/SGHandleClassInfo.h"
 #include "sgutils/objects/EdgeColorTriple.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/propinfos/PropertyDefinition.h"

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "PropertyModelClasses.h"
-#include "sgutils/SGCustomMetaEvent.h"
-#include "sgutils/SGCustomMetaProperty.h"
+#include "sgutils/metadata/SGCustomMetaEvent.h"
+#include "sgutils/metadata/SGCustomMetaProperty.h"
 #include "sgutils/objects/MetaRows.gen.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSEventInfo.h"

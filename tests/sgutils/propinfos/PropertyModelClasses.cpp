@@ -2,7 +2,7 @@
 #include "PropertyModelClasses.h"
 
 #include "foundation/feature/Feature.h"
-#include "sgutils/SGHandleClassInfo.h"
+#include "sgutils/classinfo/SGHandleClassInfo.h"
 #include "sgutils/objects/EdgeColorTriple.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/propinfos/PropertyDefinition.h"

@@ -21,7 +21,7 @@
 #include <memory>
 #include <string>
 
-#include "sgutils/EventData.h"
+#include "sgutils/EventDispatcher/EventData.h"
 #include "sgutils/SgutilsExport.h"
 
 namespace sgutils {

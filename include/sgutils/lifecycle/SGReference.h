@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-#include "sgutils/CVObject.h"
+#include "sgutils/lifecycle/CVObject.h"
 #include "sgutils/SgutilsExport.h"
 #include "sgutils/defaults/PropValuePairs.h"
 #include "vcos/COSInterfacePtr.h"

@@ -6,7 +6,7 @@
 // object leaves the tree, and the error goes on to the caller.
 #pragma once
 
-#include "sgutils/SGReference.h"
+#include "sgutils/lifecycle/SGReference.h"
 #include "sgutils/SgutilsExport.h"
 #include "vcos/COSMethodInfo.h"
 #include "vcos/COSClass.h"

@@ -6,8 +6,8 @@
 // a namespace.
 #pragma once
 
-#include "sgutils/DirtyFlags.h"
-#include "sgutils/SGReference.h"
+#include "sgutils/metadata/DirtyFlags.h"
+#include "sgutils/lifecycle/SGReference.h"
 #include "sgutils/SgutilsExport.h"
 #include "vcos/COSDataTypePtr.h"
 

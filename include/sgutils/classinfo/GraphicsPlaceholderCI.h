@@ -3,7 +3,7 @@
 // graphics objects (the gap filler of heterogeneous arrays).
 #pragma once
 
-#include "sgutils/SGHandleClassInfo.h"
+#include "sgutils/classinfo/SGHandleClassInfo.h"
 
 class SGUTILS_API GraphicsPlaceholderCI : public SGHandleClassInfo {
  public:

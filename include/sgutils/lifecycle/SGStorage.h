@@ -3,7 +3,7 @@
 // go of the object they are given.
 #pragma once
 
-#include "sgutils/SGReference.h"
+#include "sgutils/lifecycle/SGReference.h"
 
 class SGUTILS_API SGStorage : public SGReference {
  public:

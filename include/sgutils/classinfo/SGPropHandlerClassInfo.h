@@ -3,7 +3,7 @@
 // carry the default and factory handlers.
 #pragma once
 
-#include "sgutils/RootClassInfo.h"
+#include "sgutils/classinfo/RootClassInfo.h"
 
 class SGUTILS_API SGPropHandlerClassInfo : public RootClassInfo {
  public:

@@ -2,7 +2,7 @@
 // root of the non-handle storage objects.
 #pragma once
 
-#include "sgutils/RootClassInfo.h"
+#include "sgutils/classinfo/RootClassInfo.h"
 
 class SGUTILS_API SGStorageClassInfo : public RootClassInfo {
  public:

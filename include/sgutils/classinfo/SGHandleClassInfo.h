@@ -8,7 +8,7 @@
 
 #include <cstddef>
 
-#include "sgutils/RootClassInfo.h"
+#include "sgutils/classinfo/RootClassInfo.h"
 
 class SGHandle;
 

@@ -2,7 +2,7 @@
 // root of the non-heterogeneous handle objects.
 #pragma once
 
-#include "sgutils/RootClassInfo.h"
+#include "sgutils/classinfo/RootClassInfo.h"
 
 class SGUTILS_API SGReferenceClassInfo : public RootClassInfo {
  public:

@@ -5,8 +5,8 @@
 // from it and add allocation and members.
 #pragma once
 
-#include "sgutils/BaseObjectCOSInfo.h"
-#include "sgutils/RootClassRow.h"
+#include "sgutils/classinfo/BaseObjectCOSInfo.h"
+#include "sgutils/classinfo/RootClassRow.h"
 
 class SGUTILS_API RootClassInfo : public BaseObjectCOSInfo {
  public:

@@ -4,7 +4,7 @@
 // sets it (its class info does not store it at allocation).
 #pragma once
 
-#include "sgutils/SGReference.h"
+#include "sgutils/lifecycle/SGReference.h"
 
 class COSPropInfo;
 
