@@ -305,6 +305,8 @@ def in_parent_order(descriptions):
 
 def registration_list(descriptions):
     order = in_parent_order([d for d in descriptions if not d.faces])
+    if not order:
+        raise ValueError("the registration list needs at least one class description")
     includes = include_lines("sgutils/objects/{}.gen.h".format(d.name) for d in order)
     entries = "".join("    &register{},\n".format(d.name) for d in order)
     return t.REGISTRATION_LIST.substitute(includes=includes, entries=entries)

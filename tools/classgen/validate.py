@@ -19,7 +19,8 @@ def registered_types(path=TYPES_FILE):
 
 def validate(d, types=None):
     types = registered_types() if types is None else types
-    seen = {}
+    seen = {}  # property faces and events apart: they are separate lists of a class
+    seen_events = {}
 
     def fail(row, message):
         raise DefError(message, d.path, row.line)
@@ -42,10 +43,11 @@ def validate(d, types=None):
     for row in d.rows:
         if not NAME.match(row.name):
             fail(row, "`{}` is no property or event name".format(row.name))
+        names = seen_events if row.kind == "event" else seen
         for face in faces_of(row):
-            if face in seen:
-                fail(row, "`{}` is already defined on line {}".format(face, seen[face]))
-            seen[face] = row.line
+            if face in names:
+                fail(row, "`{}` is already defined on line {}".format(face, names[face]))
+            names[face] = row.line
         if hasattr(row, "type") and row.type not in types:
             fail(row, "unknown type `{}` (registered types are listed in tools/classgen/types.txt)".format(row.type))
         for access in row.access if hasattr(row, "access") else ():
