@@ -25,5 +25,12 @@ add_library(sgutils::sgutils ALIAS sgutils)
 file(GLOB SGUTILS_CLASS_DEFS CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/objects/*/*.def")
 set(SGUTILS_GENERATED_DIR "${CMAKE_BINARY_DIR}/generated")
 sg_generate_classes(sgutils "${SGUTILS_GENERATED_DIR}" ${SGUTILS_CLASS_DEFS})
+# src/startup/GeneratedClasses.cpp registers them from this list, which the
+# generator writes in parent order from the same descriptions.
+sg_generate_registrations(sgutils "${CMAKE_BINARY_DIR}/generated-private/GeneratedRegistrations.h" ${SGUTILS_CLASS_DEFS})
+# The Graphics class's own properties, described as rows over its
+# hand-written block; private to the library, so not installed.
+sg_generate_classes(sgutils "${CMAKE_BINARY_DIR}/generated-private"
+  "${PROJECT_SOURCE_DIR}/src/classinfo/GraphicsProperties.def")
 install(DIRECTORY "${SGUTILS_GENERATED_DIR}/sgutils/objects/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/sgutils/objects"
   FILES_MATCHING PATTERN "*.gen.h")

@@ -6,13 +6,13 @@
 #include <benchmark/benchmark.h>
 
 #include "sgdatatypes/RGBAColor.h"
+#include "sgutils/objects/EdgeColorTriple.gen.h"
 #include "sgutils/objects/Selectable.gen.h"
 #include "sgutils/propinfos/PropertyDefinition.h"
 #include "sgutils/sgutils.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/vcos.h"
 #include "vx/vx.h"
-#include "support/EdgeColorTriple.h"
 
 namespace {
 

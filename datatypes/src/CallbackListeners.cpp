@@ -5,6 +5,7 @@
 
 #include "sgdatatypes/Registration.h"
 #include "sgdatatypes/VCallback.h"
+#include "vcos/BorrowedPropertyValue.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSListenerOp.h"
@@ -31,13 +32,8 @@ class PropertyCallbackOp final : public COSListenerOp {
   static VCallback read(COSInterface* source, COSPropInfo* property) {
     static const COSID callbackType(kCallbackType);
     COSDataTypePtr type = property->getDataType();
-    COSValue value = property->getValue(source);
-    struct Release {
-      COSPropInfo* p;
-      COSInterface* o;
-      COSValue v;
-      ~Release() { p->releaseValue(o, v); }
-    } release{property, source, value};
+    const BorrowedPropertyValue borrowed = BorrowedPropertyValue::readDirect(source, property);
+    const COSValue value = borrowed.get();
     if (type && type->getID() == callbackType) {
       const VCallback* held = value.asPointer<const VCallback>();
       return held ? *held : VCallback();

@@ -2,7 +2,7 @@
 // container answer for the object below it, and the class's methods.
 #include "sgutils/objects/CurrentAxes.gen.h"
 
-#include "sgutils/ObjectCtorMI.h"
+#include "sgutils/lifecycle/ObjectCtorMI.h"
 #include "sgutils/objects/MixinMethod.h"
 #include "sgutils/propinfos/PropInfoLookup.h"
 #include "src/objects/AncestorWalk.h"

@@ -6,7 +6,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "sgdatatypes/CallbackListeners.h"
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "src/objects/AncestorWalk.h"
 #include "sgutils/objects/MixinMethod.h"
 #include "vcos/COSClient.h"

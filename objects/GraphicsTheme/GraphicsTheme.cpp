@@ -11,6 +11,7 @@
 #include "sgdatatypes/Enumeration.h"
 #include "sgutils/colorvalues/ColorValues.h"
 #include "sgutils/propinfos/BlockOf.h"
+#include "vcos/BorrowedPropertyValue.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
@@ -97,17 +98,9 @@ vxArray* GraphicsTheme::getThemeAttributeValue(const std::string& attribute) {
     COSInterface* self = getCOSObject();
     if (!property || !self || property->getMemberGetAccess() != PublicAccess) break;
     // The public get, so that automatic values are worked out afresh.
-    const COSClient* client = COSGetPublicClient();
-    const COSValue value = self->getPropertyValue(client, property);
-    struct Release {
-      COSInterface* self;
-      const COSClient* client;
-      COSPropInfo* property;
-      COSValue value;
-      ~Release() { self->releasePropertyValue(client, property, value); }
-    } release{self, client, property, value};
+    const BorrowedPropertyValue value = BorrowedPropertyValue::read(self, COSGetPublicClient(), property);
     const COSDataTypePtr type = property->getDataType();
-    return conversion(type->getID().c_str(), "any").convert(value).asPointer<vxArray>();
+    return conversion(type->getID().c_str(), "any").convert(value.get()).asPointer<vxArray>();
   }
   RGBAColor color;
   if (!getThemeAttributeColor(attribute, color)) return vxCreateString("");

@@ -10,7 +10,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "sgsh/Shell.h"
-#include "sgutils/Startup.h"
+#include "sgutils/startup/Startup.h"
 #include "vcos/FunctionDispatcher.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // The registry of EventDispatcher: a multimap from listener name to
 // (identifier, callback) under one mutex; sends run from a copy.
-#include "sgutils/EventDispatcher.h"
+#include "sgutils/EventDispatcher/EventDispatcher.h"
 
 #include <atomic>
 #include <cstdio>

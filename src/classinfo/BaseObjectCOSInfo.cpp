@@ -1,8 +1,8 @@
 // The common answers of the library's class infos, and the delete rule of
 // required children.
-#include "sgutils/BaseObjectCOSInfo.h"
+#include "sgutils/classinfo/BaseObjectCOSInfo.h"
 
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "vcos/COSClass.h"
 
 bool sgutils::isOkToDestroyGraphics(COSInterface* instance) {

@@ -4,7 +4,7 @@
 // is registered.
 #pragma once
 
-#include "sgutils/PerInstance.h"
+#include "sgutils/startup/PerInstance.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSPackage.h"

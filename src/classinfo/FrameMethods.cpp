@@ -1,11 +1,11 @@
 // The members of graphics classes that belong to the frame: the reset method
 // and its event, the default element of heterogeneous arrays, and the
 // BeingDeleted property.
-#include "sgutils/BeingDeletedPI.h"
-#include "sgutils/GetGraphicsPlaceholderMI.h"
-#include "sgutils/ResetEI.h"
-#include "sgutils/ResetMI.h"
-#include "sgutils/SGHandle.h"
+#include "sgutils/classinfo/BeingDeletedPI.h"
+#include "sgutils/classinfo/GetGraphicsPlaceholderMI.h"
+#include "sgutils/classinfo/ResetEI.h"
+#include "sgutils/classinfo/ResetMI.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "vcos/COSClass.h"
 #include "vcos/ObjectArray.h"
 #include "vx/vxQuery.h"

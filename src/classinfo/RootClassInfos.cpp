@@ -1,20 +1,23 @@
 // The class infos of the four roots of the object tree (Graphics,
 // ReferenceObject, GraphicsPropertyHandler, StorageObject) and of
-// GraphicsPlaceholder: names, answers, allocation, and the members each adds.
+// GraphicsPlaceholder: one row each, then allocation and the members each
+// adds.
+#include <algorithm>
 #include <iterator>
 
 #include "foundation/graphicsstate/GraphicsState.h"
-#include "sgutils/GetGraphicsPlaceholderMI.h"
-#include "sgutils/GraphicsPlaceholderCI.h"
-#include "sgutils/ResetEI.h"
-#include "sgutils/ResetMI.h"
-#include "sgutils/SGHandle.h"
-#include "sgutils/SGHandleClassInfo.h"
-#include "sgutils/SGPropHandler.h"
-#include "sgutils/SGPropHandlerClassInfo.h"
-#include "sgutils/SGReferenceClassInfo.h"
-#include "sgutils/SGStorageClassInfo.h"
-#include "src/classinfo/GraphicsProperties.h"
+#include "sgutils/classinfo/GetGraphicsPlaceholderMI.h"
+#include "sgutils/classinfo/GraphicsPlaceholderCI.h"
+#include "sgutils/classinfo/ResetEI.h"
+#include "sgutils/classinfo/ResetMI.h"
+#include "sgutils/classinfo/RootClassInfo.h"
+#include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/classinfo/SGHandleClassInfo.h"
+#include "sgutils/lifecycle/SGPropHandler.h"
+#include "sgutils/classinfo/SGPropHandlerClassInfo.h"
+#include "sgutils/classinfo/SGReferenceClassInfo.h"
+#include "sgutils/classinfo/SGStorageClassInfo.h"
+#include "sgutils/objects/GraphicsProperties.gen.h"
 #include "vcos/COSClass.h"
 
 namespace {
@@ -100,12 +103,36 @@ constexpr const char* kReferenceSubclasses[] = {
     "sg2test.TestIsProp",
 };
 
-// The closed lists apply while graphics classes are sealed.
-template <std::size_t N>
-void addAllowedSubclasses(COSClass* cls, const char* const (&names)[N]) {
-  if (!GraphicsState::sgSealGraphicsClasses()) return;
-  for (const char* name : names) cls->addAllowedSubclass(COSID(name));
-}
+constexpr const char* kGraphicsSuperclasses[] = {
+    "vantel.graphics.internal.ReferenceObject", "dynamicprops", "vantel.mixin.Heterogeneous",
+    "vantel.graphics.GraphicsDisplay",          "vantel.graphics.mixin.internal.Copyable",
+};
+constexpr const char* kPropHandlerSuperclasses[] = {
+    "vantel.graphics.internal.ReferenceObject",
+    "vantel.mixin.internal.DefaultFactoryPropHandler",
+};
+constexpr const char* kPlaceholderSuperclasses[] = {"vantel.graphics.Graphics"};
+
+// name, description, detailed description, handle, abstract, sealed,
+// children saved, truncation allowed, superclasses (how many first),
+// allowed subclasses.
+constexpr RootClassRow kGraphicsRow = {
+    "Graphics", "The baseclass for all graphics objects", "All graphics objects must subclass this class",
+    true, true, false, false, false, kGraphicsSuperclasses, 4, kGraphicsSubclasses};
+constexpr RootClassRow kPlaceholderRow = {
+    "GraphicsPlaceholder", "A placeholder for a missing graphics object",
+    "Fills the gaps in arrays of graphics objects", true, false, true, false, false, kPlaceholderSuperclasses, 1, {}};
+constexpr RootClassRow kReferenceRow = {
+    "ReferenceObject", "The baseclass for all non-Heterogeneous objects",
+    "All non-Heterogeneous objects must subclass this class", true, true, false, std::nullopt, true, {}, 0,
+    kReferenceSubclasses};
+constexpr RootClassRow kPropHandlerRow = {
+    "GraphicsPropertyHandler", "The baseclass for all graphics objects which support ambiguous property names",
+    "All graphics objects must subclass this class", true, true, false, false, true, kPropHandlerSuperclasses, 2,
+    kPropHandlerSubclasses};
+constexpr RootClassRow kStorageRow = {
+    "StorageObject", "The baseclass for all non-handle storage objects",
+    "All non-handle storage objects must subclass this class", false, true, false, std::nullopt, false, {}, 0, {}};
 
 void* asBlock(SGReference* block) { return static_cast<void*>(block); }
 
@@ -116,29 +143,36 @@ const char* const* sgutils::graphicsAllowedSubclasses(std::size_t& count) noexce
   return kGraphicsSubclasses;
 }
 
+// ---- the row
+
+void sgutils::addRowSuperclasses(COSClass* cls, const RootClassRow& row) {
+  const std::size_t first = std::min(row.firstCount, row.superclasses.size());
+  for (std::size_t k = first; k-- > 0;) cls->addSuperclass(COSID(row.superclasses[k]), true, 0, 1);
+  for (std::size_t k = first; k < row.superclasses.size(); ++k)
+    cls->addSuperclass(COSID(row.superclasses[k]), false, 0, 1);
+}
+
+bool RootClassInfo::areChildrenSaved() const {
+  return row_.childrenSaved ? *row_.childrenSaved : BaseObjectCOSInfo::areChildrenSaved();
+}
+
+void RootClassInfo::initializeClass(COSClass* cls, const COSClient*) {
+  setClient(cls);
+  sgutils::addRowSuperclasses(cls, row_);
+  // The closed lists apply while graphics classes are sealed.
+  if (!row_.allowedSubclasses.empty() && GraphicsState::sgSealGraphicsClasses())
+    for (const char* name : row_.allowedSubclasses) cls->addAllowedSubclass(COSID(name));
+  addMembers(cls);
+}
+
 // ---- Graphics
 
 SGHandleBlockFactory::~SGHandleBlockFactory() = default;
 
-const char* SGHandleClassInfo::getName() const { return "Graphics"; }
-const char* SGHandleClassInfo::getDescription() const { return "The baseclass for all graphics objects"; }
-const char* SGHandleClassInfo::getDetailedDescription() const { return "All graphics objects must subclass this class"; }
-bool SGHandleClassInfo::isHandleClass() const { return true; }
-bool SGHandleClassInfo::isAbstract() const { return true; }
-bool SGHandleClassInfo::classIsAbstract() const { return isAbstract(); }
-bool SGHandleClassInfo::areChildrenSaved() const { return false; }
-bool SGHandleClassInfo::arePropertiesCaseInsensitive() const { return false; }
-bool SGHandleClassInfo::isPropertyTruncationAllowed() const { return false; }
+SGHandleClassInfo::SGHandleClassInfo() noexcept : RootClassInfo(kGraphicsRow) {}
 
-void SGHandleClassInfo::initializeClass(COSClass* cls, const COSClient*) {
-  setClient(cls);
-  cls->addSuperclass(COSID("vantel.graphics.internal.ReferenceObject"), true, 0, 1);
-  cls->addSuperclass(COSID("dynamicprops"), true, 0, 1);
-  cls->addSuperclass(COSID("vantel.mixin.Heterogeneous"), true, 0, 1);
-  cls->addSuperclass(COSID("vantel.graphics.GraphicsDisplay"), true, 0, 1);
-  cls->addSuperclass(COSID("vantel.graphics.mixin.internal.Copyable"), false, 0, 1);
-  addAllowedSubclasses(cls, kGraphicsSubclasses);
-  sgutils::addGraphicsProperties(cls);
+void SGHandleClassInfo::addMembers(COSClass* cls) {
+  sgutils::addGraphicsProperties<SGHandle>(cls);
   const COSID me = cls->getID();
   cls->addMethod(new GetGraphicsPlaceholderMI(me));
   cls->addMethod(new ResetMI(me));
@@ -168,38 +202,14 @@ void SGHandleClassInfo::deallocateInstance(COSInterface*, void* data) {
 
 // ---- GraphicsPlaceholder
 
-const char* GraphicsPlaceholderCI::getName() const { return "GraphicsPlaceholder"; }
-const char* GraphicsPlaceholderCI::getDescription() const { return "A placeholder for a missing graphics object"; }
-const char* GraphicsPlaceholderCI::getDetailedDescription() const {
-  return "Fills the gaps in arrays of graphics objects";
-}
-bool GraphicsPlaceholderCI::isAbstract() const { return false; }
-bool GraphicsPlaceholderCI::classIsAbstract() const { return false; }
-bool GraphicsPlaceholderCI::isSealed() const { return true; }
-void GraphicsPlaceholderCI::initializeClass(COSClass* cls, const COSClient*) {
-  setClient(cls);
-  cls->addSuperclass(COSID("vantel.graphics.Graphics"), true, 0, 1);
-  cls->addMethod(new GetGraphicsPlaceholderMI(cls->getID()));
-}
+GraphicsPlaceholderCI::GraphicsPlaceholderCI() noexcept : SGHandleClassInfo(kPlaceholderRow) {}
+void GraphicsPlaceholderCI::addMembers(COSClass* cls) { cls->addMethod(new GetGraphicsPlaceholderMI(cls->getID())); }
 void* GraphicsPlaceholderCI::allocateInstance(COSInterface*) { return nullptr; }
 bool GraphicsPlaceholderCI::willAllocateData() const { return false; }
 
 // ---- ReferenceObject
 
-const char* SGReferenceClassInfo::getName() const { return "ReferenceObject"; }
-const char* SGReferenceClassInfo::getDescription() const { return "The baseclass for all non-Heterogeneous objects"; }
-const char* SGReferenceClassInfo::getDetailedDescription() const {
-  return "All non-Heterogeneous objects must subclass this class";
-}
-bool SGReferenceClassInfo::isHandleClass() const { return true; }
-bool SGReferenceClassInfo::isAbstract() const { return true; }
-bool SGReferenceClassInfo::classIsAbstract() const { return true; }
-bool SGReferenceClassInfo::arePropertiesCaseInsensitive() const { return false; }
-bool SGReferenceClassInfo::isPropertyTruncationAllowed() const { return true; }
-void SGReferenceClassInfo::initializeClass(COSClass* cls, const COSClient*) {
-  setClient(cls);
-  addAllowedSubclasses(cls, kReferenceSubclasses);
-}
+SGReferenceClassInfo::SGReferenceClassInfo() noexcept : RootClassInfo(kReferenceRow) {}
 void* SGReferenceClassInfo::allocateInstance(COSInterface* instance) {
   auto* block = new SGReference;
   block->setCOSReference(COSInterfacePtr(instance, COSWeakReference));
@@ -211,25 +221,7 @@ void SGReferenceClassInfo::deallocateInstance(COSInterface*, void* data) {
 
 // ---- GraphicsPropertyHandler
 
-const char* SGPropHandlerClassInfo::getName() const { return "GraphicsPropertyHandler"; }
-const char* SGPropHandlerClassInfo::getDescription() const {
-  return "The baseclass for all graphics objects which support ambiguous property names";
-}
-const char* SGPropHandlerClassInfo::getDetailedDescription() const {
-  return "All graphics objects must subclass this class";
-}
-bool SGPropHandlerClassInfo::isHandleClass() const { return true; }
-bool SGPropHandlerClassInfo::isAbstract() const { return true; }
-bool SGPropHandlerClassInfo::classIsAbstract() const { return true; }
-bool SGPropHandlerClassInfo::areChildrenSaved() const { return false; }
-bool SGPropHandlerClassInfo::arePropertiesCaseInsensitive() const { return false; }
-bool SGPropHandlerClassInfo::isPropertyTruncationAllowed() const { return true; }
-void SGPropHandlerClassInfo::initializeClass(COSClass* cls, const COSClient*) {
-  setClient(cls);
-  cls->addSuperclass(COSID("vantel.graphics.internal.ReferenceObject"), true, 0, 1);
-  cls->addSuperclass(COSID("vantel.mixin.internal.DefaultFactoryPropHandler"), true, 0, 1);
-  addAllowedSubclasses(cls, kPropHandlerSubclasses);
-}
+SGPropHandlerClassInfo::SGPropHandlerClassInfo() noexcept : RootClassInfo(kPropHandlerRow) {}
 void* SGPropHandlerClassInfo::allocateInstance(COSInterface* instance) {
   auto* block = new SGPropHandler;
   if (COSClass* cls = SGPropHandler::getClassInstance()) cls->notifyInstanceAllocated(instance);
@@ -241,13 +233,4 @@ void SGPropHandlerClassInfo::deallocateInstance(COSInterface*, void* data) {
 
 // ---- StorageObject
 
-const char* SGStorageClassInfo::getName() const { return "StorageObject"; }
-const char* SGStorageClassInfo::getDescription() const { return "The baseclass for all non-handle storage objects"; }
-const char* SGStorageClassInfo::getDetailedDescription() const {
-  return "All non-handle storage objects must subclass this class";
-}
-bool SGStorageClassInfo::isHandleClass() const { return false; }
-bool SGStorageClassInfo::isAbstract() const { return true; }
-bool SGStorageClassInfo::classIsAbstract() const { return true; }
-bool SGStorageClassInfo::arePropertiesCaseInsensitive() const { return false; }
-bool SGStorageClassInfo::isPropertyTruncationAllowed() const { return false; }
+SGStorageClassInfo::SGStorageClassInfo() noexcept : RootClassInfo(kStorageRow) {}

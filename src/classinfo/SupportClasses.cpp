@@ -1,7 +1,7 @@
 // The class infos of SupportClasses.h.
 #include "src/classinfo/SupportClasses.h"
 
-#include "sgutils/SGHandleClassInfo.h"
+#include "sgutils/classinfo/SGHandleClassInfo.h"
 #include "src/startup/DatatypesBridge.h"
 #include "vcos/AbstractClassInfo.h"
 #include "vcos/COSClass.h"

@@ -4,8 +4,8 @@
 
 #include "foundation/core/except/Error.h"
 #include "foundation/usagelog/UsageLog.h"
-#include "sgutils/FrameHooks.h"
-#include "sgutils/SGReference.h"
+#include "sgutils/startup/FrameHooks.h"
+#include "sgutils/lifecycle/SGReference.h"
 #include "sgutils/defaults/DefaultProp.h"
 #include "sgutils/defaults/DefaultPropString.h"
 #include "src/defaults/DefaultPairCollection.h"
@@ -38,14 +38,12 @@ bool isScalarTextWord(const vxArray* value, const char* word) {
   return vxArrayToStdString(value) == word;
 }
 
-// Constructor input named like a default is stored as a default.
+// Constructor input named like a default is stored as a default. Any other
+// name, a factory name included, is left to the property look-up, which
+// refuses a name that is no property.
 bool setDefaultByName(const COSInterfacePtr& object, const char* name, const vxArray* value) {
   const std::string text(name);
-  if (!DefaultPropString::isDefaultProp(text)) {
-    if (DefaultPropString::isFactoryProp(text))
-      throw foundation::core::except::Error("VANTEL:sgutils:CannotSetFactoryValue", text);
-    return false;
-  }
+  if (!DefaultPropString::isDefaultProp(text)) return false;
   DefaultNameAccess::set(object, text, value);
   return true;
 }

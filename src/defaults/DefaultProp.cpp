@@ -12,9 +12,10 @@
 #include "sgdatatypes/ClassNameMap.h"
 #include "sgutils/defaults/BadDefaultPropNameException.h"
 #include "sgutils/defaults/ClassNameLookupException.h"
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/propinfos/PropInfoLookup.h"
 #include "src/defaults/DefaultValueConversion.h"
+#include "vcos/BorrowedPropertyValue.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
@@ -25,7 +26,7 @@
 #include "vx/vxCell.h"
 #include "vx/vxCreate.h"
 #include "vx/vxMemory.h"
-#include "vx/vxProperty.h"
+#include "vcos/VxProperty.h"
 #include "vx/vxQuery.h"
 #include "vx/vxStruct.h"
 #include "vx/vxText.h"
@@ -116,14 +117,10 @@ DefaultProp::DefaultProp(COSInterfacePtr object)
   object_->findDynamicProperty(saved, savedId);
   if (COSPropInfo* savedProperty = cosiToProp(saved.get())) {
     COSInterface* self = object_.get();
-    const COSValue value = self->getPropertyValue(COSGetPublicClient(), savedProperty);
-    struct Release {
-      COSInterface* self;
-      COSPropInfo* property;
-      COSValue value;
-      ~Release() { self->releasePropertyValue(COSGetPublicClient(), property, value); }
-    } release{self, savedProperty, value};
-    handleData_->setDefaultProp(value.asPointer<const vxArray>());
+    {
+      const BorrowedPropertyValue value = BorrowedPropertyValue::read(self, COSGetPublicClient(), savedProperty);
+      handleData_->setDefaultProp(value.get().asPointer<const vxArray>());
+    }
     self->removeDynamicProperty(savedProperty);
   }
   handleData_->setLoadedFromFile(false);
@@ -277,7 +274,13 @@ void DefaultProp::clear() {
   vxArray* s = store();
   if (!s) return;
   const vxClassID cls = vxGetClassID(s);
-  // An object-compatible store (class 18) has no fields to drop.
+  // An object-compatible store (class 18) keeps no fields an array of this
+  // runtime could drop one by one: it is emptied by an empty store in its
+  // place, which frees it and the values it held.
+  if (cls == vxOBJECT_CLASS) {
+    handleData_->setDefaultProp(nullptr);
+    return;
+  }
   if (cls != vxSTRUCT_CLASS) return;
   vxUnshareShallow(s);
   for (int f = vxGetNumberOfFields(s) - 1; f >= 0; --f) {

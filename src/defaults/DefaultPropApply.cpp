@@ -3,10 +3,11 @@
 // (DefaultProp::setPVPairs).
 #include <string>
 
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/defaults/DefaultProp.h"
 #include "src/defaults/DefaultPairCollection.h"
 #include "src/defaults/DefaultValueConversion.h"
+#include "vcos/BorrowedPropertyValue.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
@@ -14,6 +15,7 @@
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
+#include "vcos/ConvertedValue.h"
 
 namespace sgutils {
 
@@ -37,32 +39,18 @@ COSPropInfo* findOn(COSInterface* object, const char* name) {
   return cosiToProp(found.get());
 }
 
-// A typed value freed through its type when the scope ends.
-struct Typed {
-  const COSDataTypePtr& type;
-  COSValue value;
-  ~Typed() {
-    if (type) type->destroy(value);
-  }
-};
-
 // Whether the mode property reads manual (as the public client).
 bool isManual(COSInterface* object, const COSPropInfo* mode) {
-  const COSValue value = object->getPropertyValue(COSGetPublicClient(), mode);
-  struct Release {
-    COSInterface* object;
-    const COSPropInfo* mode;
-    COSValue value;
-    ~Release() { object->releasePropertyValue(COSGetPublicClient(), mode, value); }
-  } release{object, mode, value};
+  const BorrowedPropertyValue borrowed = BorrowedPropertyValue::read(object, COSGetPublicClient(), mode);
+  const COSValue value = borrowed.get();
   if (mode->getDataType().getID() == autoManual().id) {
     const auto* byte = value.asPointer<const unsigned char>();
     return byte && *byte != 0;
   }
   // A mode of another type (an array) is read through the AutoManual conversion.
   if (!autoManual().fromArray) return false;
-  Typed converted{autoManual().type, autoManual().fromArray->convert(value)};
-  const auto* byte = converted.value.asPointer<const unsigned char>();
+  const ConvertedValue converted(autoManual().type, autoManual().fromArray->convert(value));
+  const auto* byte = converted.get().asPointer<const unsigned char>();
   return byte && *byte != 0;
 }
 
@@ -110,8 +98,8 @@ void DefaultProp::setPVPairs(const COSInterfacePtr& object, const PropValuePairs
   for (const auto* pair : modes) {
     COSPropInfo* property = findOn(self, pair->first.c_str());
     if (!property || property->getMemberSetAccess() != PublicAccess || !pair->second || !am.fromArray) continue;
-    Typed typed{am.type, am.fromArray->convert(COSValue(pair->second.get()))};
-    self->setPropertyValue(client, property, typed.value);
+    const ConvertedValue typed(am.type, am.fromArray->convert(COSValue(pair->second.get())));
+    self->setPropertyValue(client, property, typed.get());
   }
 }
 

@@ -7,6 +7,7 @@
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
+#include "vcos/ConvertedValue.h"
 #include "vx/vxCreate.h"
 
 namespace sgutils::detail {
@@ -28,13 +29,6 @@ COSTypeConversion* fromArray(const COSDataTypePtr& type) {
   throw foundation::core::except::Error("VANTEL:vcos:ConversionFailed", from, to ? to : type.getID().c_str());
 }
 
-// Frees a typed value through its type when the scope ends.
-struct TypedValue {
-  const COSDataTypePtr& type;
-  COSValue value;
-  ~TypedValue() { type->destroy(value); }
-};
-
 }  // namespace
 
 matrix::unique_vxArray typedToArray(const COSDataTypePtr& type, COSValue value) {
@@ -53,8 +47,8 @@ matrix::unique_vxArray validatedCopy(const COSDataTypePtr& type, const vxArray* 
     if (type->isVANTELArrayType()) return matrix::unique_vxArray(value ? vxCreateSharedCopyNotOnArrayList(value) : nullptr);
     noConversion("any", type, nullptr);
   }
-  TypedValue typed{type, forward->convert(COSValue(value))};
-  return typedToArray(type, typed.value);
+  const ConvertedValue typed(type, forward->convert(COSValue(value)));
+  return typedToArray(type, typed.get());
 }
 
 void setFromArray(const COSClient* client, COSInterface* object, const COSPropInfo* property, const vxArray* value) {
@@ -65,8 +59,8 @@ void setFromArray(const COSClient* client, COSInterface* object, const COSPropIn
     object->setPropertyValue(client, property, COSValue(value));
     return;
   }
-  TypedValue typed{type, forward->convert(COSValue(value))};
-  object->setPropertyValue(client, property, typed.value);
+  const ConvertedValue typed(type, forward->convert(COSValue(value)));
+  object->setPropertyValue(client, property, typed.get());
 }
 
 }  // namespace sgutils::detail

@@ -3,12 +3,13 @@
 // the tree when a stage fails.
 #include <cassert>
 
-#include "sgutils/BaseObjectCOSInfo.h"
-#include "sgutils/ErrorWithoutJVM.h"
-#include "sgutils/ObjectCtorMI.h"
-#include "sgutils/SGHandle.h"
+#include "sgutils/classinfo/BaseObjectCOSInfo.h"
+#include "sgutils/lifecycle/ErrorWithoutJVM.h"
+#include "sgutils/lifecycle/ObjectCtorMI.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/COSTypeRepository.h"
 #include "vx/matrix.h"
 #include "vx/vxCreate.h"
 
@@ -42,9 +43,12 @@ void runConstructorStages(const COSClient* callClient, const COSInterfacePtr& ob
 }
 
 COSMethodSignaturePtr constructorSignature(COSID classId) {
+  // One variable input of type "any", one output of the class itself (its
+  // type is made by the repository from the class, which exists by now).
+  static const COSID any("any");
   return COSMethodSignature::createMethodSignature(
-      classId, {{COSID("varargin"), COSDataTypePtr(), /*optional=*/true}},
-      {{COSID("obj"), COSDataTypePtr(), false}}, COSMethodSignature::VarArgIn);
+      classId, {{COSID("varargin"), COSTypeRepository::getType(any), /*optional=*/true}},
+      {{COSID("obj"), COSTypeRepository::getType(classId), false}}, COSMethodSignature::VarArgIn);
 }
 
 const COSClient* privateClientOf(COSClass* cls) {

@@ -1,6 +1,6 @@
 // The Java-layer check of graphics construction. This runtime has no Java
 // virtual machine; its "real" test asks whether the runtime uses Java.
-#include "sgutils/ErrorWithoutJVM.h"
+#include "sgutils/lifecycle/ErrorWithoutJVM.h"
 
 #include "foundation/core/except/Error.h"
 #include "foundation/graphicsstate/GraphicsState.h"

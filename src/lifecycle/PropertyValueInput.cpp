@@ -5,14 +5,15 @@
 #include <string>
 
 #include "foundation/core/except/Error.h"
-#include "sgutils/FrameHooks.h"
-#include "sgutils/SGHandle.h"
+#include "sgutils/startup/FrameHooks.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
+#include "vcos/ConvertedValue.h"
 #include "vx/matrix.h"
 #include "vx/vxCell.h"
 #include "vx/vxQuery.h"
@@ -121,11 +122,6 @@ void SGHandle::setProperty(const COSClient* client, const COSInterfacePtr& objec
     }
     throw Error("VANTEL:vcos:ConversionFailed", "any", type.getID().str());
   }
-  COSValue typed = conversion->convert(COSValue(value));
-  struct Release {
-    const COSDataTypePtr& type;
-    COSValue value;
-    ~Release() { type->destroy(value); }
-  } release{type, typed};
-  object->setPropertyValue(client, property, typed);
+  const ConvertedValue typed(type, conversion->convert(COSValue(value)));
+  object->setPropertyValue(client, property, typed.get());
 }

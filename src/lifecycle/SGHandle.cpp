@@ -2,14 +2,15 @@
 // callback listener), destruction, the stored arrays (application data and
 // defaults), the default answers of the virtual operations, reset, and the
 // BeingDeleted rule.
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 
-#include "sgutils/FrameHooks.h"
-#include "sgutils/ResetEI.h"
-#include "sgutils/ResetGraphicsEvent.h"
+#include "sgutils/startup/FrameHooks.h"
+#include "sgutils/classinfo/ResetEI.h"
+#include "sgutils/classinfo/ResetGraphicsEvent.h"
+#include "sgutils/persistence/UDDConverter.h"
 #include "src/classinfo/ClassLookup.h"
 #include "src/startup/DatatypesBridge.h"
-#include "sgutils/Namespaces.h"
+#include "sgutils/startup/Namespaces.h"
 #include "vcos/ArrayConversion.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
@@ -19,7 +20,7 @@
 #include "vcos/ObjectArray.h"
 #include "vx/matrix.h"
 #include "vx/vxCreate.h"
-#include "vx/vxProperty.h"
+#include "vcos/VxProperty.h"
 #include "vx/vxQuery.h"
 
 namespace {
@@ -111,13 +112,23 @@ void SGHandle::setApplicationData(const vxArray* value) {
 const vxArray* SGHandle::getSerializableApplicationData() {
   if (serializableApplicationData_ != applicationData_) destroyStored(serializableApplicationData_);
   serializableApplicationData_ = nullptr;
-  vxArray* copy = vxCreateSharedCopyNotOnArrayList(applicationData_);
+  // The form a file keeps: handles of the older object layer turned to their
+  // marked numbers. The conversion is a new array only when it changed any.
+  vxArray* converted = sgutils::UDDConverter::convertUDDToHandles(applicationData_);
+  matrix::unique_vxArray temporary(converted != applicationData_ ? converted : nullptr);
+  vxArray* copy = vxCreateSharedCopyNotOnArrayList(converted);
   vxSetArrayScope(copy, vxSCOPE_PERSISTENT);
   serializableApplicationData_ = copy;
   return copy;
 }
 
-void SGHandle::setSerializableApplicationData(const vxArray* value) { setApplicationData(value); }
+void SGHandle::setSerializableApplicationData(const vxArray* value) {
+  // Old handles read from a file become placeholders before the value is stored.
+  vxArray* input = const_cast<vxArray*>(value);
+  vxArray* converted = value ? sgutils::UDDConverter::replaceUDDHandles(input) : nullptr;
+  matrix::unique_vxArray temporary(converted != input ? converted : nullptr);
+  setApplicationData(converted);
+}
 
 void SGHandle::setDefaultProp(const vxArray* value) {
   if (value == defaultProps_) return;

@@ -2,17 +2,17 @@
 // defaults order, the storage and property-handler blocks, the event data of
 // "Reset", and the process-wide hook table through which later parts of the
 // library join the frame.
-#include "sgutils/SGReference.h"
+#include "sgutils/lifecycle/SGReference.h"
 
 #include <atomic>
 
-#include "sgutils/FrameHooks.h"
-#include "sgutils/Namespaces.h"
-#include "sgutils/PerInstance.h"
-#include "sgutils/ResetEI.h"
-#include "sgutils/ResetGraphicsEvent.h"
-#include "sgutils/SGPropHandler.h"
-#include "sgutils/SGStorage.h"
+#include "sgutils/startup/FrameHooks.h"
+#include "sgutils/startup/Namespaces.h"
+#include "sgutils/startup/PerInstance.h"
+#include "sgutils/classinfo/ResetEI.h"
+#include "sgutils/classinfo/ResetGraphicsEvent.h"
+#include "sgutils/lifecycle/SGPropHandler.h"
+#include "sgutils/lifecycle/SGStorage.h"
 #include "src/classinfo/ClassLookup.h"
 #include "vx/matrix.h"
 

@@ -1,10 +1,10 @@
 // Unique ids as decimal text, from a counter shared by copies of the
 // generator and guarded by a recursive mutex.
-#include "sgutils/UniqueIDGenerator.h"
+#include "sgutils/lifecycle/UniqueIDGenerator.h"
 
 #include <mutex>
 
-#include "sgutils/OutOfUniqueIDs.h"
+#include "sgutils/lifecycle/OutOfUniqueIDs.h"
 
 namespace sgutils {
 
@@ -30,8 +30,5 @@ void UniqueIDGenerator::setCounterForTesting(std::uint64_t value) {
   std::lock_guard lock(counter_->mutex);
   counter_->next = value;
 }
-
-OutOfUniqueIDs::OutOfUniqueIDs() : Error("OutOfUniqueIDs") {}
-OutOfUniqueIDs::~OutOfUniqueIDs() = default;
 
 }  // namespace sgutils

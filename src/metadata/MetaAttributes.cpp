@@ -1,8 +1,8 @@
 // The attributes of "GraphicsMetaProperty" and "GraphicsMetaEvent": their
 // data blocks and the logical properties through which they are read and
 // written.
-#include "sgutils/SGCustomMetaEvent.h"
-#include "sgutils/SGCustomMetaProperty.h"
+#include "sgutils/metadata/SGCustomMetaEvent.h"
+#include "sgutils/metadata/SGCustomMetaProperty.h"
 #include "sgutils/propinfos/PropInfoBase.h"
 #include "src/classinfo/SupportClasses.h"
 #include "src/metadata/SGCustomMetaClasses.h"

@@ -7,12 +7,13 @@
 
 #include "foundation/core/except/Error.h"
 #include "foundation/log/LogRecord.h"
-#include "sgutils/DirtyFlags.h"
-#include "sgutils/SGCustomMetaEvent.h"
-#include "sgutils/SGCustomMetaProperty.h"
-#include "sgutils/SGHandle.h"
+#include "sgutils/metadata/DirtyFlags.h"
+#include "sgutils/metadata/SGCustomMetaEvent.h"
+#include "sgutils/metadata/SGCustomMetaProperty.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/propinfos/PropInfoBase.h"
 #include "src/metadata/SGCustomMetaClasses.h"
+#include "vcos/BorrowedPropertyValue.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSEventInfo.h"
@@ -21,6 +22,7 @@
 #include "vcos/COSMethodInfo.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
+#include "vcos/VxProperty.h"
 #include "vx/vx.h"
 
 namespace sgutils::metadata {
@@ -72,13 +74,8 @@ using unique_array = matrix::unique_vxArray;
 // The InternalComponent rule: a component that replaces another is hooked
 // into the tree in its place, or added below the parent when there was none.
 void applyInternalComponentRule(COSInterface* object, COSPropInfo* property, COSValue value) {
-  COSValue oldWord = property->getValue(object);
-  struct Release {
-    COSInterface* o;
-    COSPropInfo* p;
-    COSValue v;
-    ~Release() { p->releaseValue(o, v); }
-  } release{object, property, oldWord};
+  const BorrowedPropertyValue borrowed = BorrowedPropertyValue::readDirect(object, property);
+  const COSValue oldWord = borrowed.get();
   const auto* oldValue = oldWord.asPointer<const vxArray>();
   const bool oldEmpty = !oldValue || vxIsEmpty(oldValue);
   FOUNDATION_LOG(updateLog(), kDebug) << "InternalComponent set on prop: " << property->getName()
@@ -205,14 +202,8 @@ void SGCustomMetaClass::customSetPropertyValue(COSInterface* object, COSPropInfo
 
   bool shouldMarkDirty = true;
   if (meta && meta->usedInUpdate && property->isAbortSet()) {
-    const COSValue old = property->getValue(object);
-    struct Release {
-      COSInterface* o;
-      COSPropInfo* p;
-      COSValue v;
-      ~Release() { p->releaseValue(o, v); }
-    } release{object, property, old};
-    shouldMarkDirty = !property->getDataType()->isEqual(old, value);
+    const BorrowedPropertyValue old = BorrowedPropertyValue::readDirect(object, property);
+    shouldMarkDirty = !property->getDataType()->isEqual(old.get(), value);
     FOUNDATION_LOG(customSetLog(), kDebug) << "AbortSet MarkDirty Class: " << classNameOf(object)
                                            << " Property: " << property->getName();
   }

@@ -3,7 +3,7 @@
 #include "sgutils/objects/GeneratedClassInfo.h"
 
 #include "foundation/graphicsstate/GraphicsState.h"
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSPropInfo.h"

@@ -5,7 +5,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "foundation/log/LogRecord.h"
-#include "sgutils/SGReference.h"
+#include "sgutils/lifecycle/SGReference.h"
 #include "sgutils/propinfos/DataTypeDefaultProvider.h"
 #include "sgutils/propinfos/ObjectPropInfo.h"
 #include "sgutils/propinfos/UserFcnDefaultProvider.h"

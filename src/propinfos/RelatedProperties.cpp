@@ -4,13 +4,14 @@
 
 #include <utility>
 
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/propinfos/ForceHonorModesScopeGuard.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
+#include "vcos/ConvertedValue.h"
 
 namespace sgutils {
 
@@ -57,13 +58,8 @@ bool RelatedProperties::setInternal(const vxArray* value) {
   if (type.getID() == any) return setInternal(COSValue(value));
   COSTypeConversion* conversion = COSTypeRepository::getConversion(any, type.getID());
   if (!conversion) return false;
-  const COSValue typed = conversion->convert(COSValue(value));
-  struct Destroy {
-    const COSDataType* t;
-    COSValue v;
-    ~Destroy() { t->destroy(v); }
-  } destroy{type.get(), typed};
-  return setInternal(typed);
+  const ConvertedValue typed(type, conversion->convert(COSValue(value)));
+  return setInternal(typed.get());
 }
 
 ForceHonorModesScopeGuard::ForceHonorModesScopeGuard(COSInterface* object, bool enable) {

@@ -2,7 +2,7 @@
 // from the record's attribute word.
 #include "sgutils/propinfos/SimplePropInfoBase.h"
 
-#include "sgutils/SGReference.h"
+#include "sgutils/lifecycle/SGReference.h"
 #include "sgutils/propinfos/DefaultProvider.h"
 #include "sgutils/propinfos/PropertyDefinition.h"
 

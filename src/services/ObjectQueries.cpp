@@ -1,6 +1,6 @@
 // Two look-ups on graphics objects: the figure builder's mark, and the
 // user-interface side of an object's Graphics block.
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/services/FormbenchFigureUtils.h"
 #include "sgutils/services/UIChildInterface.h"
 #include "vcos/COSInterface.h"

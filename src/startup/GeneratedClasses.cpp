@@ -1,41 +1,24 @@
-// The list of generated-class registrations (see GeneratedClasses.h). Each
-// part of the library that brings a generated class appends its
-// registration function here, in the order the classes must be registered.
-#include "sgutils/GeneratedClasses.h"
+// The list of class registrations (see GeneratedClasses.h): the
+// hand-written data types the generated classes use, then every class of
+// objects/, in the parent order that tools/genmixins.py writes into
+// GeneratedRegistrations.h from the class descriptions.
+#include "sgutils/startup/GeneratedClasses.h"
 
 #include <vector>
 
-#include "sgutils/PerInstance.h"
-#include "sgutils/objects/CurrentAxes.gen.h"
-#include "sgutils/objects/GraphicsCoreProperties.gen.h"
-#include "sgutils/objects/GraphicsPickable.gen.h"
-#include "sgutils/objects/GraphicsTheme.gen.h"
-#include "sgutils/objects/GraphicsUIProperties.gen.h"
-#include "sgutils/objects/Legacy.gen.h"
-#include "sgutils/objects/Mixin.gen.h"
-#include "sgutils/objects/Selectable.gen.h"
+#include "GeneratedRegistrations.h"
+#include "sgutils/startup/PerInstance.h"
+#include "sgutils/themes/BaseColorSchemeType.h"
 
 namespace sgutils {
 namespace {
 
-// In call order: CurrentAxes, CustomThemeable, Focusable, BaseColorSchemeType,
-// GraphicsTheme, GraphicsUIProperties, GraphicsCoreProperties,
-// GraphicsPickable, Hit, Layoutable, ViewPropertiesManager, LayoutOptions,
-// Legacy, Mixin, NodeParent, ChildData, NodeChildren, Pickable, Selectable,
-// Themeable, ThemeChangedData, ThemeContainer, TiledChartLayoutOptions. Each
-// joins the list when its class is built.
 const std::vector<ClassRegistrationFn>& registrations() {
-  static const std::vector<ClassRegistrationFn> list = {
-      &generated::registerCurrentAxes,
-      &registerBaseColorSchemeType,
-      &generated::registerGraphicsTheme,
-      &generated::registerGraphicsUIProperties,
-      &generated::registerGraphicsCoreProperties,
-      &generated::registerGraphicsPickable,
-      &generated::registerLegacy,
-      &generated::registerMixin,
-      &generated::registerSelectable,
-  };
+  static const std::vector<ClassRegistrationFn> list = [] {
+    std::vector<ClassRegistrationFn> fns = {&registerBaseColorSchemeType};
+    fns.insert(fns.end(), std::begin(generated::kRegistrations), std::end(generated::kRegistrations));
+    return fns;
+  }();
   return list;
 }
 

@@ -2,7 +2,7 @@
 // feature's command form reads and writes one slot of the block; two of them
 // also raise the flush request of "OpenGLFlushCommandCache" when their value
 // really changes, so that renderers drop cached command lists.
-#include "sgutils/GraphicsPrefs.h"
+#include "sgutils/startup/GraphicsPrefs.h"
 
 #include <array>
 #include <atomic>

@@ -2,9 +2,9 @@
 // library's register_namespace with two callbacks that answer no
 // description; "vantel.ui.layout" and "sg2utils" have namespace infos of
 // their own. Each getter caches its package per instance.
-#include "sgutils/Namespaces.h"
+#include "sgutils/startup/Namespaces.h"
 
-#include "sgutils/PerInstance.h"
+#include "sgutils/startup/PerInstance.h"
 #include "src/startup/DatatypesBridge.h"
 #include "vcos/COSNamespaceInfo.h"
 #include "vcos/COSPackage.h"

@@ -2,26 +2,26 @@
 // then, once per instance, the data types library, the Java check in force,
 // the namespace "vantel.graphics" and the class infos of the library, and
 // the generated classes.
-#include "sgutils/Startup.h"
+#include "sgutils/startup/Startup.h"
 
 #include <memory>
 #include <typeinfo>
 
 #include "foundation/graphicsstate/GraphicsState.h"
 #include "foundation/usm/Detail.h"
-#include "sgutils/ErrorWithoutJVM.h"
-#include "sgutils/GeneratedClasses.h"
+#include "sgutils/lifecycle/ErrorWithoutJVM.h"
+#include "sgutils/startup/GeneratedClasses.h"
 #include "sgutils/objects/GraphicsBaseFunctions.gen.h"
-#include "sgutils/GraphicsPlaceholderCI.h"
-#include "sgutils/GraphicsPrefs.h"
-#include "sgutils/Namespaces.h"
-#include "sgutils/PerInstance.h"
-#include "sgutils/SGHandle.h"
-#include "sgutils/SGHandleClassInfo.h"
-#include "sgutils/SGPropHandlerClassInfo.h"
-#include "sgutils/SGReferenceClassInfo.h"
-#include "sgutils/SGStorageClassInfo.h"
-#include "sgutils/FrameHooks.h"
+#include "sgutils/classinfo/GraphicsPlaceholderCI.h"
+#include "sgutils/startup/GraphicsPrefs.h"
+#include "sgutils/startup/FrameHooks.h"
+#include "sgutils/startup/Namespaces.h"
+#include "sgutils/startup/PerInstance.h"
+#include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/classinfo/SGHandleClassInfo.h"
+#include "sgutils/classinfo/SGPropHandlerClassInfo.h"
+#include "sgutils/classinfo/SGReferenceClassInfo.h"
+#include "sgutils/classinfo/SGStorageClassInfo.h"
 #include "sgutils/defaults/DefaultNameAccess.h"
 #include "sgutils/persistence/DoubleOrTypedHandleConversion.h"
 #include "src/classinfo/SupportClasses.h"

@@ -1,6 +1,6 @@
 // The view objects and the scene viewer parent interface: their anchors and
 // the look-up of the interface on a graphics object.
-#include "sgutils/SGHandle.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/view/JavaViewObject.h"
 #include "sgutils/view/NullSceneViewerParent.h"
 #include "sgutils/view/SceneViewerParent.h"

@@ -5,6 +5,7 @@
 
 #include "TestGraphicsClasses.h"
 #include "foundation/core/except/IMsgIDException.h"
+#include "sgutils/persistence/UDDConverter.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vcos/vcos.h"
@@ -141,6 +142,29 @@ TEST_F(Lifecycle, SerializableApplicationDataIsACopyOfTheLiveData) {
   // The cached copy and the live data are freed apart (ASan checks it).
   blockOf(o)->setApplicationData(nullptr);
   EXPECT_EQ(vxGetScalar(vxGetField(copy, 0, "a")), 4.0);
+}
+
+// Fault pinned: the value went in as it was, old handles included.
+TEST_F(Lifecycle, SerializableApplicationDataTurnsOldHandlesIntoPlaceholders) {
+  COSInterfacePtr o = construct({});
+  const char* fields[] = {"h", "n"};
+  Arr s(vxCreateStructMatrix(1, 1, 2, fields));
+  const vxSize dims[] = {1, 3};
+  vxArray* old = vxCreateNumericArray(2, dims, vxDOUBLE_CLASS, vxCOMPLEX);
+  for (vxIndex k = 0; k < 3; ++k) vxGetComplexDoubles(old)[k] = {1.0, sgutils::UDDConverter::handleMarker()};
+  vxSetField(s.get(), 0, "h", old);
+  vxSetField(s.get(), 0, "n", vxCreateDoubleScalar(2));
+  blockOf(o)->setSerializableApplicationData(s.get());
+
+  const vxArray* live = blockOf(o)->getApplicationData();
+  EXPECT_STREQ(vxGetClassName(vxGetField(live, 0, "h")), "vantel.graphics.GraphicsPlaceholder");
+  EXPECT_EQ(vxGetNumberOfElements(vxGetField(live, 0, "h")), 3u);
+  EXPECT_EQ(vxGetScalar(vxGetField(live, 0, "n")), 2.0);
+  EXPECT_TRUE(vxIsComplex(vxGetField(s.get(), 0, "h"))) << "the caller's value was changed";
+  // The saved form is a copy of what is stored now.
+  const vxArray* saved = blockOf(o)->getSerializableApplicationData();
+  EXPECT_NE(saved, live);
+  EXPECT_STREQ(vxGetClassName(vxGetField(saved, 0, "h")), "vantel.graphics.GraphicsPlaceholder");
 }
 
 TEST_F(Lifecycle, ApplicationDataHoldingAnObjectDoesNotOutliveDeletion) {

@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "TestGraphicsClasses.h"
+#include "foundation/core/except/IMsgIDException.h"
 #include "foundation/feature/Feature.h"
 #include "foundation/feature/svFeatureEntry.h"
 #include "foundation/usm/ScopedInstance.h"
@@ -66,6 +69,27 @@ TEST(Startup, RootClassesAnswerAsTheirKind) {
   ASSERT_NE(handler, nullptr);
   EXPECT_TRUE(handler->isSubclassOf(COSID("vantel.graphics.internal.ReferenceObject")));
   EXPECT_EQ(SGHandle::getClassInstance(), graphics);
+}
+
+// Fault pinned: each superclass was prepended in turn, so the lists came out
+// reversed.
+TEST(Startup, RootClassesListTheirSuperclassesInOrder) {
+  registerTestClasses();
+  auto superclassesOf = [](const char* name) {
+    std::vector<std::string> names;
+    for (COSClass* s : COSClass::getClass(COSID(name))->getSuperclasses()) names.push_back(s->getID().str());
+    return names;
+  };
+  EXPECT_EQ(superclassesOf("vantel.graphics.Graphics"),
+            (std::vector<std::string>{"vantel.graphics.internal.ReferenceObject", "dynamicprops",
+                                      "vantel.mixin.Heterogeneous", "vantel.graphics.GraphicsDisplay",
+                                      "vantel.graphics.mixin.internal.Copyable"}));
+  EXPECT_EQ(superclassesOf("vantel.graphics.internal.GraphicsPropertyHandler"),
+            (std::vector<std::string>{"vantel.graphics.internal.ReferenceObject",
+                                      "vantel.mixin.internal.DefaultFactoryPropHandler"}));
+  EXPECT_EQ(superclassesOf("vantel.graphics.GraphicsPlaceholder"),
+            std::vector<std::string>{"vantel.graphics.Graphics"});
+  EXPECT_TRUE(superclassesOf("vantel.graphics.internal.ReferenceObject").empty());
 }
 
 TEST(GraphicsPrefs, IndexOutsideTheBlockReadsZero) {
@@ -159,7 +183,14 @@ TEST(UniqueIDGenerator, RaisesOnlyAfterTheCounterWraps) {
   g.setCounterForTesting(UINT64_MAX);
   EXPECT_EQ(g.nextID(), "18446744073709551615");
   EXPECT_THROW(g.nextID(), sgutils::OutOfUniqueIDs);
-  EXPECT_THROW(g.nextID(), sgutils::OutOfUniqueIDs);
+  // An internal exception: no identifier that a catalog would be asked for.
+  try {
+    g.nextID();
+    FAIL() << "the counter did not stay exhausted";
+  } catch (const foundation::core::except::IMsgIDException&) {
+    FAIL() << "OutOfUniqueIDs carries a message identifier";
+  } catch (const sgutils::OutOfUniqueIDs&) {
+  }
 }
 
 TEST(UniqueIDGenerator, ThreadsNeverGetTheSameId) {

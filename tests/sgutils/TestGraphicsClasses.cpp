@@ -6,6 +6,7 @@
 #include "sgdatatypes/Registration.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
+#include "vcos/VxProperty.h"
 #include "vcos/vcos.h"
 
 namespace sgtest {

@@ -7,8 +7,8 @@
 // class marks itself dirty.
 #pragma once
 
-#include "sgutils/DirtyFlags.h"
-#include "sgutils/SGReference.h"
+#include "sgutils/metadata/DirtyFlags.h"
+#include "sgutils/lifecycle/SGReference.h"
 #include "sgutils/SgutilsExport.h"
 #include "vcos/COSInternedBase.h"
 

@@ -9,7 +9,7 @@
 #include <span>
 #include <vector>
 
-#include "sgutils/BaseObjectCOSInfo.h"
+#include "sgutils/classinfo/BaseObjectCOSInfo.h"
 #include "sgutils/objects/GeneratedBlock.h"
 
 namespace sgutils {

@@ -6,10 +6,13 @@
 
 #include "foundation/log/LogRecord.h"
 #include "sgdatatypes/ClientEnum.h"
-#include "sgutils/PerInstance.h"
+#include "sgutils/SgutilsExport.h"
+#include "sgutils/startup/PerInstance.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSPackage.h"
+
+class COSEventInfo;
 
 namespace sgutils {
 
@@ -28,6 +31,10 @@ COSClass* cachedGeneratedClass(COSPackage* (*package)(), const char* name) {
   }
   return slot;
 }
+
+// Sets a graphics metadata attribute (such as "HasCallbackProperty") of an
+// event a class has just added; the event's meta class must have it.
+SGUTILS_API void setEventAttribute(COSEventInfo* event, COSID attribute, bool value);
 
 // One trace line of a generated hook: source path, function, line.
 inline void logGeneratedHook(foundation::log::Logger& lg, std::string_view source, const char* function, int line) {

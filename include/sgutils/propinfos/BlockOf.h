@@ -2,7 +2,7 @@
 // is stored as an SGReference*, so the cast goes through it.
 #pragma once
 
-#include "sgutils/SGReference.h"
+#include "sgutils/lifecycle/SGReference.h"
 #include "vcos/COSInterface.h"
 
 namespace sgutils {

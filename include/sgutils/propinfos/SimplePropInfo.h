@@ -8,7 +8,7 @@
 //   only when the value changed.
 #pragma once
 
-#include "sgutils/GraphicsPrefs.h"
+#include "sgutils/startup/GraphicsPrefs.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/propinfos/PropertyStorage.h"
 #include "sgutils/propinfos/SimplePropInfoBase.h"

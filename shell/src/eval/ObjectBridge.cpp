@@ -3,6 +3,8 @@
 // object's class, and display through the class's display method.
 #include "eval/ObjectBridge.h"
 
+#include <unordered_map>
+
 #include <foundation/core/except/Error.h>
 #include <foundation/io/ArrayNameScope.h>
 #include <vcos/COSClass.h>
@@ -14,12 +16,33 @@
 
 #include "eval/ArrayOps.h"
 #include "sgsh/Output.h"
+#include "vcos/VxProperty.h"
 
 namespace sgsh {
 
 using foundation::core::except::Error;
 
+COSPropInfo* PropertyKey::find(COSClass* cls) const noexcept {
+  if (!cls) return nullptr;
+  if (cls != class_.get()) {
+    // Only exact hits are kept: they are what an instance's own look-up
+    // finds first, whatever dynamic properties the instance has.
+    COSPropInfo* found = cls->findPropertyExact(id_);
+    if (!found) return nullptr;
+    class_ = cls;
+    property_ = found;
+  }
+  return property_;
+}
+
 namespace {
+
+// The element's class, or null when the array holds no live first object.
+COSClass* classAt(const vxArray* objects, vxSize index) {
+  if (!objects || !vxIsObject(objects) || index >= vxGetNumberOfElements(objects)) return nullptr;
+  const COSInterface* o = vxGetObjectElements(objects)[index].get();
+  return o && !o->isDestroyed() ? o->getClass() : nullptr;
+}
 
 class VcosBridge final : public ObjectBridge {
  public:
@@ -43,18 +66,27 @@ class VcosBridge final : public ObjectBridge {
   }
 
   bool hasProperty(const vxArray* objects, const std::string& name) override {
-    COSClass* cls = vcos::array::classOf(objects);
-    return cls && cls->findPropertyExact(COSID(name.c_str())) != nullptr;
+    return keyOf(name).find(vcos::array::classOf(objects)) != nullptr;
   }
 
+  // A property of the element's class is taken from the key; anything else
+  // (a dynamic property, a name that needs folding or completing, a dead
+  // element) goes the whole way by name, which also raises its errors.
   Value getProperty(const vxArray* objects, const std::string& name) override {
     if (vxGetNumberOfElements(objects) != 1) throw Error("VANTEL:sgsh:NotOneElement", vxGetNumberOfElements(objects));
+    if (const COSPropInfo* p = keyOf(name).find(classAt(objects, 0))) return Value(vxGetProperty(objects, 0, p));
     return Value(vxGetProperty(objects, 0, name.c_str()));
   }
 
   void setProperty(vxArray* objects, const std::string& name, const vxArray* value) override {
     const vxSize n = vxGetNumberOfElements(objects);
-    for (vxSize i = 0; i < n; ++i) vxSetProperty(objects, i, name.c_str(), value);
+    for (vxSize i = 0; i < n; ++i) {
+      // Asked again for each element: a set may run script code.
+      if (const COSPropInfo* p = keyOf(name).find(classAt(objects, i)))
+        vxSetProperty(objects, i, p, value);
+      else
+        vxSetProperty(objects, i, name.c_str(), value);
+    }
   }
 
   bool callMethod(const vxArray* objects, const std::string& name, std::span<const Value> args, int nargout,
@@ -113,6 +145,29 @@ std::unique_ptr<ObjectBridge>& slot() {
 }  // namespace
 
 ObjectBridge& ObjectBridge::current() { return *slot(); }
+
+const PropertyKey& ObjectBridge::keyOf(const std::string& name) {
+  // Per thread, so that no look-up takes a lock. Names from running code
+  // (computed field names, get and set with text) join too, so the table
+  // starts afresh when it grows past what scripts write.
+  struct Table {
+    std::unordered_map<std::string, std::unique_ptr<PropertyKey>> keys;
+    // The last hit: a statement in a loop passes the same name (its parsed
+    // node's text) each time, found again without hashing.
+    const std::string* lastName = nullptr;
+    const PropertyKey* last = nullptr;
+  };
+  thread_local Table t;
+  if (&name == t.lastName && t.last->name() == name) return *t.last;
+  auto it = t.keys.find(name);
+  if (it == t.keys.end()) {
+    if (t.keys.size() >= 4096) t.keys.clear();
+    it = t.keys.emplace(name, std::make_unique<PropertyKey>(name)).first;
+  }
+  t.lastName = &name;
+  t.last = it->second.get();
+  return *t.last;
+}
 
 std::unique_ptr<ObjectBridge> ObjectBridge::install(std::unique_ptr<ObjectBridge> bridge) {
   return std::exchange(slot(), std::move(bridge));

@@ -11,8 +11,33 @@
 #include <vector>
 
 #include "sgsh/Value.h"
+#include "vcos/COSInterfacePtr.h"
+#include "vcos/COSInternedBase.h"
+
+class COSClass;
+class COSPropInfo;
 
 namespace sgsh {
+
+// A property name as the object system knows it: interned once, with the
+// property it found on the last class it was used with, so that a get or
+// set on objects of one class neither interns nor looks up the name again.
+class PropertyKey {
+ public:
+  explicit PropertyKey(const std::string& name) : name_(name), id_(name.c_str()) {}
+  const std::string& name() const noexcept { return name_; }
+  COSID id() const noexcept { return id_; }
+  // The property of exactly this name on `cls`, or null.
+  COSPropInfo* find(COSClass* cls) const noexcept;
+
+ private:
+  std::string name_;
+  COSID id_;
+  // Weak: keeps the class's memory, so that no other class can take its
+  // address while the property found on it is remembered.
+  mutable COSInterfacePtr class_{nullptr, COSWeakReference};
+  mutable COSPropInfo* property_ = nullptr;
+};
 
 class ObjectBridge {
  public:
@@ -40,6 +65,13 @@ class ObjectBridge {
   static ObjectBridge& current();
   // Installs a bridge; returns the previous one.
   static std::unique_ptr<ObjectBridge> install(std::unique_ptr<ObjectBridge> bridge);
+
+  // The key of a property name, made on first use for the calling thread;
+  // the parser asks for each field name it reads, so that names are
+  // interned when a script is parsed rather than when it runs. Valid until
+  // the next call with a name never seen (the table may start afresh), so
+  // hold it only across code that runs no script.
+  static const PropertyKey& keyOf(const std::string& name);
 };
 
 }  // namespace sgsh

@@ -4,6 +4,7 @@
 
 #include <foundation/core/except/Error.h>
 
+#include "eval/ObjectBridge.h"
 #include "sgsh/Lexer.h"
 
 namespace sgsh {
@@ -475,6 +476,7 @@ NodePtr Parser::parsePostfix() {
       pos_ += 2;
       auto n = make(NodeKind::Field, t);
       n->text = toks_[pos_ - 1].text;
+      ObjectBridge::keyOf(n->text);  // the name is interned now, not when it is used
       n->kids.push_back(base);
       base = n;
     } else if (t.kind == TokenKind::Dot && next().kind == TokenKind::LParen) {

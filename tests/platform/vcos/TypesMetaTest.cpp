@@ -9,6 +9,7 @@
 #include "foundation/core/except/Error.h"
 #include "vx/vx.h"
 #include "vx/vxObjectStorage.h"
+#include "vcos/VxProperty.h"
 
 using foundation::core::except::Error;
 
@@ -83,6 +84,9 @@ TEST(DataTypes, TextConvertsToAnyTypeMadeFromArrays) {
   };
   EXPECT_EQ(fromText("double scalar", "2.5").asDouble(), 2.5) << "a number is read as a number";
   EXPECT_EQ(fromText("double scalar", " -Inf ").asDouble(), -INFINITY);
+  // Fault pinned: a one-character text went as a char row, so "5" gave 53.
+  EXPECT_EQ(fromText("double scalar", "5").asDouble(), 5.0) << "a digit is read as its number";
+  EXPECT_EQ(fromText("int32 scalar", "7").asInt(), 7) << "a digit is read as its number";
   EXPECT_TRUE(fromText("logical scalar", "true").asBool());
   const COSValue u = fromText("unicodeString", "12");
   EXPECT_EQ(*u.asPointer<const std::u16string>(), u"12") << "a text type takes digits as text";

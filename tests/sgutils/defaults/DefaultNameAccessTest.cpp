@@ -70,10 +70,12 @@ TEST(DefaultNameAccess, ConstructorInputNamedLikeADefaultIsStored) {
   EXPECT_EQ(numberOf(DefaultNameAccess::get(top, "defaultLineshapeWidth").get()), 6);
   EXPECT_EQ(numberOf(getProp(top, "Width").get()), 2);
 
+  // Fault pinned: a factory name was refused as a factory value; as
+  // constructor input it is a name that no property has.
   Arr f = text("factoryLineshapeWidth");
   const vxArray* bad[] = {f.get(), v1.get()};
   EXPECT_EQ(errorId([&] { Arr r(omConstructObjectWithClient(kTop, 2, bad, COSGetPublicClient())); }),
-            "VANTEL:sgutils:CannotSetFactoryValue");
+            "VANTEL:sg_graphics:invalidCtorProperty");
 }
 
 TEST(DefaultNameAccess, WordsAsValuesTakeTheInheritedDefaultOrTheTextItself) {

@@ -5,7 +5,8 @@
 
 #include "foundation/core/except/Error.h"
 #include "sgdatatypes/Registration.h"
-#include "sgutils/SGHandleClassInfo.h"
+#include "sgutils/classinfo/SGHandleClassInfo.h"
+#include "sgutils/objects/EdgeColorTriple.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/propinfos/PropertyDefinition.h"
 #include "vcos/COSClass.h"
@@ -13,8 +14,8 @@
 #include "vcos/COSPropT.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
+#include "vcos/VxProperty.h"
 #include "vcos/vcos.h"
-#include "support/EdgeColorTriple.h"
 #include "support/ParentPI.h"
 
 namespace sgtest::defaults {

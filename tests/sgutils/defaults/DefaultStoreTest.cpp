@@ -5,6 +5,7 @@
 
 #include "DefaultStoreClasses.h"
 #include "sgutils/defaults/DefaultProp.h"
+#include "vcos/ObjectArray.h"
 #include "support/ErrorId.h"
 
 namespace sgtest::defaults {
@@ -105,6 +106,21 @@ TEST(DefaultStore, RemoveAndClearTakeFieldsOut) {
   EXPECT_EQ(fieldsOf(defaults.getDefaultPropArray()), std::vector<std::string>{"defaultLineshapeTag"});
   SGHandle::fromObject(top.get())->clearDefaultProperty();
   EXPECT_EQ(fieldsOf(defaults.getDefaultPropArray()), std::vector<std::string>{});
+}
+
+// Fault pinned: a store of object class was left as it was.
+TEST(DefaultStore, ClearEmptiesAnObjectStoreToo) {
+  COSInterfacePtr top = make(kTop);
+  COSInterfacePtr held = make(kTop);
+  Arr objects(omCreateVCOSScalar(held));
+  SGHandle* block = SGHandle::fromObject(top.get());
+  block->setDefaultProp(objects.get());
+  ASSERT_EQ(vxGetClassID(DefaultProp(top).getDefaultPropArray()), vxOBJECT_CLASS);
+  block->clearDefaultProperty();
+  const vxArray* emptied = DefaultProp(top).getDefaultPropArray();
+  ASSERT_NE(emptied, nullptr);
+  EXPECT_TRUE(vxIsStruct(emptied));
+  EXPECT_EQ(fieldsOf(emptied), std::vector<std::string>{});
 }
 
 TEST(DefaultStore, ClassQueriesAndPossibleValues) {

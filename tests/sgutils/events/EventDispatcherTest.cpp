@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "sgutils/EventDispatcher.h"
+#include "sgutils/EventDispatcher/EventDispatcher.h"
 
 namespace {
 

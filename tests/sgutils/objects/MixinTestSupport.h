@@ -15,6 +15,7 @@
 #include "vcos/COSInterfacePtr.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
+#include "vcos/VxProperty.h"
 #include "vx/vx.h"
 
 namespace sgtest::mixins {

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "PropertyModelClasses.h"
-#include "sgutils/SGCustomMetaProperty.h"
-#include "sgutils/SGHandleClassInfo.h"
+#include "sgutils/metadata/SGCustomMetaProperty.h"
+#include "sgutils/classinfo/SGHandleClassInfo.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSGenericClass.h"
 #include "vcos/COSNamespaceInfo.h"

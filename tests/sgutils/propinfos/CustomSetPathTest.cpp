@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "PropertyModelClasses.h"
-#include "sgutils/SGCustomMetaProperty.h"
+#include "sgutils/metadata/SGCustomMetaProperty.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSCustomMetaClass.h"
 #include "foundation/core/except/IMsgIDException.h"

@@ -5,6 +5,8 @@
 #include "PropertyModelClasses.h"
 #include "sgutils/objects/Mixin.gen.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSMethodInfo.h"
+#include "vcos/COSMethodSignature.h"
 
 namespace sgtest::propmodel {
 namespace {
@@ -26,6 +28,22 @@ TEST(GeneratedClass, GeneratedAncestorsShareTheMostDerivedBlock) {
   EXPECT_FALSE(selectableOf(object).getHitTest());
   object->deleteObject(COSGetPublicClient());
   EXPECT_TRUE(object->isDestroyed());
+}
+
+// Fault pinned: the signature had untyped inputs and outputs.
+TEST(GeneratedClass, ConstructorTakesAnyInputsAndGivesTheClass) {
+  registerPropertyModelClasses();
+  COSClass* cls = Selectable::getClassInstance();
+  ASSERT_NE(cls, nullptr);
+  COSMethodInfo* ctor = cls->findMethod(COSID("Selectable"));
+  ASSERT_NE(ctor, nullptr);
+  const COSMethodSignature* signature = ctor->getMethodSignature();
+  ASSERT_NE(signature, nullptr);
+  ASSERT_EQ(signature->getInputs().size(), 1u);
+  EXPECT_TRUE(signature->hasVarArgIn());
+  EXPECT_EQ(signature->getInputs()[0].type.getID(), COSID("any"));
+  ASSERT_EQ(signature->getOutputs().size(), 1u);
+  EXPECT_EQ(signature->getOutputs()[0].type.getID(), Selectable::classID());
 }
 
 TEST(GeneratedClass, ClassesAreRegisteredAndFoundOnce) {

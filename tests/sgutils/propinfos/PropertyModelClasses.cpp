@@ -2,7 +2,8 @@
 #include "PropertyModelClasses.h"
 
 #include "foundation/feature/Feature.h"
-#include "sgutils/SGHandleClassInfo.h"
+#include "sgutils/classinfo/SGHandleClassInfo.h"
+#include "sgutils/objects/EdgeColorTriple.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/propinfos/PropertyDefinition.h"
 #include "vcos/COSClass.h"
@@ -12,7 +13,6 @@
 #include "vcos/ObjectCalls.h"
 #include "vcos/vcos.h"
 #include "vx/vx.h"
-#include "support/EdgeColorTriple.h"
 #include "sgdatatypes/Enumeration.h"
 #include "sgutils/objects/TwinProperties.gen.h"
 #include "vcos/COSGenericClass.h"

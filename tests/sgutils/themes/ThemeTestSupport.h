@@ -12,6 +12,7 @@
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
+#include "vcos/ConvertedValue.h"
 #include "vcos/ObjectArray.h"
 #include "vx/vx.h"
 
@@ -49,12 +50,8 @@ struct Theme {
     COSPropInfo* p = property(name);
     COSTypeConversion* c = COSTypeRepository::getConversion(COSID("any"), p->getDataType()->getID());
     // The converted value is freed also when the set is refused.
-    struct Owned {
-      const COSDataType& type;
-      COSValue value;
-      ~Owned() { type.destroy(value); }
-    } owned{*p->getDataType(), c->convert(COSValue(value))};
-    object->setPropertyValue(client, p, owned.value);
+    const ConvertedValue owned(p->getDataType(), c->convert(COSValue(value)));
+    object->setPropertyValue(client, p, owned.get());
   }
   void setText(const char* name, const char* text, const COSClient* client = COSGetPublicClient()) const {
     matrix::unique_vxArray a(vxCreateString(text));

@@ -22,7 +22,7 @@
 #include "vcos/src/builtin/ValueText.h"
 #include "vx/vxCell.h"
 #include "vx/vxCreate.h"
-#include "vx/vxProperty.h"
+#include "vcos/VxProperty.h"
 #include "vx/vxQuery.h"
 #include "vx/vxStruct.h"
 #include "vx/vxText.h"

@@ -3,6 +3,7 @@
 // C++ string, handles as a counted object pointer, and the array types whose
 // word is a vxArray*. Conversions to and from "any" let the array boundary
 // (vxGetProperty, vxSetProperty) reach every property.
+#include "vcos/VxProperty.h"
 #include "vcos/src/types/BasicTypes.h"
 
 #include <cmath>

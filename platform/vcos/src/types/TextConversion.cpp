@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "foundation/core/except/Error.h"
+#include "vcos/COSDataType.h"
 #include "vcos/COSTypeRepository.h"
 #include "vcos/src/core/Messages.h"
 #include "vx/vx.h"
@@ -57,6 +58,16 @@ std::optional<std::vector<double>> numbersOf(std::string_view text) {
   return numbers;
 }
 
+// Whether the type's own text form of a value is its numbers: true for all
+// but text types and types with a closed list of names, which take the
+// characters as written (so "5" is the number 5, not the character '5').
+bool readsNumbersFirst(COSID target) {
+  static const COSID ascii("asciiString"), unicode("unicodeString");
+  if (target == ascii || target == unicode) return false;
+  COSDataTypePtr type = COSTypeRepository::getType(target);
+  return !type || type->getPossibleValues().empty();
+}
+
 }  // namespace
 
 COSValue TextConversion::convert(COSValue from) const {
@@ -68,18 +79,30 @@ COSValue TextConversion::convert(COSValue from) const {
   COSTypeConversion* fromArray = COSTypeRepository::getConversion(any, target_);
   if (!fromArray) throw foundation::core::except::Error(vcos::msg::ConversionFailed, "asciiString", target_.str());
 
-  matrix::unique_vxArray chars(vxCreateString(s.c_str()));
+  std::optional<std::vector<double>> numbers = numbersOf(s);
+  auto asNumbers = [&] {
+    matrix::unique_vxArray row(vxCreateDoubleMatrix(1, numbers->size(), vxREAL));
+    std::copy(numbers->begin(), numbers->end(), vxGetPr(row.get()));
+    return fromArray->convert(COSValue(row.get()));
+  };
+  auto asChars = [&] {
+    matrix::unique_vxArray chars(vxCreateString(s.c_str()));
+    return fromArray->convert(COSValue(chars.get()));
+  };
+  const bool numbersFirst = numbers && readsNumbersFirst(target_);
+  // The first form tried that the type refuses is the refusal reported.
   std::exception_ptr refused;
   try {
-    return fromArray->convert(COSValue(chars.get()));
+    return numbersFirst ? asNumbers() : asChars();
   } catch (const std::exception&) {
     refused = std::current_exception();
   }
-  std::optional<std::vector<double>> numbers = numbersOf(s);
   if (!numbers) std::rethrow_exception(refused);
-  matrix::unique_vxArray row(vxCreateDoubleMatrix(1, numbers->size(), vxREAL));
-  std::copy(numbers->begin(), numbers->end(), vxGetPr(row.get()));
-  return fromArray->convert(COSValue(row.get()));
+  try {
+    return numbersFirst ? asChars() : asNumbers();
+  } catch (const std::exception&) {
+    std::rethrow_exception(refused);
+  }
 }
 
 }  // namespace vcos::internal

@@ -1,9 +1,10 @@
 // The conversion from "asciiString" (a std::string word) to a type that has
-// a conversion from "any": the text becomes an array, then the value. The
-// text is tried as a char row first, so that names ("on", "red") and texts
-// reach the type as written; when the type refuses that, and the text reads
-// as numbers ("2.5", "[1 0 0]", "true"), as a double row. Made on demand by
-// the repository for each target type.
+// a conversion from "any": the text becomes an array, then the value, read
+// in the type's own text form. A text that reads as numbers ("5", "2.5",
+// "[1 0 0]", "true") goes as a double row first, unless the type is a text
+// type or has a closed list of names; names ("on", "red") and texts go as a
+// char row. When the type refuses the first form, the other is tried. Made
+// on demand by the repository for each target type.
 #pragma once
 
 #include "vcos/COSInternedBase.h"

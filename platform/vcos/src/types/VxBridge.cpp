@@ -2,6 +2,8 @@
 // that object arrays need (name, is-a, heterogeneous), and get and set of a
 // property of an array element by name through the public client path, with
 // the value converted between the property's type and an array.
+#include "vcos/BorrowedPropertyValue.h"
+#include "vcos/ConvertedValue.h"
 #include "vcos/src/class/ClassRegistry.h"
 #include "vcos/src/core/Messages.h"
 #include "foundation/core/except/Error.h"
@@ -12,7 +14,7 @@
 #include "vcos/COSTypeRepository.h"
 #include "vx/vxCreate.h"
 #include "vx/vxObjectStorage.h"
-#include "vx/vxProperty.h"
+#include "vcos/VxProperty.h"
 #include "vx/vxQuery.h"
 
 using foundation::core::except::Error;
@@ -47,13 +49,12 @@ void installArrayHooks() {
 
 namespace {
 
-COSInterface* elementAt(const vxArray* array, vxIndex index, const char* name) {
+COSInterface* elementAt(const vxArray* array, vxIndex index) {
   if (!array || !vxIsObject(array) || index >= vxGetNumberOfElements(array))
     throw Error(vcos::msg::InvalidHandle);
   COSInterface* o = vxGetObjectElements(array)[index].get();
   if (!o) throw Error(vcos::msg::InvalidHandle);
   o->checkValid();
-  (void)name;
   return o;
 }
 
@@ -75,40 +76,35 @@ COSTypeConversion* conversionFor(const COSDataTypePtr& type, bool toArray) {
 }  // namespace
 
 vxArray* vxGetProperty(const vxArray* array, vxIndex index, const char* propertyName) {
-  COSInterface* o = elementAt(array, index, propertyName);
-  COSPropInfo* p = propertyOf(o, propertyName);
-  COSDataTypePtr type = p->getDataType();
-  COSValue v = o->getPropertyValue(COSGetPublicClient(), p);
-  if (type->isVANTELArrayType()) {
-    // A property may lend the array it stores: the caller gets a copy of its
-    // own (sharing the data), and the value goes back as for any other type.
-    vxArray* value = v.asPointer<vxArray>();
-    vxArray* copy = value ? vxCreateSharedCopyNotOnArrayList(value) : nullptr;
-    o->releasePropertyValue(COSGetPublicClient(), p, v);
-    return copy;
-  }
-  struct Release {
-    COSInterface* o;
-    COSPropInfo* p;
-    COSValue v;
-    ~Release() { o->releasePropertyValue(COSGetPublicClient(), p, v); }
-  } release{o, p, v};
-  return conversionFor(type, /*toArray=*/true)->convert(v).asPointer<vxArray>();
+  COSInterface* o = elementAt(array, index);
+  return vxGetProperty(array, index, propertyOf(o, propertyName));
 }
 
 void vxSetProperty(vxArray* array, vxIndex index, const char* propertyName, const vxArray* value) {
-  COSInterface* o = elementAt(array, index, propertyName);
-  COSPropInfo* p = propertyOf(o, propertyName);
-  COSDataTypePtr type = p->getDataType();
+  COSInterface* o = elementAt(array, index);
+  vxSetProperty(array, index, propertyOf(o, propertyName), value);
+}
+
+vxArray* vxGetProperty(const vxArray* array, vxIndex index, const COSPropInfo* property) {
+  COSInterface* o = elementAt(array, index);
+  COSDataTypePtr type = property->getDataType();
+  const BorrowedPropertyValue v = BorrowedPropertyValue::read(o, COSGetPublicClient(), property);
   if (type->isVANTELArrayType()) {
-    o->setPropertyValue(COSGetPublicClient(), p, COSValue(value));
+    // A property may lend the array it stores: the caller gets a copy of its
+    // own (sharing the data), and the lent value goes back through the guard.
+    const vxArray* value = v.get().asPointer<const vxArray>();
+    return value ? vxCreateSharedCopyNotOnArrayList(value) : nullptr;
+  }
+  return conversionFor(type, /*toArray=*/true)->convert(v.get()).asPointer<vxArray>();
+}
+
+void vxSetProperty(vxArray* array, vxIndex index, const COSPropInfo* property, const vxArray* value) {
+  COSInterface* o = elementAt(array, index);
+  COSDataTypePtr type = property->getDataType();
+  if (type->isVANTELArrayType()) {
+    o->setPropertyValue(COSGetPublicClient(), property, COSValue(value));
     return;
   }
-  COSValue converted = conversionFor(type, /*toArray=*/false)->convert(COSValue(value));
-  struct Destroy {
-    const COSDataTypePtr& t;
-    COSValue v;
-    ~Destroy() { t->destroy(v); }
-  } destroy{type, converted};
-  o->setPropertyValue(COSGetPublicClient(), p, converted);
+  const ConvertedValue converted(type, conversionFor(type, /*toArray=*/false)->convert(COSValue(value)));
+  o->setPropertyValue(COSGetPublicClient(), property, converted.get());
 }

@@ -11,7 +11,6 @@
 #include "vx/vxFunctionHandleData.h"
 #include "vx/vxMemory.h"
 #include "vx/vxObjectStorage.h"
-#include "vx/vxProperty.h"
 #include "vx/vxQuery.h"
 #include "vx/vxStruct.h"
 #include "vx/vxText.h"

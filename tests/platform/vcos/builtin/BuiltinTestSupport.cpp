@@ -6,6 +6,7 @@
 #include "vcos/FunctionDispatcher.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
+#include "vcos/VxProperty.h"
 
 namespace bt {
 

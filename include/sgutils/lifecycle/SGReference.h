@@ -1,0 +1,71 @@
+// The data block at the root of every graphics object and of the lighter
+// reference objects: the object's own (weak) reference, its numeric handle
+// and the applying-defaults flag, with the stage hooks that a new object
+// passes through in order (Setup, CreationComplete, ApplyingDefaults,
+// DefaultsApplied; SetupFailed when construction fails).
+#pragma once
+
+#include <cstdint>
+
+#include "sgutils/lifecycle/CVObject.h"
+#include "sgutils/SgutilsExport.h"
+#include "sgutils/defaults/PropValuePairs.h"
+#include "vcos/COSInterfacePtr.h"
+
+class COSClass;
+struct vxArray;
+
+class SGUTILS_API SGReference : public CVObject {
+ public:
+  SGReference() noexcept = default;
+  SGReference(const SGReference&) = delete;
+  SGReference& operator=(const SGReference&) = delete;
+  virtual ~SGReference();
+
+  // Stage hooks. A chain of blocks runs its Setup base first; the others
+  // forward to the base only for a live object.
+  virtual void Setup(COSInterfacePtr object);
+  virtual void SetupFailed(COSInterfacePtr object);
+  virtual void CreationComplete(COSInterfacePtr object);
+  virtual void ApplyingDefaults(COSInterfacePtr object);
+  virtual void DefaultsApplied(COSInterfacePtr object, bool fromReset);
+  // Collects the defaults that apply under `parent` and sets them:
+  // ApplyingDefaults, the pairs, DefaultsApplied.
+  virtual void applyDefaultProperties(COSInterfacePtr parent, bool fromReset);
+
+  // The object itself, as a strong reference (null before allocation).
+  COSInterfacePtr getCOSReference() const { return COSInterfacePtr(cosReference_, COSStrongReference); }
+  // Stores a weak reference: the block never keeps its object alive.
+  void setCOSReference(const COSInterfacePtr& object) { cosReference_ = object.get(); }
+  COSInterface* getCOSObject() const noexcept { return cosReference_.get(); }
+
+  double getDoubleRef() const noexcept { return doubleRef_; }
+  void setDoubleRef(double value) noexcept { doubleRef_ = value; }
+  bool isApplyingDefaults() const noexcept { return applyingDefaults_ != 0; }
+
+  // Drops every default stored on this object.
+  void clearDefaultProperty();
+  // The names and values of the defaults that apply to this object under
+  // `parent`: the stores of the ancestors for this object's class, root
+  // first, so that a nearer ancestor's value comes later and wins.
+  sgutils::PropValuePairs getDefaultPropValuePairs(const COSInterfacePtr& parent);
+
+  // The process-wide AbortSet switch (false at first).
+  static bool getAbortSet() noexcept;
+  static void setAbortSet(bool value) noexcept;
+  static COSClass* getClassInstance();
+
+ protected:
+  void setApplyingDefaults(bool on) noexcept { applyingDefaults_ = on ? 1 : 0; }
+
+ private:
+  friend class SGHandle;
+  COSInterfacePtr cosReference_{nullptr, COSWeakReference};
+  double doubleRef_ = -1.0;
+  std::int32_t applyingDefaults_ = 1;
+};
+
+// Whether a stage hook may forward: a live object that is not being deleted.
+inline bool isLiveForHooks(const COSInterfacePtr& object) noexcept {
+  return object && !object->isDestroyed() && !object->isBeingDestroyed();
+}
