@@ -9,6 +9,8 @@
 #include "sgutils/objects/GraphicsPickable.gen.h"
 #include "sgutils/objects/GraphicsTheme.gen.h"
 #include "sgutils/objects/Mixin.gen.h"
+#include "sgutils/objects/NodeChildren.gen.h"
+#include "sgutils/objects/NodeParent.gen.h"
 #include "sgutils/objects/Selectable.gen.h"
 
 namespace sgutils {
@@ -25,6 +27,8 @@ const std::vector<ClassRegistrationFn>& registrations() {
       &registerBaseColorSchemeType, &generated::registerGraphicsTheme,
       &generated::registerGraphicsPickable,
       &generated::registerMixin,
+      &generated::registerNodeParent,
+      &generated::registerNodeChildren,
       &generated::registerSelectable,
   };
   return list;
