@@ -75,7 +75,7 @@ struct Forest {
       COSInterfacePtr box = make(kContainer, scope->root());
       ++size;
       for (std::size_t i = 0; i < 999; ++i, ++size)
-        make(kLeaf, box, i == 500 || i == 510 ? "needle" : "hay",
+        make(kLeaf, box, i == 501 || i == 510 ? "needle" : "hay",
              i % 10 == 0 ? HandleVisibility::Off : HandleVisibility::On);
     }
   }

@@ -72,10 +72,23 @@ COSInterfacePtr ChildManager::doGetChildren() {
 void ChildManager::collectChildrenDefault(ChildList& out) {
   COSInterfacePtr head = doGetChildren();
   if (!head) return;
-  for (COSIterator it(head.get(), IteratorChildren, IteratorForward); it.hasMoreElements();) {
-    COSInterfacePtr child = it.nextElement();
-    if (ChildStrategy::isChildHandleVisible(child)) out.push_back(std::move(child));
+  // Three passes: the chain (the objects lie together in the class
+  // system's pools); a tight loop that starts fetching the memory the test
+  // reads (data blocks scattered on the heap), where the independent loads
+  // overlap; then the test of each child, which finds that memory near.
+  const std::size_t start = out.size();
+  for (COSIterator it(head.get(), IteratorChildren, IteratorForward); it.hasMoreElements();)
+    out.push_back(it.nextElement());
+  const std::size_t end = out.size();
+  for (std::size_t i = start; i < end; ++i) ChildStrategy::prefetchVisibility(out[i].get());
+  std::size_t kept = start;
+  for (std::size_t i = start; i < end; ++i) {
+    if (ChildStrategy::isChildHandleVisible(out[i])) {
+      if (kept != i) out[kept] = std::move(out[i]);
+      ++kept;
+    }
   }
+  out.resize(kept);
 }
 
 vxArray* ChildManager::getChildList() {

@@ -3,8 +3,11 @@
 #include "sgutils/tree/ChildStrategy.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <unordered_set>
 
 #include "foundation/core/except/Error.h"
+#include "sgutils/propinfos/PropInfoBase.h"
 #include "sgutils/services/FormbenchFigureUtils.h"
 #include "sgutils/tree/ChildManager.h"
 #include "sgutils/tree/DefaultChildStrategy.h"
@@ -14,11 +17,13 @@
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/COSPropT.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
 #include "vcos/ObjectArray.h"
 #include "vx/vx.h"
 #include "vx/vxError.h"
+#include "vx/vxObjectStorage.h"
 
 namespace sgutils {
 
@@ -33,14 +38,24 @@ const COSID& placeholderId() {
 
 [[noreturn]] void raiseBadChildren() { throw Error("VANTEL:sg:BadChildren"); }
 
-// The visibility properties of the class seen last. Objects of one class
-// come in runs (the children of a container), so a walk looks the names up
-// once per run; the class tables live for the process.
+// The visibility properties of the classes seen last, so a walk looks the
+// names up once per run of objects of a class; the class tables live for
+// the process.
 struct VisibilityProps {
   const COSClass* cls = nullptr;
   const COSPropInfo* handleVisibility = nullptr;
   const COSPropInfo* internal = nullptr;
+  // The classes whose data blocks the two reads touch (for the prefetch).
+  COSID handleVisibilityBlock, internalBlock;
 };
+
+// The class whose block a property reads, where the kind of property tells.
+COSID blockClassOf(const COSPropInfo* property) {
+  if (!property) return {};
+  if (auto* p = dynamic_cast<const PropInfoBase*>(property)) return p->getClassID();
+  if (auto* p = dynamic_cast<const COSPropT*>(property)) return p->getClassID();
+  return {};
+}
 
 const COSID& handleVisibilityName() {
   static const COSID id("HandleVisibility");
@@ -54,12 +69,18 @@ const COSID& internalName() {
 const VisibilityProps& visibilityPropsOf(const COSInterface* object) {
   const COSID& handleVisibility = handleVisibilityName();
   const COSID& internal = internalName();
-  thread_local VisibilityProps last;
+  // One thread runs the class-object system. A few entries, picked by the
+  // class's address, so that the prefetch a few children ahead and the
+  // test of a container of mixed classes do not evict each other.
+  static VisibilityProps cache[8];
   const COSClass* cls = object->getClass();
+  VisibilityProps& last = cache[(reinterpret_cast<std::uintptr_t>(cls) >> 6) & 7];
   if (cls != last.cls) {
     last.cls = cls;
     last.handleVisibility = cls ? cls->findPropertyExact(handleVisibility) : nullptr;
     last.internal = cls ? cls->findPropertyExact(internal) : nullptr;
+    last.handleVisibilityBlock = blockClassOf(last.handleVisibility);
+    last.internalBlock = blockClassOf(last.internal);
   }
   return last;
 }
@@ -109,6 +130,13 @@ std::shared_ptr<ChildStrategy> ChildStrategy::createDefaultChildStrategy() {
   return std::make_shared<DefaultChildStrategy>();
 }
 
+void ChildStrategy::prefetchVisibility(const COSInterface* child) noexcept {
+  if (!child || child->isDestroyed()) return;
+  const VisibilityProps& props = visibilityPropsOf(child);
+  if (props.handleVisibilityBlock) __builtin_prefetch(child->getInstanceData(props.handleVisibilityBlock));
+  if (props.internalBlock) __builtin_prefetch(child->getInstanceData(props.internalBlock));
+}
+
 bool ChildStrategy::isChildHandleVisible(const COSInterfacePtr& child) {
   if (!child || child->isDestroyed()) return false;
   if (FormbenchFigureUtils::hasFormbenchFigureProperty(child)) return false;
@@ -143,10 +171,27 @@ bool ChildStrategy::isChildGBTObject(const COSInterfacePtr& child) {
 bool ChildStrategy::isChildNotGBTObject(const COSInterfacePtr& child) { return child && !isChildGBTObject(child); }
 
 bool ChildStrategy::isValidPermutation(const ChildList& newList, const ChildList& oldList) {
+  // Membership by identity; long lists are looked up through hash sets so
+  // that a reorder stays linear.
+  constexpr std::size_t kLinear = 32;
+  if (newList.size() <= kLinear && oldList.size() <= kLinear) {
+    for (const COSInterfacePtr& old : oldList)
+      if (isChildHandleVisible(old) && !contains(newList, old)) return false;
+    for (const COSInterfacePtr& item : newList)
+      if (!contains(oldList, item)) return false;
+    return true;
+  }
+  auto setOf = [](const ChildList& list) {
+    std::unordered_set<const COSInterface*> set(list.size() * 2);
+    for (const COSInterfacePtr& o : list) set.insert(o.get());
+    return set;
+  };
+  const auto inNew = setOf(newList);
   for (const COSInterfacePtr& old : oldList)
-    if (isChildHandleVisible(old) && !contains(newList, old)) return false;
+    if (isChildHandleVisible(old) && !inNew.contains(old.get())) return false;
+  const auto inOld = setOf(oldList);
   for (const COSInterfacePtr& item : newList)
-    if (!contains(oldList, item)) return false;
+    if (!inOld.contains(item.get())) return false;
   return true;
 }
 
@@ -193,7 +238,8 @@ Mprotected_vxArray ChildStrategy::convertToCOSArray(const vxArray* array) {
 vxArray* ChildStrategy::createVxArrayFromCOSInterfaceVector(const ChildList& list) {
   if (list.empty()) return omCreateVCOSEmpty(placeholderId());
   matrix::unique_vxArray result(omCreateVCOSMatrix(list.size(), 1, placeholderId()));
-  for (std::size_t i = 0; i < list.size(); ++i) omSetArrayElement(result.get(), i, list[i]);
+  COSInterfacePtr* out = vxGetObjectElements(result.get());
+  std::copy(list.begin(), list.end(), out);
   omSetClassOfHeterogeneousArray(result.get());
   return result.release();
 }
@@ -202,6 +248,7 @@ ChildList ChildStrategy::pushVxArrayEntriesIntoVector(const vxArray* array) {
   ChildList list;
   if (!array || vxIsEmpty(array)) return list;
   if (!omIsVCOS(array)) raiseBadChildren();
+  list.reserve(vxGetNumberOfElements(array));
   for (std::size_t i = 0; i < vxGetNumberOfElements(array); ++i) list.push_back(omGetArrayElement(array, i));
   return list;
 }
@@ -231,6 +278,44 @@ bool DefaultChildStrategy::isShowHiddenHandlesOn() {
   return readRaw(root.get(), property, [](COSValue v) { return v.word() != 0; });
 }
 
+namespace {
+
+// The value that unhooks a child: an empty placeholder array, made once
+// (it holds no object, and a setter only borrows it).
+const vxArray* unhookedValue() {
+  static vxArray* const value = [] {
+    vxArray* a = omCreateVCOSEmpty(placeholderId());
+    vxSetArrayScope(a, vxSCOPE_PERSISTENT);
+    return a;
+  }();
+  return value;
+}
+
+// The owner value of the rehooking under way, made once per pass rather
+// than once per child.
+struct OwnerValue {
+  const COSInterface* owner = nullptr;
+  const vxArray* value = nullptr;
+};
+OwnerValue currentOwner;
+
+class OwnerValueScope {
+ public:
+  explicit OwnerValueScope(const COSInterfacePtr& owner)
+      : saved_(currentOwner), value_(owner ? omCreateVCOSScalar(owner) : nullptr) {
+    if (value_) currentOwner = {owner.get(), value_.get()};
+  }
+  ~OwnerValueScope() { currentOwner = saved_; }
+  OwnerValueScope(const OwnerValueScope&) = delete;
+  OwnerValueScope& operator=(const OwnerValueScope&) = delete;
+
+ private:
+  OwnerValue saved_;
+  matrix::unique_vxArray value_;
+};
+
+}  // namespace
+
 void DefaultChildStrategy::unhookChildrenFromTree(const ChildManager* manager, const ChildList& list) {
   const COSInterfacePtr owner = manager->getOwnerObject();  // held for the whole step
   for (const COSInterfacePtr& child : list)
@@ -242,15 +327,20 @@ void DefaultChildStrategy::processChildUnhooking(const ChildManager*, const COSI
   static const COSID parent("Parent");
   COSPropInfo* property = child->findPropertyInfo(parent);
   if (!property) return;
-  Mprotected_vxArray none(omCreateVCOSEmpty(placeholderId()), true);
-  property->setValue(child.get(), COSValue(none.get()));
+  property->setValue(child.get(), COSValue(unhookedValue()));
 }
 
 void DefaultChildStrategy::processChildRehooking(const ChildManager* manager, const COSInterfacePtr& child) {
   if (!child || child->isDestroyed()) return;
   static const COSID parent("Parent");
-  Mprotected_vxArray owner(omCreateVCOSScalar(manager->getOwnerObject()), true);
-  child->findPropertyInfo(parent)->setValue(child.get(), COSValue(owner.get()));
+  const COSInterfacePtr owner = manager->getOwnerObject();
+  Mprotected_vxArray made;
+  const vxArray* value = currentOwner.value;
+  if (!value || currentOwner.owner != owner.get()) {
+    made.reset(omCreateVCOSScalar(owner));
+    value = made.get();
+  }
+  child->findPropertyInfo(parent)->setValue(child.get(), COSValue(value));
 }
 
 bool DefaultChildStrategy::preValidate(const ChildManager* manager) { return manager->validate(); }
@@ -258,6 +348,7 @@ bool DefaultChildStrategy::preValidate(const ChildManager* manager) { return man
 void DefaultChildStrategy::postProcess(const ChildManager*) {}
 
 void DefaultChildStrategy::rehookChildrenToParent(const ChildManager* manager, const ChildList& list) {
+  const OwnerValueScope ownerValue(manager->getOwnerObject());
   for (auto it = list.rbegin(); it != list.rend(); ++it) processChildRehooking(manager, *it);
 }
 

@@ -47,6 +47,9 @@ class SGUTILS_API ChildStrategy {
   // array raises "VANTEL:sg:BadChildren".
   static ChildList pushVxArrayEntriesIntoVector(const vxArray* array);
   static bool isChildHandleVisible(const COSInterfacePtr& child);
+  // Starts fetching the memory that isChildHandleVisible reads for `child`,
+  // for a walk that tests a few children ahead.
+  static void prefetchVisibility(const COSInterface* child) noexcept;
   // Whether the child's "Serializable" is on (false without the property).
   static bool isChildSerializable(const COSInterfacePtr& child);
 

@@ -95,13 +95,15 @@ TEST_F(Children, HiddenChildrenShowOnlyWhenTheRulesLetThem) {
   }
   EXPECT_EQ(publicChildren(box), (List{c}));
 
-  // The root's ShowHiddenHandles, through its guard, which puts it back.
+  // The root's ShowHiddenHandles, which this container's Children honour,
+  // through its guard, which puts it back.
   {
     sgutils::ScopeShowHiddenHandlesOn on;
-    EXPECT_TRUE(rootOf(scope.root()).getShowHiddenHandles());
     EXPECT_TRUE(sgutils::DefaultChildStrategy::isShowHiddenHandlesOn());
+    EXPECT_EQ(publicChildren(box), (List{c, b, a}));
   }
   EXPECT_FALSE(rootOf(scope.root()).getShowHiddenHandles());
+  EXPECT_EQ(publicChildren(box), (List{c}));
 
   // An Internal child is no child at all, under every switch.
   matrix::unique_vxArray self(omCreateVCOSScalar(c));
