@@ -6,6 +6,7 @@
 
 #include "fixtures/sgutils/tree/TreeClasses.h"
 #include "foundation/core/except/Error.h"
+#include "foundation/core/except/WarningChannel.h"
 #include "sgutils/tree/DefaultChildStrategy.h"
 #include "sgutils/tree/RootInstance.h"
 #include "sgutils/tree/ScopeShowHiddenHandlesOn.h"
@@ -200,6 +201,23 @@ TEST_F(Children, ABadListRaisesAndLeavesTheOrderAsItWas) {
   EXPECT_EQ(errorId([&] { setChildren(List{a, b, c}); }), "VANTEL:sg:BadChildren");
   EXPECT_EQ(manager.undo, 3);
   EXPECT_FALSE(manager.isInChildrenReordering());
+}
+
+TEST_F(Children, AComponentBehindAnOrdinaryChildOnlyWarnsAndMovesNothing) {
+  COSInterfacePtr component = make(kComponent, box);
+  const List before{component, c, b, a};
+  ASSERT_EQ(publicChildren(box), before);
+  auto& warnings = foundation::core::except::WarningChannel::instance();
+  warnings.setLast("", "");
+  auto quiet = warnings.setSink([](std::string_view) {});
+  setChildren(List{a, component, b, c});
+  warnings.setSink(quiet);
+  EXPECT_EQ(warnings.lastId(), "VANTEL:sg:default_child_strategy:IllegalPermutation");
+  EXPECT_EQ(publicChildren(box), before);
+  EXPECT_EQ(childrenOf(box).post, 1);  // a normal return: the hook after the set ran
+  // Components first is a legal order.
+  setChildren(List{component, a, b, c});
+  EXPECT_EQ(publicChildren(box), (List{component, a, b, c}));
 }
 
 TEST_F(Children, HiddenChildrenMayBeLeftOutAndEndAtTheOldEnd) {
