@@ -12,6 +12,7 @@
 #include "sgutils/classinfo/ResetMI.h"
 #include "sgutils/classinfo/RootClassInfo.h"
 #include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/tree/FindobjMI.h"
 #include "sgutils/classinfo/SGHandleClassInfo.h"
 #include "sgutils/lifecycle/SGPropHandler.h"
 #include "sgutils/classinfo/SGPropHandlerClassInfo.h"
@@ -176,6 +177,7 @@ void SGHandleClassInfo::addMembers(COSClass* cls) {
   const COSID me = cls->getID();
   cls->addMethod(new GetGraphicsPlaceholderMI(me));
   cls->addMethod(new ResetMI(me));
+  cls->addMethod(new sgutils::FindobjMI(me));
   cls->addEvent(new ResetEI);
 }
 
