@@ -2,11 +2,13 @@
 // memory, W2 set by name, W3 get by name, W4 typed setters, W5 find. Copy
 // (W6) and save/load (W7) wait for the library's copy and save. Prints one
 // "sg <workload> <value> <unit>" line per result; with --check it runs the
-// checks instead (exit 2 when one fails).
+// checks instead (exit 2 when one fails); with --profile create|set|typed|
+// get|find it runs that one workload once, smaller and untimed.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
+#include <string>
 
 #include "AnchorNode.h"
 #include "Measure.h"
@@ -162,12 +164,40 @@ int runBenchmarks() {
   return 0;
 }
 
+// One workload once at a tenth of its size, untimed: for instruction
+// counts under a profiler (valgrind --tool=callgrind).
+int runProfile(const char* which) {
+  anchorNodeClass();
+  const std::string w = which;
+  COSInterfacePtr root = buildTree(w == "create" ? kContainers / 10 : kContainers, kLeaves);
+  markSelected(root.get());
+  COSInterface* leaf = childAt(childAt(root.get(), 0), 1);
+  matrix::unique_vxArray self(omCreateVCOSScalar(COSInterfacePtr(leaf)));
+  matrix::unique_vxArray on(vxCreateLogicalScalar(true)), off(vxCreateLogicalScalar(false));
+  const vxArray* boolV[2] = {off.get(), on.get()};
+  long long acc = 0;
+  for (int i = 0; i < kOps / 10; ++i) {
+    if (w == "set") vxSetProperty(self.get(), 0, "Selected", boolV[i & 1]);
+    if (w == "typed") nodeData(leaf).setSelected(i & 1, graphics::datatype::PublicClient);
+    if (w == "get") {
+      vxArray* v = vxGetProperty(self.get(), 0, "Selected");
+      acc += isOn(v);
+      vxDestroyArray(v);
+    }
+  }
+  if (w == "find") acc += static_cast<long long>(findSelectedByName(root.get()));
+  sink = acc;
+  destroyTree(root);
+  return 0;
+}
+
 }  // namespace
 }  // namespace sgbench
 
 int main(int argc, char** argv) {
   try {
     if (argc > 1 && std::strcmp(argv[1], "--check") == 0) return runChecks();
+    if (argc > 2 && std::strcmp(argv[1], "--profile") == 0) return sgbench::runProfile(argv[2]);
     return sgbench::runBenchmarks();
   } catch (const std::exception& e) {
     std::fprintf(stderr, "sg bench: %s\n", e.what());

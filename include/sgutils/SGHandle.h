@@ -50,8 +50,10 @@ class SGUTILS_API SGHandle : public SGReference {
   bool getLoadedFromFile() const noexcept { return loadedFromFile_; }
   void setLoadedFromFile(bool value) noexcept { loadedFromFile_ = value; }
 
-  // The stored struct (borrowed; never null).
-  const vxArray* getApplicationData() const noexcept { return applicationData_; }
+  // The stored struct (borrowed; never null). The empty struct that a new
+  // object holds is made on first read, so objects whose application data
+  // nobody reads carry none.
+  const vxArray* getApplicationData() const;
   // Stores a copy of a struct or object-holding array; anything else, null
   // included, stores an empty 1-by-1 struct. The same pointer is a no-op.
   void setApplicationData(const vxArray* value);
@@ -87,7 +89,7 @@ class SGUTILS_API SGHandle : public SGReference {
 
  private:
   bool internal_ = false;
-  vxArray* applicationData_ = nullptr;
+  mutable vxArray* applicationData_ = nullptr;
   vxArray* serializableApplicationData_ = nullptr;
   bool isRequiredChild_ = false;
   vxArray* defaultProps_ = nullptr;

@@ -70,7 +70,7 @@ void installCreateFcnListener() {
 
 }  // namespace
 
-SGHandle::SGHandle() : applicationData_(emptyStoredStruct()) { installCreateFcnListener(); }
+SGHandle::SGHandle() { installCreateFcnListener(); }
 
 SGHandle::~SGHandle() {
   vxArray* live = applicationData_;
@@ -101,6 +101,11 @@ vxArray* SGHandle::getDeserializedChildren() { return nullptr; }
 const COSClient* SGHandle::getPrivateClient() { return COSGetPublicClient(); }
 void SGHandle::doLoadObj() {}
 
+const vxArray* SGHandle::getApplicationData() const {
+  if (!applicationData_) applicationData_ = emptyStoredStruct();
+  return applicationData_;
+}
+
 void SGHandle::setApplicationData(const vxArray* value) {
   if (value == applicationData_) return;
   vxArray* old = applicationData_;
@@ -111,7 +116,7 @@ void SGHandle::setApplicationData(const vxArray* value) {
 const vxArray* SGHandle::getSerializableApplicationData() {
   if (serializableApplicationData_ != applicationData_) destroyStored(serializableApplicationData_);
   serializableApplicationData_ = nullptr;
-  vxArray* copy = vxCreateSharedCopyNotOnArrayList(applicationData_);
+  vxArray* copy = vxCreateSharedCopyNotOnArrayList(getApplicationData());
   vxSetArrayScope(copy, vxSCOPE_PERSISTENT);
   serializableApplicationData_ = copy;
   return copy;
