@@ -32,19 +32,20 @@ const COSID& instanceCreatedId() {
 COSInterfacePtr makeInstance(COSClass* cls, void* ownBlock) {
   ClassTables& t = cls->tables();
   assert(t.state == ClassTables::State::Ready && "instances need a built class");
-  auto* o = new COSObject();
+  std::size_t n = t.ancestry.size();
+  COSObject* o = COSObject::make(n);
   COSInterfacePtr ref(o);
   ObjectOps::setClass(o, cls);
-  std::size_t n = t.ancestry.size();
+  const bool ownArray = n > o->inlineCapacity();
   void** storage = o->inlineBlocks();
-  if (n > COSObject::kInlineBlocks) {
+  if (ownArray) {
     storage = ObjectOps::newBlockArray(n);
     ObjectOps::setState(o, ObjectOps::heapBlocksBit());
   }
   try {
     ObjectOps::allocateBlocks(o, cls, storage, ownBlock);
   } catch (...) {
-    if (n > COSObject::kInlineBlocks) ObjectOps::freeBlockArray(storage, n);
+    if (ownArray) ObjectOps::freeBlockArray(storage, n);
     // Never alive: dropping the reference must not run deletion.
     ObjectOps::setState(o, ObjectOps::destroyedBit());
     throw;
