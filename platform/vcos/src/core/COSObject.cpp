@@ -17,6 +17,7 @@ COSObject* COSObject::make(std::size_t blocks) {
   // Plain instances (built-in classes, meta objects) have short ancestries;
   // graphics objects have about ten classes.
   if (blocks <= 6) return new COSObjectWith<6>();
+  if (blocks <= 9) return new COSObjectWith<9>();
   if (blocks <= 10) return new COSObjectWith<10>();
   return new COSObjectWith<14>();
 }
