@@ -88,11 +88,12 @@ class SGUTILS_API SGHandle : public SGReference {
   static bool isBeingDeleted(const COSInterface* object) noexcept;
 
  private:
-  bool internal_ = false;
+  // Pointers first, then the flags together: no padding between them.
   mutable vxArray* applicationData_ = nullptr;
   vxArray* serializableApplicationData_ = nullptr;
-  bool isRequiredChild_ = false;
   vxArray* defaultProps_ = nullptr;
+  bool internal_ = false;
+  bool isRequiredChild_ = false;
   bool fanoutsHonorModes_ = false;
   bool loadedFromFile_ = false;
 };

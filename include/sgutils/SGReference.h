@@ -67,9 +67,11 @@ class SGUTILS_API SGReference : public CVObject {
 
  private:
   friend class SGHandle;
+  // The 4-byte flag first, beside the base's 4-byte value: no padding, so
+  // every block is 8 bytes smaller.
+  std::int32_t applyingDefaults_ = 1;
   COSInterfacePtr cosReference_{nullptr, COSWeakReference};
   double doubleRef_ = -1.0;
-  std::int32_t applyingDefaults_ = 1;
 };
 
 // Whether a stage hook may forward: a live object that is not being deleted.
