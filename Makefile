@@ -3,6 +3,7 @@
 #               tour (examples/tour.sg) with sgsh
 #   make test   set everything up, build, run all tests
 # Further: make test-asan (tests under AddressSanitizer + UBSan), make bench,
+# make bench-anchors (the cross-system workloads and their ratios to Qt 5),
 # make install PREFIX=..., make clean.
 
 BUILD      ?= build
@@ -17,7 +18,7 @@ DEB_PACKAGES := cmake ninja-build g++ pkg-config ccache python3 \
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
-.PHONY: all deps build demo test test-unit test-install test-asan bench install clean
+.PHONY: all deps build demo test test-unit test-install test-asan bench bench-anchors install clean
 
 all: build
 
@@ -63,6 +64,16 @@ bench: deps
 	cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DSG_BUILD_TESTS=OFF $(CMAKE_FLAGS)
 	cmake --build $(BENCH_BUILD) -j $(JOBS) --target sgbench
 	./$(BENCH_BUILD)/bench/sgbench $(BENCH_ARGS)
+
+# The cross-system workloads: the Qt 5 and GObject anchors (ANCHORS, whose
+# run_all.sh --install sets up their packages) and our port, one after the
+# other, ANCHOR_RUNS times; prints the medians and the ratios to Qt 5.
+ANCHORS ?= $(CURDIR)/../shared/perf-anchors
+ANCHOR_RUNS ?= 1
+bench-anchors: deps
+	cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DSG_BUILD_TESTS=OFF $(CMAKE_FLAGS)
+	cmake --build $(BENCH_BUILD) -j $(JOBS) --target sg_anchor_workloads
+	bench/anchors/run_anchors.sh $(ANCHORS) ./$(BENCH_BUILD)/bench/anchors/sg_anchor_workloads $(ANCHOR_RUNS)
 
 install: build
 	cmake --install $(BUILD) --prefix $(PREFIX)

@@ -34,6 +34,7 @@
 #include "foundation/core/except/Error.h"
 #include "vcos/COSNamespaceInfo.h"
 #include "vcos/COSPackage.h"
+#include "vx/vxCreate.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSFunctionConversion.h"
 #include "vcos/COSTypeRepository.h"
@@ -100,6 +101,12 @@ COSDataTypePtr registerEnumeration(const char* name, const EnumerationDescriptio
   return type;
 }
 
+// An array kept for the life of the process.
+vxArray* keptArray(vxArray* array) {
+  vxSetArrayScope(array, vxSCOPE_PERSISTENT);
+  return array;
+}
+
 template <class E>
 void registerEnumerationType(const char* name) {
   registerEnumeration(name, EnumerationTraits<E>::description, Track::Yes);
@@ -108,7 +115,13 @@ void registerEnumerationType(const char* name) {
 void registerTypes() {
   register_datatype(new detail::OnOffType);
   addConversion("any", kOnOffType, [](COSValue v) { return COSValue::fromBool(isOn(onOffFromArray(arrayOf(v)))); });
-  addConversion(kOnOffType, "any", [](COSValue v) { return COSValue(enumerationToArray(toOnOff(v.asBool()))); });
+  addConversion(kOnOffType, "any", [](COSValue v) {
+    // Reads ask for these two texts all the time: each read gets a shared
+    // copy of a kept array instead of a new text.
+    static vxArray* const texts[2] = {keptArray(enumerationToArray(toOnOff(false))),
+                                      keptArray(enumerationToArray(toOnOff(true)))};
+    return COSValue(vxCreateSharedDataCopy(texts[v.asBool() ? 1 : 0]));
+  });
 
   registerEnumerationType<AutoManual>(kAutoManualType);
   registerEnumerationType<HandleVisibility>(kHandleVisibilityType);

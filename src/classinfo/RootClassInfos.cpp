@@ -137,6 +137,46 @@ constexpr RootClassRow kStorageRow = {
 
 void* asBlock(SGReference* block) { return static_cast<void*>(block); }
 
+const COSID& referenceObjectId() {
+  static const COSID id("vantel.graphics.internal.ReferenceObject");
+  return id;
+}
+
+// Whether objects of `cls` have a Graphics block. Their ReferenceObject slot
+// holds that block too rather than a block of its own: the Graphics block is
+// an SGReference with the same state. Asked for every new object, so the
+// answer for the last class is kept.
+bool carriesGraphicsBlock(const COSClass* cls) {
+  struct Last {
+    const COSClass* cls = nullptr;
+    bool graphics = false;
+  };
+  thread_local Last last;
+  if (cls != last.cls) {
+    static const COSID graphicsId("vantel.graphics.Graphics");
+    last = {cls, cls->getID() == graphicsId || cls->isSubclassOf(graphicsId)};
+  }
+  return last.graphics;
+}
+
+// The Graphics block of a new object: a concrete class with its own SGHandle
+// subclass makes it. The cross-cast is remembered for the last class info
+// seen (class infos live for the process), since objects of one class tend
+// to come in runs.
+SGHandle* makeGraphicsBlock(COSInterface* instance) {
+  struct LastFactory {
+    const COSClassInfo* info = nullptr;
+    SGHandleBlockFactory* factory = nullptr;
+  };
+  thread_local LastFactory last;
+  const COSClassInfo* info = instance->getClass()->getClassInfo();
+  if (info != last.info) last = {info, dynamic_cast<SGHandleBlockFactory*>(const_cast<COSClassInfo*>(info))};
+  SGHandle* block = last.factory ? last.factory->createHandleBlock() : new SGHandle;
+  if (COSClass* graphics = SGHandle::getClassInstance()) graphics->notifyInstanceAllocated(instance);
+  block->setCOSReference(COSInterfacePtr(instance, COSWeakReference));
+  return block;
+}
+
 }  // namespace
 
 const char* const* sgutils::graphicsAllowedSubclasses(std::size_t& count) noexcept {
@@ -182,24 +222,15 @@ void SGHandleClassInfo::addMembers(COSClass* cls) {
 }
 
 void* SGHandleClassInfo::allocateInstance(COSInterface* instance) {
-  // A concrete class with its own SGHandle subclass makes the block. The
-  // cross-cast is remembered for the last class info seen (class infos live
-  // for the process), since objects of one class tend to come in runs.
-  struct LastFactory {
-    const COSClassInfo* info = nullptr;
-    SGHandleBlockFactory* factory = nullptr;
-  };
-  thread_local LastFactory last;
-  const COSClassInfo* info = instance->getClass()->getClassInfo();
-  if (info != last.info) last = {info, dynamic_cast<SGHandleBlockFactory*>(const_cast<COSClassInfo*>(info))};
-  SGHandle* block = last.factory ? last.factory->createHandleBlock() : new SGHandle;
-  if (COSClass* graphics = SGHandle::getClassInstance()) graphics->notifyInstanceAllocated(instance);
-  block->setCOSReference(COSInterfacePtr(instance, COSWeakReference));
-  return asBlock(block);
+  // Made already for the ReferenceObject slot (blocks are made base first).
+  if (carriesGraphicsBlock(instance->getClass()))
+    if (void* shared = instance->getInstanceData(referenceObjectId())) return shared;
+  return asBlock(makeGraphicsBlock(instance));
 }
 
-void SGHandleClassInfo::deallocateInstance(COSInterface*, void* data) {
-  if (data) delete static_cast<SGReference*>(data);
+void SGHandleClassInfo::deallocateInstance(COSInterface* instance, void* data) {
+  // A block shared with the ReferenceObject slot goes with that slot.
+  if (data && instance->getInstanceData(referenceObjectId()) != data) delete static_cast<SGReference*>(data);
 }
 
 // ---- GraphicsPlaceholder
@@ -213,6 +244,7 @@ bool GraphicsPlaceholderCI::willAllocateData() const { return false; }
 
 SGReferenceClassInfo::SGReferenceClassInfo() noexcept : RootClassInfo(kReferenceRow) {}
 void* SGReferenceClassInfo::allocateInstance(COSInterface* instance) {
+  if (carriesGraphicsBlock(instance->getClass())) return asBlock(makeGraphicsBlock(instance));
   auto* block = new SGReference;
   block->setCOSReference(COSInterfacePtr(instance, COSWeakReference));
   return asBlock(block);

@@ -71,7 +71,7 @@ void installCreateFcnListener() {
 
 }  // namespace
 
-SGHandle::SGHandle() : applicationData_(emptyStoredStruct()) { installCreateFcnListener(); }
+SGHandle::SGHandle() { installCreateFcnListener(); }
 
 SGHandle::~SGHandle() {
   vxArray* live = applicationData_;
@@ -102,6 +102,11 @@ vxArray* SGHandle::getDeserializedChildren() { return nullptr; }
 const COSClient* SGHandle::getPrivateClient() { return COSGetPublicClient(); }
 void SGHandle::doLoadObj() {}
 
+const vxArray* SGHandle::getApplicationData() const {
+  if (!applicationData_) applicationData_ = emptyStoredStruct();
+  return applicationData_;
+}
+
 void SGHandle::setApplicationData(const vxArray* value) {
   if (value == applicationData_) return;
   vxArray* old = applicationData_;
@@ -114,6 +119,7 @@ const vxArray* SGHandle::getSerializableApplicationData() {
   serializableApplicationData_ = nullptr;
   // The form a file keeps: handles of the older object layer turned to their
   // marked numbers. The conversion is a new array only when it changed any.
+  getApplicationData();  // made on first read
   vxArray* converted = sgutils::UDDConverter::convertUDDToHandles(applicationData_);
   matrix::unique_vxArray temporary(converted != applicationData_ ? converted : nullptr);
   vxArray* copy = vxCreateSharedCopyNotOnArrayList(converted);

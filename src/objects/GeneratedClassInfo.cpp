@@ -21,9 +21,12 @@ void GeneratedBlock::doPostSet(COSInterfacePtr object, COSPropInfo* property, bo
   if (SGHandle* handle = toSGHandle(object)) handle->doPostSet(object, property, limitsDirty, objectDirty);
 }
 
-void* GeneratedClassInfo::allocateInstance(COSInterface* instance) {
+const GeneratedClassInfo::BlockPlan& GeneratedClassInfo::planFor(COSClass* cls) {
+  if (lastPlan_ < plans_.size() && plans_[lastPlan_].cls == cls) return plans_[lastPlan_];
+  for (std::size_t i = 0; i < plans_.size(); ++i)
+    if (plans_[i].cls == cls) return plans_[lastPlan_ = i];
   const COSID me = ownClassID();
-  const std::vector<COSClass*>& ancestry = instance->getClass()->getAncestry();
+  const std::vector<COSClass*>& ancestry = cls->getAncestry();
   // The ancestry lists a derived class before its bases, so the first
   // generated class that holds this class's data is the most derived one.
   GeneratedClassInfo* owner = this;
@@ -34,19 +37,26 @@ void* GeneratedClassInfo::allocateInstance(COSInterface* instance) {
       break;
     }
   }
+  BlockPlan plan{cls, owner, owner->ownClassID(), {}};
+  for (COSClass* c : ancestry)
+    if (c->getID() != me && owner->blockContains(c->getID())) plan.sharers.push_back(c->getID());
+  plans_.push_back(std::move(plan));
+  return plans_[lastPlan_ = plans_.size() - 1];
+}
+
+void* GeneratedClassInfo::allocateInstance(COSInterface* instance) {
+  const BlockPlan& plan = planFor(instance->getClass());
   // Blocks are made base first: a generated ancestor may have made the
   // owner's block already.
-  const COSID ownerId = owner->ownClassID();
-  for (COSClass* c : ancestry) {
-    if (c->getID() == me || !owner->blockContains(c->getID())) continue;
-    void* slot = instance->getInstanceData(c->getID());
+  for (COSID id : plan.sharers) {
+    void* slot = instance->getInstanceData(id);
     if (!slot) continue;
     auto* block = static_cast<GeneratedBlock*>(static_cast<SGReference*>(slot));
-    if (block->blockClassID() != ownerId) continue;
+    if (block->blockClassID() != plan.ownerId) continue;
     ++block->sharedSlots_;
     return slot;
   }
-  GeneratedBlock* block = owner->newBlock();
+  GeneratedBlock* block = plan.owner->newBlock();
   // A weak reference: the block never keeps its object alive.
   block->setCOSReference(COSInterfacePtr(instance, COSWeakReference));
   block->sharedSlots_ = 1;

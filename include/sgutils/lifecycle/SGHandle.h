@@ -50,8 +50,10 @@ class SGUTILS_API SGHandle : public SGReference {
   bool getLoadedFromFile() const noexcept { return loadedFromFile_; }
   void setLoadedFromFile(bool value) noexcept { loadedFromFile_ = value; }
 
-  // The stored struct (borrowed; never null).
-  const vxArray* getApplicationData() const noexcept { return applicationData_; }
+  // The stored struct (borrowed; never null). The empty struct that a new
+  // object holds is made on first read, so objects whose application data
+  // nobody reads carry none.
+  const vxArray* getApplicationData() const;
   // Stores a copy of a struct or object-holding array; anything else, null
   // included, stores an empty 1-by-1 struct. The same pointer is a no-op.
   void setApplicationData(const vxArray* value);
@@ -86,11 +88,12 @@ class SGUTILS_API SGHandle : public SGReference {
   static bool isBeingDeleted(const COSInterface* object) noexcept;
 
  private:
-  bool internal_ = false;
-  vxArray* applicationData_ = nullptr;
+  // Pointers first, then the flags together: no padding between them.
+  mutable vxArray* applicationData_ = nullptr;
   vxArray* serializableApplicationData_ = nullptr;
-  bool isRequiredChild_ = false;
   vxArray* defaultProps_ = nullptr;
+  bool internal_ = false;
+  bool isRequiredChild_ = false;
   bool fanoutsHonorModes_ = false;
   bool loadedFromFile_ = false;
 };

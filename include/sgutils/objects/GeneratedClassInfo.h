@@ -1,7 +1,8 @@
 // The base of the class infos of generated classes. It makes the data block:
 // the block of the object's most derived generated class that contains this
 // class's data, made once and shared by the slots of its generated
-// ancestors, and freed with the last of them. It also holds the steps that
+// ancestors, and freed with the last of them. Which block that is depends on
+// the object's class only, so it is worked out once per class. It also holds the steps that
 // every generated initializeClass takes: the sealing to a closed list of
 // subclasses, and the note of each property name the class adds.
 #pragma once
@@ -42,7 +43,21 @@ class SGUTILS_API GeneratedClassInfo : public BaseObjectCOSInfo {
   virtual void propertyNameAdded(COSID name);
 
  private:
+  // What allocateInstance needs to know about the objects of one class, found
+  // on the first object of that class: the generated class whose block holds
+  // this class's data, and the classes of the ancestry whose slots may
+  // already hold that block.
+  struct BlockPlan {
+    COSClass* cls;
+    GeneratedClassInfo* owner;
+    COSID ownerId;
+    std::vector<COSID> sharers;
+  };
+  const BlockPlan& planFor(COSClass* cls);
+
   std::vector<COSID> addedNames_;
+  std::vector<BlockPlan> plans_;
+  std::size_t lastPlan_ = 0;
 };
 
 }  // namespace sgutils

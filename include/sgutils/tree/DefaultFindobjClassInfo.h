@@ -18,6 +18,18 @@ class SGUTILS_API DefaultFindobjClassInfo : public COSClassInfo {
   static void setFindAllObjects(bool on) noexcept;
   static bool getFindAllObjects() noexcept;
 
+  // Turns the find-all flag on for a scope and restores it on every exit.
+  class FindAllScope {
+   public:
+    FindAllScope() noexcept : saved_(getFindAllObjects()) { setFindAllObjects(true); }
+    ~FindAllScope() { setFindAllObjects(saved_); }
+    FindAllScope(const FindAllScope&) = delete;
+    FindAllScope& operator=(const FindAllScope&) = delete;
+
+   private:
+    bool saved_;
+  };
+
   bool usesCustomChildrenList() const override;
   // Appends the object's "Children" (newest first); none when the object
   // has no such property or is deleted meanwhile.

@@ -2,11 +2,18 @@
 // C++ line of generated classes, the class lookup, and the registration.
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "PropertyModelClasses.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/objects/Mixin.gen.h"
+#include "sgutils/tree/DefaultFindobjClassInfo.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSMethodInfo.h"
 #include "vcos/COSMethodSignature.h"
+#include "vcos/Findobj.h"
+#include "vcos/ObjectArray.h"
+#include "vx/vx.h"
 
 namespace sgtest::propmodel {
 namespace {
@@ -44,6 +51,45 @@ TEST(GeneratedClass, ConstructorTakesAnyInputsAndGivesTheClass) {
   EXPECT_EQ(signature->getInputs()[0].type.getID(), COSID("any"));
   ASSERT_EQ(signature->getOutputs().size(), 1u);
   EXPECT_EQ(signature->getOutputs()[0].type.getID(), Selectable::classID());
+}
+
+// A graphics object keeps one block for the ReferenceObject and Graphics
+// slots; deleting the object frees it once (checked under the sanitizers).
+TEST(GeneratedClass, TheReferenceSlotOfAGraphicsObjectIsItsGraphicsBlock) {
+  COSInterfacePtr object = makeObject(kSelectableClass);
+  void* graphics = object->getInstanceData(COSID("vantel.graphics.Graphics"));
+  ASSERT_NE(graphics, nullptr);
+  EXPECT_EQ(object->getInstanceData(COSID("vantel.graphics.internal.ReferenceObject")), graphics);
+  EXPECT_EQ(SGHandle::fromObject(object.get())->getCOSObject(), object.get());
+  ASSERT_NE(SGHandle::fromObject(object.get())->getApplicationData(), nullptr) << "made on first read";
+  object->deleteObject(COSGetPublicClient());
+  EXPECT_TRUE(object->isDestroyed());
+}
+
+// findobj with the value given as text against an on/off property: each
+// distinct value is turned into text once, and every object still gets the
+// answer its own value gives, whatever the case of the text.
+TEST(GeneratedClass, FindobjMatchesAnOnOffPropertyGivenAsText) {
+  COSInterfacePtr root = makeObject(kSelectableClass);
+  for (int i = 0; i < 12; ++i) {
+    COSInterfacePtr child = makeObject(kSelectableClass);
+    publicSet(child, "Selected", COSValue::fromBool(i % 3 == 0));
+    root->hookChild(child.get());
+  }
+  matrix::unique_vxArray start(omCreateVCOSScalar(root));
+  // The test class has no Children: the search walks the raw tree.
+  const sgutils::DefaultFindobjClassInfo::FindAllScope rawTree;
+  auto count = [&](const char* value) {
+    matrix::unique_vxArray name(vxCreateString("Selected")), text(vxCreateString(value));
+    const vxArray* args[] = {name.get(), text.get()};
+    matrix::unique_vxArray found(vcos::findobj(start.get(), 2, args));
+    return vxGetNumberOfElements(found.get());
+  };
+  EXPECT_EQ(count("on"), 4u);
+  EXPECT_EQ(count("ON"), 4u);
+  EXPECT_EQ(count("off"), 9u) << "the root is off too";
+  EXPECT_EQ(count("maybe"), 0u);
+  root->deleteObject(COSGetPublicClient());
 }
 
 TEST(GeneratedClass, ClassesAreRegisteredAndFoundOnce) {

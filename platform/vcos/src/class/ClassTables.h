@@ -94,6 +94,10 @@ struct ClassTables {
   bool anyCustomGet = false;
   // The name of the constructor method (the last component of the class name).
   COSID constructorId;
+  // Per-class answers for making instances, found on the first instance:
+  // the ancestry indices whose class info allocates a block (base first).
+  std::vector<std::uint32_t> allocatingBlocks;
+  bool allocatingBlocksKnown = false;
 
   std::vector<std::pair<COSID, std::vector<ClassListener>>> classListeners;
   std::size_t classListenerCount = 0;

@@ -2,6 +2,7 @@
 // then the "InstanceCreated" class event; and the class listeners that such
 // events reach.
 #include <algorithm>
+#include <utility>
 
 #include "vcos/src/class/ClassTables.h"
 #include "vcos/src/core/Access.h"
@@ -31,25 +32,72 @@ const COSID& instanceCreatedId() {
 COSInterfacePtr makeInstance(COSClass* cls, void* ownBlock) {
   ClassTables& t = cls->tables();
   assert(t.state == ClassTables::State::Ready && "instances need a built class");
-  auto* o = new COSObject();
+  std::size_t n = t.ancestry.size();
+  COSObject* o = COSObject::make(n);
   COSInterfacePtr ref(o);
   ObjectOps::setClass(o, cls);
-  std::size_t n = t.ancestry.size();
+  const bool ownArray = n > o->inlineCapacity();
   void** storage = o->inlineBlocks();
-  if (n > COSObject::kInlineBlocks) {
-    storage = new void*[n]();
+  if (ownArray) {
+    storage = ObjectOps::newBlockArray(n);
     ObjectOps::setState(o, ObjectOps::heapBlocksBit());
   }
   try {
     ObjectOps::allocateBlocks(o, cls, storage, ownBlock);
   } catch (...) {
-    if (n > COSObject::kInlineBlocks) delete[] storage;
+    if (ownArray) ObjectOps::freeBlockArray(storage, n);
     // Never alive: dropping the reference must not run deletion.
     ObjectOps::setState(o, ObjectOps::destroyedBit());
     throw;
   }
   return ref;
 }
+
+}  // namespace
+
+namespace {
+
+// The 1-by-1 object array that hands a new object to its constructor. One is
+// kept per thread and reused: writes to an object array unshare it first, so
+// a copy that a constructor kept is never changed by the next reuse. A
+// constructor that makes objects itself takes a fresh array for those.
+class ConstructorArray {
+ public:
+  ConstructorArray(COSClass* cls, COSInterface* object) : array_(std::exchange(spare(), nullptr)) {
+    const void* classId = cls->getID().entry();
+    if (!array_)
+      array_ = vxCreateObjectMatrix(1, 1, classId);
+    else if (vxGetObjectClassID(array_) != classId)
+      vxSetObjectClassID(array_, classId);
+    vxGetObjectElements(array_)[0] = object;
+  }
+  ~ConstructorArray() {
+    dropObject();
+    vxArray*& slot = spare();
+    if (!slot)
+      slot = array_;
+    else
+      vxDestroyArray(array_);
+  }
+  ConstructorArray(const ConstructorArray&) = delete;
+  ConstructorArray& operator=(const ConstructorArray&) = delete;
+  vxArray* get() const noexcept { return array_; }
+  // Lets go of the object (before it is deleted, as a destroyed array would).
+  void dropObject() { vxGetObjectElements(array_)[0].reset(); }
+
+ private:
+  static vxArray*& spare() {
+    struct Holder {
+      vxArray* array = nullptr;
+      ~Holder() {
+        if (array) vxDestroyArray(array);
+      }
+    };
+    thread_local Holder holder;
+    return holder.array;
+  }
+  vxArray* array_;
+};
 
 }  // namespace
 
@@ -62,20 +110,18 @@ COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, cons
   for (COSClass* c : tables_->ancestry) {
     COSMethodInfo* ctor = c->findMethod(c->tables().constructorId);
     if (!ctor || ctor->getDefiningClass() != c) continue;
-    vxArray* self = vxCreateObjectMatrix(1, 1, getID().entry());
-    vxGetObjectElements(self)[0] = object.get();
-    COSValue out[1] = {COSValue(self)};
+    ConstructorArray self(this, object.get());
+    COSValue out[1] = {COSValue(self.get())};
     int nlhs = 1;
     try {
       vcos::internal::callMethod(c, c->tables().constructorId, client, nlhs, out, nrhs, prhs);
     } catch (...) {
-      if (out[0].asPointer<vxArray>() != self) vxDestroyArray(out[0].asPointer<vxArray>());
-      vxDestroyArray(self);
+      if (out[0].asPointer<vxArray>() != self.get()) vxDestroyArray(out[0].asPointer<vxArray>());
+      self.dropObject();
       ObjectOps::destroy(object.get(), nullptr);
       throw;
     }
-    if (out[0].asPointer<vxArray>() != self) vxDestroyArray(out[0].asPointer<vxArray>());
-    vxDestroyArray(self);
+    if (out[0].asPointer<vxArray>() != self.get()) vxDestroyArray(out[0].asPointer<vxArray>());
     break;
   }
   if (!object->isDestroyed()) object->notifyEvent(COSGetPublicClient(), instanceCreatedId(), nullptr);

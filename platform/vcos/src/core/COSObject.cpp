@@ -13,14 +13,13 @@ namespace {
 std::atomic<std::size_t> liveObjects{0};
 }  // namespace
 
-void* COSObject::operator new(std::size_t size) {
-  assert(size == sizeof(COSObject) && "COSObject is final");
-  (void)size;
-  return poolOf<COSObject>().allocate();
-}
-
-void COSObject::operator delete(void* p) noexcept {
-  if (p) poolOf<COSObject>().release(p);
+COSObject* COSObject::make(std::size_t blocks) {
+  // Plain instances (built-in classes, meta objects) have short ancestries;
+  // graphics objects have about ten classes.
+  if (blocks <= 6) return new COSObjectWith<6>();
+  if (blocks <= 9) return new COSObjectWith<9>();
+  if (blocks <= 10) return new COSObjectWith<10>();
+  return new COSObjectWith<14>();
 }
 
 COSObject::COSObject() noexcept : COSInterface(COSKind::Instance) { liveObjects.fetch_add(1, std::memory_order_relaxed); }

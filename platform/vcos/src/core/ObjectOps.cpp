@@ -6,9 +6,12 @@
 // derived first, mark destroyed.
 #include "vcos/src/core/ObjectOps.h"
 
+#include <array>
+#include <cstring>
 #include <exception>
 
 #include "vcos/src/class/ClassTables.h"
+#include "vcos/src/core/SlotPool.h"
 #include "vcos/COSClassInfo.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
@@ -37,6 +40,31 @@ void ObjectOps::freeExtras(COSInterface* o) noexcept {
   delete x;
 }
 
+namespace {
+constexpr std::size_t kPooledBlockArrays = 32;
+SlotPool& blockArrayPool(std::size_t n) {
+  // Never destroyed, like the instance pool: objects may outlive static teardown.
+  static auto* pools = new std::array<SlotPool*, kPooledBlockArrays + 1>{};
+  SlotPool*& pool = (*pools)[n];
+  if (!pool) pool = new SlotPool(n * sizeof(void*), alignof(void*));
+  return *pool;
+}
+}  // namespace
+
+void** ObjectOps::newBlockArray(std::size_t n) {
+  if (n > kPooledBlockArrays) return new void*[n]();
+  auto** blocks = static_cast<void**>(blockArrayPool(n).allocate());
+  std::memset(blocks, 0, n * sizeof(void*));
+  return blocks;
+}
+
+void ObjectOps::freeBlockArray(void** blocks, std::size_t n) noexcept {
+  if (n > kPooledBlockArrays)
+    delete[] blocks;
+  else
+    blockArrayPool(n).release(blocks);
+}
+
 void ObjectOps::bindToClass(COSInterface* o, COSClass* cls) {
   o->class_ = cls;
   ClassTables& t = cls->tables();
@@ -45,30 +73,33 @@ void ObjectOps::bindToClass(COSInterface* o, COSClass* cls) {
     return;
   }
   std::size_t n = t.ancestry.size();
-  void** storage = new void*[n]();
+  void** storage = newBlockArray(n);
   o->state_ |= COSInterface::kHeapBlocks;
   try {
     allocateBlocks(o, cls, storage);
   } catch (...) {
-    delete[] storage;
+    freeBlockArray(storage, n);
     o->state_ &= static_cast<unsigned char>(~COSInterface::kHeapBlocks);
     throw;
   }
 }
 
 void ObjectOps::allocateBlocks(COSInterface* o, COSClass* cls, void** storage, void* ownBlock) {
-  const std::vector<COSClass*>& ancestry = cls->tables().ancestry;
+  ClassTables& t = cls->tables();
+  const std::vector<COSClass*>& ancestry = t.ancestry;
   const std::size_t n = ancestry.size();
+  if (!t.allocatingBlocksKnown) {
+    // Whether a class info allocates is a quality of the class info.
+    t.allocatingBlocks.clear();
+    for (std::size_t i = n; i-- > 0;)
+      if (ancestry[i]->getClassInfo()->willAllocateData()) t.allocatingBlocks.push_back(static_cast<std::uint32_t>(i));
+    t.allocatingBlocksKnown = true;
+  }
   o->blocks_ = storage;
-  for (std::size_t i = n; i-- > 0;) {
-    if (i == 0 && ownBlock) {
-      storage[0] = ownBlock;
-      continue;
-    }
-    COSClassInfo* info = ancestry[i]->getClassInfo();
-    if (!info->willAllocateData()) continue;
+  for (std::uint32_t i : t.allocatingBlocks) {
+    if (i == 0 && ownBlock) continue;
     try {
-      storage[i] = info->allocateInstance(o);
+      storage[i] = ancestry[i]->getClassInfo()->allocateInstance(o);
     } catch (...) {
       for (std::size_t j = i + 1; j < n; ++j)
         if (void* b = std::exchange(storage[j], nullptr)) ancestry[j]->getClassInfo()->deallocateInstance(o, b);
@@ -76,6 +107,8 @@ void ObjectOps::allocateBlocks(COSInterface* o, COSClass* cls, void** storage, v
       throw;
     }
   }
+  // The class's own block given by the caller goes in last, as if made last.
+  if (ownBlock) storage[0] = ownBlock;
 }
 
 void ObjectOps::deallocateBlocks(COSInterface* o) noexcept {
@@ -93,7 +126,7 @@ void ObjectOps::deallocateBlocks(COSInterface* o) noexcept {
   }
   o->blocks_ = nullptr;
   if (o->state_ & COSInterface::kHeapBlocks) {
-    delete[] blocks;
+    freeBlockArray(blocks, ancestry.size());
     o->state_ &= static_cast<unsigned char>(~COSInterface::kHeapBlocks);
   }
 }

@@ -26,6 +26,10 @@ class ObjectOps {
   static void allocateBlocks(COSInterface* o, COSClass* cls, void** storage, void* ownBlock = nullptr);
   // Most derived first.
   static void deallocateBlocks(COSInterface* o) noexcept;
+  // The array of block pointers of an ancestry too long for the inline ones:
+  // zeroed, from a pool of arrays of that length (a heap array past 32).
+  static void** newBlockArray(std::size_t n);
+  static void freeBlockArray(void** blocks, std::size_t n) noexcept;
 
   // Full deletion; see COSInterface::deleteObject.
   static bool destroy(COSInterface* o, const COSClient* client);

@@ -7,6 +7,8 @@
 // for "ObjectBeingDestroyed" itself, which fires during deletion).
 #include <algorithm>
 
+#include <boost/container/small_vector.hpp>
+
 #include "vcos/src/class/ClassTables.h"
 #include "vcos/src/core/Access.h"
 #include "vcos/src/core/Messages.h"
@@ -34,7 +36,9 @@ bool anyListener(const COSInterface* o, COSID eventId) noexcept {
       if (!e.property && e.eventId == eventId) return true;
   if (COSClass* cls = o->getClass())
     for (COSClass* a : cls->tables().ancestry)
-      if (a->tables().classListenerCount) return true;
+      if (a->tables().classListenerCount)
+        for (const auto& [id, list] : a->tables().classListeners)
+          if (id == eventId && !list.empty()) return true;
   return false;
 }
 
@@ -48,7 +52,8 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
         throw Error(vcos::msg::EventAccessDenied, eventId.str(), class_->getName());
   if (!anyListener(this, eventId)) return;
 
-  std::vector<Pending> pending;
+  // Most notifications reach one or two listeners: no heap list for them.
+  boost::container::small_vector<Pending, 4> pending;
   if (class_)
     for (COSClass* a : class_->tables().ancestry)
       for (const auto& [id, list] : a->tables().classListeners)
@@ -58,11 +63,12 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
     for (const auto& e : extras_->listeners)
       if (!e.property && e.eventId == eventId) pending.push_back({e.listener, e.priority, 1, e.sequence});
   if (pending.empty()) return;
-  std::stable_sort(pending.begin(), pending.end(), [](const Pending& a, const Pending& b) {
+  const auto before = [](const Pending& a, const Pending& b) {
     if (a.priority != b.priority) return a.priority > b.priority;
     if (a.rank != b.rank) return a.rank < b.rank;
     return a.sequence < b.sequence;
-  });
+  };
+  if (pending.size() > 1) std::stable_sort(pending.begin(), pending.end(), before);
 
   COSInterfacePtr ownData;
   if (!eventData) {

@@ -54,10 +54,16 @@ bool Query::test(Term& term, COSInterface* object) {
               ? term.property->compareText(object, term.foldedText, term.asciiText ? &term.asciiFoldedText : nullptr)
               : term.property->compareTyped(object, term.value);
       if (t != PropertyResolver::Typed::NotApplicable) return t == PropertyResolver::Typed::Equal;
+      const auto matches = [](const vxArray* a, const void* context) {
+        const Term& tm = *static_cast<const Term*>(context);
+        if (tm.valueIsText && isText(a)) return textEquals(a, tm);
+        return vxAreMatricesEqualNanOptional(a, tm.value, /*nanEqual=*/false);
+      };
+      const PropertyResolver::Typed known = term.property->compareByValue(object, matches, &term);
+      if (known != PropertyResolver::Typed::NotApplicable) return known == PropertyResolver::Typed::Equal;
       PropertyValue v;
       if (!term.property->read(object, v, /*lend=*/true)) return false;
-      if (term.valueIsText && isText(v.array())) return textEquals(v.array(), term);
-      return vxAreMatricesEqualNanOptional(v.array(), term.value, /*nanEqual=*/false);
+      return matches(v.array(), &term);
     }
     case TermKind::HasProperty:
       return term.property->has(object);

@@ -95,6 +95,34 @@ bool PropertyResolver::read(COSInterface* object, PropertyValue& out, bool lend)
 
 PropertyResolver::~PropertyResolver() {
   if (typed_.usable) typed_.type->destroy(typed_.value);
+  forgetKnownValues();
+}
+
+void PropertyResolver::forgetKnownValues() noexcept {
+  for (KnownValue& k : known_) knownType_->destroy(k.word);
+  known_.clear();
+}
+
+PropertyResolver::Typed PropertyResolver::compareByValue(COSInterface* object, ArrayTest test, const void* context) {
+  const Resolved& r = resolve(object);
+  if (!r.property || r.isArray || r.isText || !r.toArray) return Typed::NotApplicable;
+  if (knownProperty_ != r.property) {
+    forgetKnownValues();
+    knownProperty_ = r.property;
+    knownType_ = r.property->getDataType();
+    keepKnown_ = knownType_ && !knownType_->canContainInterfaces();
+  }
+  internal::SlotReader::Value v;
+  if (!r.reader.read(object, v, /*lend=*/true)) return Typed::NotEqual;
+  for (const KnownValue& k : known_)
+    if (knownType_->isEqual(v.word(), k.word)) return k.result ? Typed::Equal : Typed::NotEqual;
+  matrix::unique_vxArray array(r.toArray->convert(v.word()).asPointer<vxArray>());
+  if (!array) return Typed::NotEqual;
+  const bool result = test(array.get(), context);
+  if (keepKnown_ && known_.size() < kKnownValues) {
+    known_.push_back({knownType_->copy(v.word()), result});
+  }
+  return result ? Typed::Equal : Typed::NotEqual;
 }
 
 PropertyResolver::Typed PropertyResolver::compareTyped(COSInterface* object, const vxArray* value) {

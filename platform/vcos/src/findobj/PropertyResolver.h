@@ -10,6 +10,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "vcos/COSDataTypePtr.h"
 #include "vcos/COSInterface.h"
@@ -72,6 +73,13 @@ class PropertyResolver {
   // nothing is copied either. `asciiFolded` is the same text when it is pure
   // ASCII, else null (then an "asciiString" property is not handled here).
   Typed compareText(COSInterface* object, std::u16string_view folded, const std::string* asciiFolded);
+  // Applies `test` to the array form of a property whose word is neither an
+  // array nor text, such as an enumeration compared with a text: the answer
+  // for each distinct value (by the type's isEqual) is kept, so a walk makes
+  // the array of each distinct value once rather than one per object. Types
+  // that may hold objects are not kept.
+  using ArrayTest = bool (*)(const vxArray* array, const void* context);
+  Typed compareByValue(COSInterface* object, ArrayTest test, const void* context);
 
   // A hint for an object to be read soon: starts fetching the memory where
   // the property of the class met last keeps its value when that lies
@@ -107,11 +115,23 @@ class PropertyResolver {
   const Resolved& resolve(COSInterface* object);
   static Resolved describe(const COSPropInfo* property, const COSClass* cls);
 
+  // Answers of compareByValue for the values met so far.
+  struct KnownValue {
+    COSValue word;
+    bool result;
+  };
+  static constexpr std::size_t kKnownValues = 8;
+  void forgetKnownValues() noexcept;
+
   COSID name_;
   const COSClass* cachedClass_ = nullptr;
   Resolved cached_;
   Resolved dynamic_;  // a property of one instance, met last
   TypedValue typed_;
+  const COSPropInfo* knownProperty_ = nullptr;
+  COSDataTypePtr knownType_;
+  bool keepKnown_ = false;
+  std::vector<KnownValue> known_;
 };
 
 }  // namespace vcos::search

@@ -3,6 +3,9 @@
 // "asciiString" to any type that can be made from an array.
 #include "vcos/COSTypeRepository.h"
 
+#include <array>
+#include <atomic>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <unordered_map>
@@ -67,20 +70,51 @@ COSTypeConversion* COSTypeRepository::getConversion(COSID from, COSID to) {
   return made.get();
 }
 
-COSTypeConversion* COSTypeRepository::getArrayConversion(const COSDataType& type, bool toArray) {
+namespace {
+
+// Bumped by every change of the conversion tables, so that the answers of
+// getArrayConversion kept below are never stale.
+std::atomic<std::uint64_t> conversionGeneration{1};
+
+COSTypeConversion* lookUpArrayConversion(const COSDataType& type, bool toArray) {
   static const COSID any("any"), handle("handle scalar");
   const COSID id = type.getID();
-  COSTypeConversion* c = toArray ? getConversion(id, any) : getConversion(any, id);
+  COSTypeConversion* c = toArray ? COSTypeRepository::getConversion(id, any) : COSTypeRepository::getConversion(any, id);
   if (!c && !type.isVANTELArrayType() && type.canContainInterfaces())
-    c = toArray ? getConversion(handle, any) : getConversion(any, handle);
+    c = toArray ? COSTypeRepository::getConversion(handle, any) : COSTypeRepository::getConversion(any, handle);
+  return c;
+}
+
+}  // namespace
+
+COSTypeConversion* COSTypeRepository::getArrayConversion(const COSDataType& type, bool toArray) {
+  const COSID id = type.getID();
+  // Property gets and sets by name ask this for the same few types over and
+  // over; the last answers per type and direction are kept, per thread.
+  struct Kept {
+    const void* id = nullptr;
+    bool toArray = false;
+    std::uint64_t generation = 0;
+    COSTypeConversion* conversion = nullptr;
+  };
+  thread_local std::array<Kept, 16> kept{};
+  Kept& k = kept[((reinterpret_cast<std::uintptr_t>(id.entry()) >> 4) * 2 + toArray) & 15];
+  const std::uint64_t generation = conversionGeneration.load(std::memory_order_relaxed);
+  if (k.id == id.entry() && k.toArray == toArray && k.generation == generation) return k.conversion;
+  COSTypeConversion* c = lookUpArrayConversion(type, toArray);
+  k = {id.entry(), toArray, generation, c};
   return c;
 }
 
 void COSTypeRepository::addConversion(COSID from, COSID to, COSTypeConversion* conversion) {
   tables().conversions[{from, to}].reset(conversion);
+  ++conversionGeneration;
 }
 
-void COSTypeRepository::removeConversion(COSID from, COSID to) { tables().conversions.erase({from, to}); }
+void COSTypeRepository::removeConversion(COSID from, COSID to) {
+  tables().conversions.erase({from, to});
+  ++conversionGeneration;
+}
 
 void JavaTypeConversion::addConversion(COSID id, COSTypeConversion* conversion) { tables().foreign[id].reset(conversion); }
 

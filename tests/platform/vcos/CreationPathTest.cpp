@@ -1,0 +1,168 @@
+// The per-class and per-thread shortcuts of object creation and of the
+// by-name paths: the object array handed to constructors is reused but never
+// changes under a copy that a constructor kept, nested constructions get
+// their own, the allocating blocks of a class are learnt once, interned
+// names and array conversions are remembered without going stale, and an
+// event goes only to listeners of that event.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "VcosTestClasses.h"
+#include "vcos/COSDataType.h"
+#include "vcos/COSMethodBase.h"
+#include "vcos/COSMethodSignature.h"
+#include "vcos/COSPackage.h"
+#include "vcos/COSTypeConversion.h"
+#include "vcos/COSTypeRepository.h"
+#include "vx/vx.h"
+
+namespace {
+
+// The objects that Keeper constructors saw, and copies of their arrays.
+struct KeeperLog {
+  std::vector<vxArray*> kept;  // shared copies of plhs[0], owned here
+  std::vector<COSInterface*> seen;
+  int nestedLeft = 0;  // how many constructors make a Keeper of their own
+  ~KeeperLog() {
+    for (vxArray* a : kept) vxDestroyArray(a);
+  }
+};
+KeeperLog* keeperLog = nullptr;
+
+class KeeperCtor final : public COSMethodBase {
+ public:
+  explicit KeeperCtor(COSID cls)
+      : COSMethodBase(cls, COSID("Keeper"), PublicAccess, "",
+                      COSMethodSignature::createMethodSignature(COSID("Keeper"), {}, {{COSID("out"), {}, false}}, 0)) {}
+  void invoke(const COSClient* client, int&, COSValue* plhs, int, const COSValue*) const override {
+    if (!keeperLog) return;
+    const vxArray* self = plhs[0].asPointer<const vxArray>();
+    keeperLog->seen.push_back(vxGetObjectElements(self)[0].get());
+    keeperLog->kept.push_back(vxCreateSharedDataCopy(self));
+    if (keeperLog->nestedLeft > 0) {
+      --keeperLog->nestedLeft;
+      COSInterfacePtr inner = getDefiningClass()->createInstance(client);
+      // The outer constructor's array still holds the outer object.
+      EXPECT_EQ(vxGetObjectElements(self)[0].get(), keeperLog->seen.front());
+    }
+  }
+};
+
+class KeeperInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "Keeper"; }
+  void initializeClass(COSClass* c, const COSClient*) override { c->addMethod(new KeeperCtor(c->getID())); }
+  void* allocateInstance(COSInterface*) override { return nullptr; }
+};
+
+COSClass* keeperClass() {
+  static COSClass* cls = [] {
+    vt::registerClasses();
+    COSPackage::getNamespace("vt")->addClass(new KeeperInfo);
+    return COSClass::getClass(COSID("vt.Keeper"));
+  }();
+  return cls;
+}
+
+TEST(ObjectCreation, AConstructorsCopyOfItsArrayKeepsItsObject) {
+  COSClass* cls = keeperClass();
+  KeeperLog log;
+  keeperLog = &log;
+  COSInterfacePtr a = cls->createInstance(COSGetPublicClient());
+  COSInterfacePtr b = cls->createInstance(COSGetPublicClient());
+  keeperLog = nullptr;
+  ASSERT_EQ(log.kept.size(), 2u);
+  EXPECT_EQ(log.seen, (std::vector<COSInterface*>{a.get(), b.get()}));
+  EXPECT_EQ(vxGetObjectElements(static_cast<const vxArray*>(log.kept[0]))[0].get(), a.get())
+      << "the next construction changed an array a constructor kept";
+  EXPECT_EQ(vxGetObjectElements(static_cast<const vxArray*>(log.kept[1]))[0].get(), b.get());
+  EXPECT_STREQ(vxGetClassName(log.kept[0]), "vt.Keeper");
+}
+
+TEST(ObjectCreation, AConstructionInsideAConstructorGetsItsOwnArray) {
+  COSClass* cls = keeperClass();
+  KeeperLog log;
+  log.nestedLeft = 1;
+  keeperLog = &log;
+  COSInterfacePtr outer = cls->createInstance(COSGetPublicClient());
+  keeperLog = nullptr;
+  ASSERT_EQ(log.seen.size(), 2u);
+  EXPECT_EQ(log.seen[0], outer.get());
+  EXPECT_NE(log.seen[1], outer.get());
+  EXPECT_EQ(vxGetObjectElements(static_cast<const vxArray*>(log.kept[0]))[0].get(), outer.get());
+  EXPECT_EQ(vxGetObjectElements(static_cast<const vxArray*>(log.kept[1]))[0].get(), log.seen[1]);
+  // A later construction works as before.
+  COSInterfacePtr after = cls->createInstance(COSGetPublicClient());
+  EXPECT_FALSE(after->isDestroyed());
+}
+
+TEST(ObjectCreation, BlocksOfEveryAllocatingClassAreMadeAndFreedForEachObject) {
+  vt::cls("vt.Circle");
+  const int shapes = vt::journal().shapeBlocks, circles = vt::journal().circleBlocks;
+  {
+    std::vector<COSInterfacePtr> many;
+    for (int i = 0; i < 5; ++i) many.push_back(vt::make("vt.Circle"));
+    EXPECT_EQ(vt::journal().shapeBlocks, shapes + 5);
+    EXPECT_EQ(vt::journal().circleBlocks, circles + 5);
+    for (COSInterfacePtr& o : many) o->deleteObject(COSGetPublicClient());
+  }
+  EXPECT_EQ(vt::journal().shapeBlocks, shapes);
+  EXPECT_EQ(vt::journal().circleBlocks, circles);
+}
+
+TEST(Interning, TheSameBufferWithNewTextGivesTheNewId) {
+  char buffer[16];
+  std::strcpy(buffer, "Width");
+  const COSID first(static_cast<const char*>(buffer));
+  EXPECT_EQ(first, COSID("Width"));
+  std::strcpy(buffer, "Height");
+  const COSID second(static_cast<const char*>(buffer));
+  EXPECT_EQ(second, COSID("Height"));
+  std::strcpy(buffer, "Heigh");  // a prefix: same address, shorter text
+  EXPECT_EQ(COSID(static_cast<const char*>(buffer)), COSID("Heigh"));
+  EXPECT_EQ(COSID(std::string_view(buffer, 3)), COSID("Hei"));
+}
+
+class ConstantConversion final : public COSTypeConversion {
+ public:
+  explicit ConstantConversion(double v) : v_(v) {}
+  COSValue convert(COSValue) const override { return COSValue(vxCreateDoubleScalar(v_)); }
+
+ private:
+  double v_;
+};
+
+TEST(Conversions, AReplacedArrayConversionTakesEffectAtOnce) {
+  const COSID name("vt.ConvertedType"), any("any");
+  if (!COSTypeRepository::getType(name)) COSTypeRepository::addType(new COSDataType(name));
+  COSDataTypePtr type = COSTypeRepository::getType(name);
+  ASSERT_TRUE(type);
+  EXPECT_EQ(COSTypeRepository::getArrayConversion(*type, true), nullptr);
+  auto* first = new ConstantConversion(1);
+  COSTypeRepository::addConversion(name, any, first);
+  EXPECT_EQ(COSTypeRepository::getArrayConversion(*type, true), first);
+  EXPECT_EQ(COSTypeRepository::getArrayConversion(*type, false), nullptr) << "the other direction has none";
+  auto* second = new ConstantConversion(2);
+  COSTypeRepository::addConversion(name, any, second);
+  EXPECT_EQ(COSTypeRepository::getArrayConversion(*type, true), second);
+  COSTypeRepository::removeConversion(name, any);
+  EXPECT_EQ(COSTypeRepository::getArrayConversion(*type, true), nullptr);
+}
+
+TEST(Events, AClassListenerOfOneEventDoesNotHearAnother) {
+  COSClass* shape = vt::cls("vt.Shape");
+  int created = 0, destroyed = 0;
+  COSInterfacePtr onCreate = vt::listener([&](COSInterface*, COSEventData*) { ++created; });
+  shape->addClassListener(COSID("InstanceCreated"), vt::L(onCreate));
+  COSInterfacePtr o = vt::make("vt.Shape");
+  COSInterfacePtr onDestroy = vt::listener([&](COSInterface*, COSEventData*) { ++destroyed; });
+  o->addListener(COSID("ObjectBeingDestroyed"), vt::L(onDestroy));
+  o->deleteObject(COSGetPublicClient());
+  shape->removeClassListener(COSID("InstanceCreated"), vt::L(onCreate));
+  EXPECT_EQ(created, 1);
+  EXPECT_EQ(destroyed, 1);
+}
+
+}  // namespace
