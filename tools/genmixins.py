@@ -34,6 +34,8 @@ The description has one entry per line; '#' starts a comment.
     setup        <hand-written member void(COSInterfacePtr) that Setup calls after the base's>
     methods      <hand-written function void(COSClass*, COSID) that adds the class's
                   methods; called after the properties, before the constructor>
+    event        <name> <full class name of its event data>
+    method       <name> <input name> <input type>
 
 Properties are added to the class in the order of their lines. A triple is the generated family: public face, mode and internal face, the
 value in a member of the block. <factory> is `typedefault` (the type's own
@@ -47,6 +49,11 @@ gets its value from the hand-written `const T& getXImpl()`, which may refresh
 the member first; `getX()` and every read of `X` and `X_I` go through it. A single is one face held in a member, with no
 mode. A stub's value is computed by the hand-written getXImpl and setXImpl,
 which the class declares. An object is a read-only handle of event data.
+An event row declares an event of the class (an event info `<name>EI`). A
+method row declares a public instance method with one input besides the
+object; it calls the block's `virtual void <name>(const COSInterfacePtr&)`
+for each object of the array (the input's first object, or null), whose
+generated default does nothing and which subclasses override.
 """
 
 import os
@@ -114,6 +121,20 @@ class Stub:
         self.get_access, self.set_access = access.split("/")
 
 
+class EventRow:
+    def __init__(self, fields):
+        if len(fields) != 2:
+            raise ValueError("event needs 2 fields: " + " ".join(fields))
+        self.name, self.data_class = fields
+
+
+class MethodRow:
+    def __init__(self, fields):
+        if len(fields) != 3:
+            raise ValueError("method needs 3 fields: " + " ".join(fields))
+        self.name, self.input, self.type = fields
+
+
 class ObjectRow:
     kind = "object"
 
@@ -144,9 +165,11 @@ class ClassDescription:
         self.members = []
         self.allowed = []
         self.superclasses = []
-        self.methods = None
+        self.methods_fn = None
         self.setup = None
         self.properties = []
+        self.events = []
+        self.methods = []
         with open(path, encoding="utf-8") as f:
             for number, raw in enumerate(f, 1):
                 verbatim = raw.lstrip().startswith(("declare", "member"))
@@ -200,7 +223,7 @@ class ClassDescription:
         elif key == "superclass":
             self.superclasses.append(rest)
         elif key == "methods":
-            self.methods = rest
+            self.methods_fn = rest
         elif key == "setup":
             self.setup = rest
         elif key == "triple":
@@ -213,6 +236,10 @@ class ClassDescription:
             self.properties.append(Stub(fields))
         elif key == "object":
             self.properties.append(ObjectRow(fields))
+        elif key == "event":
+            self.events.append(EventRow(fields))
+        elif key == "method":
+            self.methods.append(MethodRow(fields))
         else:
             raise ValueError("unknown entry " + key)
 
@@ -303,6 +330,12 @@ def write_header(d, src):
     for p in d.of("object"):
         out.append("\n  // {}, a handle of the event.\n".format(p.name))
         out.append("  const COSInterfacePtr& get{}() const noexcept {{ return {}_; }}\n".format(p.name, member(p.name)))
+    for e in d.events:
+        out.append("\n  // The event {} and its info.\n".format(e.name))
+        out.append("  struct {}EI;\n  static COSID {}EventID();\n".format(e.name, member(e.name)))
+    for m in d.methods:
+        out.append("\n  // The method {}; the default does nothing.\n".format(m.name))
+        out.append("  virtual void {}(const COSInterfacePtr& {}) {{ (void){}; }}\n".format(m.name, m.input, m.input))
     stubs = d.of("stub")
     if d.declares or stubs:
         out.append("\n  // Written by hand in objects/{}/{}.cpp.\n".format(d.name, d.name))
@@ -316,6 +349,8 @@ def write_header(d, src):
         out.append("  struct {}PI;\n  struct {}ModePI;\n  struct {}_IPI;\n".format(t.name, t.name, t.name))
     for p in d.of("single") + d.of("stub") + d.of("object"):
         out.append("  struct {}PI;\n".format(p.name))
+    for m in d.methods:
+        out.append("  struct {}MI;\n".format(m.name))
     for t in d.triples:
         m = member(t.name)
         if d.packed and t.cpp == "bool":
@@ -359,6 +394,10 @@ def write_source(d, src):
         incs += ["sgutils/propinfos/StubPropInfo.h"]
     if d.of("object"):
         incs += ["sgutils/propinfos/ObjectPropInfo.h"]
+    if d.events:
+        incs += ["vcos/COSEventInfo.h"]
+    if d.methods:
+        incs += ["sgutils/propinfos/BlockOf.h", "vcos/COSMethodBase.h", "vcos/ObjectArray.h", "vx/vx.h"]
     for inc in sorted(set(incs)):
         out.append('#include "{}"\n'.format(inc))
     out.append("\nnamespace {} {{\n\nnamespace {{\n\n".format(d.namespace))
@@ -418,6 +457,30 @@ def write_source(d, src):
         out.append("  using ObjectPropInfo::ObjectPropInfo;\n")
         out.append("  static COSInterfacePtr& handle({}& b) noexcept {{ return b.{}_; }}\n}};\n\n".format(n, member(p.name)))
 
+    for e in d.events:
+        out.append("struct {n}::{x}EI final : COSEventInfo {{\n".format(n=n, x=e.name))
+        out.append('  const char* getName() const override {{ return "{}"; }}\n'.format(e.name))
+        out.append('  const char* getDescription() const override {{ return "{}"; }}\n'.format(e.name))
+        out.append("  COSID getDataClassID() const override {\n")
+        out.append('    static const COSID id("{}");\n    return id;\n  }}\n}};\n\n'.format(e.data_class))
+        out.append("COSID {}::{}EventID() {{\n".format(n, member(e.name)))
+        out.append('  static const COSID id("{}");\n  return id;\n}}\n\n'.format(e.name))
+    for m in d.methods:
+        out.append("struct {n}::{x}MI final : COSMethodBase {{\n".format(n=n, x=m.name))
+        out.append("  explicit {}MI(COSID cls)\n".format(m.name))
+        out.append('      : COSMethodBase(cls, COSID("{x}"), PublicAccess, "{x}",\n'.format(x=m.name))
+        out.append('                      COSMethodSignature::createMethodSignature(COSID("{x}"), {{{{COSID("obj"), COSDataTypePtr(), false}}, {{COSID("{i}"), COSDataTypePtr("{t}"), false}}}}, {{}})) {{}}\n'.format(x=m.name, i=m.input, t=m.type))
+        out.append("  void invoke(const COSClient*, int& nlhs, COSValue*, int nrhs, const COSValue* prhs) const override {\n")
+        out.append("    nlhs = 0;\n")
+        out.append("    const auto* objects = prhs[0].asPointer<const vxArray>();\n")
+        out.append("    const auto* input = nrhs > 1 ? prhs[1].asPointer<const vxArray>() : nullptr;\n")
+        out.append("    if (!objects || !omIsVCOS(objects)) return;\n")
+        out.append("    const COSInterfacePtr arg = input && omIsVCOS(input) && !vxIsEmpty(input) ? omGetArrayElement(input, 0) : COSInterfacePtr();\n")
+        out.append("    for (std::size_t k = 0; k < vxGetNumberOfElements(objects); ++k) {\n")
+        out.append("      const COSInterfacePtr object = omGetArrayElement(objects, k);\n")
+        out.append("      if ({n}* block = object ? sgutils::blockOf<{n}>(object.get(), {n}::classID()) : nullptr) block->{x}(arg);\n".format(n=n, x=m.name))
+        out.append("    }\n  }\n};\n\n")
+
     out.append("class {}::COSInfo final : public sgutils::GeneratedClassInfo {{\n public:\n".format(n))
     out.append('  const char* getName() const override {{ return "{}"; }}\n'.format(n))
     out.append('  const char* getDescription() const override {{ return "{}"; }}\n'.format(d.description))
@@ -457,8 +520,12 @@ def write_source(d, src):
             x=t.name, g=gm, s=sm, f=t.flags[1]))
         out.append('  addProperty(cls, new {x}_IPI(me, "{x}_I", COSDataTypePtr("{ty}"), {g}, {s}, {f}, "{x}_I PropInfo"));\n'.format(
             x=t.name, ty=t.type, g=gi, s=si, f=t.flags[2]))
-    if d.methods:
-        out.append("  {}(cls, me);\n".format(d.methods))
+    if d.methods_fn:
+        out.append("  {}(cls, me);\n".format(d.methods_fn))
+    for m in d.methods:
+        out.append("  cls->addMethod(new {}MI(me));\n".format(m.name))
+    for e in d.events:
+        out.append("  cls->addEvent(new {}EI);\n".format(e.name))
     out.append('  cls->addMethod(new ObjectCtorMI<{n}, sgutils::PublicConstructorAccess>(me, COSID("{n}")));\n}}\n\n'.format(n=n))
 
     out.append("sgutils::GeneratedBlock* {}::COSInfo::newBlock() const {{\n".format(n))

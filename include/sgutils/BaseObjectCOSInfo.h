@@ -1,14 +1,16 @@
 // The base of every class info of the library: hidden classes, containment
 // answers, class defaults on load, the custom metaclass
 // "vantel.graphics.internal.GraphicsMetaClass", and the delete rule of
-// required children (a required child goes only with an ancestor).
+// required children (a required child goes only with an ancestor). The
+// children that findobj sees are each object's public "Children"
+// (DefaultFindobjClassInfo).
 #pragma once
 
 #include "sgutils/SgutilsExport.h"
-#include "vcos/COSClassInfo.h"
+#include "sgutils/tree/DefaultFindobjClassInfo.h"
 #include "vcos/COSUseCustomMetaData.h"
 
-class SGUTILS_API BaseObjectCOSInfo : public COSUseCustomMetaData, public COSClassInfo {
+class SGUTILS_API BaseObjectCOSInfo : public COSUseCustomMetaData, public sgutils::DefaultFindobjClassInfo {
  public:
   bool isOkToDestroy(const COSClient* client, COSInterface* instance) override;
   bool isHidden() const override;

@@ -8,6 +8,7 @@
 #include "sgutils/GraphicsPlaceholderCI.h"
 #include "sgutils/ResetEI.h"
 #include "sgutils/ResetMI.h"
+#include "sgutils/tree/FindobjMI.h"
 #include "sgutils/SGHandle.h"
 #include "sgutils/SGHandleClassInfo.h"
 #include "sgutils/SGPropHandler.h"
@@ -142,6 +143,7 @@ void SGHandleClassInfo::initializeClass(COSClass* cls, const COSClient*) {
   const COSID me = cls->getID();
   cls->addMethod(new GetGraphicsPlaceholderMI(me));
   cls->addMethod(new ResetMI(me));
+  cls->addMethod(new sgutils::FindobjMI(me));
   cls->addEvent(new ResetEI);
 }
 

@@ -13,6 +13,8 @@
 #include "sgutils/objects/GraphicsUIProperties.gen.h"
 #include "sgutils/objects/Legacy.gen.h"
 #include "sgutils/objects/Mixin.gen.h"
+#include "sgutils/objects/NodeChildren.gen.h"
+#include "sgutils/objects/NodeParent.gen.h"
 #include "sgutils/objects/Selectable.gen.h"
 
 namespace sgutils {
@@ -34,6 +36,8 @@ const std::vector<ClassRegistrationFn>& registrations() {
       &generated::registerGraphicsPickable,
       &generated::registerLegacy,
       &generated::registerMixin,
+      &generated::registerNodeParent,
+      &generated::registerNodeChildren,
       &generated::registerSelectable,
   };
   return list;

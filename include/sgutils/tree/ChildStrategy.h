@@ -1,0 +1,69 @@
+// The rules for a list of children: what counts as a list, which children
+// are visible, which may be saved, and what a legal reorder is. A strategy
+// applies a new list (processNewListOfChildren); it holds no state, so one
+// instance may serve any number of managers.
+//
+// Visibility: a child is visible when it is live, carries no dynamic
+// "FormbenchFigure" property, has a "HandleVisibility", is not Internal, and
+// either the internal switch (ShowHiddenHandlesInternal) is on, or its
+// visibility is "on" (0), or it is "callback" (1) and a callback runs (the
+// root's CallbackObject is set, or there is no root).
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "sgutils/SgutilsExport.h"
+#include "vcos/COSInterfacePtr.h"
+#include "vx/Mprotected_vxArray.h"
+
+struct vxArray;
+
+namespace sgutils {
+
+class ChildManager;
+
+using ChildList = std::vector<COSInterfacePtr>;
+
+class SGUTILS_API ChildStrategy {
+ public:
+  virtual ~ChildStrategy();
+  // Applies `newList` (the user's order) against `oldList` (the children the
+  // manager judges against).
+  virtual void processNewListOfChildren(ChildManager* manager, const ChildList& newList,
+                                        const ChildList& oldList) = 0;
+
+  static std::shared_ptr<ChildStrategy> createDefaultChildStrategy();
+
+  // An object array for a user's value: an empty value gives an empty
+  // placeholder array, an object array a shared copy, numbers their objects
+  // through the numeric handles. Anything else, or a number that is no
+  // handle, raises "VANTEL:sg:BadChildren".
+  static Mprotected_vxArray convertToCOSArray(const vxArray* array);
+  // A new column of the objects (class narrowed to what they share), or an
+  // empty placeholder array for an empty list.
+  static vxArray* createVxArrayFromCOSInterfaceVector(const ChildList& list);
+  // The elements of an object array; null or empty gives none; a non-object
+  // array raises "VANTEL:sg:BadChildren".
+  static ChildList pushVxArrayEntriesIntoVector(const vxArray* array);
+  static bool isChildHandleVisible(const COSInterfacePtr& child);
+  // Starts fetching the memory that isChildHandleVisible reads for `child`,
+  // for a walk that tests a few children ahead.
+  static void prefetchVisibility(const COSInterface* child) noexcept;
+  // Whether the child's "Serializable" is on (false without the property).
+  static bool isChildSerializable(const COSInterfacePtr& child);
+
+ protected:
+  // A user-interface component ("vantel.ui.control.Component").
+  static bool isChildGBTObject(const COSInterfacePtr& child);
+  // Not null and not a component.
+  static bool isChildNotGBTObject(const COSInterfacePtr& child);
+  // Every visible old child is in `newList` and every member of `newList`
+  // is in `oldList` (a rule of sets: hidden children may be left out,
+  // duplicates are not detected).
+  static bool isValidPermutation(const ChildList& newList, const ChildList& oldList);
+  // Components lead the list: none stands behind an ordinary object.
+  static bool isScreenPermittedPermutation(const ChildList& newList);
+};
+
+}  // namespace sgutils
