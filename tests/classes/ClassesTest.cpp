@@ -41,7 +41,13 @@ TEST_F(ClassesTest, EveryClassHasItsShortTypeAndIsAGraphicsObject) {
   for (const auto& [type, object] : made) {
     EXPECT_EQ(text(object, "Type"), type);
     EXPECT_TRUE(object->getClass()->isSubclassOf(COSID("vantel.graphics.Graphics"))) << type;
+    EXPECT_TRUE(object->getClass()->isSubclassOf(COSID("vantel.graphics.internal.GraphicsUIProperties"))) << type;
   }
+  // The properties kept for old code belong to the axes and what lives in it.
+  for (const auto& [type, object] : made)
+    EXPECT_EQ(object->getClass()->isSubclassOf(COSID("vantel.graphics.internal.Legacy")),
+              std::string(type) != "figure" && std::string(type) != "contextmenu")
+        << type;
 }
 
 // A constructor input that fails leaves no half-made object in the tree.
