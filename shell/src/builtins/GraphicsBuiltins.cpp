@@ -327,7 +327,11 @@ BuiltinFn& plainSet() {
 void bGet(Interpreter& interp, int nargout, Out& out, Args in) {
   if (in.size() == 2 && isDefaultName(in[1].get())) {
     COSInterfacePtr object = objectArg("get", in[0]);
-    out.push_back(Value(sgutils::DefaultNameAccess::get(object, ops::textOf(in[1].get()))));
+    const std::string name = ops::textOf(in[1].get());
+    matrix::unique_vxArray value = sgutils::DefaultNameAccess::get(object, name);
+    // Factory values are not kept yet: a default that nobody set is an error.
+    if (!value) throw Error("VANTEL:sgsh:NoDefaultValue", name);
+    out.push_back(Value(std::move(value)));
     return;
   }
   plainGet()(interp, nargout, out, in);
