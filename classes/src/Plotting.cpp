@@ -56,10 +56,10 @@ Axes& axesBlock(const COSInterfacePtr& axes) {
 }  // namespace
 
 void setHold(const COSInterfacePtr& axes, bool on) {
-  axesBlock(axes).setNextPlot(on ? u"add" : u"replace", graphics::datatype::PublicClient);
+  axesBlock(axes).setNextPlot(on ? NextPlot::Add : NextPlot::Replace, graphics::datatype::PublicClient);
 }
 
-bool isHoldOn(const COSInterfacePtr& axes) { return axesBlock(axes).getNextPlot() == u"add"; }
+bool isHoldOn(const COSInterfacePtr& axes) { return axesBlock(axes).getNextPlot() == NextPlot::Add; }
 
 COSInterfacePtr plot(const COSInterfacePtr& axes, const vxArray* x, const vxArray* y, const LineSpec& spec,
                      std::span<const vxArray* const> pairs) {
@@ -90,7 +90,7 @@ COSInterfacePtr plot(const COSInterfacePtr& axes, const vxArray* x, const vxArra
   if (!spec.marker.empty()) add("Marker", vxCreateString(spec.marker.c_str()));
   inputs.insert(inputs.end(), pairs.begin(), pairs.end());
 
-  if (block.getNextPlot() == u"replace") block.clearForPlot();
+  if (block.getNextPlot() == NextPlot::Replace) block.clearForPlot();
   COSInterfacePtr line = create(kLineClass, axes, inputs);
   Line* made = sgutils::blockOf<Line>(line.get(), Line::classID());
   // A plot without a colour of its own takes the next one; the mode stays auto.

@@ -2,6 +2,8 @@
 #include "sgclasses/Registration.h"
 
 #include "sgclasses/ClassNames.h"
+#include "sgclasses/Enumerations.h"
+#include "sgdatatypes/Registration.h"
 #include "sgclasses/Objects.h"
 #include "sgutils/Startup.h"
 #include "sgutils/objects/Axes.gen.h"
@@ -45,6 +47,11 @@ void addDoubleConversions() {
       COSTypeRepository::addConversion(word, any, new ForwardingConversion(c));
 }
 
+template <class E>
+void registerEnumeration(const char* fullName) {
+  graphics::datatype::register_enumeration(fullName, graphics::datatype::EnumerationTraits<E>::description);
+}
+
 COSInterfacePtr& rootHolder() {
   static COSInterfacePtr root;
   return root;
@@ -55,6 +62,10 @@ void registerClasses() {
   static const bool done = [] {
     VLInitialize_sgutils();
     addDoubleConversions();
+    registerEnumeration<NextPlot>("vantel.graphics.datatype.NextPlot");
+    registerEnumeration<FigureNextPlot>("vantel.graphics.datatype.FigureNextPlot");
+    registerEnumeration<LineStyle>("vantel.graphics.datatype.LineStyle");
+    registerEnumeration<Marker>("vantel.graphics.datatype.Marker");
     using namespace sgutils::generated;
     for (auto fn : {&registerGraphicsNode, &registerGraphicsContainer, &registerRoot, &registerFigure, &registerAxes,
                     &registerLine, &registerText, &registerPatch, &registerGroup, &registerContextMenu})
