@@ -1,6 +1,7 @@
 # The two commands of the project:
 #   make demo   set everything up on a fresh Debian machine, build, run the
-#               tour (examples/tour.sg) with sgsh
+#               tours with sgsh: the graphics objects (examples/objects.sg),
+#               then the language (examples/tour.sg)
 #   make test   set everything up, build, run all tests
 # Further: make test-asan (tests under AddressSanitizer + UBSan), make bench,
 # make bench-anchors (the cross-system workloads and their ratios to Qt 5),
@@ -39,6 +40,7 @@ build: deps $(BUILD)/build.ninja
 	cmake --build $(BUILD) -j $(JOBS)
 
 demo: build
+	./$(BUILD)/shell/sgsh examples/objects.sg
 	./$(BUILD)/shell/sgsh examples/tour.sg
 
 test: test-unit test-install

@@ -17,7 +17,7 @@ install(TARGETS ${SG_INSTALL_TARGETS}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
-foreach(dir platform/vx/include platform/foundation/include platform/vcos/include datatypes/include include)
+foreach(dir platform/vx/include platform/foundation/include platform/vcos/include datatypes/include include classes/include)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/${dir}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endforeach()
 

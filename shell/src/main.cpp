@@ -1,14 +1,17 @@
 // sgsh: runs a script file, code given with -e, or an interactive session.
 // Before the language starts, the graphics library starts and its exported
 // built-in functions join the function dispatcher, so scripts call them by
-// name and make objects of its classes.
+// name and make objects of its classes. The concrete graphics classes
+// register, and the graphics built-ins (figure, plot, ...) join the language.
 #include <dlfcn.h>
 
 #include <cstdio>
 #include <cstring>
 #include <string>
 
+#include "builtins/GraphicsBuiltins.h"
 #include "foundation/core/except/Error.h"
+#include "sgclasses/Registration.h"
 #include "sgsh/Shell.h"
 #include "sgutils/startup/Startup.h"
 #include "vcos/FunctionDispatcher.h"
@@ -22,6 +25,8 @@ class GraphicsLibrary {
  public:
   GraphicsLibrary() {
     VLInitialize_sgutils();
+    sgclasses::registerClasses();
+    sgsh::builtins::registerGraphicsBuiltins();
     Dl_info info{};
     if (dladdr(reinterpret_cast<void*>(&VLInitialize_sgutils), &info) == 0 || !info.dli_fname) return;
     // Already loaded: this only takes a handle of our own to it.
@@ -46,6 +51,7 @@ class GraphicsLibrary {
       dispatcher.unregisterBuiltin("VLTerminate_sgutils");
       dlclose(handle_);
     }
+    sgclasses::releaseRoot();
     VLTerminate_sgutils();
   }
   GraphicsLibrary(const GraphicsLibrary&) = delete;

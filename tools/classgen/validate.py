@@ -17,8 +17,17 @@ def registered_types(path=TYPES_FILE):
         return {line.strip() for line in f if line.strip() and not line.startswith("#")}
 
 
+def library_types(path):
+    """Types a library registers itself, listed in a types.txt at the
+    library's root: the nearest one in a folder above the description
+    (classes/types.txt for classes/Line/Line.def)."""
+    folder = os.path.dirname(os.path.dirname(os.path.abspath(path)))
+    candidate = os.path.join(folder, "types.txt")
+    return registered_types(candidate) if os.path.isfile(candidate) else set()
+
+
 def validate(d, types=None):
-    types = registered_types() if types is None else types
+    types = registered_types() | library_types(d.path) if types is None else types
     seen = {}  # property faces and events apart: they are separate lists of a class
     seen_events = {}
 
@@ -49,7 +58,7 @@ def validate(d, types=None):
                 fail(row, "`{}` is already defined on line {}".format(face, names[face]))
             names[face] = row.line
         if hasattr(row, "type") and row.type not in types:
-            fail(row, "unknown type `{}` (registered types are listed in tools/classgen/types.txt)".format(row.type))
+            fail(row, "unknown type `{}` (registered types are listed in tools/classgen/types.txt, or in a types.txt at the root of the library that registers them)".format(row.type))
         for access in row.access if hasattr(row, "access") else ():
             if any(a not in (0, 1, 2) for a in access):
                 fail(row, "access numbers are 0 (public), 1 (protected) or 2 (private)")

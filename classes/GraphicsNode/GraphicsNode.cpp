@@ -1,0 +1,81 @@
+// The hand-written half of GraphicsNode. "Parent" reads the owner in the
+// object tree (an empty double without one). Setting it takes a graphics
+// object or its number, or an empty value to unhook; a deleted parent or
+// one of a class that may not hold this object is refused before anything
+// changes. A new parent hands its ancestors' defaults to the object.
+#include "sgutils/objects/GraphicsNode.gen.h"
+
+#include "foundation/core/except/Error.h"
+#include "sgdatatypes/HandleNumberTable.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSInterface.h"
+#include "vcos/ObjectArray.h"
+#include "vx/vx.h"
+#include "sgclasses/ClassNames.h"
+#include "sgclasses/Drawnow.h"
+
+namespace sgclasses {
+
+using foundation::core::except::Error;
+
+namespace {
+
+// The parent a value names: null for an empty value.
+COSInterfacePtr parentOf(const vxArray* array) {
+  if (!array || vxIsEmpty(array)) return {};
+  if (omIsVCOS(array)) {
+    if (vxGetNumberOfElements(array) != 1) throw Error("VANTEL:sgclasses:ParentNotScalar");
+    return omGetArrayElement(array, 0);
+  }
+  if (vxIsDouble(array) && vxGetNumberOfElements(array) == 1) {
+    if (COSInterface* object = graphics::datatype::HandleNumberTable::entryFor(vxGetScalar(array)))
+      return COSInterfacePtr(object);
+    throw Error("VANTEL:sg:DeletedObject");
+  }
+  throw Error("VANTEL:sgclasses:InvalidParentValue", vxGetClassName(array));
+}
+
+}  // namespace
+
+bool GraphicsNode::acceptsParent(COSInterface*) const { return false; }
+
+void GraphicsNode::parentChanged(COSInterface*, COSInterface*) {}
+
+COSValue GraphicsNode::getParentImpl(COSPropInfo*, const COSClient*, COSInterface* object) {
+  COSInterface* owner = object->getOwnerObject();
+  return COSValue(owner ? omCreateVCOSScalar(COSInterfacePtr(owner)) : vxCreateDoubleMatrix(0, 0, vxREAL));
+}
+
+void GraphicsNode::setParentImpl(COSPropInfo*, const COSClient*, COSInterface* object, COSValue value) {
+  reparent(object, parentOf(value.asPointer<const vxArray>()).get());
+}
+
+void GraphicsNode::reparent(COSInterface* object, COSInterface* parent) {
+  if (!parent) {
+    object->unhookFromOwner();
+    return;
+  }
+  if (parent->isDestroyed() || parent->isBeingDestroyed()) throw Error("VANTEL:sg:DeletedObject");
+  if (!acceptsParent(parent))
+    throw Error("VANTEL:sgclasses:InvalidParent", object->getClass()->getName(), parent->getClass()->getName());
+  // The new parent must not lie below the object.
+  for (COSInterface* up = parent; up; up = up->getOwnerObject())
+    if (up == object) throw Error("VANTEL:sgclasses:ParentCycle");
+  if (object->getOwnerObject() == parent) return;
+  object->unhookFromOwner();
+  parent->hookChild(object);
+  applyDefaultProperties(COSInterfacePtr(parent), false);
+  parentChanged(object, parent);
+}
+
+void GraphicsNode::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
+  GraphicsCoreProperties::doPostSet(object, property, flags);
+  if (!std::exchange(dirty_, true)) markDirty(object.get());
+}
+
+void GraphicsNode::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+  GraphicsCoreProperties::doPostSet(object, property, limitsDirty, objectDirty);
+  if (!std::exchange(dirty_, true)) markDirty(object.get());
+}
+
+}  // namespace sgclasses

@@ -1,0 +1,42 @@
+// The word-valued properties of the concrete classes that take one of a
+// fixed set of words. Each is a one-byte enumeration registered as a type
+// "vantel.graphics.datatype.<Name>" by registerClasses.
+#pragma once
+
+#include "sgdatatypes/Enumeration.h"
+
+namespace sgclasses {
+
+// Axes NextPlot: "replace" clears the axes before a plot, "add" keeps what is there.
+enum class NextPlot : unsigned char { Replace = 0, Add = 1 };
+// Figure NextPlot: "add" keeps what the figure holds, "replace" clears it.
+enum class FigureNextPlot : unsigned char { Add = 0, Replace = 1 };
+enum class LineStyle : unsigned char { Solid = 0, Dashed = 1, Dotted = 2, DashDot = 3, None = 4 };
+enum class Marker : unsigned char { None = 0, Circle, Plus, Asterisk, Point, Cross, Square, Diamond, Up, Down, Right, Left, Pentagram, Hexagram };
+
+}  // namespace sgclasses
+
+namespace graphics::datatype {
+
+template <>
+struct EnumerationTraits<sgclasses::NextPlot> {
+  static constexpr const char* names[] = {"replace", "add"};
+  static constexpr EnumerationDescription description{"NextPlot", names, 2};
+};
+template <>
+struct EnumerationTraits<sgclasses::FigureNextPlot> {
+  static constexpr const char* names[] = {"add", "replace"};
+  static constexpr EnumerationDescription description{"FigureNextPlot", names, 2};
+};
+template <>
+struct EnumerationTraits<sgclasses::LineStyle> {
+  static constexpr const char* names[] = {"-", "--", ":", "-.", "none"};
+  static constexpr EnumerationDescription description{"LineStyle", names, 5};
+};
+template <>
+struct EnumerationTraits<sgclasses::Marker> {
+  static constexpr const char* names[] = {"none", "o", "+", "*", ".", "x", "s", "d", "^", "v", ">", "<", "p", "h"};
+  static constexpr EnumerationDescription description{"Marker", names, 14};
+};
+
+}  // namespace graphics::datatype

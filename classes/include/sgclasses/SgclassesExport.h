@@ -1,0 +1,4 @@
+// Export macro of the sgclasses library (hidden visibility by default).
+#pragma once
+
+#define SGCLASSES_API __attribute__((visibility("default")))

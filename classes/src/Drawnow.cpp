@@ -1,0 +1,45 @@
+// The objects marked dirty since the last drawnow, and what drawnow checks.
+#include "sgclasses/Drawnow.h"
+
+#include <vector>
+
+#include "foundation/core/except/WarningChannel.h"
+#include "foundation/i18n/Message.h"
+#include "sgutils/objects/Line.gen.h"
+#include "sgutils/propinfos/BlockOf.h"
+#include "vcos/COSClass.h"
+
+namespace sgclasses {
+
+namespace {
+// Weak references: a dirty object that is deleted meanwhile is passed over.
+std::vector<COSInterfacePtr>& dirtyObjects() {
+  static std::vector<COSInterfacePtr> objects;
+  return objects;
+}
+}  // namespace
+
+void markDirty(COSInterface* object) { dirtyObjects().emplace_back(object, COSWeakReference); }
+
+std::size_t drawnow() {
+  std::vector<COSInterfacePtr> taken;
+  taken.swap(dirtyObjects());
+  for (const COSInterfacePtr& object : taken) {
+    if (object->isDestroyed() || object->isBeingDestroyed()) continue;
+    auto* node = sgutils::blockOf<GraphicsNode>(object.get(), GraphicsNode::classID());
+    if (!node) continue;
+    node->takeDirty();
+    if (!object->getClass()->isSubclassOf(Line::classID())) continue;
+    Line* line = static_cast<Line*>(node);
+    if (line->isDataValid()) {
+      line->warnedInvalid = false;
+    } else if (!line->warnedInvalid) {
+      line->warnedInvalid = true;
+      foundation::core::except::WarningChannel::instance().issue(
+          i18n::Message("VANTEL:sgclasses:LineDataLengths"));
+    }
+  }
+  return taken.size();
+}
+
+}  // namespace sgclasses

@@ -1,0 +1,396 @@
+// Built-ins of the graphics objects: making them (figure, axes, line, text,
+// patch, group, contextmenu, plot), the current ones (groot, gcf, gca,
+// hold), clearing (cla, clf, close), the tree (findobj, findall, allchild,
+// ancestor, isgraphics), drawnow, and get/set of default names.
+#include "builtins/GraphicsBuiltins.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+#include "builtins/BuiltinSupport.h"
+#include "sgclasses/ClassNames.h"
+#include "sgclasses/Drawnow.h"
+#include "sgclasses/Objects.h"
+#include "sgclasses/Plotting.h"
+#include "sgdatatypes/HandleNumberTable.h"
+#include "sgutils/defaults/DefaultNameAccess.h"
+#include "sgutils/tree/DefaultFindobjClassInfo.h"
+#include "sgutils/tree/ScopeShowHiddenHandlesOn.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSClient.h"
+#include "vcos/COSInterface.h"
+#include "vcos/ObjectArray.h"
+#include "vcos/ObjectCalls.h"
+#include "vcos/VxProperty.h"
+
+namespace sgsh::builtins {
+namespace {
+
+using sgclasses::isOfClass;
+
+// A graphics object alive now, or null.
+COSInterfacePtr liveGraphics(const vxArray* value) {
+  if (!value || !vxIsObject(value) || vxGetNumberOfElements(value) != 1) return {};
+  COSInterfacePtr object = omGetArrayElement(value, 0);
+  if (!object || object->isDestroyed() || object->isBeingDestroyed()) return {};
+  return object->getClass()->isSubclassOf(COSID("vantel.graphics.Graphics")) ? object : COSInterfacePtr();
+}
+
+// One live graphics object given to `fn`; a deleted one raises
+// "VANTEL:sg:DeletedObject", anything else "VANTEL:sgsh:NotGraphicsObject".
+COSInterfacePtr objectArg(const char* fn, const Value& v) {
+  if (vxIsObject(v.get()) && vxGetNumberOfElements(v.get()) == 1) {
+    COSInterfacePtr object = omGetArrayElement(v.get(), 0);
+    if (object && (object->isDestroyed() || object->isBeingDestroyed())) throw Error("VANTEL:sg:DeletedObject");
+  }
+  COSInterfacePtr object = liveGraphics(v.get());
+  if (!object) throw Error("VANTEL:sgsh:NotGraphicsObject", fn);
+  return object;
+}
+
+// Whether the argument is a graphics object (live or not): a leading parent.
+bool isObjectValue(const Value& v) { return vxIsObject(v.get()); }
+
+Value objectValue(const COSInterfacePtr& object) {
+  return object ? Value(omCreateVCOSScalar(object)) : Value::emptyDouble();
+}
+
+std::vector<const vxArray*> rawPairs(Args in, const char* fn) {
+  if (in.size() % 2 != 0) throw Error("VANTEL:sgsh:NameValuePairs", fn);
+  std::vector<const vxArray*> pairs;
+  for (const Value& v : in) pairs.push_back(v.get());
+  return pairs;
+}
+
+// f(parent, name, value, ...) or f(name, value, ...) with the parent
+// `fallback` gives.
+COSInterfacePtr makeWithParent(const char* fn, const char* className, Args in, COSInterfacePtr (*fallback)()) {
+  COSInterfacePtr parent;
+  if (!in.empty() && isObjectValue(in[0])) {
+    parent = objectArg(fn, in[0]);
+    in = in.subspan(1);
+  }
+  const std::vector<const vxArray*> pairs = rawPairs(in, fn);
+  if (!parent) {
+    // A Parent among the pairs wins over the current object.
+    bool named = false;
+    for (std::size_t i = 0; i < pairs.size(); i += 2)
+      if (ops::isText(pairs[i]) && ops::textOf(pairs[i]) == "Parent") named = true;
+    if (!named) parent = fallback();
+  }
+  COSInterfacePtr made = sgclasses::create(className, parent, pairs);
+  return made;
+}
+
+COSInterfacePtr currentAxesMade() { return sgclasses::currentAxes(true); }
+COSInterfacePtr currentFigureMade() { return sgclasses::currentFigure(true); }
+COSInterfacePtr rootObject() { return sgclasses::root(); }
+
+template <const char* ClassName, COSInterfacePtr (*Fallback)()>
+void bMake(Interpreter&, int, Out& out, Args in) {
+  const char* fn = std::strrchr(ClassName, '.') + 1;
+  out.push_back(objectValue(makeWithParent(fn, ClassName, in, Fallback)));
+}
+
+void bFigure(Interpreter&, int, Out& out, Args in) {
+  if (in.size() == 1 && isObjectValue(in[0])) {
+    COSInterfacePtr figure = objectArg("figure", in[0]);
+    if (!isOfClass(figure.get(), {sgclasses::kFigureClass})) throw Error("VANTEL:sgsh:NotGraphicsObject", "figure");
+    sgclasses::makeCurrent(figure);
+    out.push_back(objectValue(figure));
+    return;
+  }
+  COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root(), rawPairs(in, "figure"));
+  out.push_back(objectValue(figure));
+}
+
+void bAxes(Interpreter&, int, Out& out, Args in) {
+  if (in.size() == 1 && isObjectValue(in[0])) {
+    COSInterfacePtr target = objectArg("axes", in[0]);
+    if (isOfClass(target.get(), {sgclasses::kAxesClass})) {
+      sgclasses::makeCurrent(target);
+      out.push_back(objectValue(target));
+      return;
+    }
+  }
+  COSInterfacePtr axes = makeWithParent("axes", sgclasses::kAxesClass, in, &currentFigureMade);
+  sgclasses::makeCurrent(axes);
+  out.push_back(objectValue(axes));
+}
+
+constexpr char kLine[] = "vantel.graphics.primitive.Line";
+constexpr char kText[] = "vantel.graphics.primitive.Text";
+constexpr char kPatch[] = "vantel.graphics.primitive.Patch";
+constexpr char kGroup[] = "vantel.graphics.primitive.Group";
+constexpr char kContextMenu[] = "vantel.ui.container.ContextMenu";
+
+// plot(y), plot(x, y), plot(ax, ...), each with an optional line
+// specification and name-value pairs after the data.
+void bPlot(Interpreter&, int, Out& out, Args in) {
+  COSInterfacePtr axes;
+  if (!in.empty() && isObjectValue(in[0])) {
+    axes = objectArg("plot", in[0]);
+    in = in.subspan(1);
+  }
+  std::size_t data = 0;
+  while (data < in.size() && data < 2 && !ops::isText(in[data].get())) ++data;
+  if (data == 0) throw Error("VANTEL:sgsh:NotEnoughInputs", "plot");
+  sgclasses::LineSpec spec;
+  Args rest = in.subspan(data);
+  if (rest.size() % 2 == 1) {
+    const std::string text = textArg("plot", rest[0]);
+    std::optional<sgclasses::LineSpec> parsed = sgclasses::parseLineSpec(text);
+    if (!parsed) throw Error("VANTEL:sgsh:BadLineSpec", text);
+    spec = *parsed;
+    rest = rest.subspan(1);
+  }
+  const std::vector<const vxArray*> pairs = rawPairs(rest, "plot");
+  if (!axes) axes = sgclasses::currentAxes(true);
+  const vxArray* x = data == 2 ? in[0].get() : nullptr;
+  const vxArray* y = data == 2 ? in[1].get() : in[0].get();
+  out.push_back(objectValue(sgclasses::plot(axes, x, y, spec, pairs)));
+}
+
+void bGroot(Interpreter&, int, Out& out, Args in) {
+  checkArgs("groot", in, 0, 0);
+  out.push_back(objectValue(sgclasses::root()));
+}
+
+void bGcf(Interpreter&, int, Out& out, Args in) {
+  checkArgs("gcf", in, 0, 0);
+  out.push_back(objectValue(sgclasses::currentFigure(true)));
+}
+
+void bGca(Interpreter&, int, Out& out, Args in) {
+  checkArgs("gca", in, 0, 0);
+  out.push_back(objectValue(sgclasses::currentAxes(true)));
+}
+
+// hold on, hold off, hold (toggles), hold(ax, 'on').
+void bHold(Interpreter&, int, Out&, Args in) {
+  checkArgs("hold", in, 0, 2);
+  COSInterfacePtr axes;
+  if (!in.empty() && isObjectValue(in[0])) {
+    axes = objectArg("hold", in[0]);
+    in = in.subspan(1);
+  }
+  if (!axes) axes = sgclasses::currentAxes(true);
+  if (in.empty()) {
+    sgclasses::setHold(axes, !sgclasses::isHoldOn(axes));
+    return;
+  }
+  const std::string word = textArg("hold", in[0]);
+  if (word == "on")
+    sgclasses::setHold(axes, true);
+  else if (word == "off")
+    sgclasses::setHold(axes, false);
+  else
+    throw Error("VANTEL:sgsh:BadHoldWord", word);
+}
+
+// Deletes the visible children of `owner` except `keep`.
+void deleteChildren(const COSInterfacePtr& owner, const COSInterface* keep) {
+  std::vector<COSInterfacePtr> doomed;
+  for (COSInterface* child = owner->getNewestChild(); child; child = child->getOlderSibling())
+    if (child != keep && !child->isBeingDestroyed()) doomed.emplace_back(child);
+  for (const COSInterfacePtr& child : doomed)
+    if (!child->isDestroyed()) child->deleteObject(COSGetPublicClient());
+}
+
+void bCla(Interpreter&, int, Out&, Args in) {
+  checkArgs("cla", in, 0, 1);
+  COSInterfacePtr axes = in.empty() ? sgclasses::currentAxes(false) : objectArg("cla", in[0]);
+  if (!axes) return;
+  matrix::unique_vxArray self(omCreateVCOSScalar(axes));
+  matrix::unique_vxArray title(vxGetProperty(self.get(), 0, "Title"));
+  COSInterfacePtr keep = liveGraphics(title.get());
+  deleteChildren(axes, keep.get());
+}
+
+void bClf(Interpreter&, int, Out&, Args in) {
+  checkArgs("clf", in, 0, 1);
+  COSInterfacePtr figure = in.empty() ? sgclasses::currentFigure(false) : objectArg("clf", in[0]);
+  if (figure) deleteChildren(figure, nullptr);
+}
+
+// close, close(f), close all.
+void bClose(Interpreter&, int, Out&, Args in) {
+  checkArgs("close", in, 0, 1);
+  if (!in.empty() && ops::isText(in[0].get())) {
+    if (ops::textOf(in[0].get()) != "all") throw Error("VANTEL:sgsh:BadCloseWord", ops::textOf(in[0].get()));
+    deleteChildren(sgclasses::root(), nullptr);
+    return;
+  }
+  COSInterfacePtr figure = in.empty() ? sgclasses::currentFigure(false) : objectArg("close", in[0]);
+  if (figure) figure->deleteObject(COSGetPublicClient());
+}
+
+// findobj(...) and findall(...) without an object search from the root;
+// with objects they call the objects' findobj.
+void findFrom(const char* fn, Out& out, Args in) {
+  std::vector<const vxArray*> inputs;
+  Value root;
+  if (in.empty() || !isObjectValue(in[0])) {
+    root = objectValue(sgclasses::root());
+    inputs.push_back(root.get());
+  }
+  for (const Value& v : in) inputs.push_back(v.get());
+  vxArray* result = nullptr;
+  if (!omCallMethod(COSID("vantel.graphics.Graphics"), "findobj", COSGetPublicClient(), 1, &result,
+                    static_cast<int>(inputs.size()), inputs.data(), true))
+    throw Error("VANTEL:sgsh:NoSuchMethod", fn);
+  out.push_back(Value(result));
+}
+
+void bFindobj(Interpreter&, int, Out& out, Args in) { findFrom("findobj", out, in); }
+
+void bFindall(Interpreter&, int, Out& out, Args in) {
+  struct FindAll {
+    FindAll() { sgutils::DefaultFindobjClassInfo::setFindAllObjects(true); }
+    ~FindAll() { sgutils::DefaultFindobjClassInfo::setFindAllObjects(false); }
+  } all;
+  findFrom("findall", out, in);
+}
+
+void bAllchild(Interpreter&, int, Out& out, Args in) {
+  checkArgs("allchild", in, 1, 1);
+  COSInterfacePtr object = objectArg("allchild", in[0]);
+  sgutils::ScopeShowHiddenHandlesOn showAll;
+  matrix::unique_vxArray self(omCreateVCOSScalar(object));
+  out.push_back(Value(vxGetProperty(self.get(), 0, "Children")));
+}
+
+std::string lower(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return text;
+}
+
+// ancestor(h, type): h or its nearest ancestor whose Type (or class name)
+// is `type`; empty when there is none.
+void bAncestor(Interpreter&, int, Out& out, Args in) {
+  checkArgs("ancestor", in, 2, 2);
+  COSInterfacePtr object = objectArg("ancestor", in[0]);
+  const std::string wanted = lower(textArg("ancestor", in[1]));
+  for (COSInterface* up = object.get(); up; up = up->getOwnerObject()) {
+    matrix::unique_vxArray self(omCreateVCOSScalar(COSInterfacePtr(up)));
+    matrix::unique_vxArray type(vxGetProperty(self.get(), 0, "Type"));
+    if (lower(vxArrayToStdString(type.get())) == wanted || lower(up->getClass()->getName()) == wanted) {
+      out.push_back(objectValue(COSInterfacePtr(up)));
+      return;
+    }
+  }
+  out.push_back(Value::emptyDouble());
+}
+
+// isgraphics(h): true for each element that is a live graphics object (or
+// the number of one).
+void bIsgraphics(Interpreter&, int, Out& out, Args in) {
+  checkArgs("isgraphics", in, 1, 1);
+  const vxArray* value = in[0].get();
+  const std::size_t n = vxGetNumberOfElements(value);
+  vxArray* result = vxCreateLogicalMatrix(vxGetM(value), vxGetN(value));
+  auto* flags = static_cast<bool*>(vxGetData(result));
+  for (std::size_t i = 0; i < n; ++i) {
+    COSInterfacePtr object;
+    if (vxIsObject(value))
+      object = omGetArrayElement(value, i);
+    else if (vxIsDouble(value) && !vxIsComplex(value))
+      object = COSInterfacePtr(graphics::datatype::HandleNumberTable::entryFor(vxGetPr(value)[i]));
+    flags[i] = object && !object->isDestroyed() && !object->isBeingDestroyed() &&
+               object->getClass()->isSubclassOf(COSID("vantel.graphics.Graphics"));
+  }
+  out.push_back(Value(result));
+}
+
+void bDrawnow(Interpreter&, int, Out&, Args in) {
+  checkArgs("drawnow", in, 0, 0);
+  sgclasses::drawnow();
+}
+
+bool isDefaultName(const vxArray* name) {
+  if (!ops::isText(name)) return false;
+  const std::string text = lower(ops::textOf(name));
+  return text.size() > 7 && text.starts_with("default");
+}
+
+BuiltinFn& plainGet() {
+  static BuiltinFn fn = nullptr;
+  return fn;
+}
+BuiltinFn& plainSet() {
+  static BuiltinFn fn = nullptr;
+  return fn;
+}
+
+// get(h, 'defaultLineLineWidth') on a graphics object reads its default
+// store; everything else is the ordinary get.
+void bGet(Interpreter& interp, int nargout, Out& out, Args in) {
+  if (in.size() == 2 && isDefaultName(in[1].get())) {
+    COSInterfacePtr object = objectArg("get", in[0]);
+    const std::string name = ops::textOf(in[1].get());
+    matrix::unique_vxArray value = sgutils::DefaultNameAccess::get(object, name);
+    // Factory values are not kept yet: a default that nobody set is an error.
+    if (!value) throw Error("VANTEL:sgsh:NoDefaultValue", name);
+    out.push_back(Value(std::move(value)));
+    return;
+  }
+  plainGet()(interp, nargout, out, in);
+}
+
+// set(h, name, value, ...) where some names are default names: each pair
+// goes to the default store or the property, in order.
+void bSet(Interpreter& interp, int nargout, Out& out, Args in) {
+  bool anyDefault = false;
+  for (std::size_t i = 1; i < in.size(); i += 2) anyDefault = anyDefault || isDefaultName(in[i].get());
+  if (!anyDefault || in.size() < 3 || in.size() % 2 == 0) {
+    plainSet()(interp, nargout, out, in);
+    return;
+  }
+  COSInterfacePtr object = objectArg("set", in[0]);
+  for (std::size_t i = 1; i + 1 < in.size(); i += 2) {
+    if (isDefaultName(in[i].get())) {
+      sgutils::DefaultNameAccess::set(object, ops::textOf(in[i].get()), in[i + 1].get());
+    } else {
+      Out ignored;
+      const Value pair[] = {in[0], in[i], in[i + 1]};
+      plainSet()(interp, 0, ignored, Args(pair));
+    }
+  }
+}
+
+}  // namespace
+
+void registerGraphicsBuiltins() {
+  BuiltinRegistry& r = BuiltinRegistry::instance();
+  if (!plainGet()) {
+    plainGet() = r.find("get");
+    plainSet() = r.find("set");
+  }
+  r.add<bFigure>("figure");
+  r.add<bAxes>("axes");
+  r.add<bMake<kLine, &currentAxesMade>>("line");
+  r.add<bMake<kText, &currentAxesMade>>("text");
+  r.add<bMake<kPatch, &currentAxesMade>>("patch");
+  r.add<bMake<kGroup, &currentAxesMade>>("group");
+  r.add<bMake<kContextMenu, &currentFigureMade>>("contextmenu");
+  r.add<bPlot>("plot");
+  r.add<bGroot>("groot");
+  r.add<bGcf>("gcf");
+  r.add<bGca>("gca");
+  r.add<bHold>("hold");
+  r.add<bCla>("cla");
+  r.add<bClf>("clf");
+  r.add<bClose>("close");
+  r.add<bFindobj>("findobj");
+  r.add<bFindall>("findall");
+  r.add<bAllchild>("allchild");
+  r.add<bAncestor>("ancestor");
+  r.add<bIsgraphics>("isgraphics");
+  r.add<bDrawnow>("drawnow");
+  if (plainGet()) r.add<bGet>("get");
+  if (plainSet()) r.add<bSet>("set");
+  (void)&rootObject;
+}
+
+}  // namespace sgsh::builtins
