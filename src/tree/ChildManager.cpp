@@ -3,7 +3,10 @@
 #include "sgutils/tree/ChildManager.h"
 
 #include <algorithm>
+#include <optional>
 
+#include "sgutils/tree/DefaultChildStrategy.h"
+#include "sgutils/tree/RootInstance.h"
 #include "sgutils/tree/ShowHiddenHandlesInternal.h"
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
 #include "vcos/COSClass.h"
@@ -67,6 +70,13 @@ COSInterfacePtr ChildManager::doGetChildren() {
   COSInterfacePtr owner = getOwnerObject();
   if (!owner || owner->isDestroyed()) return {};
   return COSInterfacePtr(owner->getNewestChild());
+}
+
+void ChildManager::collectChildrenWidenedByRoot(ChildList& out) {
+  std::optional<ShowHiddenHandlesInternal::ShowHiddenHandlesInternalScopeGuard> showAll;
+  if (RootInstance::getRootInstance(NullTolerance::Tolerate) && DefaultChildStrategy::isShowHiddenHandlesOn())
+    showAll.emplace();
+  collectChildrenDefault(out);
 }
 
 void ChildManager::collectChildrenDefault(ChildList& out) {

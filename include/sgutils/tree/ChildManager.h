@@ -58,6 +58,9 @@ class SGUTILS_API ChildManager {
   // The newest child of the owner, or null (no owner, or a deleted one).
   virtual COSInterfacePtr doGetChildren();
   void collectChildrenDefault(ChildList& out);
+  // The default list, widened to the hidden children while a root exists
+  // and its ShowHiddenHandles is on: the usual Children of a container.
+  void collectChildrenWidenedByRoot(ChildList& out);
 
   // The children to save; marks each "TopLevelSerializedObject" false.
   vxArray* getSerializableChildList();
