@@ -40,8 +40,8 @@ void bSize(Interpreter&, int nargout, Out& out, Args in) {
   const ops::Dims d = ops::dimsOf(in[0].get());
   if (in.size() == 2) {
     const double k = scalarArg("size", in[1]);
-    if (k < 1 || k != std::floor(k)) throw Error("VANTEL:sgsh:BadDimension", "size");
-    const std::size_t i = static_cast<std::size_t>(k) - 1;
+    if (!(k >= 1) || k != std::floor(k)) throw Error("VANTEL:sgsh:BadDimension", "size");
+    const std::size_t i = ops::positionFrom(k);
     out.push_back(Value::scalar(i < d.size() ? static_cast<double>(d[i]) : 1.0));
     return;
   }
@@ -313,6 +313,7 @@ void bRepmat(Interpreter&, int, Out& out, Args in) {
   const ops::Dims d = ops::dimsOf(a);
   if (d.size() > 2 || reps.size() > 2) throw Error("VANTEL:sgsh:ConcatND");
   const vxSize m = d[0], n = d[1], R = reps[0], C = reps[1];
+  ops::checkedCount({m, R, n, C}, "repmat");  // before the positions are listed
   std::vector<vxIndex> pos;
   for (vxSize j = 0; j < n * C; ++j)
     for (vxSize i = 0; i < m * R; ++i) pos.push_back((i % m) + (j % n) * m);

@@ -98,8 +98,8 @@ void modRem(Interpreter&, int, Out& out, Args in) {
 std::size_t reductionDim(const ops::Dims& d, Args in) {
   if (in.size() >= 2) {
     const double k = scalarArg("reduction", in[1]);
-    if (k < 1 || k != std::floor(k)) throw Error("VANTEL:sgsh:BadDimension", "reduction");
-    return static_cast<std::size_t>(k) - 1;
+    if (!(k >= 1) || k != std::floor(k)) throw Error("VANTEL:sgsh:BadDimension", "reduction");
+    return ops::positionFrom(k);
   }
   for (std::size_t k = 0; k < d.size(); ++k)
     if (d[k] != 1) return k;
@@ -118,13 +118,14 @@ Value reduce(const vxArray* a, Reduce kind, Args in, Value* where = nullptr) {
     return Value::scalar(kind == Reduce::Sum ? 0 : 1);
   }
   const std::size_t k = reductionDim(d, in);
-  while (d.size() <= k) d.push_back(1);
+  // A dimension past the last is a singleton: the dimension list is not
+  // grown to reach it (sum(x, 1e8) would otherwise build 1e8 entries).
   vxSize below = 1, above = 1;
-  for (std::size_t j = 0; j < k; ++j) below *= d[j];
+  for (std::size_t j = 0; j < k && j < d.size(); ++j) below *= d[j];
   for (std::size_t j = k + 1; j < d.size(); ++j) above *= d[j];
-  const vxSize len = d[k];
+  const vxSize len = k < d.size() ? d[k] : 1;
   ops::Dims od = d;
-  od[k] = len == 0 && (kind == Reduce::Max || kind == Reduce::Min) ? 0 : 1;
+  if (k < d.size()) od[k] = len == 0 && (kind == Reduce::Max || kind == Reduce::Min) ? 0 : 1;
   const vxSize n = below * above;
   std::vector<cplx> res(n);
   std::vector<double> idx(n, 1);
@@ -201,7 +202,7 @@ void bFind(Interpreter&, int, Out& out, Args in) {
   checkArgs("find", in, 1, 2);
   const vxArray* a = numbersArg(in[0]);
   const vxSize n = vxGetNumberOfElements(a);
-  vxSize limit = in.size() == 2 ? static_cast<vxSize>(scalarArg("find", in[1])) : n;
+  const vxSize limit = in.size() == 2 ? ops::sizeFrom(scalarArg("find", in[1]), "find") : n;
   std::vector<double> r;
   for (vxSize i = 0; i < n && r.size() < limit; ++i)
     if (ops::complexAt(a, i) != cplx(0)) r.push_back(static_cast<double>(i + 1));
@@ -231,7 +232,8 @@ void bLinspace(Interpreter&, int, Out& out, Args in) {
   checkArgs("linspace", in, 2, 3);
   const double a = scalarArg("linspace", in[0]), b = scalarArg("linspace", in[1]);
   const double nd = in.size() == 3 ? std::floor(scalarArg("linspace", in[2])) : 100;
-  const vxSize n = nd < 1 ? 0 : static_cast<vxSize>(nd);
+  const vxSize n = ops::sizeFrom(nd, "linspace");
+  ops::checkedCount({1, n}, "linspace");
   std::vector<double> r(n);
   for (vxSize i = 0; i < n; ++i) r[i] = n == 1 ? b : a + (b - a) * static_cast<double>(i) / static_cast<double>(n - 1);
   out.push_back(ops::doubles({1, n}, r));

@@ -19,6 +19,25 @@ using Dims = std::vector<vxSize>;
 
 Dims dimsOf(const vxArray* a);
 vxSize countOf(const Dims& d) noexcept;
+
+// The largest element count the language lets an array have: the runtime's
+// own limit, or less where a host caps memory (the fuzz target does).
+vxSize elementLimit() noexcept;
+void setElementLimit(vxSize limit) noexcept;
+
+// Every number the language uses as a subscript, a size or a count passes
+// through one of these, so a NaN, an infinity or a huge value becomes an
+// error with an identifier and never a wrapped or undefined cast.
+// A one-based subscript to a zero-based position: finite, whole, at least 1
+// (VANTEL:sgsh:BadIndex) and within the element limit (VANTEL:sgsh:IndexTooLarge).
+vxIndex positionFrom(double subscript);
+// A dimension length or a count: whole and not NaN (VANTEL:sgsh:BadSize,
+// naming fn), within the element limit (VANTEL:sgsh:TooLarge); negative
+// lengths read as 0.
+vxSize sizeFrom(double v, const char* fn);
+// The element count of dims, raising VANTEL:sgsh:TooLarge past the limit
+// (also where the product itself would overflow).
+vxSize checkedCount(const Dims& d, const char* fn);
 // Drops trailing singleton dimensions beyond the second.
 Dims normalized(Dims d);
 // "2x3", "0x0", "2x3x4".
