@@ -4,6 +4,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <span>
@@ -58,6 +59,14 @@ class Interpreter {
   // A value made from a function handle's data.
   Value makeHandle(std::shared_ptr<const FunctionHandle> data) const;
 
+  // At most this many statements run from now on (0: no limit); past it
+  // the running code raises VANTEL:sgsh:StepLimit. Hosts that run untrusted
+  // code in a bounded time set it.
+  void setStepLimit(std::uint64_t steps) noexcept {
+    stepLimit_ = steps;
+    steps_ = 0;
+  }
+
   // tic/toc state.
   std::chrono::steady_clock::time_point& timer() noexcept { return timer_; }
 
@@ -89,6 +98,8 @@ class Interpreter {
 
   // expressions
   Value eval(const Node& expr);
+  // l op r for a Binary node, objects compared through their eq and ne.
+  Value evalBinary(const Node& op, const vxArray* l, const vxArray* r);
   // The value of an expression without copying a variable: the variable's
   // own array, or the result kept in holder.
   const vxArray* evalBorrowed(const Node& expr, Value& holder);
@@ -111,10 +122,16 @@ class Interpreter {
   std::vector<Value> callUser(const Node& fn, std::span<const Value> args, int nargout);
   std::vector<Value> callLambda(const FunctionHandle& h, std::span<const Value> args, int nargout);
 
+  void countStep() {
+    if (stepLimit_ != 0 && ++steps_ > stepLimit_) throwStepLimit();
+  }
+  [[noreturn]] void throwStepLimit() const;
+
   Workspace& ws() noexcept { return *frames_.back(); }
   const Workspace& ws() const noexcept { return *frames_.back(); }
 
   // RAII for a function's workspace, and for the interpreter running code.
+  class DepthGuard;
   class FrameGuard;
   class RunningGuard;
   // A dotted name (pkg.sub.Class) written as fields of a name that is
@@ -122,11 +139,12 @@ class Interpreter {
   std::string dottedName(const Node& n) const;
 
   std::vector<std::unique_ptr<Workspace>> frames_;
-  // Workspaces of running functions set aside while callback code runs in
-  // the base workspace; they still count towards the recursion limit.
-  std::size_t setAside_ = 0;
+  // Entries into the evaluator now running: function calls and callback
+  // code run in the base workspace (whose callers' workspaces step aside).
+  std::size_t depth_ = 0;
+  std::uint64_t stepLimit_ = 0;
+  std::uint64_t steps_ = 0;
   std::map<std::string, NodePtr, std::less<>> functions_;
-  std::vector<NodePtr> programs_;  // keeps parsed trees alive
   std::vector<EndContext> ends_;
   std::chrono::steady_clock::time_point timer_;
   std::unique_ptr<CallbackRunner> callbacks_;  // the language runs callbacks while this lives

@@ -16,6 +16,7 @@
 #include "eval/Indexing.h"
 #include "eval/ObjectBridge.h"
 #include "eval/Operators.h"
+#include "eval/StackLimit.h"
 #include "sgsh/BuiltinRegistry.h"
 #include "sgsh/Display.h"
 #include "sgsh/FunctionHandle.h"
@@ -32,18 +33,32 @@ namespace {
 constexpr std::size_t kMaxDepth = 256;
 }
 
+// Counts one entry into the evaluator (a function call, or code a callback
+// runs in the base workspace) for its lifetime; raises past the limit.
+class Interpreter::DepthGuard {
+ public:
+  explicit DepthGuard(Interpreter& in) : in_(in) {
+    if (in_.depth_ + 1 >= kMaxDepth) throw Error("VANTEL:sgsh:RecursionLimit", kMaxDepth);
+    ++in_.depth_;
+  }
+  ~DepthGuard() { --in_.depth_; }
+  DepthGuard(const DepthGuard&) = delete;
+  DepthGuard& operator=(const DepthGuard&) = delete;
+
+ private:
+  Interpreter& in_;
+};
+
 // Pushes a fresh workspace for a function call and pops it on every exit.
 class Interpreter::FrameGuard {
  public:
-  explicit FrameGuard(Interpreter& in) : in_(in) {
-    if (in_.frames_.size() + in_.setAside_ >= kMaxDepth) throw Error("VANTEL:sgsh:RecursionLimit", kMaxDepth);
-    in_.frames_.push_back(std::make_unique<Workspace>());
-  }
+  explicit FrameGuard(Interpreter& in) : depth_(in), in_(in) { in_.frames_.push_back(std::make_unique<Workspace>()); }
   ~FrameGuard() { in_.frames_.pop_back(); }
   FrameGuard(const FrameGuard&) = delete;
   FrameGuard& operator=(const FrameGuard&) = delete;
 
  private:
+  DepthGuard depth_;
   Interpreter& in_;
 };
 
@@ -85,16 +100,18 @@ Interpreter& Interpreter::current() {
   throw Error("VANTEL:sgsh:NoInterpreter");
 }
 
+// The parsed code lives while it runs; function handles made from it keep
+// their own parts alive, so nothing of a finished run is held.
 void Interpreter::run(std::string_view source) {
   RunningGuard running(this);
   Program prog = Parser::parse(source);
   for (const NodePtr& fn : prog.functions) functions_[fn->text] = fn;
-  programs_.push_back(prog.body);
   execBlock(*prog.body);
 }
 
 void Interpreter::runInBase(std::string_view source) {
   RunningGuard running(this);
+  DepthGuard depth(*this);
   Program prog = Parser::parse(source);
   for (const NodePtr& fn : prog.functions) functions_[fn->text] = fn;
   // The workspaces of the functions running now step aside, so that the code
@@ -106,11 +123,9 @@ void Interpreter::runInBase(std::string_view source) {
     explicit SetAside(Interpreter& i) : in(i) {
       frames.assign(std::make_move_iterator(in.frames_.begin() + 1), std::make_move_iterator(in.frames_.end()));
       in.frames_.resize(1);
-      in.setAside_ += frames.size();
     }
     ~SetAside() {
       assert(in.frames_.size() == 1 && "callback code left a workspace behind");
-      in.setAside_ -= frames.size();
       for (auto& f : frames) in.frames_.push_back(std::move(f));
     }
     SetAside(const SetAside&) = delete;
@@ -146,6 +161,8 @@ Value Interpreter::makeHandle(std::shared_ptr<const FunctionHandle> data) const 
   return Value(vxCreateFunctionHandle(std::move(data)));
 }
 
+void Interpreter::throwStepLimit() const { throw Error("VANTEL:sgsh:StepLimit", stepLimit_); }
+
 // ---- statements ----------------------------------------------------------
 
 Interpreter::Flow Interpreter::execBlock(const Node& block) {
@@ -157,6 +174,8 @@ Interpreter::Flow Interpreter::execBlock(const Node& block) {
 }
 
 Interpreter::Flow Interpreter::exec(const Node& s) {
+  checkStackRoom();
+  countStep();
   switch (s.kind) {
     case NodeKind::ExprStmt: execExprStmt(s); return Flow::Normal;
     case NodeKind::Assign: execAssign(s); return Flow::Normal;
@@ -398,6 +417,7 @@ Interpreter::Flow Interpreter::execFor(const Node& s) {
                      l = ops::realAt(lastv.get(), 0);
         const std::size_t count = ops::rangeCount(f, st, l);
         for (std::size_t i = 0; i < count; ++i) {
+          countStep();
           const Flow fl = step(Value::scalar(f + st * static_cast<double>(i)));
           if (fl != Flow::Normal) return fl == Flow::Return ? fl : Flow::Normal;
         }
@@ -409,6 +429,7 @@ Interpreter::Flow Interpreter::execFor(const Node& s) {
     if (vxIsEmpty(a)) return Flow::Normal;
     const vxSize m = vxGetM(a), n = vxGetN(a);
     for (vxSize j = 0; j < n; ++j) {
+      countStep();
       std::vector<vxIndex> pos(m);
       for (vxSize i = 0; i < m; ++i) pos[i] = i + j * m;
       const Flow fl = step(ops::gather(a, pos, {m, 1}));
@@ -420,6 +441,7 @@ Interpreter::Flow Interpreter::execFor(const Node& s) {
 
 Interpreter::Flow Interpreter::execWhile(const Node& s) {
   while (truth(eval(*s.kids[0]), *s.kids[0])) {
+    countStep();
     const Flow f = execBlock(*s.kids[1]);
     if (f == Flow::Break) break;
     if (f == Flow::Return) return f;
@@ -444,10 +466,11 @@ Value errorStruct(const std::string& id, const std::string& text) {
 Interpreter::Flow Interpreter::execTry(const Node& s) {
   try {
     return execBlock(*s.kids[0]);
-  } catch (const IMsgIDException& e) {
-    if (!s.text.empty()) ws()[s.text] = errorStruct(e.identifier(), e.what());
-  } catch (const std::bad_alloc&) {
-    if (!s.text.empty()) ws()[s.text] = errorStruct("VANTEL:vcos:OutOfMemory", "Out of memory.");
+  } catch (const std::exception& e) {
+    if (!s.text.empty()) {
+      ErrorIdentity id = identify(e);
+      ws()[s.text] = errorStruct(id.identifier, id.message);
+    }
   }
   return execBlock(*s.kids[1]);
 }
@@ -461,8 +484,12 @@ std::vector<Value> Interpreter::call(const std::string& name, std::span<const Va
     std::vector<Value> out;
     if (objects.callMethod(args[0].get(), name, args.subspan(1), nargout, out)) return out;
   }
-  auto fn = functions_.find(name);
-  if (fn != functions_.end() && fn->second) return callUser(*fn->second, args, nargout);
+  if (auto fn = functions_.find(name); fn != functions_.end() && fn->second) {
+    // The call holds the definition: code it runs may register a function
+    // of the same name, and the running body must outlive that.
+    const NodePtr definition = fn->second;
+    return callUser(*definition, args, nargout);
+  }
   if (BuiltinFn b = BuiltinRegistry::instance().find(name)) {
     std::vector<Value> out;
     b(*this, nargout, out, args);

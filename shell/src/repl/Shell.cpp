@@ -15,6 +15,7 @@
 
 #include "sgsh/Output.h"
 #include "sgsh/Parser.h"
+#include "sgsh/ScriptError.h"
 
 namespace sgsh {
 
@@ -29,10 +30,9 @@ Shell::Shell() {
 Shell::~Shell() { WarningChannel::instance().setSink({}); }
 
 std::string Shell::errorReport(const std::exception& e) {
-  std::string report = "Error: ";
-  report += e.what();
-  if (const auto* m = dynamic_cast<const IMsgIDException*>(&e); m && !m->identifier().empty())
-    report += " (" + m->identifier() + ")";
+  const ErrorIdentity id = identify(e);
+  std::string report = "Error: " + id.message;
+  if (!id.identifier.empty()) report += " (" + id.identifier + ")";
   return report + "\n";
 }
 
