@@ -21,6 +21,20 @@ using foundation::core::except::Error;
 
 namespace {
 
+// Raises VANTEL:vcos:InvalidHandle when any of the objects was deleted.
+void requireLive(const vxArray* objects) {
+  const vxSize n = vxGetNumberOfElements(objects);
+  for (vxSize i = 0; i < n; ++i)
+    if (!omGetLiveArrayElement(objects, i)) throw Error("VANTEL:vcos:InvalidHandle");
+}
+
+// Methods that answer for deleted objects too: whether they are valid,
+// deleting again, identity comparison and display.
+bool acceptsDeleted(const std::string& method) {
+  return method == "isvalid" || method == "delete" || method == "eq" || method == "ne" || method == "display" ||
+         method == "disp";
+}
+
 class VcosBridge final : public ObjectBridge {
  public:
   bool isClass(const std::string& name) override { return COSClass::getClass(COSID(name.c_str())) != nullptr; }
@@ -53,6 +67,8 @@ class VcosBridge final : public ObjectBridge {
   }
 
   void setProperty(vxArray* objects, const std::string& name, const vxArray* value) override {
+    // A deleted object among several stops the set before the first write.
+    requireLive(objects);
     const vxSize n = vxGetNumberOfElements(objects);
     for (vxSize i = 0; i < n; ++i) vxSetProperty(objects, i, name.c_str(), value);
   }
@@ -61,6 +77,7 @@ class VcosBridge final : public ObjectBridge {
                   std::vector<Value>& out) override {
     COSClass* cls = vcos::array::classOf(objects);
     if (!cls || !cls->findMethod(COSID(name.c_str()))) return false;
+    if (!acceptsDeleted(name)) requireLive(objects);  // before any method code runs
     std::vector<const vxArray*> in{objects};
     for (const Value& v : args) in.push_back(v.get());
     std::vector<vxArray*> raw(static_cast<std::size_t>(std::max(nargout, 1)), nullptr);

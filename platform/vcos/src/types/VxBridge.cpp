@@ -88,6 +88,23 @@ vxArray* vxGetProperty(const vxArray* array, vxIndex index, const char* property
   return conversionFor(type, /*toArray=*/true)->convert(v).asPointer<vxArray>();
 }
 
+void vxCheckPropertyValue(const vxArray* array, vxIndex index, const char* propertyName, const vxArray* value) {
+  COSInterface* o = elementAt(array, index, propertyName);
+  COSPropInfo* p = propertyOf(o, propertyName);
+  COSDataTypePtr type = p->getDataType();
+  if (type->isVANTELArrayType()) {
+    type->checkValue(COSValue(value), /*raise=*/true);
+    return;
+  }
+  COSValue converted = conversionFor(type, /*toArray=*/false)->convert(COSValue(value));
+  struct Destroy {
+    const COSDataTypePtr& t;
+    COSValue v;
+    ~Destroy() { t->destroy(v); }
+  } destroy{type, converted};
+  type->checkValue(converted, /*raise=*/true);
+}
+
 void vxSetProperty(vxArray* array, vxIndex index, const char* propertyName, const vxArray* value) {
   COSInterface* o = elementAt(array, index, propertyName);
   COSPropInfo* p = propertyOf(o, propertyName);

@@ -10,3 +10,7 @@
 VX_API vxArray* vxGetProperty(const vxArray* array, vxIndex index, const char* propertyName);
 // The value is borrowed.
 VX_API void vxSetProperty(vxArray* array, vxIndex index, const char* propertyName, const vxArray* value);
+// Raises what vxSetProperty would raise for a deleted object, an unknown
+// property or a value the property's type refuses, without setting
+// anything: callers that set several values check them all first.
+VX_API void vxCheckPropertyValue(const vxArray* array, vxIndex index, const char* propertyName, const vxArray* value);
