@@ -54,12 +54,20 @@ double dround(double x) { return std::round(x); }
 double dfix(double x) { return std::trunc(x); }
 double dsign(double x) { return x > 0 ? 1 : x < 0 ? -1 : x; }
 
+// A result computed in doubles, back in the integer class of the input it
+// came from (saturated: abs(int8(-128)) is 127); other inputs give doubles.
+Value keepInteger(Value r, const vxArray* from) {
+  const vxClassID c = vxGetClassID(from);
+  if (c < vxINT8_CLASS || c > vxUINT64_CLASS) return r;
+  return ops::convertTo(r.get(), c, false);
+}
+
 void bAbs(Interpreter&, int, Out& out, Args in) {
   checkArgs("abs", in, 1, 1);
   const vxArray* a = numbersArg(in[0]);
   std::vector<double> r(vxGetNumberOfElements(a));
   for (vxSize i = 0; i < r.size(); ++i) r[i] = std::abs(ops::complexAt(a, i));
-  out.push_back(ops::doubles(ops::dimsOf(a), r));
+  out.push_back(keepInteger(ops::doubles(ops::dimsOf(a), r), a));
 }
 
 template <int Part>  // 0 real, 1 imag, 2 conj
@@ -170,7 +178,9 @@ Value reduce(const vxArray* a, Reduce kind, Args in, Value* where = nullptr) {
 template <Reduce Kind>
 void reduction(Interpreter&, int, Out& out, Args in) {
   checkArgs("reduction", in, 1, 2);
-  out.push_back(reduce(numbersArg(in[0]), Kind, in));
+  const vxArray* a = numbersArg(in[0]);
+  Value r = reduce(a, Kind, in);
+  out.push_back(Kind == Reduce::Any || Kind == Reduce::All ? std::move(r) : keepInteger(std::move(r), a));
 }
 
 // max(a), [m, i] = max(a), max(a, b)
@@ -187,14 +197,16 @@ void extremum(Interpreter&, int nargout, Out& out, Args in) {
       const double x = ops::realAt(a, na == 1 ? 0 : i), y = ops::realAt(b, nb == 1 ? 0 : i);
       r[i] = std::isnan(x) ? y : std::isnan(y) ? x : Kind == Reduce::Max ? std::max(x, y) : std::min(x, y);
     }
-    out.push_back(ops::doubles(ops::dimsOf(na >= nb ? a : b), r));
+    const vxArray* from = ops::isNumberLike(a) && vxGetClassID(a) >= vxINT8_CLASS ? a : b;
+    out.push_back(keepInteger(ops::doubles(ops::dimsOf(na >= nb ? a : b), r), from));
     return;
   }
   // max(a, [], dim) reduces along dim.
   Value where;
   std::vector<Value> dimArgs{in[0]};
   if (in.size() == 3) dimArgs.push_back(in[2]);
-  out.push_back(reduce(numbersArg(in[0]), Kind, dimArgs, &where));
+  const vxArray* a = numbersArg(in[0]);
+  out.push_back(keepInteger(reduce(a, Kind, dimArgs, &where), a));
   if (nargout > 1) out.push_back(std::move(where));
 }
 
@@ -247,8 +259,12 @@ void bSort(Interpreter&, int nargout, Out& out, Args in) {
   const vxSize n = vxGetNumberOfElements(a);
   std::vector<vxIndex> order(n);
   for (vxSize i = 0; i < n; ++i) order[i] = i;
+  // NaN sorts after every number going up (before them going down): a
+  // strict order, which the sort needs to be defined at all.
   std::stable_sort(order.begin(), order.end(), [&](vxIndex x, vxIndex y) {
     const double vx = ops::realAt(a, x), vy = ops::realAt(a, y);
+    const bool nx = std::isnan(vx), ny = std::isnan(vy);
+    if (nx || ny) return descend ? nx && !ny : !nx && ny;
     return descend ? vx > vy : vx < vy;
   });
   out.push_back(ops::gather(a, order, ops::dimsOf(a)));

@@ -356,8 +356,10 @@ Value unary(Op op, const vxArray* a) {
       if (!isNumberLike(a)) badOperands(op, a, nullptr);
       if (vxIsDouble(a) && vxIsScalar(a) && !vxIsComplex(a))
         return Value::scalar(op == Op::Neg ? -vxGetPr(a)[0] : vxGetPr(a)[0]);
+      const vxClassID cls = vxGetClassID(a);
+      const bool integer = cls >= vxINT8_CLASS && cls <= vxUINT64_CLASS;
+      if (op == Op::Plus) return integer ? Value::copyOf(a) : convertTo(a, vxDOUBLE_CLASS, vxIsComplex(a));
       Value r = convertTo(a, vxDOUBLE_CLASS, vxIsComplex(a));
-      if (op == Op::Plus) return r;
       const vxSize n = vxGetNumberOfElements(r.get());
       if (vxIsComplex(r.get())) {
         cplx* p = vxGetComplexDoubles(r.mut());
@@ -366,7 +368,8 @@ Value unary(Op op, const vxArray* a) {
         double* p = vxGetPr(r.mut());
         for (vxSize i = 0; i < n; ++i) p[i] = -p[i];
       }
-      return r;
+      // Integers stay in their class, saturated: -int8(-128) is 127.
+      return integer ? convertTo(r.get(), cls, false) : r;
     }
     case Op::Not: {
       if (!isNumberLike(a)) badOperands(op, a, nullptr);
