@@ -3,6 +3,7 @@
 // function handles, and displays results of statements without a semicolon.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <map>
@@ -67,6 +68,12 @@ class Interpreter {
     steps_ = 0;
   }
 
+  // Asks the code running now (on any interpreter) to stop at its next
+  // statement with VANTEL:sgsh:Interrupted; safe in a signal handler.
+  // clearInterrupt() forgets a request no code took up.
+  static void requestInterrupt() noexcept { interrupt_.store(true, std::memory_order_relaxed); }
+  static void clearInterrupt() noexcept { interrupt_.store(false, std::memory_order_relaxed); }
+
   // tic/toc state.
   std::chrono::steady_clock::time_point& timer() noexcept { return timer_; }
 
@@ -123,9 +130,11 @@ class Interpreter {
   std::vector<Value> callLambda(const FunctionHandle& h, std::span<const Value> args, int nargout);
 
   void countStep() {
+    if (interrupt_.load(std::memory_order_relaxed)) throwInterrupted();
     if (stepLimit_ != 0 && ++steps_ > stepLimit_) throwStepLimit();
   }
   [[noreturn]] void throwStepLimit() const;
+  [[noreturn]] static void throwInterrupted();
 
   Workspace& ws() noexcept { return *frames_.back(); }
   const Workspace& ws() const noexcept { return *frames_.back(); }
@@ -142,6 +151,8 @@ class Interpreter {
   // Entries into the evaluator now running: function calls and callback
   // code run in the base workspace (whose callers' workspaces step aside).
   std::size_t depth_ = 0;
+  static std::atomic<bool> interrupt_;
+  static_assert(std::atomic<bool>::is_always_lock_free, "set from a signal handler");
   std::uint64_t stepLimit_ = 0;
   std::uint64_t steps_ = 0;
   std::map<std::string, NodePtr, std::less<>> functions_;

@@ -165,7 +165,9 @@ void bIsfield(Interpreter&, int, Out& out, Args in) {
   checkArgs("isfield", in, 2, 2);
   const vxArray* s = in[0].get();
   auto has = [&](const vxArray* name) {
-    return vxIsStruct(s) && ops::isText(name) && vxGetFieldNumber(s, ops::textOf(name).c_str()) >= 0;
+    if (!vxIsStruct(s) || !ops::isText(name)) return false;
+    const std::string text = ops::textOf(name);  // a name with a NUL is no field's
+    return text.find('\0') == std::string::npos && vxGetFieldNumber(s, text.c_str()) >= 0;
   };
   if (vxIsCell(in[1].get())) {
     const vxArray* c = in[1].get();
@@ -190,7 +192,7 @@ void bRmfield(Interpreter&, int, Out& out, Args in) {
   checkArgs("rmfield", in, 2, 2);
   if (!vxIsStruct(in[0].get())) throw Error("VANTEL:sgsh:NotStruct", "rmfield");
   Value s = in[0];
-  const std::string name = textArg("rmfield", in[1]);
+  const std::string name = ops::checkedName(textArg("rmfield", in[1]));
   const int f = vxGetFieldNumber(s.get(), name.c_str());
   if (f < 0) throw Error("VANTEL:sgsh:NoSuchField", name);
   vxRemoveField(s.mut(), f);
@@ -204,7 +206,7 @@ void bStruct(Interpreter&, int, Out& out, Args in) {
   for (std::size_t i = 1; i < in.size(); i += 2)
     if (vxIsCell(in[i].get()) && vxGetNumberOfElements(in[i].get()) != 1) dims = ops::dimsOf(in[i].get());
   std::vector<std::string> names;
-  for (std::size_t i = 0; i < in.size(); i += 2) names.push_back(textArg("struct", in[i]));
+  for (std::size_t i = 0; i < in.size(); i += 2) names.push_back(ops::checkedName(textArg("struct", in[i])));
   std::vector<const char*> ptrs;
   for (const std::string& n : names) ptrs.push_back(n.c_str());
   Value s(vxCreateStructArray(dims.size(), dims.data(), static_cast<int>(ptrs.size()), ptrs.data()));

@@ -65,11 +65,11 @@ std::vector<std::string> namesArg(const char* fn, const Value& v) {
     for (vxSize i = 0; i < vxGetNumberOfElements(v.get()); ++i) {
       const vxArray* el = vxGetCell(v.get(), i);
       if (!el || !ops::isText(el)) throw Error("VANTEL:sgsh:NotText", "property name");
-      names.push_back(ops::textOf(el));
+      names.push_back(ops::checkedName(ops::textOf(el)));
     }
     return names;
   }
-  names.push_back(textArg(fn, v));
+  names.push_back(ops::checkedName(textArg(fn, v)));
   return names;
 }
 
@@ -167,7 +167,7 @@ void bSet(Interpreter&, int nargout, Out& out, Args in) {
   if (in.size() == 1) return listSettable(h.get(), nargout, out);
   ObjectBridge& bridge = ObjectBridge::current();
   if (in.size() == 2) {
-    out.push_back(allowedValues(settable(h.get(), textArg("set", in[1]))));
+    out.push_back(allowedValues(settable(h.get(), ops::checkedName(textArg("set", in[1])))));
     return;
   }
   const vxSize n = vxGetNumberOfElements(h.get());
@@ -195,7 +195,7 @@ void bSet(Interpreter&, int nargout, Out& out, Args in) {
   }
   if (in.size() % 2 == 0) throw Error("VANTEL:sgsh:NameValuePairs", "set");
   std::vector<std::string> names;
-  for (std::size_t i = 1; i < in.size(); i += 2) names.push_back(textArg("set", in[i]));
+  for (std::size_t i = 1; i < in.size(); i += 2) names.push_back(ops::checkedName(textArg("set", in[i])));
   for (const std::string& name : names) settable(h.get(), name);
   for (vxSize i = 0; i < n; ++i)
     for (std::size_t k = 0; k < names.size(); ++k) vxCheckPropertyValue(h.get(), i, names[k].c_str(), in[2 * k + 2].get());

@@ -135,6 +135,7 @@ std::string convertOne(const std::string& directive, char conv, const Item& item
                          : conv == 'c' && item.number >= 0 && item.number <= 0xFFFF
                              ? foundation::text::utf16ToUtf8(std::u16string(1, static_cast<char16_t>(item.number)))
                                        : shortNumber(item.number);
+      if (s == "%") return text;  // whole, NUL characters included
       s += 's';
       return printed(s, text.c_str());
     }

@@ -66,6 +66,13 @@ vxSize checkedCount(const Dims& d, const char* fn) {
   return n;
 }
 
+std::string checkedName(std::string name) {
+  if (name.find('\0') != std::string::npos) throw Error("VANTEL:sgsh:NulInName");
+  return name;
+}
+
+std::string nameOf(const vxArray* a, const char* what) { return checkedName(textOf(a, what)); }
+
 Dims normalized(Dims d) {
   while (d.size() > 2 && d.back() == 1) d.pop_back();
   while (d.size() < 2) d.push_back(1);

@@ -62,6 +62,11 @@ Value cellRow(std::vector<Value> values);
 // The UTF-8 text of a char row or string scalar; raises VANTEL:sgsh:NotText.
 std::string textOf(const vxArray* a, const char* what = "argument");
 std::string textOfElement(const vxArray* a, vxIndex i);  // a string array element
+// The text of a field or property name. Names are looked up as C strings
+// further down, so one with a NUL character is refused
+// (VANTEL:sgsh:NulInName) rather than cut at the NUL.
+std::string nameOf(const vxArray* a, const char* what = "name");
+std::string checkedName(std::string name);
 // A number as text where text is built from numbers ("n=" + 5): integers
 // whole, others with five significant digits.
 std::string numberAsText(double v);

@@ -307,7 +307,7 @@ void Interpreter::evalBrace(const Node& e, std::vector<Value>& out) {
 std::string Interpreter::fieldName(const Node& acc) {
   if (acc.kind == NodeKind::Field) return acc.text;
   Value n = eval(*acc.kids[1]);
-  return ops::textOf(n.get(), "dynamic field name");
+  return ops::nameOf(n.get(), "dynamic field name");
 }
 
 void Interpreter::evalField(const Node& e, std::vector<Value>& out, int nargout) {

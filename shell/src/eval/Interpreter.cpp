@@ -163,6 +163,13 @@ Value Interpreter::makeHandle(std::shared_ptr<const FunctionHandle> data) const 
 
 void Interpreter::throwStepLimit() const { throw Error("VANTEL:sgsh:StepLimit", stepLimit_); }
 
+std::atomic<bool> Interpreter::interrupt_{false};
+
+void Interpreter::throwInterrupted() {
+  clearInterrupt();  // taken up: the code that catches it, or the next command, runs on
+  throw Error("VANTEL:sgsh:Interrupted");
+}
+
 // ---- statements ----------------------------------------------------------
 
 Interpreter::Flow Interpreter::execBlock(const Node& block) {

@@ -48,7 +48,7 @@ class VcosBridge final : public ObjectBridge {
       if (args.size() % 2) throw Error("VANTEL:sgsh:NameValuePairs", name);
       Value object(omConstructObjectWithClient(name.c_str(), 0, nullptr, COSGetPublicClient()));
       for (std::size_t i = 0; i < args.size(); i += 2)
-        vxSetProperty(object.mut(), 0, ops::textOf(args[i].get(), "property name").c_str(), args[i + 1].get());
+        vxSetProperty(object.mut(), 0, ops::nameOf(args[i].get(), "property name").c_str(), args[i + 1].get());
       return object;
     }
     std::vector<const vxArray*> in;
