@@ -12,6 +12,7 @@
 #include <vx/vx.h>
 
 #include "eval/ArrayOps.h"
+#include "sgsh/BuiltinRegistry.h"
 #include "sgsh/Interpreter.h"
 #include "sgsh/Output.h"
 #include "sgsh/ScriptError.h"
@@ -189,6 +190,31 @@ TEST(HostileInputTest, RecursionThroughEveryEntryIsLimited) {
   EXPECT_EQ(raised(in, "again()"), "VANTEL:sgsh:RecursionLimit");
   in.runInBase("r = 1;");
   EXPECT_EQ(scalar(in, "r"), 1);
+}
+
+// A built-in that runs its text argument in the base workspace, as a
+// callback given as text does.
+void runTextInBase(Interpreter& in, int, std::vector<Value>&, std::span<const Value> args) {
+  in.runInBase(ops::textOf(args[0].get()));
+}
+
+TEST(HostileInputTest, FunctionRedefinedWhileRunningStaysAliveUntilItReturns) {
+  BuiltinRegistry::instance().add<runTextInBase>("testRunInBase");
+  Interpreter in;
+  // Defined by an earlier run, so only the function table holds it.
+  EXPECT_EQ(raised(in,
+                   "function r = busy()\n"
+                   "  testRunInBase(sprintf('function r = busy()\\n  r = -1;\\nend'));\n"
+                   "  x = 1:100;\n"
+                   "  r = sum(x);\n"
+                   "end"),
+            "");
+  EXPECT_EQ(raised(in, "a = busy(); b = busy();"), "");
+  EXPECT_EQ(scalar(in, "a"), 5050);  // the old body ran to its end
+  EXPECT_EQ(scalar(in, "b"), -1);    // later calls reach the new one
+  // Callback code that calls itself without end is stopped by the limit.
+  EXPECT_EQ(raised(in, "function loop()\n  testRunInBase('loop();');\nend"), "");
+  EXPECT_EQ(raised(in, "testRunInBase('loop();')"), "VANTEL:sgsh:RecursionLimit");
 }
 
 TEST(HostileInputTest, TextHoldsNulAndNamesWithOneAreRefused) {

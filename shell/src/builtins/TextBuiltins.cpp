@@ -62,6 +62,8 @@ std::string unescape(const std::string& f) {
 }
 
 std::string shortNumber(double v) {
+  if (std::isnan(v)) return "NaN";
+  if (std::isinf(v)) return v > 0 ? "Inf" : "-Inf";
   char buf[64];
   if (v == std::round(v) && std::abs(v) < 1e15) std::snprintf(buf, sizeof buf, "%.0f", v);
   else std::snprintf(buf, sizeof buf, "%g", v);
@@ -228,6 +230,10 @@ std::string num2strScalar(double v) {
   char buf[64];
   if (v == std::round(v) && std::abs(v) < 1e15) {
     std::snprintf(buf, sizeof buf, "%.0f", v);
+  } else if (std::abs(v) >= 9007199254740992.0) {
+    // Past 2^53 not every integer is a double: five significant digits, as
+    // the display shows them (1e63 is 1e+63).
+    std::snprintf(buf, sizeof buf, "%.5g", v);
   } else {
     // Four digits after the leading ones: pi gives 3.1416, 123.456 stays;
     // at most the digits a double holds, so 1e63 stays 1e+63.
