@@ -100,7 +100,10 @@ class Interpreter {
   Flow execWhile(const Node& stmt);
   Flow execTry(const Node& stmt);
   void assignTo(const Node& target, Value value, bool show);
-  Value assignPath(Value base, const std::vector<const Node*>& chain, std::size_t k, Value rhs);
+  // The value of base after assigning rhs at chain[k...]. root names the
+  // variable base was read from, at the outermost level only.
+  Value assignPath(Value base, const std::vector<const Node*>& chain, std::size_t k, Value rhs,
+                   const std::string* root = nullptr);
   void show(const std::string& name, const Value& value);
 
   // expressions

@@ -339,7 +339,7 @@ bool keepsLayout(const Dims& od, const Dims& nd) {
 // amortised linear); otherwise the elements move into a new array.
 void applyGrowth(Value& a, const Dims& nd) {
   const vxArray* v = a.get();
-  const bool inPlace = (isNumberLike(v) || vxIsCell(v) || vxIsStruct(v)) && keepsLayout(dimsOf(v), nd);
+  const bool inPlace = (isNumberLike(v) || vxIsCell(v) || vxIsStruct(v) || vxIsObject(v)) && keepsLayout(dimsOf(v), nd);
   if (inPlace)
     vxSetDimensions(a.mut(), nd.data(), nd.size());
   else

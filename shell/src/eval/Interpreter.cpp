@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <optional>
 
 #include <foundation/core/except/Error.h>
 #include <vcos/BuiltinClasses.h>
@@ -273,7 +274,37 @@ void Interpreter::execMultiAssign(const Node& s) {
     for (std::size_t i = out.size(); i < n; ++i)
       if (s.kids[i]->kind != NodeKind::Ignore) throw Error("VANTEL:sgsh:TooManyOutputs", toSource(rhs));
   }
-  for (std::size_t i = 0; i < n && i < out.size(); ++i) assignTo(*s.kids[i], std::move(out[i]), s.show);
+  // All targets or none: the variables they write are kept as they were
+  // (shared copies, nothing is copied) and put back when one assignment
+  // fails; what is shown is shown once all succeeded.
+  struct Saved {
+    std::string name;
+    std::optional<Value> value;
+  };
+  std::vector<Saved> saved;
+  std::vector<std::string> shown;
+  for (std::size_t i = 0; i < n && i < out.size(); ++i) {
+    const Node* root = s.kids[i].get();
+    if (root->kind == NodeKind::Ignore) continue;
+    while (root->kind != NodeKind::Name) root = root->kids[0].get();
+    const Value* now = findVariable(root->text);
+    saved.push_back({root->text, now ? std::optional<Value>(*now) : std::nullopt});
+    shown.push_back(root->text);
+  }
+  try {
+    for (std::size_t i = 0; i < n && i < out.size(); ++i) assignTo(*s.kids[i], std::move(out[i]), false);
+  } catch (...) {
+    for (auto r = saved.rbegin(); r != saved.rend(); ++r) {
+      if (r->value)
+        ws()[r->name] = std::move(*r->value);
+      else
+        ws().erase(r->name);
+    }
+    throw;
+  }
+  saved.clear();  // the shared copies end before anything more is written
+  if (s.show)
+    for (const std::string& name : shown) show(name, ws()[name]);
 }
 
 void Interpreter::assignTo(const Node& target, Value value, bool showIt) {
@@ -313,21 +344,42 @@ void Interpreter::assignTo(const Node& target, Value value, bool showIt) {
   }
   // A shared copy: the variable stays intact when a nested assignment fails.
   Value base = it == ws().end() ? Value() : it->second;
-  Value result = assignPath(std::move(base), chain, 0, std::move(value));
+  Value result = assignPath(std::move(base), chain, 0, std::move(value), &root);
   Value& slot = ws()[root];
   slot = std::move(result);
   if (showIt) show(root, slot);
 }
 
-Value Interpreter::assignPath(Value base, const std::vector<const Node*>& chain, std::size_t k, Value rhs) {
+Value Interpreter::assignPath(Value base, const std::vector<const Node*>& chain, std::size_t k, Value rhs,
+                              const std::string* root) {
   const Node& acc = *chain[k];
   const bool last = k + 1 == chain.size();
   const bool isObj = base.has() && vxIsObject(base.get());
+  // The one write into base, after everything else succeeded. At the
+  // outermost level the variable's own reference is dropped just before, so
+  // the write finds the array unshared and works in place (s(end+1).a = k
+  // grows in amortised linear time); the writes change nothing when they
+  // fail, and the variable then gets its value back.
+  auto finalWrite = [&](auto&& write) -> Value {
+    auto it = root ? ws().find(*root) : ws().end();
+    if (it == ws().end()) {
+      write();
+      return std::move(base);
+    }
+    it->second = Value();  // the workspace's reference ends here
+    try {
+      write();
+    } catch (...) {
+      if (auto again = ws().find(*root); again != ws().end()) again->second = base;
+      throw;
+    }
+    return std::move(base);
+  };
   switch (acc.kind) {
     case NodeKind::Paren: {
       std::vector<Value> args;
       evalArgs(acc, base.get(), args);
-      if (last) return ops::indexAssign(std::move(base), args, rhs.get());
+      if (last) return finalWrite([&] { ops::indexAssignInPlace(base, args, rhs.get()); });
       Value sub;
       if (base.has() && !vxIsEmpty(base.get())) {
         try {
@@ -338,20 +390,29 @@ Value Interpreter::assignPath(Value base, const std::vector<const Node*>& chain,
       }
       if (sub.has() && vxIsDouble(sub.get()) && vxIsEmpty(sub.get())) sub = Value();
       Value inner = assignPath(std::move(sub), chain, k + 1, std::move(rhs));
-      return ops::indexAssign(std::move(base), args, inner.get());
+      return finalWrite([&] { ops::indexAssignInPlace(base, args, inner.get()); });
     }
     case NodeKind::Brace: {
       std::vector<Value> args;
       evalArgs(acc, base.get(), args);
-      if (last) return ops::braceAssign(std::move(base), args, std::move(rhs));
+      if (last) return finalWrite([&] { ops::braceAssignInPlace(base, args, std::move(rhs)); });
       if (base.has() && !vxIsCell(base.get()) && !(vxIsDouble(base.get()) && vxIsEmpty(base.get())))
         throw Error("VANTEL:sgsh:BraceOnNonCell", vxGetClassName(base.get()));
-      const vxIndex at = ops::assignPosition(base, args, vxCELL_CLASS);
-      const vxArray* el = vxGetCell(base.get(), at);
-      Value sub = el && !(vxIsDouble(el) && vxIsEmpty(el)) ? Value::copyOf(el) : Value();
+      // The element as it is now (none past the end); base changes only
+      // once the nested assignment succeeded.
+      Value sub;
+      if (base.has() && vxIsCell(base.get())) {
+        try {
+          const ops::Selection at = ops::select(base.get(), args);
+          if (at.positions.size() != 1) throw Error("VANTEL:sgsh:NotOneElement", at.positions.size());
+          const vxArray* el = vxGetCell(base.get(), at.positions[0]);
+          if (el && !(vxIsDouble(el) && vxIsEmpty(el))) sub = Value::copyOf(el);
+        } catch (const IMsgIDException& e) {
+          if (e.identifier() != "VANTEL:sgsh:IndexOutOfBounds") throw;  // past the end: made below
+        }
+      }
       Value inner = assignPath(std::move(sub), chain, k + 1, std::move(rhs));
-      vxSetCell(base.mut(), at, inner.release());
-      return base;
+      return finalWrite([&] { ops::braceAssignInPlace(base, args, std::move(inner)); });
     }
     case NodeKind::Field:
     case NodeKind::DynField: {
@@ -380,9 +441,10 @@ Value Interpreter::assignPath(Value base, const std::vector<const Node*>& chain,
         Value sub = el && !(vxIsDouble(el) && vxIsEmpty(el)) ? Value::copyOf(el) : Value();
         inner = assignPath(std::move(sub), chain, k + 1, std::move(rhs));
       }
-      if (vxAddFieldToStruct(base.mut(), name.c_str()) < 0) throw Error("VANTEL:sgsh:BadFieldName", name);
-      vxSetField(base.mut(), 0, name.c_str(), inner.release());
-      return base;
+      return finalWrite([&] {
+        if (vxAddFieldToStruct(base.mut(), name.c_str()) < 0) throw Error("VANTEL:sgsh:BadFieldName", name);
+        vxSetField(base.mut(), 0, name.c_str(), inner.release());
+      });
     }
     default:
       break;
