@@ -206,7 +206,12 @@ void bStruct(Interpreter&, int, Out& out, Args in) {
   for (std::size_t i = 1; i < in.size(); i += 2)
     if (vxIsCell(in[i].get()) && vxGetNumberOfElements(in[i].get()) != 1) dims = ops::dimsOf(in[i].get());
   std::vector<std::string> names;
-  for (std::size_t i = 0; i < in.size(); i += 2) names.push_back(ops::checkedName(textArg("struct", in[i])));
+  for (std::size_t i = 0; i < in.size(); i += 2) {
+    names.push_back(ops::checkedName(textArg("struct", in[i])));
+    // One field per name: a repeated one would leave a value without a field.
+    if (std::find(names.begin(), names.end() - 1, names.back()) != names.end() - 1)
+      throw Error("VANTEL:sgsh:DuplicateField", names.back());
+  }
   std::vector<const char*> ptrs;
   for (const std::string& n : names) ptrs.push_back(n.c_str());
   Value s(vxCreateStructArray(dims.size(), dims.data(), static_cast<int>(ptrs.size()), ptrs.data()));
