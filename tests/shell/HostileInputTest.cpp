@@ -116,6 +116,9 @@ TEST(HostileInputTest, HugeSubscriptsAndSizesRaiseAndChangeNothing) {
   // A dimension far past the last is a singleton, not a list grown to reach it.
   EXPECT_EQ(raised(in, "s = sum([1 2], 1e8); m = max([4 5], [], 1e15);"), "");
   EXPECT_EQ(raised(in, "size(1, Inf)"), "VANTEL:sgsh:IndexTooLarge");
+  // No subscripts name no place: before, these wrote past an empty array.
+  for (const char* code : {"e = []; e() = 5;", "c{} = 'c';", "x() = 4;"})
+    EXPECT_EQ(raised(in, code), "VANTEL:sgsh:NoSubscripts") << code;
   // Matrix powers square their way up: 1e10 products would never end.
   EXPECT_EQ(raised(in, "p = [1 1; 0 1]^1e10; q = p(1, 2);"), "");
   EXPECT_EQ(scalar(in, "q"), 1e10);

@@ -239,6 +239,8 @@ std::string textOfElement(const vxArray* a, vxIndex i) {
 }
 
 std::string numberAsText(double v) {
+  if (std::isnan(v)) return "NaN";
+  if (std::isinf(v)) return v > 0 ? "Inf" : "-Inf";
   char buf[64];
   if (v == std::round(v) && std::abs(v) < 1e15) std::snprintf(buf, sizeof buf, "%.0f", v);
   else std::snprintf(buf, sizeof buf, "%.5g", v);

@@ -255,6 +255,8 @@ struct GrowPlan {
 // growth the array cannot take. Changes nothing.
 GrowPlan planGrowth(const Dims& d, std::span<const Value> args, const vxArray* rhs) {
   GrowPlan plan;
+  // x() = v and c{} = v name no place (on an empty x there is no element 1).
+  if (args.empty()) throw Error("VANTEL:sgsh:NoSubscripts");
   if (args.size() == 1) {
     const vxSize n = countOf(d);
     IndexList l = readIndex(args[0].get(), n);
