@@ -17,8 +17,10 @@
 
 namespace {
 
-constexpr std::uint64_t kStepLimit = 20000;
-constexpr vxSize kElementLimit = vxSize{1} << 20;  // 8 MB of doubles per array
+// Together they bound a run to some 10^8 element operations: a loop of
+// 10,000 steps over arrays of 16,384 elements.
+constexpr std::uint64_t kStepLimit = 10000;
+constexpr vxSize kElementLimit = vxSize{1} << 14;
 constexpr std::size_t kMaxInput = 4096;
 
 }  // namespace

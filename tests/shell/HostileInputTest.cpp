@@ -142,6 +142,9 @@ TEST(HostileInputTest, StepLimitAndInterruptStopRunningCodeAndKeepTheWorkspace) 
   in.setStepLimit(1000);
   EXPECT_EQ(raised(in, "x = 1; while true, end"), "VANTEL:sgsh:StepLimit");
   EXPECT_EQ(scalar(in, "x"), 1);
+  // Showing arrays is work too: a loop that shows a large one runs out.
+  in.setStepLimit(1000);
+  EXPECT_EQ(raised(in, "big = zeros(1, 400); for k = 1:10, big, end"), "VANTEL:sgsh:StepLimit");
   in.setStepLimit(0);
   // An interrupt from another thread, as Ctrl-C's signal handler makes it.
   auto interruptSoon = [] {

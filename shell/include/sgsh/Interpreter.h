@@ -60,9 +60,10 @@ class Interpreter {
   // A value made from a function handle's data.
   Value makeHandle(std::shared_ptr<const FunctionHandle> data) const;
 
-  // At most this many statements run from now on (0: no limit); past it
-  // the running code raises VANTEL:sgsh:StepLimit. Hosts that run untrusted
-  // code in a bounded time set it.
+  // At most this many statements run from now on (0: no limit), each
+  // element a statement shows counting as one more; past it the running
+  // code raises VANTEL:sgsh:StepLimit. Hosts that run untrusted code in a
+  // bounded time set it.
   void setStepLimit(std::uint64_t steps) noexcept {
     stepLimit_ = steps;
     steps_ = 0;

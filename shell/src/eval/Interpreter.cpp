@@ -224,7 +224,15 @@ Interpreter::Flow Interpreter::exec(const Node& s) {
   return Flow::Normal;
 }
 
-void Interpreter::show(const std::string& name, const Value& value) { writeOutput(displayText(name, value.get())); }
+void Interpreter::show(const std::string& name, const Value& value) {
+  // Showing an array is work in proportion to its elements: it counts
+  // against the step limit like that many statements.
+  if (stepLimit_ != 0 && value.has()) {
+    steps_ += vxGetNumberOfElements(value.get());
+    if (steps_ > stepLimit_) throwStepLimit();
+  }
+  writeOutput(displayText(name, value.get()));
+}
 
 void Interpreter::execExprStmt(const Node& s) {
   const Node& e = *s.kids[0];
