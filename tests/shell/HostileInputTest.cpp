@@ -116,6 +116,9 @@ TEST(HostileInputTest, HugeSubscriptsAndSizesRaiseAndChangeNothing) {
   // A dimension far past the last is a singleton, not a list grown to reach it.
   EXPECT_EQ(raised(in, "s = sum([1 2], 1e8); m = max([4 5], [], 1e15);"), "");
   EXPECT_EQ(raised(in, "size(1, Inf)"), "VANTEL:sgsh:IndexTooLarge");
+  // A scalar against an empty array gives an empty result (it read element 1 of the empty one).
+  EXPECT_EQ(raised(in, "m1 = numel(mod(5:1, 2)); m2 = numel(rem(2, [])); m3 = numel(max(zeros(1, 0), 3));"), "");
+  EXPECT_EQ(scalar(in, "m1") + scalar(in, "m2") + scalar(in, "m3"), 0);
   // No subscripts name no place: before, these wrote past an empty array.
   for (const char* code : {"e = []; e() = 5;", "c{} = 'c';", "x() = 4;"})
     EXPECT_EQ(raised(in, code), "VANTEL:sgsh:NoSubscripts") << code;

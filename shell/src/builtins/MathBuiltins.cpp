@@ -90,7 +90,8 @@ void modRem(Interpreter&, int, Out& out, Args in) {
   const vxArray *a = numbersArg(in[0]), *b = numbersArg(in[1]);
   const vxSize na = vxGetNumberOfElements(a), nb = vxGetNumberOfElements(b);
   if (na != nb && na != 1 && nb != 1) throw Error("VANTEL:sgsh:SizeMismatch", Mod ? "mod" : "rem", ops::sizeText(a), ops::sizeText(b));
-  const vxSize n = std::max(na, nb);
+  // A scalar pairs with each element of the other, none when that is empty.
+  const vxSize n = na == 1 ? nb : na;
   std::vector<double> r(n);
   for (vxSize i = 0; i < n; ++i) {
     const double x = ops::realAt(a, na == 1 ? 0 : i), y = ops::realAt(b, nb == 1 ? 0 : i);
@@ -98,7 +99,7 @@ void modRem(Interpreter&, int, Out& out, Args in) {
     const double q = Mod ? std::floor(x / y) : std::trunc(x / y);
     r[i] = x - q * y;
   }
-  out.push_back(ops::doubles(ops::dimsOf(na >= nb ? a : b), r));
+  out.push_back(ops::doubles(ops::dimsOf(na == 1 ? b : a), r));
 }
 
 // The dimension a reduction runs along: the given one, else the first
@@ -191,14 +192,14 @@ void extremum(Interpreter&, int nargout, Out& out, Args in) {
     const vxArray *a = numbersArg(in[0]), *b = numbersArg(in[1]);
     const vxSize na = vxGetNumberOfElements(a), nb = vxGetNumberOfElements(b);
     if (na != nb && na != 1 && nb != 1) throw Error("VANTEL:sgsh:SizeMismatch", "max", ops::sizeText(a), ops::sizeText(b));
-    const vxSize n = std::max(na, nb);
+    const vxSize n = na == 1 ? nb : na;  // a scalar and an empty array give an empty result
     std::vector<double> r(n);
     for (vxSize i = 0; i < n; ++i) {
       const double x = ops::realAt(a, na == 1 ? 0 : i), y = ops::realAt(b, nb == 1 ? 0 : i);
       r[i] = std::isnan(x) ? y : std::isnan(y) ? x : Kind == Reduce::Max ? std::max(x, y) : std::min(x, y);
     }
     const vxArray* from = ops::isNumberLike(a) && vxGetClassID(a) >= vxINT8_CLASS ? a : b;
-    out.push_back(keepInteger(ops::doubles(ops::dimsOf(na >= nb ? a : b), r), from));
+    out.push_back(keepInteger(ops::doubles(ops::dimsOf(na == 1 ? b : a), r), from));
     return;
   }
   // max(a, [], dim) reduces along dim.
