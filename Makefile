@@ -5,21 +5,25 @@
 #   make test   set everything up, build, run all tests
 # Further: make test-asan (tests under AddressSanitizer + UBSan), make bench,
 # make bench-anchors (the cross-system workloads and their ratios to Qt 5),
+# make fuzz-language (the language fuzz target for FUZZ_SECONDS seconds),
 # make install PREFIX=..., make clean.
 
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
 BENCH_BUILD ?= build-bench
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 600
 PREFIX     ?= /usr/local
 JOBS       ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
 DEB_PACKAGES := cmake ninja-build g++ pkg-config ccache python3 \
-  libboost-dev libboost-log-dev libgtest-dev libgmock-dev libbenchmark-dev libedit-dev
+  libboost-dev libboost-log-dev libgtest-dev libgmock-dev libbenchmark-dev libedit-dev \
+  libre2-dev clang libclang-rt-14-dev
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
-.PHONY: all deps build demo test test-unit test-install test-asan bench bench-anchors install clean
+.PHONY: all deps build demo test test-unit test-install test-asan bench bench-anchors fuzz-build fuzz-language install clean
 
 all: build
 
@@ -77,8 +81,24 @@ bench-anchors: deps
 	cmake --build $(BENCH_BUILD) -j $(JOBS) --target sg_anchor_workloads
 	bench/anchors/run_anchors.sh $(ANCHORS) ./$(BENCH_BUILD)/bench/anchors/sg_anchor_workloads $(ANCHOR_RUNS)
 
+# The language fuzz target: clang, libFuzzer, ASan and UBSan. It starts from
+# the script tests and keeps what it learns in $(FUZZ_BUILD)/corpus; inputs
+# that fail land in $(FUZZ_BUILD)/findings. One process, at low priority;
+# FUZZ_FLAGS passes more libFuzzer flags (CI fixes the seed).
+fuzz-build: deps
+	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSG_FUZZ=ON \
+	  -DSG_BUILD_TESTS=OFF -DSG_BUILD_BENCH=OFF $(CMAKE_FLAGS)
+	cmake --build $(FUZZ_BUILD) -j $(JOBS) --target language_fuzzer
+
+fuzz-language: fuzz-build
+	mkdir -p $(FUZZ_BUILD)/corpus $(FUZZ_BUILD)/seeds $(FUZZ_BUILD)/findings
+	cp tests/scripts/*.sg tests/scripts/objects/*.sg $(FUZZ_BUILD)/seeds/
+	cd $(FUZZ_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+	  nice -n 10 ./fuzz/language_fuzzer corpus seeds -max_len=4096 -timeout=20 -rss_limit_mb=2048 \
+	  -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=findings/ $(FUZZ_FLAGS)
+
 install: build
 	cmake --install $(BUILD) --prefix $(PREFIX)
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(BENCH_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(BENCH_BUILD) $(FUZZ_BUILD)

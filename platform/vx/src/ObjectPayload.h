@@ -16,8 +16,9 @@ class ObjectPayload final : public Payload {
   ObjectPayload(vxSize numel, const void* cls) : elements(numel), classId(cls) {}
 
   PayloadRef clone(Depth depth) const override;
-  // The element count is fixed once created; the caller has checked it.
-  void resize(vxSize) override {}
+  // New elements are empty references (invalid handles), as when an
+  // assignment past the end of an object array leaves a gap.
+  void resize(vxSize numel) override { elements.resize(numel); }
   bool holdsObjects() const override { return true; }
 
   std::vector<COSInterfacePtr> elements;

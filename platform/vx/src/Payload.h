@@ -15,6 +15,13 @@
 namespace vx::impl {
 
 class PayloadRef;
+class Payload;
+
+// Deletes a payload whose last reference ended. Payloads freed while
+// another is being freed (the elements of a cell inside a cell ...) are
+// queued and freed in turn by the outermost call, so a value nested
+// 100,000 deep is freed without a deep stack.
+void destroyPayload(Payload* p) noexcept;
 
 class Payload {
  public:
@@ -54,7 +61,7 @@ class PayloadRef {
     return *this;
   }
   ~PayloadRef() {
-    if (p_ && --p_->refs_ == 0) delete p_;
+    if (p_ && --p_->refs_ == 0) destroyPayload(p_);
   }
 
   Payload* get() const noexcept { return p_; }

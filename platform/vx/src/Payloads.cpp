@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <vector>
 
 #include "CellPayload.h"
 #include "FunctionHandlePayload.h"
@@ -32,6 +33,29 @@ bool anyHoldsObjects(const std::vector<ElementRef>& elements) {
 }  // namespace
 
 Payload::~Payload() = default;
+
+void destroyPayload(Payload* p) noexcept {
+  thread_local std::vector<Payload*> queued;
+  thread_local bool draining = false;
+  if (draining) {
+    try {
+      queued.push_back(p);
+      return;
+    } catch (...) {
+      // No room to queue: free it here, one level deeper.
+    }
+    delete p;
+    return;
+  }
+  draining = true;
+  delete p;
+  while (!queued.empty()) {
+    Payload* next = queued.back();
+    queued.pop_back();
+    delete next;
+  }
+  draining = false;
+}
 
 NumericPayload::NumericPayload(vxSize numel, vxSize elementBytes)
     : numel_(numel),

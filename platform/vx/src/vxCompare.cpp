@@ -1,8 +1,12 @@
-// Equality of arrays: class, dimensions and elements, recursively.
+// Equality of arrays: class, dimensions and elements. Nested cells and
+// structs are compared through a list of pending pairs rather than by
+// recursion, so values nested 100,000 deep compare on a small stack.
 #include "vx/vxCompare.h"
 
 #include <cstdint>
 #include <cstring>
+#include <utility>
+#include <vector>
 
 #include "CellPayload.h"
 #include "FunctionHandlePayload.h"
@@ -15,7 +19,8 @@ using namespace vx::impl;
 
 namespace {
 
-bool equalArrays(const vxArray* a, const vxArray* b, bool nanEqual);
+// Element pairs still to compare.
+using Pending = std::vector<std::pair<const vxArray*, const vxArray*>>;
 
 bool sameShape(const vxArray& a, const vxArray& b) {
   return a.ndim == b.ndim && std::memcmp(a.dims(), b.dims(), a.ndim * sizeof(vxSize)) == 0;
@@ -64,18 +69,17 @@ bool equalRaw(const vxArray& a, const vxArray& b, bool nanEqual) {
   }
 }
 
-bool equalElements(const std::vector<ElementRef>& a, const std::vector<ElementRef>& b, bool nanEqual) {
-  for (std::size_t i = 0; i < a.size(); ++i)
-    if (!equalArrays(a[i].get(), b[i].get(), nanEqual)) return false;
-  return true;
+void addElements(const std::vector<ElementRef>& a, const std::vector<ElementRef>& b, Pending& pending) {
+  for (std::size_t i = 0; i < a.size(); ++i) pending.emplace_back(a[i].get(), b[i].get());
 }
 
-bool equalStructs(const StructPayload& a, const StructPayload& b, bool nanEqual) {
+bool addStructs(const StructPayload& a, const StructPayload& b, Pending& pending) {
   if (a.fieldCount() != b.fieldCount()) return false;
   // Field order does not matter; names must match one to one.
   for (int i = 0; i < a.fieldCount(); ++i) {
     const int j = b.find(a.field(i).name.c_str());
-    if (j < 0 || !equalElements(a.field(i).values, b.field(j).values, nanEqual)) return false;
+    if (j < 0) return false;
+    addElements(a.field(i).values, b.field(j).values, pending);
   }
   return true;
 }
@@ -98,7 +102,8 @@ bool isEmptyDouble(const vxArray* a) {
   return a->cls() == vxDOUBLE_CLASS && a->ndim == 2 && a->dims2[0] == 0 && a->dims2[1] == 0;
 }
 
-bool equalArrays(const vxArray* a, const vxArray* b, bool nanEqual) {
+// Compares one pair; the elements of cells and structs join the list.
+bool equalOne(const vxArray* a, const vxArray* b, bool nanEqual, Pending& pending) {
   // An unset cell or field reads as the empty double array.
   if (!a || !b) return a == b || isEmptyDouble(a ? a : b);
   if (a->classId != b->classId || !sameShape(*a, *b)) return false;
@@ -107,10 +112,10 @@ bool equalArrays(const vxArray* a, const vxArray* b, bool nanEqual) {
   const Payload* pb = b->payload.get();
   switch (a->cls()) {
     case vxCELL_CLASS:
-      return equalElements(static_cast<const CellPayload*>(pa)->cells, static_cast<const CellPayload*>(pb)->cells,
-                           nanEqual);
+      addElements(static_cast<const CellPayload*>(pa)->cells, static_cast<const CellPayload*>(pb)->cells, pending);
+      return true;
     case vxSTRUCT_CLASS:
-      return equalStructs(*static_cast<const StructPayload*>(pa), *static_cast<const StructPayload*>(pb), nanEqual);
+      return addStructs(*static_cast<const StructPayload*>(pa), *static_cast<const StructPayload*>(pb), pending);
     case vxSTRING_CLASS:
       return equalStrings(*static_cast<const StringPayload*>(pa), *static_cast<const StringPayload*>(pb), nanEqual);
     case vxFUNCTION_CLASS:
@@ -123,6 +128,16 @@ bool equalArrays(const vxArray* a, const vxArray* b, bool nanEqual) {
     default:
       return false;  // no other class can be created
   }
+}
+
+bool equalArrays(const vxArray* a, const vxArray* b, bool nanEqual) {
+  Pending pending{{a, b}};
+  while (!pending.empty()) {
+    const auto [x, y] = pending.back();
+    pending.pop_back();
+    if (!equalOne(x, y, nanEqual, pending)) return false;
+  }
+  return true;
 }
 
 }  // namespace

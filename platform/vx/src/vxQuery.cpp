@@ -24,7 +24,7 @@ bool isInGroup(vxClassID id, const char* group) noexcept {
 // Gives the array storage for a new element count; new elements are zero or empty.
 void resizeStorage(vxArray& a, vxSize numel) {
   const vxClassID id = a.cls();
-  if (id == vxFUNCTION_CLASS || id == vxOBJECT_CLASS) raiseReshapeChangesCount(a, numel);
+  if (id == vxFUNCTION_CLASS || (id == vxOBJECT_CLASS && !a.payload)) raiseReshapeChangesCount(a, numel);
   if (!isRawStorage(id)) {
     makeWritable(a);
     a.payload->resize(numel);

@@ -3,7 +3,9 @@
 // function handles, and displays results of statements without a semicolon.
 #pragma once
 
+#include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <span>
@@ -58,6 +60,21 @@ class Interpreter {
   // A value made from a function handle's data.
   Value makeHandle(std::shared_ptr<const FunctionHandle> data) const;
 
+  // At most this many statements run from now on (0: no limit), each
+  // element a statement shows counting as one more; past it the running
+  // code raises VANTEL:sgsh:StepLimit. Hosts that run untrusted code in a
+  // bounded time set it.
+  void setStepLimit(std::uint64_t steps) noexcept {
+    stepLimit_ = steps;
+    steps_ = 0;
+  }
+
+  // Asks the code running now (on any interpreter) to stop at its next
+  // statement with VANTEL:sgsh:Interrupted; safe in a signal handler.
+  // clearInterrupt() forgets a request no code took up.
+  static void requestInterrupt() noexcept { interrupt_.store(true, std::memory_order_relaxed); }
+  static void clearInterrupt() noexcept { interrupt_.store(false, std::memory_order_relaxed); }
+
   // tic/toc state.
   std::chrono::steady_clock::time_point& timer() noexcept { return timer_; }
 
@@ -84,11 +101,16 @@ class Interpreter {
   Flow execWhile(const Node& stmt);
   Flow execTry(const Node& stmt);
   void assignTo(const Node& target, Value value, bool show);
-  Value assignPath(Value base, const std::vector<const Node*>& chain, std::size_t k, Value rhs);
+  // The value of base after assigning rhs at chain[k...]. root names the
+  // variable base was read from, at the outermost level only.
+  Value assignPath(Value base, const std::vector<const Node*>& chain, std::size_t k, Value rhs,
+                   const std::string* root = nullptr);
   void show(const std::string& name, const Value& value);
 
   // expressions
   Value eval(const Node& expr);
+  // l op r for a Binary node, objects compared through their eq and ne.
+  Value evalBinary(const Node& op, const vxArray* l, const vxArray* r);
   // The value of an expression without copying a variable: the variable's
   // own array, or the result kept in holder.
   const vxArray* evalBorrowed(const Node& expr, Value& holder);
@@ -111,10 +133,18 @@ class Interpreter {
   std::vector<Value> callUser(const Node& fn, std::span<const Value> args, int nargout);
   std::vector<Value> callLambda(const FunctionHandle& h, std::span<const Value> args, int nargout);
 
+  void countStep() {
+    if (interrupt_.load(std::memory_order_relaxed)) throwInterrupted();
+    if (stepLimit_ != 0 && ++steps_ > stepLimit_) throwStepLimit();
+  }
+  [[noreturn]] void throwStepLimit() const;
+  [[noreturn]] static void throwInterrupted();
+
   Workspace& ws() noexcept { return *frames_.back(); }
   const Workspace& ws() const noexcept { return *frames_.back(); }
 
   // RAII for a function's workspace, and for the interpreter running code.
+  class DepthGuard;
   class FrameGuard;
   class RunningGuard;
   // A dotted name (pkg.sub.Class) written as fields of a name that is
@@ -122,11 +152,14 @@ class Interpreter {
   std::string dottedName(const Node& n) const;
 
   std::vector<std::unique_ptr<Workspace>> frames_;
-  // Workspaces of running functions set aside while callback code runs in
-  // the base workspace; they still count towards the recursion limit.
-  std::size_t setAside_ = 0;
+  // Entries into the evaluator now running: function calls and callback
+  // code run in the base workspace (whose callers' workspaces step aside).
+  std::size_t depth_ = 0;
+  static std::atomic<bool> interrupt_;
+  static_assert(std::atomic<bool>::is_always_lock_free, "set from a signal handler");
+  std::uint64_t stepLimit_ = 0;
+  std::uint64_t steps_ = 0;
   std::map<std::string, NodePtr, std::less<>> functions_;
-  std::vector<NodePtr> programs_;  // keeps parsed trees alive
   std::vector<EndContext> ends_;
   std::chrono::steady_clock::time_point timer_;
   std::unique_ptr<CallbackRunner> callbacks_;  // the language runs callbacks while this lives

@@ -89,6 +89,11 @@ struct Node : std::enable_shared_from_this<Node> {
   std::vector<NodePtr> kids;
 
   explicit Node(NodeKind k, int ln = 0) : kind(k), line(ln) {}
+  // Takes apart the subtrees only this node holds with a list instead of
+  // recursion, so a chain of 40,000 operators is freed without a deep stack.
+  ~Node();
+  Node(const Node&) = delete;
+  Node& operator=(const Node&) = delete;
 };
 
 // Writes an expression back as source text, fully parenthesised where

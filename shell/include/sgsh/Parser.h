@@ -14,6 +14,12 @@ namespace sgsh {
 
 class Parser {
  public:
+  // Brackets, blocks, prefix operators and postfix chains (a.b(1){2}')
+  // nest at most this deep; deeper input is a syntax error
+  // (VANTEL:sgsh:TooDeeplyNested), so neither parsing nor evaluating it can
+  // exhaust the stack. Flat chains of binary operators are not nesting.
+  static constexpr int kMaxNesting = 256;
+
   Parser(std::vector<Token> tokens, std::string_view source) : toks_(std::move(tokens)), src_(source) {}
 
   // Lexes and parses a whole source. Raises VANTEL:sgsh:Syntax (and the
@@ -29,6 +35,8 @@ class Parser {
   bool accept(TokenKind k);
   const Token& expect(TokenKind k);
   [[noreturn]] void fail(const Token& at) const;
+  // One level deeper for the guard's lifetime; raises past kMaxNesting.
+  class Nest;
 
   void skipSeparators();
   bool atBlockEnd() const noexcept;
@@ -67,6 +75,7 @@ class Parser {
   int indexDepth_ = 0;   // > 0 while inside ( ) or { } of an index: 'end' and ':' are values
   int matrixDepth_ = 0;  // > 0 inside [ ] or { } literals
   bool openFunction_ = false;
+  int nesting_ = 0;
 };
 
 }  // namespace sgsh

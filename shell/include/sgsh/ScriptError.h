@@ -3,7 +3,9 @@
 // no catalog entry.
 #pragma once
 
+#include <exception>
 #include <string>
+#include <string_view>
 
 #include <foundation/core/except/Error.h>
 
@@ -22,5 +24,20 @@ class ScriptError : public foundation::core::except::Error {
  private:
   std::string text_;
 };
+
+// The identifier and text under which any exception reaches a script's
+// catch and the top level: a message exception keeps its own; memory
+// exhaustion, length and range errors of the standard library and any
+// other exception get identifiers of their own, so no error escapes a
+// try/catch or reaches the user without one.
+struct ErrorIdentity {
+  std::string identifier;
+  std::string message;
+};
+ErrorIdentity identify(const std::exception& e);
+
+// True for "component:component[:...]", each component a letter followed
+// by letters, digits, '_' or '-': the identifiers error() accepts.
+bool isWellFormedIdentifier(std::string_view id) noexcept;
 
 }  // namespace sgsh

@@ -85,15 +85,15 @@ ops::Dims dimsArgs(const char* fn, Args in) {
   if (in.empty()) return {1, 1};
   if (in.size() == 1 && vxGetNumberOfElements(in[0].get()) != 1) {
     for (vxSize i = 0; i < vxGetNumberOfElements(in[0].get()); ++i)
-      d.push_back(static_cast<vxSize>(std::max(0.0, ops::realAt(in[0].get(), i))));
+      d.push_back(ops::sizeFrom(ops::realAt(in[0].get(), i), fn));
     return d;
   }
   for (const Value& v : in) {
     const double x = scalarArg(fn, v);
-    if (x != std::floor(x)) throw Error("VANTEL:sgsh:BadSize", fn);
-    d.push_back(static_cast<vxSize>(std::max(0.0, x)));
+    d.push_back(ops::sizeFrom(x, fn));
   }
   if (d.size() == 1) d.push_back(d[0]);
+  ops::checkedCount(d, fn);
   return d;
 }
 

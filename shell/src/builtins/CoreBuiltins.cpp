@@ -40,8 +40,8 @@ void bSize(Interpreter&, int nargout, Out& out, Args in) {
   const ops::Dims d = ops::dimsOf(in[0].get());
   if (in.size() == 2) {
     const double k = scalarArg("size", in[1]);
-    if (k < 1 || k != std::floor(k)) throw Error("VANTEL:sgsh:BadDimension", "size");
-    const std::size_t i = static_cast<std::size_t>(k) - 1;
+    if (!(k >= 1) || k != std::floor(k)) throw Error("VANTEL:sgsh:BadDimension", "size");
+    const std::size_t i = ops::positionFrom(k);
     out.push_back(Value::scalar(i < d.size() ? static_cast<double>(d[i]) : 1.0));
     return;
   }
@@ -165,7 +165,9 @@ void bIsfield(Interpreter&, int, Out& out, Args in) {
   checkArgs("isfield", in, 2, 2);
   const vxArray* s = in[0].get();
   auto has = [&](const vxArray* name) {
-    return vxIsStruct(s) && ops::isText(name) && vxGetFieldNumber(s, ops::textOf(name).c_str()) >= 0;
+    if (!vxIsStruct(s) || !ops::isText(name)) return false;
+    const std::string text = ops::textOf(name);  // a name with a NUL is no field's
+    return text.find('\0') == std::string::npos && vxGetFieldNumber(s, text.c_str()) >= 0;
   };
   if (vxIsCell(in[1].get())) {
     const vxArray* c = in[1].get();
@@ -190,7 +192,7 @@ void bRmfield(Interpreter&, int, Out& out, Args in) {
   checkArgs("rmfield", in, 2, 2);
   if (!vxIsStruct(in[0].get())) throw Error("VANTEL:sgsh:NotStruct", "rmfield");
   Value s = in[0];
-  const std::string name = textArg("rmfield", in[1]);
+  const std::string name = ops::checkedName(textArg("rmfield", in[1]));
   const int f = vxGetFieldNumber(s.get(), name.c_str());
   if (f < 0) throw Error("VANTEL:sgsh:NoSuchField", name);
   vxRemoveField(s.mut(), f);
@@ -204,7 +206,12 @@ void bStruct(Interpreter&, int, Out& out, Args in) {
   for (std::size_t i = 1; i < in.size(); i += 2)
     if (vxIsCell(in[i].get()) && vxGetNumberOfElements(in[i].get()) != 1) dims = ops::dimsOf(in[i].get());
   std::vector<std::string> names;
-  for (std::size_t i = 0; i < in.size(); i += 2) names.push_back(textArg("struct", in[i]));
+  for (std::size_t i = 0; i < in.size(); i += 2) {
+    names.push_back(ops::checkedName(textArg("struct", in[i])));
+    // One field per name: a repeated one would leave a value without a field.
+    if (std::find(names.begin(), names.end() - 1, names.back()) != names.end() - 1)
+      throw Error("VANTEL:sgsh:DuplicateField", names.back());
+  }
   std::vector<const char*> ptrs;
   for (const std::string& n : names) ptrs.push_back(n.c_str());
   Value s(vxCreateStructArray(dims.size(), dims.data(), static_cast<int>(ptrs.size()), ptrs.data()));
@@ -313,6 +320,7 @@ void bRepmat(Interpreter&, int, Out& out, Args in) {
   const ops::Dims d = ops::dimsOf(a);
   if (d.size() > 2 || reps.size() > 2) throw Error("VANTEL:sgsh:ConcatND");
   const vxSize m = d[0], n = d[1], R = reps[0], C = reps[1];
+  ops::checkedCount({m, R, n, C}, "repmat");  // before the positions are listed
   std::vector<vxIndex> pos;
   for (vxSize j = 0; j < n * C; ++j)
     for (vxSize i = 0; i < m * R; ++i) pos.push_back((i % m) + (j % n) * m);

@@ -19,11 +19,15 @@ bool looksLikeId(const std::string& s) {
 }
 
 // (id, text) from the arguments of error and warning: (text),
-// (format, args...) or (id, format, args...).
+// (format, args...) or (id, format, args...). What reads as an identifier
+// must be a well-formed one.
 std::pair<std::string, std::string> message(const char* fn, Args in) {
   const std::string first = textArg(fn, in[0]);
   if (in.size() == 1) return {"", first};
-  if (looksLikeId(first)) return {first, formatText(textArg(fn, in[1]), in.subspan(2))};
+  if (looksLikeId(first)) {
+    if (!isWellFormedIdentifier(first)) throw Error("VANTEL:sgsh:BadIdentifier", first);
+    return {first, formatText(textArg(fn, in[1]), in.subspan(2))};
+  }
   return {"", formatText(first, in.subspan(1))};
 }
 
@@ -35,7 +39,9 @@ void bError(Interpreter&, int, Out&, Args in) {
     const vxArray* id = vxGetField(s, 0, "identifier");
     const vxArray* msg = vxGetField(s, 0, "message");
     if (!msg) throw Error("VANTEL:sgsh:BadErrorStruct");
-    throw ScriptError(id && ops::isText(id) ? ops::textOf(id) : "", ops::textOf(msg));
+    const std::string idText = id && ops::isText(id) ? ops::textOf(id) : "";
+    if (!idText.empty() && !isWellFormedIdentifier(idText)) throw Error("VANTEL:sgsh:BadIdentifier", idText);
+    throw ScriptError(idText, ops::textOf(msg));
   }
   auto [id, text] = message("error", in);
   throw ScriptError(id, text);

@@ -54,12 +54,20 @@ double dround(double x) { return std::round(x); }
 double dfix(double x) { return std::trunc(x); }
 double dsign(double x) { return x > 0 ? 1 : x < 0 ? -1 : x; }
 
+// A result computed in doubles, back in the integer class of the input it
+// came from (saturated: abs(int8(-128)) is 127); other inputs give doubles.
+Value keepInteger(Value r, const vxArray* from) {
+  const vxClassID c = vxGetClassID(from);
+  if (c < vxINT8_CLASS || c > vxUINT64_CLASS) return r;
+  return ops::convertTo(r.get(), c, false);
+}
+
 void bAbs(Interpreter&, int, Out& out, Args in) {
   checkArgs("abs", in, 1, 1);
   const vxArray* a = numbersArg(in[0]);
   std::vector<double> r(vxGetNumberOfElements(a));
   for (vxSize i = 0; i < r.size(); ++i) r[i] = std::abs(ops::complexAt(a, i));
-  out.push_back(ops::doubles(ops::dimsOf(a), r));
+  out.push_back(keepInteger(ops::doubles(ops::dimsOf(a), r), a));
 }
 
 template <int Part>  // 0 real, 1 imag, 2 conj
@@ -82,7 +90,8 @@ void modRem(Interpreter&, int, Out& out, Args in) {
   const vxArray *a = numbersArg(in[0]), *b = numbersArg(in[1]);
   const vxSize na = vxGetNumberOfElements(a), nb = vxGetNumberOfElements(b);
   if (na != nb && na != 1 && nb != 1) throw Error("VANTEL:sgsh:SizeMismatch", Mod ? "mod" : "rem", ops::sizeText(a), ops::sizeText(b));
-  const vxSize n = std::max(na, nb);
+  // A scalar pairs with each element of the other, none when that is empty.
+  const vxSize n = na == 1 ? nb : na;
   std::vector<double> r(n);
   for (vxSize i = 0; i < n; ++i) {
     const double x = ops::realAt(a, na == 1 ? 0 : i), y = ops::realAt(b, nb == 1 ? 0 : i);
@@ -90,7 +99,7 @@ void modRem(Interpreter&, int, Out& out, Args in) {
     const double q = Mod ? std::floor(x / y) : std::trunc(x / y);
     r[i] = x - q * y;
   }
-  out.push_back(ops::doubles(ops::dimsOf(na >= nb ? a : b), r));
+  out.push_back(ops::doubles(ops::dimsOf(na == 1 ? b : a), r));
 }
 
 // The dimension a reduction runs along: the given one, else the first
@@ -98,8 +107,8 @@ void modRem(Interpreter&, int, Out& out, Args in) {
 std::size_t reductionDim(const ops::Dims& d, Args in) {
   if (in.size() >= 2) {
     const double k = scalarArg("reduction", in[1]);
-    if (k < 1 || k != std::floor(k)) throw Error("VANTEL:sgsh:BadDimension", "reduction");
-    return static_cast<std::size_t>(k) - 1;
+    if (!(k >= 1) || k != std::floor(k)) throw Error("VANTEL:sgsh:BadDimension", "reduction");
+    return ops::positionFrom(k);
   }
   for (std::size_t k = 0; k < d.size(); ++k)
     if (d[k] != 1) return k;
@@ -118,13 +127,14 @@ Value reduce(const vxArray* a, Reduce kind, Args in, Value* where = nullptr) {
     return Value::scalar(kind == Reduce::Sum ? 0 : 1);
   }
   const std::size_t k = reductionDim(d, in);
-  while (d.size() <= k) d.push_back(1);
+  // A dimension past the last is a singleton: the dimension list is not
+  // grown to reach it (sum(x, 1e8) would otherwise build 1e8 entries).
   vxSize below = 1, above = 1;
-  for (std::size_t j = 0; j < k; ++j) below *= d[j];
+  for (std::size_t j = 0; j < k && j < d.size(); ++j) below *= d[j];
   for (std::size_t j = k + 1; j < d.size(); ++j) above *= d[j];
-  const vxSize len = d[k];
+  const vxSize len = k < d.size() ? d[k] : 1;
   ops::Dims od = d;
-  od[k] = len == 0 && (kind == Reduce::Max || kind == Reduce::Min) ? 0 : 1;
+  if (k < d.size()) od[k] = len == 0 && (kind == Reduce::Max || kind == Reduce::Min) ? 0 : 1;
   const vxSize n = below * above;
   std::vector<cplx> res(n);
   std::vector<double> idx(n, 1);
@@ -169,7 +179,9 @@ Value reduce(const vxArray* a, Reduce kind, Args in, Value* where = nullptr) {
 template <Reduce Kind>
 void reduction(Interpreter&, int, Out& out, Args in) {
   checkArgs("reduction", in, 1, 2);
-  out.push_back(reduce(numbersArg(in[0]), Kind, in));
+  const vxArray* a = numbersArg(in[0]);
+  Value r = reduce(a, Kind, in);
+  out.push_back(Kind == Reduce::Any || Kind == Reduce::All ? std::move(r) : keepInteger(std::move(r), a));
 }
 
 // max(a), [m, i] = max(a), max(a, b)
@@ -180,20 +192,22 @@ void extremum(Interpreter&, int nargout, Out& out, Args in) {
     const vxArray *a = numbersArg(in[0]), *b = numbersArg(in[1]);
     const vxSize na = vxGetNumberOfElements(a), nb = vxGetNumberOfElements(b);
     if (na != nb && na != 1 && nb != 1) throw Error("VANTEL:sgsh:SizeMismatch", "max", ops::sizeText(a), ops::sizeText(b));
-    const vxSize n = std::max(na, nb);
+    const vxSize n = na == 1 ? nb : na;  // a scalar and an empty array give an empty result
     std::vector<double> r(n);
     for (vxSize i = 0; i < n; ++i) {
       const double x = ops::realAt(a, na == 1 ? 0 : i), y = ops::realAt(b, nb == 1 ? 0 : i);
       r[i] = std::isnan(x) ? y : std::isnan(y) ? x : Kind == Reduce::Max ? std::max(x, y) : std::min(x, y);
     }
-    out.push_back(ops::doubles(ops::dimsOf(na >= nb ? a : b), r));
+    const vxArray* from = ops::isNumberLike(a) && vxGetClassID(a) >= vxINT8_CLASS ? a : b;
+    out.push_back(keepInteger(ops::doubles(ops::dimsOf(na == 1 ? b : a), r), from));
     return;
   }
   // max(a, [], dim) reduces along dim.
   Value where;
   std::vector<Value> dimArgs{in[0]};
   if (in.size() == 3) dimArgs.push_back(in[2]);
-  out.push_back(reduce(numbersArg(in[0]), Kind, dimArgs, &where));
+  const vxArray* a = numbersArg(in[0]);
+  out.push_back(keepInteger(reduce(a, Kind, dimArgs, &where), a));
   if (nargout > 1) out.push_back(std::move(where));
 }
 
@@ -201,7 +215,7 @@ void bFind(Interpreter&, int, Out& out, Args in) {
   checkArgs("find", in, 1, 2);
   const vxArray* a = numbersArg(in[0]);
   const vxSize n = vxGetNumberOfElements(a);
-  vxSize limit = in.size() == 2 ? static_cast<vxSize>(scalarArg("find", in[1])) : n;
+  const vxSize limit = in.size() == 2 ? ops::sizeFrom(scalarArg("find", in[1]), "find") : n;
   std::vector<double> r;
   for (vxSize i = 0; i < n && r.size() < limit; ++i)
     if (ops::complexAt(a, i) != cplx(0)) r.push_back(static_cast<double>(i + 1));
@@ -231,7 +245,8 @@ void bLinspace(Interpreter&, int, Out& out, Args in) {
   checkArgs("linspace", in, 2, 3);
   const double a = scalarArg("linspace", in[0]), b = scalarArg("linspace", in[1]);
   const double nd = in.size() == 3 ? std::floor(scalarArg("linspace", in[2])) : 100;
-  const vxSize n = nd < 1 ? 0 : static_cast<vxSize>(nd);
+  const vxSize n = ops::sizeFrom(nd, "linspace");
+  ops::checkedCount({1, n}, "linspace");
   std::vector<double> r(n);
   for (vxSize i = 0; i < n; ++i) r[i] = n == 1 ? b : a + (b - a) * static_cast<double>(i) / static_cast<double>(n - 1);
   out.push_back(ops::doubles({1, n}, r));
@@ -245,8 +260,12 @@ void bSort(Interpreter&, int nargout, Out& out, Args in) {
   const vxSize n = vxGetNumberOfElements(a);
   std::vector<vxIndex> order(n);
   for (vxSize i = 0; i < n; ++i) order[i] = i;
+  // NaN sorts after every number going up (before them going down): a
+  // strict order, which the sort needs to be defined at all.
   std::stable_sort(order.begin(), order.end(), [&](vxIndex x, vxIndex y) {
     const double vx = ops::realAt(a, x), vy = ops::realAt(a, y);
+    const bool nx = std::isnan(vx), ny = std::isnan(vy);
+    if (nx || ny) return descend ? nx && !ny : !nx && ny;
     return descend ? vx > vy : vx < vy;
   });
   out.push_back(ops::gather(a, order, ops::dimsOf(a)));

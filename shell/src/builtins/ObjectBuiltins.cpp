@@ -8,6 +8,7 @@
 #include <vcos/COSPropInfo.h>
 #include <vcos/MemberAccess.h>
 #include <vcos/ObjectArray.h>
+#include <vcos/VxProperty.h>
 
 #include <algorithm>
 #include <cctype>
@@ -65,11 +66,11 @@ std::vector<std::string> namesArg(const char* fn, const Value& v) {
     for (vxSize i = 0; i < vxGetNumberOfElements(v.get()); ++i) {
       const vxArray* el = vxGetCell(v.get(), i);
       if (!el || !ops::isText(el)) throw Error("VANTEL:sgsh:NotText", "property name");
-      names.push_back(ops::textOf(el));
+      names.push_back(ops::checkedName(ops::textOf(el)));
     }
     return names;
   }
-  names.push_back(textArg(fn, v));
+  names.push_back(ops::checkedName(textArg(fn, v)));
   return names;
 }
 
@@ -124,7 +125,7 @@ Value allowedValues(const COSPropInfo* prop) {
 const COSPropInfo* settable(const vxArray* h, const std::string& name) {
   COSClass* cls = vcos::array::classOf(h);
   const COSPropInfo* prop = cls ? cls->findProperty(COSID(name.c_str())) : nullptr;
-  if (!prop) throw Error("VANTEL:sgsh:NoSuchProperty", name, vxGetClassName(h));
+  if (!prop) throw Error("VANTEL:vcos:UnknownProperty", name, vxGetClassName(h));  // as get and h.X raise
   if (prop->getMemberSetAccess() != PublicAccess) throw Error("VANTEL:sgsh:NotSettable", name, vxGetClassName(h));
   return prop;
 }
@@ -157,9 +158,9 @@ void listSettable(const vxArray* h, int nargout, Out& out) {
 // set(h, 'Prop', value, ...) sets in order, the same values on every
 // object. set(h, {'A', 'B'}, values) takes a cell with one column per name
 // and one row per object (one row: the same values on all). set(h, 'Prop')
-// answers the values the property allows. Names and shapes are checked
-// before anything is set; a value the property refuses stops the set at
-// that object.
+// answers the values the property allows. Names, shapes, deleted objects
+// and every value against its property's type are checked before anything
+// is set, so a set that fails changes nothing.
 void bSet(Interpreter&, int nargout, Out& out, Args in) {
   if (in.empty()) throw Error("VANTEL:sgsh:NotEnoughInputs", "set");
   Value h = in[0];
@@ -167,7 +168,7 @@ void bSet(Interpreter&, int nargout, Out& out, Args in) {
   if (in.size() == 1) return listSettable(h.get(), nargout, out);
   ObjectBridge& bridge = ObjectBridge::current();
   if (in.size() == 2) {
-    out.push_back(allowedValues(settable(h.get(), textArg("set", in[1]))));
+    out.push_back(allowedValues(settable(h.get(), ops::checkedName(textArg("set", in[1])))));
     return;
   }
   const vxSize n = vxGetNumberOfElements(h.get());
@@ -180,21 +181,25 @@ void bSet(Interpreter&, int nargout, Out& out, Args in) {
     if (vxGetNumberOfDimensions(values) != 2 || vxGetN(values) != names.size() || (rows != 1 && rows != n))
       throw Error("VANTEL:sgsh:SetValuesShape", n, names.size(), ops::sizeText(values));
     for (const std::string& name : names) settable(h.get(), name);
+    const Value empty = Value::emptyDouble();
+    auto valueAt = [&](vxSize i, std::size_t j) {
+      const vxArray* v = vxGetCell(values, (rows == 1 ? 0 : i) + j * rows);
+      return v ? v : empty.get();
+    };
+    for (vxSize i = 0; i < n; ++i)
+      for (std::size_t j = 0; j < names.size(); ++j) vxCheckPropertyValue(h.get(), i, names[j].c_str(), valueAt(i, j));
     for (vxSize i = 0; i < n; ++i) {
       Value one = elementOf(h.get(), i);
-      const vxSize row = rows == 1 ? 0 : i;
-      for (std::size_t j = 0; j < names.size(); ++j) {
-        const vxArray* v = vxGetCell(values, row + j * rows);
-        Value empty = v ? Value() : Value::emptyDouble();
-        bridge.setProperty(one.mut(), names[j], v ? v : empty.get());
-      }
+      for (std::size_t j = 0; j < names.size(); ++j) bridge.setProperty(one.mut(), names[j], valueAt(i, j));
     }
     return;
   }
   if (in.size() % 2 == 0) throw Error("VANTEL:sgsh:NameValuePairs", "set");
   std::vector<std::string> names;
-  for (std::size_t i = 1; i < in.size(); i += 2) names.push_back(textArg("set", in[i]));
+  for (std::size_t i = 1; i < in.size(); i += 2) names.push_back(ops::checkedName(textArg("set", in[i])));
   for (const std::string& name : names) settable(h.get(), name);
+  for (vxSize i = 0; i < n; ++i)
+    for (std::size_t k = 0; k < names.size(); ++k) vxCheckPropertyValue(h.get(), i, names[k].c_str(), in[2 * k + 2].get());
   for (std::size_t k = 0; k < names.size(); ++k) bridge.setProperty(h.mut(), names[k], in[2 * k + 2].get());
 }
 

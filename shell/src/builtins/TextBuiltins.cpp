@@ -62,14 +62,32 @@ std::string unescape(const std::string& f) {
 }
 
 std::string shortNumber(double v) {
+  if (std::isnan(v)) return "NaN";
+  if (std::isinf(v)) return v > 0 ? "Inf" : "-Inf";
   char buf[64];
   if (v == std::round(v) && std::abs(v) < 1e15) std::snprintf(buf, sizeof buf, "%.0f", v);
   else std::snprintf(buf, sizeof buf, "%g", v);
   return buf;
 }
 
+// Widths and precisions of a directive stay below this, so one conversion
+// never asks for more than a few kilobytes.
+constexpr unsigned long kMaxFieldWidth = 4096;
+
+// snprintf into a string of the size the result needs.
+template <typename T>
+std::string printed(const std::string& format, T value) {
+  char small[128];
+  const int n = std::snprintf(small, sizeof small, format.c_str(), value);
+  if (n < 0) throw Error("VANTEL:sgsh:BadFormatDirective", format);
+  if (static_cast<std::size_t>(n) < sizeof small) return std::string(small, static_cast<std::size_t>(n));
+  std::string out(static_cast<std::size_t>(n) + 1, '\0');
+  std::snprintf(out.data(), out.size(), format.c_str(), value);
+  out.resize(static_cast<std::size_t>(n));
+  return out;
+}
+
 std::string convertOne(const std::string& directive, char conv, const Item& item) {
-  char buf[512];
   std::string s = directive;
   switch (conv) {
     case 'd':
@@ -80,21 +98,22 @@ std::string convertOne(const std::string& directive, char conv, const Item& item
     case 'o': {
       if (item.isText) {
         s += 's';
-        std::snprintf(buf, sizeof buf, s.c_str(), item.text.c_str());
-        return buf;
+        return printed(s, item.text.c_str());
       }
       const double v = item.number;
-      if (v != std::round(v) || !std::isfinite(v)) {
+      // Integers beyond the 64-bit range, and negative ones for the
+      // unsigned conversions, have no exact integer form here.
+      constexpr double k2p63 = 9223372036854775808.0;
+      const bool fits = v >= -k2p63 && v < k2p63 && (v >= 0 || conv == 'd' || conv == 'i');
+      if (v != std::round(v) || !std::isfinite(v) || !fits) {
         // A number that is not an integer prints in exponent form.
         if (!std::isfinite(v)) return std::isnan(v) ? "NaN" : v > 0 ? "Inf" : "-Inf";
         s += 'e';
-        std::snprintf(buf, sizeof buf, s.c_str(), v);
-        return buf;
+        return printed(s, v);
       }
       s += "ll";
       s += conv == 'i' ? 'd' : conv;
-      std::snprintf(buf, sizeof buf, s.c_str(), static_cast<long long>(v));
-      return buf;
+      return printed(s, static_cast<long long>(v));
     }
     case 'f':
     case 'e':
@@ -103,26 +122,24 @@ std::string convertOne(const std::string& directive, char conv, const Item& item
     case 'G': {
       if (item.isText) {
         s += 's';
-        std::snprintf(buf, sizeof buf, s.c_str(), item.text.c_str());
-        return buf;
+        return printed(s, item.text.c_str());
       }
       if (!std::isfinite(item.number)) {
         s += 's';
-        std::snprintf(buf, sizeof buf, s.c_str(), std::isnan(item.number) ? "NaN" : item.number > 0 ? "Inf" : "-Inf");
-        return buf;
+        return printed(s, std::isnan(item.number) ? "NaN" : item.number > 0 ? "Inf" : "-Inf");
       }
       s += conv;
-      std::snprintf(buf, sizeof buf, s.c_str(), item.number);
-      return buf;
+      return printed(s, item.number);
     }
     case 'c':
     case 's': {
       std::string text = item.isText ? item.text
-                         : conv == 'c' ? foundation::text::utf16ToUtf8(std::u16string(1, static_cast<char16_t>(item.number)))
+                         : conv == 'c' && item.number >= 0 && item.number <= 0xFFFF
+                             ? foundation::text::utf16ToUtf8(std::u16string(1, static_cast<char16_t>(item.number)))
                                        : shortNumber(item.number);
+      if (s == "%") return text;  // whole, NUL characters included
       s += 's';
-      std::snprintf(buf, sizeof buf, s.c_str(), text.c_str());
-      return buf;
+      return printed(s, text.c_str());
     }
     default:
       return directive + conv;
@@ -151,10 +168,18 @@ std::string formatText(const std::string& formatIn, Args args) {
       // %[flags][width][.precision]conversion
       std::size_t j = i + 1;
       while (j < format.size() && std::strchr("-+ #0", format[j])) ++j;
-      while (j < format.size() && std::isdigit(static_cast<unsigned char>(format[j]))) ++j;
+      auto field = [&] {
+        unsigned long v = 0;
+        while (j < format.size() && std::isdigit(static_cast<unsigned char>(format[j]))) {
+          v = std::min(v * 10 + static_cast<unsigned long>(format[j] - '0'), kMaxFieldWidth);
+          ++j;
+        }
+        if (v >= kMaxFieldWidth) throw Error("VANTEL:sgsh:FormatWidth", kMaxFieldWidth);
+      };
+      field();
       if (j < format.size() && format[j] == '.') {
         ++j;
-        while (j < format.size() && std::isdigit(static_cast<unsigned char>(format[j]))) ++j;
+        field();
       }
       if (j >= format.size()) {
         out += format.substr(i);
@@ -187,7 +212,9 @@ void bFprintf(Interpreter&, int, Out&, Args in) {
   if (in.empty()) throw Error("VANTEL:sgsh:NotEnoughInputs", "fprintf");
   int fid = 1;
   if (ops::isNumberLike(in[0].get()) && !vxIsChar(in[0].get())) {
-    fid = static_cast<int>(scalarArg("fprintf", in[0]));
+    const double f = scalarArg("fprintf", in[0]);
+    fid = f == 1 || f == 2 ? static_cast<int>(f) : -1;
+    if (fid < 0) throw Error("VANTEL:sgsh:BadFileId", ops::numberAsText(f));
     in = in.subspan(1);
     if (in.empty()) throw Error("VANTEL:sgsh:NotEnoughInputs", "fprintf");
   }
@@ -203,10 +230,15 @@ std::string num2strScalar(double v) {
   char buf[64];
   if (v == std::round(v) && std::abs(v) < 1e15) {
     std::snprintf(buf, sizeof buf, "%.0f", v);
+  } else if (std::abs(v) >= 9007199254740992.0) {
+    // Past 2^53 not every integer is a double: five significant digits, as
+    // the display shows them (1e63 is 1e+63).
+    std::snprintf(buf, sizeof buf, "%.5g", v);
   } else {
-    // Four digits after the leading ones: pi gives 3.1416, 123.456 stays.
+    // Four digits after the leading ones: pi gives 3.1416, 123.456 stays;
+    // at most the digits a double holds, so 1e63 stays 1e+63.
     const int lead = v == 0 ? 1 : std::max(static_cast<int>(std::floor(std::log10(std::abs(v)))) + 1, 1);
-    std::snprintf(buf, sizeof buf, "%.*g", lead + 4, v);
+    std::snprintf(buf, sizeof buf, "%.*g", std::min(lead + 4, 16), v);
   }
   return buf;
 }
@@ -224,7 +256,9 @@ void bNum2str(Interpreter&, int, Out& out, Args in) {
       out.push_back(Value::text(formatText(textArg("num2str", in[1]), in.first(1))));
       return;
     }
-    const int prec = static_cast<int>(scalarArg("num2str", in[1]));
+    const double p = scalarArg("num2str", in[1]);
+    if (!(p >= 1) || p != std::floor(p)) throw Error("VANTEL:sgsh:BadPrecision", "num2str");
+    const int prec = static_cast<int>(std::min(p, 17.0));
     std::string s;
     for (vxSize i = 0; i < vxGetNumberOfElements(a); ++i) {
       char buf[64];

@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
+#include <cstdint>
 #include <cstdio>
+#include <string>
 #include <vector>
 
 #include <vx/vx.h>
@@ -55,6 +57,15 @@ NumberStyle styleFor(const std::vector<double>& parts) {
   return NumberStyle::Fixed;
 }
 
+std::string integerText(const vxArray* a, vxIndex i) {
+  const void* d = vxGetData(a);
+  switch (vxGetClassID(a)) {
+    case vxUINT64_CLASS: return std::to_string(static_cast<const std::uint64_t*>(d)[i]);
+    case vxINT64_CLASS: return std::to_string(static_cast<const std::int64_t*>(d)[i]);
+    default: return std::to_string(static_cast<long long>(ops::realAt(a, i)));
+  }
+}
+
 // The elements of a number-like array as text, all in one style.
 std::vector<std::string> numberTexts(const vxArray* a) {
   const vxSize n = vxGetNumberOfElements(a);
@@ -76,6 +87,11 @@ std::vector<std::string> numberTexts(const vxArray* a) {
       const bool neg = c.imag() < 0;
       out[i] = formatReal(c.real(), st) + (neg ? " - " : " + ") + formatReal(std::abs(c.imag()), st) + "i";
     }
+    return out;
+  }
+  if (const vxClassID c = vxGetClassID(a); c >= vxINT8_CLASS && c <= vxUINT64_CLASS) {
+    // Integers print whole and exact, beyond the digits a double holds.
+    for (vxSize i = 0; i < n; ++i) out[i] = integerText(a, i);
     return out;
   }
   std::vector<double> parts(n);

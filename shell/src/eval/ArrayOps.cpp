@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <algorithm>
 #include <limits>
 
 #include <foundation/core/except/Error.h>
@@ -27,6 +28,50 @@ vxSize countOf(const Dims& d) noexcept {
   for (vxSize x : d) n *= x;
   return n;
 }
+
+namespace {
+// The runtime's limit: byte counts of complex doubles (16 bytes each) stay
+// within a size_t.
+constexpr vxSize kRuntimeLimit = static_cast<vxSize>(-1) / 16;
+vxSize gElementLimit = kRuntimeLimit;
+}  // namespace
+
+vxSize elementLimit() noexcept { return gElementLimit; }
+void setElementLimit(vxSize limit) noexcept { gElementLimit = std::min(limit, kRuntimeLimit); }
+
+vxIndex positionFrom(double v) {
+  if (!(v >= 1) || (std::isfinite(v) && v != std::floor(v))) throw Error("VANTEL:sgsh:BadIndex");
+  // The comparison is made in doubles: the limit converts exactly enough,
+  // and an infinity or 1e300 never reaches the cast.
+  if (!(v <= static_cast<double>(gElementLimit))) throw Error("VANTEL:sgsh:IndexTooLarge", numberAsText(v));
+  return static_cast<vxIndex>(v) - 1;
+}
+
+vxSize sizeFrom(double v, const char* fn) {
+  if (std::isnan(v) || (std::isfinite(v) && v != std::floor(v))) throw Error("VANTEL:sgsh:BadSize", fn);
+  if (v <= 0) return 0;
+  if (!(v <= static_cast<double>(gElementLimit))) throw Error("VANTEL:sgsh:TooLarge", fn);
+  return static_cast<vxSize>(v);
+}
+
+vxSize checkedCount(const Dims& d, const char* fn) {
+  vxSize n = 1;
+  for (vxSize x : d) {
+    if (x == 0) return 0;
+  }
+  for (vxSize x : d) {
+    if (n > gElementLimit / x) throw Error("VANTEL:sgsh:TooLarge", fn);
+    n *= x;
+  }
+  return n;
+}
+
+std::string checkedName(std::string name) {
+  if (name.find('\0') != std::string::npos) throw Error("VANTEL:sgsh:NulInName");
+  return name;
+}
+
+std::string nameOf(const vxArray* a, const char* what) { return checkedName(textOf(a, what)); }
 
 Dims normalized(Dims d) {
   while (d.size() > 2 && d.back() == 1) d.pop_back();
@@ -108,6 +153,7 @@ std::complex<double> complexAt(const vxArray* a, vxIndex i) {
 
 Value makeArray(vxClassID cls, const Dims& dimsIn, bool complex) {
   const Dims dims = normalized(dimsIn);
+  checkedCount(dims, "array");
   switch (cls) {
     case vxDOUBLE_CLASS:
     case vxSINGLE_CLASS:
@@ -136,6 +182,7 @@ Value makeArray(vxClassID cls, const Dims& dimsIn, bool complex) {
 
 Value makeLike(const vxArray* proto, const Dims& dimsIn) {
   const vxClassID cls = vxGetClassID(proto);
+  checkedCount(dimsIn, "array");
   if (cls == vxSTRUCT_CLASS) {
     const Dims dims = normalized(dimsIn);
     std::vector<std::string> names = fieldNames(proto);
@@ -192,6 +239,8 @@ std::string textOfElement(const vxArray* a, vxIndex i) {
 }
 
 std::string numberAsText(double v) {
+  if (std::isnan(v)) return "NaN";
+  if (std::isinf(v)) return v > 0 ? "Inf" : "-Inf";
   char buf[64];
   if (v == std::round(v) && std::abs(v) < 1e15) std::snprintf(buf, sizeof buf, "%.0f", v);
   else std::snprintf(buf, sizeof buf, "%.5g", v);

@@ -19,6 +19,25 @@ using Dims = std::vector<vxSize>;
 
 Dims dimsOf(const vxArray* a);
 vxSize countOf(const Dims& d) noexcept;
+
+// The largest element count the language lets an array have: the runtime's
+// own limit, or less where a host caps memory (the fuzz target does).
+vxSize elementLimit() noexcept;
+void setElementLimit(vxSize limit) noexcept;
+
+// Every number the language uses as a subscript, a size or a count passes
+// through one of these, so a NaN, an infinity or a huge value becomes an
+// error with an identifier and never a wrapped or undefined cast.
+// A one-based subscript to a zero-based position: finite, whole, at least 1
+// (VANTEL:sgsh:BadIndex) and within the element limit (VANTEL:sgsh:IndexTooLarge).
+vxIndex positionFrom(double subscript);
+// A dimension length or a count: whole and not NaN (VANTEL:sgsh:BadSize,
+// naming fn), within the element limit (VANTEL:sgsh:TooLarge); negative
+// lengths read as 0.
+vxSize sizeFrom(double v, const char* fn);
+// The element count of dims, raising VANTEL:sgsh:TooLarge past the limit
+// (also where the product itself would overflow).
+vxSize checkedCount(const Dims& d, const char* fn);
 // Drops trailing singleton dimensions beyond the second.
 Dims normalized(Dims d);
 // "2x3", "0x0", "2x3x4".
@@ -43,6 +62,11 @@ Value cellRow(std::vector<Value> values);
 // The UTF-8 text of a char row or string scalar; raises VANTEL:sgsh:NotText.
 std::string textOf(const vxArray* a, const char* what = "argument");
 std::string textOfElement(const vxArray* a, vxIndex i);  // a string array element
+// The text of a field or property name. Names are looked up as C strings
+// further down, so one with a NUL character is refused
+// (VANTEL:sgsh:NulInName) rather than cut at the NUL.
+std::string nameOf(const vxArray* a, const char* what = "name");
+std::string checkedName(std::string name);
 // A number as text where text is built from numbers ("n=" + 5): integers
 // whole, others with five significant digits.
 std::string numberAsText(double v);

@@ -1,9 +1,9 @@
 // The evaluator's expressions: literals, operators, ranges, matrix and cell
 // literals, indexing and field access (which may give several values),
 // calls by name, 'end' inside an index, and function handles.
+#include <algorithm>
 #include <cmath>
 #include <complex>
-#include <functional>
 #include <set>
 
 #include <foundation/core/except/Error.h>
@@ -14,6 +14,7 @@
 #include "eval/Indexing.h"
 #include "eval/ObjectBridge.h"
 #include "eval/Operators.h"
+#include "eval/StackLimit.h"
 #include "sgsh/FunctionHandle.h"
 #include "sgsh/Interpreter.h"
 
@@ -21,7 +22,33 @@ namespace sgsh {
 
 using foundation::core::except::Error;
 
+namespace {
+
+// The operands of a left-leaning chain of one node kind, a + b + c ... as
+// ((a + b) + c) ...: the nodes from the innermost outwards. Long chains are
+// evaluated along this list rather than by recursion.
+std::vector<const Node*> leftSpine(const Node& top) {
+  std::vector<const Node*> spine;
+  for (const Node* n = &top; n->kind == top.kind; n = n->kids[0].get()) spine.push_back(n);
+  std::reverse(spine.begin(), spine.end());
+  return spine;
+}
+
+}  // namespace
+
+Value Interpreter::evalBinary(const Node& e, const vxArray* l, const vxArray* r) {
+  if ((e.op == Op::Eq || e.op == Op::Ne) && (vxIsObject(l) || vxIsObject(r))) {
+    // Objects compare by identity through their class's eq and ne.
+    std::vector<Value> args{Value::copyOf(l), Value::copyOf(r)};
+    std::vector<Value> out = call(e.op == Op::Eq ? "eq" : "ne", args, 1);
+    if (out.empty()) throw Error("VANTEL:sgsh:NoValue");
+    return std::move(out[0]);
+  }
+  return ops::binary(e.op, l, r);
+}
+
 Value Interpreter::eval(const Node& e) {
+  checkStackRoom();
   switch (e.kind) {
     case NodeKind::Number:
       if (e.imaginary) {
@@ -47,17 +74,20 @@ Value Interpreter::eval(const Node& e) {
     case NodeKind::EndValue:
       return evalEnd(e);
     case NodeKind::Binary: {
-      Value lh, rh;
-      const vxArray* l = evalBorrowed(*e.kids[0], lh);
-      const vxArray* r = evalBorrowed(*e.kids[1], rh);
-      if ((e.op == Op::Eq || e.op == Op::Ne) && (vxIsObject(l) || vxIsObject(r))) {
-        // Objects compare by identity through their class's eq and ne.
-        std::vector<Value> args{Value::copyOf(l), Value::copyOf(r)};
-        std::vector<Value> out = call(e.op == Op::Eq ? "eq" : "ne", args, 1);
-        if (out.empty()) throw Error("VANTEL:sgsh:NoValue");
-        return std::move(out[0]);
+      if (e.kids[0]->kind != NodeKind::Binary) {
+        Value lh, rh;
+        const vxArray* l = evalBorrowed(*e.kids[0], lh);
+        const vxArray* r = evalBorrowed(*e.kids[1], rh);
+        return evalBinary(e, l, r);
       }
-      return ops::binary(e.op, l, r);
+      const std::vector<const Node*> spine = leftSpine(e);
+      Value acc = eval(*spine.front()->kids[0]);
+      for (const Node* n : spine) {
+        Value rh;
+        const vxArray* r = evalBorrowed(*n->kids[1], rh);
+        acc = evalBinary(*n, acc.get(), r);
+      }
+      return acc;
     }
     case NodeKind::Unary: {
       Value holder;
@@ -70,10 +100,13 @@ Value Interpreter::eval(const Node& e) {
           throw Error("VANTEL:sgsh:NotLogicalScalar", opText(e.op));
         return truth(v, side);
       };
-      const bool left = scalarTruth(*e.kids[0]);
-      if (e.op == Op::AndAnd && !left) return Value::logical(false);
-      if (e.op == Op::OrOr && left) return Value::logical(true);
-      return Value::logical(scalarTruth(*e.kids[1]));
+      const std::vector<const Node*> spine = leftSpine(e);
+      bool value = scalarTruth(*spine.front()->kids[0]);
+      for (const Node* n : spine) {
+        // a && b is decided by a false a, a || b by a true a.
+        if (n->op == Op::AndAnd ? value : !value) value = scalarTruth(*n->kids[1]);
+      }
+      return Value::logical(value);
     }
     case NodeKind::Range:
       return evalRange(e);
@@ -274,7 +307,7 @@ void Interpreter::evalBrace(const Node& e, std::vector<Value>& out) {
 std::string Interpreter::fieldName(const Node& acc) {
   if (acc.kind == NodeKind::Field) return acc.text;
   Value n = eval(*acc.kids[1]);
-  return ops::textOf(n.get(), "dynamic field name");
+  return ops::nameOf(n.get(), "dynamic field name");
 }
 
 void Interpreter::evalField(const Node& e, std::vector<Value>& out, int nargout) {
@@ -356,13 +389,15 @@ Value Interpreter::evalLambda(const Node& e) {
   // the parameters.
   std::map<std::string, Value> captured;
   const std::set<std::string> params(e.names.begin(), e.names.end());
-  std::function<void(const Node&)> walk = [&](const Node& n) {
+  std::vector<const Node*> pending{e.kids[0].get()};  // a list, not recursion: bodies may be long chains
+  while (!pending.empty()) {
+    const Node& n = *pending.back();
+    pending.pop_back();
     if (n.kind == NodeKind::Name && !params.count(n.text) && !captured.count(n.text)) {
       if (const Value* v = findVariable(n.text)) captured.emplace(n.text, *v);
     }
-    for (const NodePtr& k : n.kids) walk(*k);
-  };
-  walk(*e.kids[0]);
+    for (const NodePtr& k : n.kids) pending.push_back(k.get());
+  }
   return makeHandle(std::make_shared<FunctionHandle>(e.shared_from_this(), std::move(captured)));
 }
 

@@ -51,9 +51,7 @@ IndexList readIndex(const vxArray* arg, vxSize extent) {
   const vxSize n = vxGetNumberOfElements(arg);
   l.idx.resize(n);
   for (vxSize i = 0; i < n; ++i) {
-    const double v = realAt(arg, i);
-    if (!(v >= 1) || v != std::floor(v)) throw Error("VANTEL:sgsh:BadIndex");
-    l.idx[i] = static_cast<vxIndex>(v) - 1;
+    l.idx[i] = positionFrom(realAt(arg, i));
   }
   l.shape = dimsOf(arg);
   return l;
@@ -79,8 +77,9 @@ std::vector<vxIndex> positionsOf(const std::vector<IndexList>& lists, const Dims
     strides[k] = stride;
     stride *= extentOf(d, k, count);
   }
-  vxSize total = 1;
-  for (const IndexList& l : lists) total *= l.idx.size();
+  Dims sizes;
+  for (const IndexList& l : lists) sizes.push_back(l.idx.size());
+  const vxSize total = checkedCount(sizes, "indexing");
   std::vector<vxIndex> pos;
   pos.reserve(total);
   if (total == 0) return pos;
@@ -256,6 +255,8 @@ struct GrowPlan {
 // growth the array cannot take. Changes nothing.
 GrowPlan planGrowth(const Dims& d, std::span<const Value> args, const vxArray* rhs) {
   GrowPlan plan;
+  // x() = v and c{} = v name no place (on an empty x there is no element 1).
+  if (args.empty()) throw Error("VANTEL:sgsh:NoSubscripts");
   if (args.size() == 1) {
     const vxSize n = countOf(d);
     IndexList l = readIndex(args[0].get(), n);
@@ -308,6 +309,7 @@ GrowPlan planGrowth(const Dims& d, std::span<const Value> args, const vxArray* r
     }
     lists.push_back(std::move(l));
   }
+  checkedCount(want, "indexing");
   plan.grows = normalized(want) != normalized(d);
   if (plan.grows) plan.dims = normalized(want);
   const Dims& after = plan.grows ? plan.dims : d;
@@ -339,7 +341,7 @@ bool keepsLayout(const Dims& od, const Dims& nd) {
 // amortised linear); otherwise the elements move into a new array.
 void applyGrowth(Value& a, const Dims& nd) {
   const vxArray* v = a.get();
-  const bool inPlace = (isNumberLike(v) || vxIsCell(v) || vxIsStruct(v)) && keepsLayout(dimsOf(v), nd);
+  const bool inPlace = (isNumberLike(v) || vxIsCell(v) || vxIsStruct(v) || vxIsObject(v)) && keepsLayout(dimsOf(v), nd);
   if (inPlace)
     vxSetDimensions(a.mut(), nd.data(), nd.size());
   else

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <optional>
 
 #include <foundation/core/except/Error.h>
 #include <vcos/BuiltinClasses.h>
@@ -16,6 +17,7 @@
 #include "eval/Indexing.h"
 #include "eval/ObjectBridge.h"
 #include "eval/Operators.h"
+#include "eval/StackLimit.h"
 #include "sgsh/BuiltinRegistry.h"
 #include "sgsh/Display.h"
 #include "sgsh/FunctionHandle.h"
@@ -32,18 +34,32 @@ namespace {
 constexpr std::size_t kMaxDepth = 256;
 }
 
+// Counts one entry into the evaluator (a function call, or code a callback
+// runs in the base workspace) for its lifetime; raises past the limit.
+class Interpreter::DepthGuard {
+ public:
+  explicit DepthGuard(Interpreter& in) : in_(in) {
+    if (in_.depth_ + 1 >= kMaxDepth) throw Error("VANTEL:sgsh:RecursionLimit", kMaxDepth);
+    ++in_.depth_;
+  }
+  ~DepthGuard() { --in_.depth_; }
+  DepthGuard(const DepthGuard&) = delete;
+  DepthGuard& operator=(const DepthGuard&) = delete;
+
+ private:
+  Interpreter& in_;
+};
+
 // Pushes a fresh workspace for a function call and pops it on every exit.
 class Interpreter::FrameGuard {
  public:
-  explicit FrameGuard(Interpreter& in) : in_(in) {
-    if (in_.frames_.size() + in_.setAside_ >= kMaxDepth) throw Error("VANTEL:sgsh:RecursionLimit", kMaxDepth);
-    in_.frames_.push_back(std::make_unique<Workspace>());
-  }
+  explicit FrameGuard(Interpreter& in) : depth_(in), in_(in) { in_.frames_.push_back(std::make_unique<Workspace>()); }
   ~FrameGuard() { in_.frames_.pop_back(); }
   FrameGuard(const FrameGuard&) = delete;
   FrameGuard& operator=(const FrameGuard&) = delete;
 
  private:
+  DepthGuard depth_;
   Interpreter& in_;
 };
 
@@ -85,16 +101,18 @@ Interpreter& Interpreter::current() {
   throw Error("VANTEL:sgsh:NoInterpreter");
 }
 
+// The parsed code lives while it runs; function handles made from it keep
+// their own parts alive, so nothing of a finished run is held.
 void Interpreter::run(std::string_view source) {
   RunningGuard running(this);
   Program prog = Parser::parse(source);
   for (const NodePtr& fn : prog.functions) functions_[fn->text] = fn;
-  programs_.push_back(prog.body);
   execBlock(*prog.body);
 }
 
 void Interpreter::runInBase(std::string_view source) {
   RunningGuard running(this);
+  DepthGuard depth(*this);
   Program prog = Parser::parse(source);
   for (const NodePtr& fn : prog.functions) functions_[fn->text] = fn;
   // The workspaces of the functions running now step aside, so that the code
@@ -106,11 +124,9 @@ void Interpreter::runInBase(std::string_view source) {
     explicit SetAside(Interpreter& i) : in(i) {
       frames.assign(std::make_move_iterator(in.frames_.begin() + 1), std::make_move_iterator(in.frames_.end()));
       in.frames_.resize(1);
-      in.setAside_ += frames.size();
     }
     ~SetAside() {
       assert(in.frames_.size() == 1 && "callback code left a workspace behind");
-      in.setAside_ -= frames.size();
       for (auto& f : frames) in.frames_.push_back(std::move(f));
     }
     SetAside(const SetAside&) = delete;
@@ -146,6 +162,15 @@ Value Interpreter::makeHandle(std::shared_ptr<const FunctionHandle> data) const 
   return Value(vxCreateFunctionHandle(std::move(data)));
 }
 
+void Interpreter::throwStepLimit() const { throw Error("VANTEL:sgsh:StepLimit", stepLimit_); }
+
+std::atomic<bool> Interpreter::interrupt_{false};
+
+void Interpreter::throwInterrupted() {
+  clearInterrupt();  // taken up: the code that catches it, or the next command, runs on
+  throw Error("VANTEL:sgsh:Interrupted");
+}
+
 // ---- statements ----------------------------------------------------------
 
 Interpreter::Flow Interpreter::execBlock(const Node& block) {
@@ -157,6 +182,8 @@ Interpreter::Flow Interpreter::execBlock(const Node& block) {
 }
 
 Interpreter::Flow Interpreter::exec(const Node& s) {
+  checkStackRoom();
+  countStep();
   switch (s.kind) {
     case NodeKind::ExprStmt: execExprStmt(s); return Flow::Normal;
     case NodeKind::Assign: execAssign(s); return Flow::Normal;
@@ -197,7 +224,15 @@ Interpreter::Flow Interpreter::exec(const Node& s) {
   return Flow::Normal;
 }
 
-void Interpreter::show(const std::string& name, const Value& value) { writeOutput(displayText(name, value.get())); }
+void Interpreter::show(const std::string& name, const Value& value) {
+  // Showing an array is work in proportion to its elements: it counts
+  // against the step limit like that many statements.
+  if (stepLimit_ != 0 && value.has()) {
+    steps_ += vxGetNumberOfElements(value.get());
+    if (steps_ > stepLimit_) throwStepLimit();
+  }
+  writeOutput(displayText(name, value.get()));
+}
 
 void Interpreter::execExprStmt(const Node& s) {
   const Node& e = *s.kids[0];
@@ -247,7 +282,37 @@ void Interpreter::execMultiAssign(const Node& s) {
     for (std::size_t i = out.size(); i < n; ++i)
       if (s.kids[i]->kind != NodeKind::Ignore) throw Error("VANTEL:sgsh:TooManyOutputs", toSource(rhs));
   }
-  for (std::size_t i = 0; i < n && i < out.size(); ++i) assignTo(*s.kids[i], std::move(out[i]), s.show);
+  // All targets or none: the variables they write are kept as they were
+  // (shared copies, nothing is copied) and put back when one assignment
+  // fails; what is shown is shown once all succeeded.
+  struct Saved {
+    std::string name;
+    std::optional<Value> value;
+  };
+  std::vector<Saved> saved;
+  std::vector<std::string> shown;
+  for (std::size_t i = 0; i < n && i < out.size(); ++i) {
+    const Node* root = s.kids[i].get();
+    if (root->kind == NodeKind::Ignore) continue;
+    while (root->kind != NodeKind::Name) root = root->kids[0].get();
+    const Value* now = findVariable(root->text);
+    saved.push_back({root->text, now ? std::optional<Value>(*now) : std::nullopt});
+    shown.push_back(root->text);
+  }
+  try {
+    for (std::size_t i = 0; i < n && i < out.size(); ++i) assignTo(*s.kids[i], std::move(out[i]), false);
+  } catch (...) {
+    for (auto r = saved.rbegin(); r != saved.rend(); ++r) {
+      if (r->value)
+        ws()[r->name] = std::move(*r->value);
+      else
+        ws().erase(r->name);
+    }
+    throw;
+  }
+  saved.clear();  // the shared copies end before anything more is written
+  if (s.show)
+    for (const std::string& name : shown) show(name, ws()[name]);
 }
 
 void Interpreter::assignTo(const Node& target, Value value, bool showIt) {
@@ -287,21 +352,42 @@ void Interpreter::assignTo(const Node& target, Value value, bool showIt) {
   }
   // A shared copy: the variable stays intact when a nested assignment fails.
   Value base = it == ws().end() ? Value() : it->second;
-  Value result = assignPath(std::move(base), chain, 0, std::move(value));
+  Value result = assignPath(std::move(base), chain, 0, std::move(value), &root);
   Value& slot = ws()[root];
   slot = std::move(result);
   if (showIt) show(root, slot);
 }
 
-Value Interpreter::assignPath(Value base, const std::vector<const Node*>& chain, std::size_t k, Value rhs) {
+Value Interpreter::assignPath(Value base, const std::vector<const Node*>& chain, std::size_t k, Value rhs,
+                              const std::string* root) {
   const Node& acc = *chain[k];
   const bool last = k + 1 == chain.size();
   const bool isObj = base.has() && vxIsObject(base.get());
+  // The one write into base, after everything else succeeded. At the
+  // outermost level the variable's own reference is dropped just before, so
+  // the write finds the array unshared and works in place (s(end+1).a = k
+  // grows in amortised linear time); the writes change nothing when they
+  // fail, and the variable then gets its value back.
+  auto finalWrite = [&](auto&& write) -> Value {
+    auto it = root ? ws().find(*root) : ws().end();
+    if (it == ws().end()) {
+      write();
+      return std::move(base);
+    }
+    it->second = Value();  // the workspace's reference ends here
+    try {
+      write();
+    } catch (...) {
+      if (auto again = ws().find(*root); again != ws().end()) again->second = base;
+      throw;
+    }
+    return std::move(base);
+  };
   switch (acc.kind) {
     case NodeKind::Paren: {
       std::vector<Value> args;
       evalArgs(acc, base.get(), args);
-      if (last) return ops::indexAssign(std::move(base), args, rhs.get());
+      if (last) return finalWrite([&] { ops::indexAssignInPlace(base, args, rhs.get()); });
       Value sub;
       if (base.has() && !vxIsEmpty(base.get())) {
         try {
@@ -312,20 +398,29 @@ Value Interpreter::assignPath(Value base, const std::vector<const Node*>& chain,
       }
       if (sub.has() && vxIsDouble(sub.get()) && vxIsEmpty(sub.get())) sub = Value();
       Value inner = assignPath(std::move(sub), chain, k + 1, std::move(rhs));
-      return ops::indexAssign(std::move(base), args, inner.get());
+      return finalWrite([&] { ops::indexAssignInPlace(base, args, inner.get()); });
     }
     case NodeKind::Brace: {
       std::vector<Value> args;
       evalArgs(acc, base.get(), args);
-      if (last) return ops::braceAssign(std::move(base), args, std::move(rhs));
+      if (last) return finalWrite([&] { ops::braceAssignInPlace(base, args, std::move(rhs)); });
       if (base.has() && !vxIsCell(base.get()) && !(vxIsDouble(base.get()) && vxIsEmpty(base.get())))
         throw Error("VANTEL:sgsh:BraceOnNonCell", vxGetClassName(base.get()));
-      const vxIndex at = ops::assignPosition(base, args, vxCELL_CLASS);
-      const vxArray* el = vxGetCell(base.get(), at);
-      Value sub = el && !(vxIsDouble(el) && vxIsEmpty(el)) ? Value::copyOf(el) : Value();
+      // The element as it is now (none past the end); base changes only
+      // once the nested assignment succeeded.
+      Value sub;
+      if (base.has() && vxIsCell(base.get())) {
+        try {
+          const ops::Selection at = ops::select(base.get(), args);
+          if (at.positions.size() != 1) throw Error("VANTEL:sgsh:NotOneElement", at.positions.size());
+          const vxArray* el = vxGetCell(base.get(), at.positions[0]);
+          if (el && !(vxIsDouble(el) && vxIsEmpty(el))) sub = Value::copyOf(el);
+        } catch (const IMsgIDException& e) {
+          if (e.identifier() != "VANTEL:sgsh:IndexOutOfBounds") throw;  // past the end: made below
+        }
+      }
       Value inner = assignPath(std::move(sub), chain, k + 1, std::move(rhs));
-      vxSetCell(base.mut(), at, inner.release());
-      return base;
+      return finalWrite([&] { ops::braceAssignInPlace(base, args, std::move(inner)); });
     }
     case NodeKind::Field:
     case NodeKind::DynField: {
@@ -354,9 +449,10 @@ Value Interpreter::assignPath(Value base, const std::vector<const Node*>& chain,
         Value sub = el && !(vxIsDouble(el) && vxIsEmpty(el)) ? Value::copyOf(el) : Value();
         inner = assignPath(std::move(sub), chain, k + 1, std::move(rhs));
       }
-      if (vxAddFieldToStruct(base.mut(), name.c_str()) < 0) throw Error("VANTEL:sgsh:BadFieldName", name);
-      vxSetField(base.mut(), 0, name.c_str(), inner.release());
-      return base;
+      return finalWrite([&] {
+        if (vxAddFieldToStruct(base.mut(), name.c_str()) < 0) throw Error("VANTEL:sgsh:BadFieldName", name);
+        vxSetField(base.mut(), 0, name.c_str(), inner.release());
+      });
     }
     default:
       break;
@@ -398,6 +494,7 @@ Interpreter::Flow Interpreter::execFor(const Node& s) {
                      l = ops::realAt(lastv.get(), 0);
         const std::size_t count = ops::rangeCount(f, st, l);
         for (std::size_t i = 0; i < count; ++i) {
+          countStep();
           const Flow fl = step(Value::scalar(f + st * static_cast<double>(i)));
           if (fl != Flow::Normal) return fl == Flow::Return ? fl : Flow::Normal;
         }
@@ -409,6 +506,7 @@ Interpreter::Flow Interpreter::execFor(const Node& s) {
     if (vxIsEmpty(a)) return Flow::Normal;
     const vxSize m = vxGetM(a), n = vxGetN(a);
     for (vxSize j = 0; j < n; ++j) {
+      countStep();
       std::vector<vxIndex> pos(m);
       for (vxSize i = 0; i < m; ++i) pos[i] = i + j * m;
       const Flow fl = step(ops::gather(a, pos, {m, 1}));
@@ -420,6 +518,7 @@ Interpreter::Flow Interpreter::execFor(const Node& s) {
 
 Interpreter::Flow Interpreter::execWhile(const Node& s) {
   while (truth(eval(*s.kids[0]), *s.kids[0])) {
+    countStep();
     const Flow f = execBlock(*s.kids[1]);
     if (f == Flow::Break) break;
     if (f == Flow::Return) return f;
@@ -444,10 +543,11 @@ Value errorStruct(const std::string& id, const std::string& text) {
 Interpreter::Flow Interpreter::execTry(const Node& s) {
   try {
     return execBlock(*s.kids[0]);
-  } catch (const IMsgIDException& e) {
-    if (!s.text.empty()) ws()[s.text] = errorStruct(e.identifier(), e.what());
-  } catch (const std::bad_alloc&) {
-    if (!s.text.empty()) ws()[s.text] = errorStruct("VANTEL:vcos:OutOfMemory", "Out of memory.");
+  } catch (const std::exception& e) {
+    if (!s.text.empty()) {
+      ErrorIdentity id = identify(e);
+      ws()[s.text] = errorStruct(id.identifier, id.message);
+    }
   }
   return execBlock(*s.kids[1]);
 }
@@ -461,8 +561,12 @@ std::vector<Value> Interpreter::call(const std::string& name, std::span<const Va
     std::vector<Value> out;
     if (objects.callMethod(args[0].get(), name, args.subspan(1), nargout, out)) return out;
   }
-  auto fn = functions_.find(name);
-  if (fn != functions_.end() && fn->second) return callUser(*fn->second, args, nargout);
+  if (auto fn = functions_.find(name); fn != functions_.end() && fn->second) {
+    // The call holds the definition: code it runs may register a function
+    // of the same name, and the running body must outlive that.
+    const NodePtr definition = fn->second;
+    return callUser(*definition, args, nargout);
+  }
   if (BuiltinFn b = BuiltinRegistry::instance().find(name)) {
     std::vector<Value> out;
     b(*this, nargout, out, args);

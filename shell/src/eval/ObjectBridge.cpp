@@ -44,6 +44,20 @@ COSClass* classAt(const vxArray* objects, vxSize index) {
   return o && !o->isDestroyed() ? o->getClass() : nullptr;
 }
 
+// Raises VANTEL:vcos:InvalidHandle when any of the objects was deleted.
+void requireLive(const vxArray* objects) {
+  const vxSize n = vxGetNumberOfElements(objects);
+  for (vxSize i = 0; i < n; ++i)
+    if (!omGetLiveArrayElement(objects, i)) throw Error("VANTEL:vcos:InvalidHandle");
+}
+
+// Methods that answer for deleted objects too: whether they are valid,
+// deleting again, identity comparison and display.
+bool acceptsDeleted(const std::string& method) {
+  return method == "isvalid" || method == "delete" || method == "eq" || method == "ne" || method == "display" ||
+         method == "disp";
+}
+
 class VcosBridge final : public ObjectBridge {
  public:
   bool isClass(const std::string& name) override { return COSClass::getClass(COSID(name.c_str())) != nullptr; }
@@ -57,7 +71,7 @@ class VcosBridge final : public ObjectBridge {
       if (args.size() % 2) throw Error("VANTEL:sgsh:NameValuePairs", name);
       Value object(omConstructObjectWithClient(name.c_str(), 0, nullptr, COSGetPublicClient()));
       for (std::size_t i = 0; i < args.size(); i += 2)
-        vxSetProperty(object.mut(), 0, ops::textOf(args[i].get(), "property name").c_str(), args[i + 1].get());
+        vxSetProperty(object.mut(), 0, ops::nameOf(args[i].get(), "property name").c_str(), args[i + 1].get());
       return object;
     }
     std::vector<const vxArray*> in;
@@ -79,6 +93,8 @@ class VcosBridge final : public ObjectBridge {
   }
 
   void setProperty(vxArray* objects, const std::string& name, const vxArray* value) override {
+    // A deleted object among several stops the set before the first write.
+    requireLive(objects);
     const vxSize n = vxGetNumberOfElements(objects);
     for (vxSize i = 0; i < n; ++i) {
       // Asked again for each element: a set may run script code.
@@ -93,6 +109,7 @@ class VcosBridge final : public ObjectBridge {
                   std::vector<Value>& out) override {
     COSClass* cls = vcos::array::classOf(objects);
     if (!cls || !cls->findMethod(COSID(name.c_str()))) return false;
+    if (!acceptsDeleted(name)) requireLive(objects);  // before any method code runs
     std::vector<const vxArray*> in{objects};
     for (const Value& v : args) in.push_back(v.get());
     std::vector<vxArray*> raw(static_cast<std::size_t>(std::max(nargout, 1)), nullptr);

@@ -311,10 +311,15 @@ Value binary(Op op, const vxArray* a, const vxArray* b) {
       const Dims da = dimsOf(a);
       if (!scalarB || da.size() > 2 || da[0] != da[1]) throw Error("VANTEL:sgsh:NotSquare", sizeText(da));
       const double e = realAt(b, 0);
-      if (e < 0 || e != std::round(e)) throw Error("VANTEL:sgsh:MatrixPower");
+      if (!(e >= 0) || !std::isfinite(e) || e != std::round(e)) throw Error("VANTEL:sgsh:MatrixPower");
+      // Repeated squaring: a^1e10 takes some 34 products, not 1e10.
       Value r = makeArray(vxDOUBLE_CLASS, da);
       for (vxSize i = 0; i < da[0]; ++i) vxGetPr(r.mut())[i + i * da[0]] = 1;
-      for (int k = 0; k < static_cast<int>(e); ++k) r = matMul(r.get(), a);
+      Value base = Value::copyOf(a);
+      for (double k = e; k >= 1; k = std::floor(k / 2)) {
+        if (std::fmod(k, 2) == 1) r = matMul(r.get(), base.get());
+        if (k >= 2) base = matMul(base.get(), base.get());
+      }
       return r;
     }
     case Op::Add:
@@ -351,8 +356,10 @@ Value unary(Op op, const vxArray* a) {
       if (!isNumberLike(a)) badOperands(op, a, nullptr);
       if (vxIsDouble(a) && vxIsScalar(a) && !vxIsComplex(a))
         return Value::scalar(op == Op::Neg ? -vxGetPr(a)[0] : vxGetPr(a)[0]);
+      const vxClassID cls = vxGetClassID(a);
+      const bool integer = cls >= vxINT8_CLASS && cls <= vxUINT64_CLASS;
+      if (op == Op::Plus) return integer ? Value::copyOf(a) : convertTo(a, vxDOUBLE_CLASS, vxIsComplex(a));
       Value r = convertTo(a, vxDOUBLE_CLASS, vxIsComplex(a));
-      if (op == Op::Plus) return r;
       const vxSize n = vxGetNumberOfElements(r.get());
       if (vxIsComplex(r.get())) {
         cplx* p = vxGetComplexDoubles(r.mut());
@@ -361,7 +368,8 @@ Value unary(Op op, const vxArray* a) {
         double* p = vxGetPr(r.mut());
         for (vxSize i = 0; i < n; ++i) p[i] = -p[i];
       }
-      return r;
+      // Integers stay in their class, saturated: -int8(-128) is 127.
+      return integer ? convertTo(r.get(), cls, false) : r;
     }
     case Op::Not: {
       if (!isNumberLike(a)) badOperands(op, a, nullptr);
@@ -417,10 +425,12 @@ Value unary(Op op, const vxArray* a) {
   badOperands(op, a, nullptr);
 }
 
-std::size_t rangeCount(double first, double step, double last) noexcept {
+std::size_t rangeCount(double first, double step, double last) {
   if (step == 0 || std::isnan(first) || std::isnan(step) || std::isnan(last)) return 0;
   if ((step > 0 && first > last) || (step < 0 && first < last)) return 0;
   const double n = std::floor((last - first) / step + 1e-10);
+  // 1:Inf, or a range with more elements than an array may hold.
+  if (!(n < static_cast<double>(elementLimit()))) throw Error("VANTEL:sgsh:TooLarge", "range");
   return static_cast<std::size_t>(n) + 1;
 }
 

@@ -14,6 +14,6 @@ Value unary(Op op, const vxArray* a);
 // first:last or first:step:last as a double row (a char row when both ends
 // are chars).
 Value range(const vxArray* first, const vxArray* step, const vxArray* last);
-std::size_t rangeCount(double first, double step, double last) noexcept;
+std::size_t rangeCount(double first, double step, double last);
 
 }  // namespace sgsh::ops

@@ -3,7 +3,11 @@
 #include "sgsh/Value.h"
 
 
+#include <algorithm>
+#include <array>
+
 #include <foundation/io/OutputSink.h>
+#include <foundation/text/Utf.h>
 #include <vx/vx.h>
 
 #include "sgsh/FunctionHandle.h"
@@ -29,7 +33,11 @@ Value Value::text(std::string_view utf8) {
     const vxSize dims[2] = {0, 0};
     return Value(vxCreateCharArray(2, dims));
   }
-  return Value(vxCreateString(std::string(utf8).c_str()));
+  // Converted whole: text may hold NUL characters, which a C string would end at.
+  const std::u16string units = foundation::text::utf8ToUtf16(utf8);
+  Value v(vxCreateCharArray(2, std::array<vxSize, 2>{1, units.size()}.data()));
+  std::copy(units.begin(), units.end(), vxGetChars(v.mut()));
+  return v;
 }
 
 ScriptError::~ScriptError() = default;

@@ -172,7 +172,8 @@ void Lexer::lexQuoted(char quote) {
   std::string text;
   for (;;) {
     const char c = peek();
-    if (c == '\0' || c == '\n')
+    // The end of the source, not a NUL: text may hold NUL characters.
+    if (pos_ >= src_.size() || c == '\n')
       throw Error("VANTEL:sgsh:UnterminatedText", line, column);
     advance();
     if (c == quote) {
@@ -277,7 +278,7 @@ void Lexer::lexCommandWords() {
     for (;;) {
       const char d = peek();
       if (quoted) {
-        if (d == '\0' || d == '\n') throw Error("VANTEL:sgsh:UnterminatedText", line, column);
+        if (pos_ >= src_.size() || d == '\n') throw Error("VANTEL:sgsh:UnterminatedText", line, column);
         advance();
         if (d == '\'') {
           if (peek() != '\'') {

@@ -59,7 +59,35 @@ std::string rows(const Node& n, char open, char close) {
 
 }  // namespace
 
+Node::~Node() {
+  std::vector<NodePtr> pending;
+  auto takeKids = [&pending](std::vector<NodePtr>& kids) {
+    for (NodePtr& k : kids)
+      if (k.use_count() == 1) pending.push_back(std::move(k));
+    kids.clear();
+  };
+  takeKids(kids);
+  while (!pending.empty()) {
+    NodePtr n = std::move(pending.back());
+    pending.pop_back();
+    // The last owner: its kids move to the list before it goes, so its
+    // destructor finds none. Trees are built mutable and frozen as const.
+    takeKids(const_cast<Node&>(*n).kids);
+  }
+}
+
+namespace {
+// Text of deeper parts is elided: error messages never need more, and the
+// walk stays shallow for any tree.
+thread_local int sourceDepth = 0;
+}  // namespace
+
 std::string toSource(const Node& n) {
+  if (sourceDepth >= 64) return "...";
+  struct Deeper {
+    Deeper() { ++sourceDepth; }
+    ~Deeper() { --sourceDepth; }
+  } deeper;
   switch (n.kind) {
     case NodeKind::Number:
       return n.text + (n.imaginary ? "i" : "");

@@ -74,6 +74,27 @@ void Parser::fail(const Token& t) const {
   throw Error("VANTEL:sgsh:Syntax", what, t.line, t.column);
 }
 
+class Parser::Nest {
+ public:
+  explicit Nest(Parser& p, int levels = 1) : p_(p) {
+    for (int i = 0; i < levels; ++i) deeper();
+  }
+  ~Nest() { p_.nesting_ -= levels_; }
+  void deeper() {
+    ++levels_;
+    if (++p_.nesting_ > kMaxNesting) {
+      const Token& t = p_.cur();
+      throw Error("VANTEL:sgsh:TooDeeplyNested", kMaxNesting, t.line, t.column);
+    }
+  }
+  Nest(const Nest&) = delete;
+  Nest& operator=(const Nest&) = delete;
+
+ private:
+  Parser& p_;
+  int levels_ = 0;
+};
+
 void Parser::skipSeparators() {
   while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) ++pos_;
 }
@@ -132,6 +153,7 @@ NodePtr Parser::finishStatement(std::shared_ptr<Node> stmt) {
 }
 
 NodePtr Parser::parseStatement() {
+  Nest nest(*this);
   const Token& t = cur();
   switch (t.kind) {
     case TokenKind::KwIf:
@@ -303,7 +325,10 @@ NodePtr Parser::parseFunction() {
 
 // ---- expressions ---------------------------------------------------------
 
-NodePtr Parser::parseExpr() { return parseOrOr(); }
+NodePtr Parser::parseExpr() {
+  Nest nest(*this);
+  return parseOrOr();
+}
 
 NodePtr Parser::parseOrOr() {
   NodePtr l = parseAndAnd();
@@ -416,6 +441,7 @@ NodePtr Parser::parseUnary() {
     }
     ++pos_;
     const Op op = t.kind == TokenKind::Minus ? Op::Neg : t.kind == TokenKind::Plus ? Op::Plus : Op::Not;
+    Nest nest(*this);
     return unary(op, parseUnary(), t.line);
   }
   return parsePower();
@@ -424,14 +450,17 @@ NodePtr Parser::parseUnary() {
 // Power and transpose share a level and group to the left: a^b' is (a^b)'.
 NodePtr Parser::parsePower() {
   NodePtr l = parsePostfix();
+  Nest transposes(*this, 0);  // each wraps the tree once more
   for (;;) {
     const Token& t = cur();
     switch (t.kind) {
       case TokenKind::Quote:
+        transposes.deeper();
         ++pos_;
         l = unary(Op::CTranspose, l, t.line);
         break;
       case TokenKind::DotQuote:
+        transposes.deeper();
         ++pos_;
         l = unary(Op::Transpose, l, t.line);
         break;
@@ -452,6 +481,7 @@ NodePtr Parser::parsePowerOperand() {
   if (t.kind == TokenKind::Minus || t.kind == TokenKind::Plus || t.kind == TokenKind::Tilde) {
     ++pos_;
     const Op op = t.kind == TokenKind::Minus ? Op::Neg : t.kind == TokenKind::Plus ? Op::Plus : Op::Not;
+    Nest nest(*this);
     return unary(op, parsePowerOperand(), t.line);
   }
   return parsePostfix();
@@ -459,7 +489,11 @@ NodePtr Parser::parsePowerOperand() {
 
 NodePtr Parser::parsePostfix() {
   NodePtr base = parsePrimary();
+  // Each index or field wraps the tree once more: a.b.c... 10,000 long
+  // would nest as deep as 10,000 brackets.
+  Nest links(*this, 0);
   for (;;) {
+    links.deeper();
     const bool indexable = base->kind == NodeKind::Name || base->kind == NodeKind::Paren ||
                            base->kind == NodeKind::Brace || base->kind == NodeKind::Field ||
                            base->kind == NodeKind::DynField;

@@ -3,6 +3,7 @@
 // statement that opens a block reads further lines until it is complete.
 #include "sgsh/Shell.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -10,11 +11,13 @@
 
 #include <editline/readline.h>
 
+#include <foundation/core/except/Error.h>
 #include <foundation/core/except/IMsgIDException.h>
 #include <foundation/core/except/WarningChannel.h>
 
 #include "sgsh/Output.h"
 #include "sgsh/Parser.h"
+#include "sgsh/ScriptError.h"
 
 namespace sgsh {
 
@@ -29,15 +32,42 @@ Shell::Shell() {
 Shell::~Shell() { WarningChannel::instance().setSink({}); }
 
 std::string Shell::errorReport(const std::exception& e) {
-  std::string report = "Error: ";
-  report += e.what();
-  if (const auto* m = dynamic_cast<const IMsgIDException*>(&e); m && !m->identifier().empty())
-    report += " (" + m->identifier() + ")";
+  const ErrorIdentity id = identify(e);
+  std::string report = "Error: " + id.message;
+  if (!id.identifier.empty()) report += " (" + id.identifier + ")";
   return report + "\n";
 }
 
+namespace {
+
+extern "C" void onInterrupt(int) { Interpreter::requestInterrupt(); }
+
+// While it lives, Ctrl-C interrupts the running command instead of ending
+// the process.
+class InterruptHandler {
+ public:
+  InterruptHandler() {
+    struct sigaction sa {};
+    sa.sa_handler = onInterrupt;
+    sa.sa_flags = SA_RESTART;  // a Ctrl-C at the prompt leaves the line being read alone
+    sigemptyset(&sa.sa_mask);
+    sigaction(SIGINT, &sa, &previous_);
+  }
+  ~InterruptHandler() { sigaction(SIGINT, &previous_, nullptr); }
+  InterruptHandler(const InterruptHandler&) = delete;
+  InterruptHandler& operator=(const InterruptHandler&) = delete;
+
+ private:
+  struct sigaction previous_ {};
+};
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+}  // namespace
+
 int Shell::runCode(std::string_view code) {
   try {
+    Interpreter::clearInterrupt();  // a Ctrl-C typed at the prompt is not for this command
     interp_.run(code);
     return 0;
   } catch (const std::exception& e) {
@@ -54,7 +84,10 @@ int Shell::runFile(const std::string& path) {
   }
   std::ostringstream text;
   text << in.rdbuf();
-  return runCode(text.str());
+  InterruptHandler interrupts;
+  std::string_view source = text.view();
+  if (source.starts_with(kByteOrderMark)) source.remove_prefix(kByteOrderMark.size());
+  return runCode(source);
 }
 
 namespace {
@@ -68,6 +101,8 @@ bool incomplete(const std::string& source) {
   } catch (const IMsgIDException& e) {
     const auto& args = e.message().arguments();
     return e.identifier() == "VANTEL:sgsh:Syntax" && !args.empty() && args[0] == "end of input";
+  } catch (const std::exception&) {
+    return false;  // running it reports the error
   }
 }
 
@@ -82,6 +117,7 @@ int Shell::repl() {
   const std::string history = historyPath();
   using_history();
   if (!history.empty()) read_history(history.c_str());
+  InterruptHandler interrupts;
   std::string pending;
   for (;;) {
     char* raw = readline(pending.empty() ? ">> " : "... ");
@@ -97,6 +133,11 @@ int Shell::repl() {
     runCode(code);
   }
   if (!history.empty()) write_history(history.c_str());
+  if (!pending.empty()) {
+    // The input ended inside a block: say so rather than drop it unseen.
+    writeOutput(errorReport(foundation::core::except::Error("VANTEL:sgsh:UnfinishedBlock")));
+    return 1;
+  }
   return 0;
 }
 

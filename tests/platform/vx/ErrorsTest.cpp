@@ -33,7 +33,10 @@ TEST(ArrayErrors, EachMisuseRaisesItsIdentifierWithACatalogText) {
   unique_vxArray s = from_vantel(vxCreateStructMatrix(1, 1, 0, nullptr));
   unique_vxArray str = from_vantel(vxCreateStringArray(1, 1));
   unique_vxArray big = from_vantel(vxCreateDoubleScalar(3e9));
-  unique_vxArray objs = from_vantel(vxCreateObjectMatrix(1, 1, nullptr));
+  struct Handle : vxFunctionHandleData {
+    std::string text() const override { return "@g"; }
+  };
+  unique_vxArray fh = from_vantel(vxCreateFunctionHandle(std::make_shared<Handle>()));
   const vxSize huge[3] = {vxSize(1) << 40, vxSize(1) << 40, 2};
 
   const std::vector<std::pair<std::string, std::function<void()>>> cases = {
@@ -61,7 +64,7 @@ TEST(ArrayErrors, EachMisuseRaisesItsIdentifierWithACatalogText) {
       {"VANTEL:vx:NotText", [&] { vxArrayToStdString(str.get()); }},  // missing
       {"VANTEL:vx:NotText", [&] { matrix::get_ustring(cell.get()); }},
       {"VANTEL:vx:IntegerOutOfRange", [&] { vxGetScalarInt(big.get()); }},
-      {"VANTEL:vx:ReshapeChangesCount", [&] { vxSetN(objs.get(), 2); }},
+      {"VANTEL:vx:ReshapeChangesCount", [&] { vxSetN(fh.get(), 2); }},
       {"VANTEL:vx:SizeTooLarge", [&] { vxCreateNumericArray(3, huge, vxDOUBLE_CLASS, vxREAL); }},
       {"VANTEL:vx:NotNumericClass", [&] { vxCreateNumericMatrix(1, 1, vxCELL_CLASS, vxREAL); }},
       {"VANTEL:minrhs", [] { matrix::detail::error_minrhs(); }},
@@ -75,7 +78,7 @@ TEST(ArrayErrors, EachMisuseRaisesItsIdentifierWithACatalogText) {
   }
   // Arrays are untouched by a refused operation.
   EXPECT_EQ(vxGetNumberOfFields(s.get()), 0);
-  EXPECT_EQ(vxGetNumberOfElements(objs.get()), 1u);
+  EXPECT_EQ(vxGetNumberOfElements(fh.get()), 1u);
 }
 
 TEST(ArrayErrors, TextsNameWhatWentWrong) {

@@ -109,3 +109,11 @@ TEST(Scalars, ReadingConvertsAndTruncates) {
   EXPECT_TRUE(vxIsA(d.get(), "numeric"));
   EXPECT_STREQ(vxGetClassName(i.get()), "int16");
 }
+
+// Object arrays grow in place; the new elements are empty references.
+TEST(Shape, ObjectArraysGrowInPlaceWithEmptyElements) {
+  unique_vxArray objs = from_vantel(vxCreateObjectMatrix(1, 1, nullptr));
+  vxSetN(objs.get(), 3);
+  EXPECT_EQ(vxGetNumberOfElements(objs.get()), 3u);
+  EXPECT_EQ(vxGetObjectElements(objs.get())[2].get(), nullptr);
+}

@@ -13,6 +13,11 @@ class COSPropInfo;
 VCOS_API vxArray* vxGetProperty(const vxArray* array, vxIndex index, const char* propertyName);
 // The value is borrowed.
 VCOS_API void vxSetProperty(vxArray* array, vxIndex index, const char* propertyName, const vxArray* value);
+// Raises what vxSetProperty would raise for a deleted object, an unknown
+// property or a value the property's type refuses, without setting
+// anything: callers that set several values check them all first.
+VCOS_API void vxCheckPropertyValue(const vxArray* array, vxIndex index, const char* propertyName,
+                                   const vxArray* value);
 
 // The same for a property the caller found itself (a look-up kept from an
 // earlier call): no name is interned or looked up.

@@ -126,11 +126,13 @@ Query::Query(int nargs, const vxArray* const args[]) {
       Term t(TermKind::Regexp);
       t.property = std::make_unique<PropertyResolver>(COSID(p.takeText("-regexp")));
       const std::string pattern = p.takeText("-regexp");
-      try {
-        t.pattern = std::regex(pattern, std::regex::ECMAScript | std::regex::optimize);
-      } catch (const std::regex_error& e) {
-        throw Error("VANTEL:vcos:findobj:BadRegexp", pattern, e.what());
-      }
+      // RE2 matches in time linear in the text and without recursion, so
+      // neither long values nor hostile patterns can stall or overflow.
+      re2::RE2::Options options;
+      options.set_log_errors(false);
+      auto compiled = std::make_unique<re2::RE2>(pattern, options);
+      if (!compiled->ok()) throw Error("VANTEL:vcos:findobj:BadRegexp", pattern, compiled->error());
+      t.pattern = std::move(compiled);
       pushTerm(std::move(t));
     } else if (opt == "-class" || opt == "-isa") {
       Term t(opt == "-class" ? TermKind::Class : TermKind::Isa);

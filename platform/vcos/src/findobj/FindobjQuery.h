@@ -9,7 +9,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
-#include <regex>
+#include <re2/re2.h>
 #include <string>
 #include <vector>
 
@@ -47,7 +47,7 @@ struct Term {
   std::u16string foldedText;                   // PropertyValue with text: lower-cased
   std::string asciiFoldedText;                 // the same in 8 bits when pure ASCII
   bool asciiText = false;
-  std::regex pattern;                          // Regexp
+  std::unique_ptr<const re2::RE2> pattern;     // Regexp
   COSID classId;                               // Class, Isa
   std::shared_ptr<const vxFunctionHandleData> function;  // Function terms
 

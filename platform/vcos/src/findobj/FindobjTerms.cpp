@@ -71,7 +71,7 @@ bool Query::test(Term& term, COSInterface* object) {
       PropertyValue v;
       if (!term.property->read(object, v, /*lend=*/true) || !isText(v.array())) return false;
       const std::string text = vxArrayToStdString(v.array());
-      return std::regex_search(text, term.pattern);
+      return re2::RE2::PartialMatch(text, *term.pattern);
     }
     case TermKind::Class:
       return object->getClass() && object->getClass()->getID() == term.classId;

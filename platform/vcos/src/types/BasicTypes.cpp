@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <string>
 
 #include "vcos/src/class/ClassRegistry.h"
@@ -187,8 +188,19 @@ class ArrayType final : public COSDataType {
 
 const vxArray* scalarArray(COSValue v, const char* to) {
   auto* a = v.asPointer<const vxArray>();
-  if (!a || vxIsEmpty(a) || !vxIsScalar(a)) throw Error(vcos::msg::ConversionFailed, "any", to);
+  // A complex value is refused, never cut to its real part.
+  if (!a || vxIsEmpty(a) || !vxIsScalar(a) || vxIsComplex(a)) throw Error(vcos::msg::ConversionFailed, "any", to);
   return a;
+}
+
+// A double in the range of T: rounded, saturated at the ends, NaN as 0,
+// as integer classes convert; never an out-of-range cast.
+template <class T>
+T saturated(double x) {
+  if (std::isnan(x)) return T(0);
+  if (x <= static_cast<double>(std::numeric_limits<T>::min())) return std::numeric_limits<T>::min();
+  if (x >= static_cast<double>(std::numeric_limits<T>::max())) return std::numeric_limits<T>::max();
+  return static_cast<T>(std::round(x));
 }
 
 template <class T>
@@ -201,7 +213,7 @@ void addIntegerType(const char* name, vxClassID classId) {
     return COSValue(a);
   }));
   COSTypeRepository::addConversion(any, id, makeConversion([name](COSValue v) {
-    return COSValue::fromInt(static_cast<std::int64_t>(static_cast<T>(vxGetScalar(scalarArray(v, name)))));
+    return COSValue::fromInt(static_cast<std::int64_t>(saturated<T>(vxGetScalar(scalarArray(v, name)))));
   }));
 }
 

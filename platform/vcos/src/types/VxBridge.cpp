@@ -80,6 +80,18 @@ vxArray* vxGetProperty(const vxArray* array, vxIndex index, const char* property
   return vxGetProperty(array, index, propertyOf(o, propertyName));
 }
 
+void vxCheckPropertyValue(const vxArray* array, vxIndex index, const char* propertyName, const vxArray* value) {
+  COSInterface* o = elementAt(array, index);
+  COSPropInfo* p = propertyOf(o, propertyName);
+  COSDataTypePtr type = p->getDataType();
+  if (type->isVANTELArrayType()) {
+    type->checkValue(COSValue(value), /*raise=*/true);
+    return;
+  }
+  const ConvertedValue converted(type, conversionFor(type, /*toArray=*/false)->convert(COSValue(value)));
+  type->checkValue(converted.get(), /*raise=*/true);
+}
+
 void vxSetProperty(vxArray* array, vxIndex index, const char* propertyName, const vxArray* value) {
   COSInterface* o = elementAt(array, index);
   vxSetProperty(array, index, propertyOf(o, propertyName), value);
