@@ -31,7 +31,7 @@ SGCLASSES_API bool isHoldOn(const COSInterfacePtr& axes);
 
 // Plots y over x (x may be null: 1..n) in the axes: clears the axes first
 // when its NextPlot is "replace"; the line takes the axes' next colour
-// unless the specification or the pairs give one. Returns the new line.
+// unless the line spec (`r--`) or the pairs give one. Returns the new line.
 SGCLASSES_API COSInterfacePtr plot(const COSInterfacePtr& axes, const vxArray* x, const vxArray* y,
                                    const LineSpec& spec, std::span<const vxArray* const> pairs = {});
 
