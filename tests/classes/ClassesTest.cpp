@@ -1,5 +1,4 @@
 // The concrete classes from C++: what the language cannot see or reach.
-#include <fstream>
 #include <optional>
 #include <string>
 
@@ -10,7 +9,7 @@
 #include "sgclasses/Drawnow.h"
 #include "sgclasses/Plotting.h"
 #include "vcos/COSClass.h"
-#include "vcos/COSTypeRepository.h"
+#include "support/TypeListCheck.h"
 #include "vcos/VxProperty.h"
 
 namespace sgtest::classes {
@@ -32,15 +31,7 @@ TEST_F(ClassesTest, OneRootPerInstanceUntilReleased) {
 // The class generator admits the names of classes/types.txt in the class
 // descriptions; each must be registered once the classes are.
 TEST_F(ClassesTest, EveryTypeTheLibraryListsIsRegistered) {
-  std::ifstream list(std::string(SG_SOURCE_ROOT) + "/classes/types.txt");
-  ASSERT_TRUE(list) << "classes/types.txt not found";
-  int names = 0;
-  for (std::string line; std::getline(list, line);) {
-    if (line.empty() || line[0] == '#') continue;
-    ++names;
-    EXPECT_TRUE(COSTypeRepository::getType(COSID(line.c_str()))) << line;
-  }
-  EXPECT_GT(names, 0);
+  sgtest::expectEveryListedTypeRegistered(std::string(SG_SOURCE_ROOT) + "/classes/types.txt", 1);
 }
 
 TEST_F(ClassesTest, EveryClassHasItsShortTypeAndIsAGraphicsObject) {

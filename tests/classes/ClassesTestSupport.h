@@ -9,12 +9,12 @@
 
 #include "sgclasses/Objects.h"
 #include "sgclasses/Registration.h"
+#include "support/PropertyAccess.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSInterface.h"
 #include "vcos/ObjectArray.h"
 #include "vx/matrix.h"
 #include "vx/vx.h"
-#include "vcos/VxProperty.h"
 
 namespace sgtest::classes {
 
@@ -26,18 +26,10 @@ class ClassesTest : public ::testing::Test {
   void TearDown() override { sgclasses::releaseRoot(); }
 };
 
-inline Arr obj(const COSInterfacePtr& object) { return Arr(omCreateVCOSScalar(object)); }
-inline Arr get(const COSInterfacePtr& object, const char* name) {
-  Arr self = obj(object);
-  return Arr(vxGetProperty(self.get(), 0, name));
-}
-inline void set(const COSInterfacePtr& object, const char* name, const vxArray* value) {
-  Arr self = obj(object);
-  vxSetProperty(self.get(), 0, name, value);
-}
-inline std::string text(const COSInterfacePtr& object, const char* name) {
-  return vxArrayToStdString(get(object, name).get());
-}
+using sgtest::get;
+using sgtest::obj;
+using sgtest::set;
+inline std::string text(const COSInterfacePtr& object, const char* name) { return sgtest::getText(object, name); }
 inline double number(const COSInterfacePtr& object, const char* name) { return vxGetScalar(get(object, name).get()); }
 inline int childCount(const COSInterfacePtr& object) {
   int n = 0;

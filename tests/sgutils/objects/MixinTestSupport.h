@@ -12,15 +12,19 @@
 #include "sgutils/objects/TestPlotAxes.gen.h"
 #include "sgutils/objects/TestPlotFrame.gen.h"
 #include "sgutils/sgutils.h"
+#include "support/PropertyAccess.h"
 #include "vcos/COSInterfacePtr.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
-#include "vcos/VxProperty.h"
 #include "vx/vx.h"
 
 namespace sgtest::mixins {
 
 using Arr = matrix::unique_vxArray;
+using sgtest::get;
+using sgtest::getText;
+using sgtest::obj;
+using sgtest::set;
 
 // Starts the library and registers the test classes (once).
 inline void registerMixinTestClasses() {
@@ -41,21 +45,9 @@ inline COSInterfacePtr make(const char* className) {
   return omGetArrayElement(result.get(), 0);
 }
 
-inline Arr obj(const COSInterfacePtr& object) { return Arr(omCreateVCOSScalar(object)); }
 inline Arr text(const char* value) { return Arr(vxCreateString(value)); }
 inline Arr empty() { return Arr(vxCreateDoubleMatrix(0, 0, vxREAL)); }
 
-inline Arr get(const COSInterfacePtr& object, const char* name) {
-  Arr self = obj(object);
-  return Arr(vxGetProperty(self.get(), 0, name));
-}
-inline void set(const COSInterfacePtr& object, const char* name, const vxArray* value) {
-  Arr self = obj(object);
-  vxSetProperty(self.get(), 0, name, value);
-}
-inline std::string getText(const COSInterfacePtr& object, const char* name) {
-  return vxArrayToStdString(get(object, name).get());
-}
 // The object a property holds (a 1-by-1 object array), or null.
 inline COSInterfacePtr getObject(const COSInterfacePtr& object, const char* name) {
   Arr value = get(object, name);
