@@ -105,6 +105,11 @@ void benchProperties(COSInterface* leaf) {
       data.setColor(green, PublicClient);
       for (int i = 0; i < n; ++i) vxSetProperty(h, 0, "Color", colorV[i & 1]);
     });
+    // Ours only: the colour listener stays attached and is never called, so
+    // this is to be set beside W2-bool-set-by-name.
+    perOp("W2-bool-set-by-name-other-listener", [&](int n) {
+      for (int i = 0; i < n; ++i) vxSetProperty(h, 0, "Selected", boolV[i & 1]);
+    });
     leaf->removePropertyListener(COSPropertyEvent::PostSet, color, COSListener::toListener(listener));
     if (notified != static_cast<long long>(kReps) * (kOps + 1)) fail("W2 listener count");
   }

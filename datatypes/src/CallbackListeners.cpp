@@ -3,10 +3,12 @@
 
 #include <cassert>
 
+#include "sgdatatypes/CallbackContext.h"
 #include "sgdatatypes/Registration.h"
 #include "sgdatatypes/VCallback.h"
 #include "vcos/BorrowedPropertyValue.h"
 #include "vcos/COSDataType.h"
+#include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSListenerOp.h"
 #include "vcos/COSPropInfo.h"
@@ -16,16 +18,27 @@ namespace {
 
 class PropertyCallbackOp final : public COSListenerOp {
  public:
-  PropertyCallbackOp(COSID property, bool passEventData, bool skipDying)
-      : property_(property), passEventData_(passEventData), skipDying_(skipDying) {}
+  PropertyCallbackOp(COSID property, bool passEventData, bool skipDying, Interruption interruption)
+      : property_(property), passEventData_(passEventData), skipDying_(skipDying), interruption_(interruption) {}
 
   void callback(COSInterface* source, COSEventData* data) override {
     if (!source || source->isDestroyed() || (skipDying_ && source->isBeingDestroyed())) return;
     COSPropInfo* property = source->findPropertyInfo(property_);
     if (!property) return;
     // A copy: the callback may replace or clear the property it runs from.
-    const VCallback callback = read(source, property);
-    callback.execute(source, passEventData_ ? data : nullptr);
+    VCallback callback = read(source, property);
+    if (callback.isEmpty()) return;
+    COSEventData* passed = passEventData_ ? data : nullptr;
+    if (interruption_ == Interruption::Honour && CallbackContext::isBlocked()) {
+      if (!CallbackContext::cancelsWhenBusy(source)) CallbackContext::enqueue(source, passed, std::move(callback));
+      return;
+    }
+    {
+      CallbackContext::Scope running(source, CallbackContext::isInterruptible(source));
+      callback.execute(source, passed);
+    }
+    // What waited for this callback runs now that it has ended.
+    if (CallbackContext::queuedCount() != 0) CallbackContext::runQueued();
   }
 
  private:
@@ -45,24 +58,28 @@ class PropertyCallbackOp final : public COSListenerOp {
   COSID property_;
   bool passEventData_;
   bool skipDying_;
+  Interruption interruption_;
 };
 
-COSInterfacePtr make(const char* propertyName, bool passEventData, bool allowRecursion, bool skipDying) {
+COSInterfacePtr make(const char* propertyName, bool passEventData, bool allowRecursion, bool skipDying,
+                     Interruption interruption) {
   assert(propertyName && *propertyName && "a callback listener needs a property name");
-  COSInterfacePtr listener =
-      COSListener::createListener(new PropertyCallbackOp(COSID(propertyName), passEventData, skipDying));
+  COSInterfacePtr listener = COSListener::createListener(
+      new PropertyCallbackOp(COSID(propertyName), passEventData, skipDying, interruption));
   COSListener::toListener(listener)->setRecursive(allowRecursion);
   return listener;
 }
 
 }  // namespace
 
-COSInterfacePtr createListener(const char* propertyName, bool passEventData, bool allowRecursion) {
-  return make(propertyName, passEventData, allowRecursion, /*skipDying=*/false);
+COSInterfacePtr createListener(const char* propertyName, bool passEventData, bool allowRecursion,
+                               Interruption interruption) {
+  return make(propertyName, passEventData, allowRecursion, /*skipDying=*/false, interruption);
 }
 
-COSInterfacePtr createClassListener(const char* propertyName, bool passEventData, bool allowRecursion) {
-  return make(propertyName, passEventData, allowRecursion, /*skipDying=*/true);
+COSInterfacePtr createClassListener(const char* propertyName, bool passEventData, bool allowRecursion,
+                                    Interruption interruption) {
+  return make(propertyName, passEventData, allowRecursion, /*skipDying=*/true, interruption);
 }
 
 }  // namespace graphics::datatype

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <string>
 
+#include "builtins/CallbackBuiltins.h"
 #include "builtins/GraphicsBuiltins.h"
 #include "foundation/core/except/Error.h"
 #include "sgclasses/Registration.h"
@@ -27,6 +28,7 @@ class GraphicsLibrary {
     VLInitialize_sgutils();
     sgclasses::registerClasses();
     sgsh::builtins::registerGraphicsBuiltins();
+    sgsh::builtins::registerCallbackBuiltins();
     Dl_info info{};
     if (dladdr(reinterpret_cast<void*>(&VLInitialize_sgutils), &info) == 0 || !info.dli_fname) return;
     // Already loaded: this only takes a handle of our own to it.
@@ -51,7 +53,12 @@ class GraphicsLibrary {
       dispatcher.unregisterBuiltin("VLTerminate_sgutils");
       dlclose(handle_);
     }
-    sgclasses::releaseRoot();
+    try {
+      sgclasses::releaseRoot();
+    } catch (const std::exception&) {
+      // A listener of a deletion whose callback needs the language, which has
+      // ended: the tree is gone all the same, and there is no one to tell.
+    }
     VLTerminate_sgutils();
   }
   GraphicsLibrary(const GraphicsLibrary&) = delete;

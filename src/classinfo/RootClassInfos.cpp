@@ -8,6 +8,7 @@
 #include "foundation/graphicsstate/GraphicsState.h"
 #include "sgutils/classinfo/GetGraphicsPlaceholderMI.h"
 #include "sgutils/classinfo/GraphicsPlaceholderCI.h"
+#include "sgutils/classinfo/AddListenerBaseMI.h"
 #include "sgutils/classinfo/ResetEI.h"
 #include "sgutils/classinfo/ResetMI.h"
 #include "sgutils/classinfo/RootClassInfo.h"
@@ -217,6 +218,7 @@ void SGHandleClassInfo::addMembers(COSClass* cls) {
   const COSID me = cls->getID();
   cls->addMethod(new GetGraphicsPlaceholderMI(me));
   cls->addMethod(new ResetMI(me));
+  cls->addMethod(new AddListenerBaseMI(me));
   cls->addMethod(new sgutils::FindobjMI(me));
   cls->addEvent(new ResetEI);
 }

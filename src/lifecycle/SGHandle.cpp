@@ -58,12 +58,17 @@ vxArray* storedFormOf(const vxArray* value) {
 }
 
 // The class listener that runs "CreateFcn" for every new graphics object,
-// attached once per process at priority 100 and never removed.
+// attached once per process at priority 100 and never removed; with it the
+// one that runs "ButtonDownFcn" of the classes that have it when a hit is
+// reported (the event "Hit").
 void installCreateFcnListener() {
   static const bool installed = [] {
     COSInterfacePtr listener = sgutils::bridge::createCreateFcnListener();
     COSClass* cls = COSClass::getClass(graphicsClassId());
     if (listener && cls) cls->addClassListener(COSID("InstanceCreated"), COSListener::toListener(listener), 100);
+    COSInterfacePtr buttonDown = sgutils::bridge::createButtonDownFcnListener();
+    COSClass* ui = COSClass::getClass(COSID("vantel.graphics.internal.GraphicsUIProperties"));
+    if (buttonDown && ui) ui->addClassListener(COSID("Hit"), COSListener::toListener(buttonDown), 100);
     return true;
   }();
   (void)installed;

@@ -16,6 +16,10 @@ void terminateDatatypes() { VLTerminate_sgdatatypes(); }
 COSInterfacePtr createCreateFcnListener() {
   return graphics::datatype::createClassListener("CreateFcn", /*passEventData=*/false, /*allowRecursion=*/false);
 }
+COSInterfacePtr createButtonDownFcnListener() {
+  return graphics::datatype::createClassListener("ButtonDownFcn", /*passEventData=*/true, /*allowRecursion=*/true,
+                                                 graphics::datatype::Interruption::Honour);
+}
 void destroyHandleNumber(double number) noexcept { graphics::datatype::vcos_destroy_handle(number); }
 
 }  // namespace sgutils::bridge

@@ -18,6 +18,9 @@ void initializeDatatypes();
 void terminateDatatypes();
 // The class listener that runs "CreateFcn" of a new object.
 COSInterfacePtr createCreateFcnListener();
+// The class listener that runs "ButtonDownFcn" when a hit is reported; it
+// honours Interruptible and BusyAction.
+COSInterfacePtr createButtonDownFcnListener();
 // Forgets the numeric handle of an object being deleted.
 void destroyHandleNumber(double number) noexcept;
 

@@ -48,6 +48,17 @@ def base_of(d):
     return d.parent if d.parent else "sgutils::GeneratedBlock"
 
 
+def has_callback_events(d):
+    """Whether an event row asks for a generated callback property: the class
+    then also derives from the interface that holds the callbacks."""
+    return any(on and a == "HasCallbackProperty" for r in d.of("event") for a, on in r.meta)
+
+
+def bases_of(d):
+    base = "public " + base_of(d)
+    return base + ", public sgutils::GeneratedCallbackInterface" if has_callback_events(d) else base
+
+
 def include_lines(headers, quote_all=False):
     out = []
     for inc in sorted(set(headers)):
@@ -65,8 +76,10 @@ def header(d, src):
     includes.append(d.parent_header if d.parent else "sgutils/objects/GeneratedBlock.h")
     if d.of("definition"):
         includes.append("sgutils/propinfos/PropertyStorage.h")
+    if has_callback_events(d):
+        includes.append("sgutils/objects/GeneratedCallbackInterface.h")
     out.append(include_lines(includes + d.includes))
-    out.append(t.CLASS_OPEN.substitute(namespace=d.namespace, name=d.name, base=base_of(d)))
+    out.append(t.CLASS_OPEN.substitute(namespace=d.namespace, name=d.name, base=base_of(d), bases=bases_of(d)))
     for r in d.of("triple"):
         m = member(r.name)
         getter = (t.TRIPLE_COMPUTED_GETTER if r.computed else t.TRIPLE_GETTER).substitute(cpp=r.cpp, x=r.name, m=m)
@@ -126,6 +139,8 @@ def source_includes(d):
         incs += ["sgutils/propinfos/ObjectPropInfo.h"]
     if d.of("event"):
         incs += ["vcos/COSEventT.h"]
+    if has_callback_events(d):
+        incs += ["sgutils/propinfos/GeneratedCallbackPropInfo.h"]
     return include_lines(incs, quote_all=True)
 
 
@@ -174,6 +189,8 @@ def add_row(r):
             return t.ADD_EVENT.substitute(x=x, send=send, listen=listen, data=data)
         attributes = "".join(t.SET_EVENT_ATTRIBUTE.substitute(attribute=a, value="true" if on else "false")
                              for a, on in r.meta)
+        if any(on and a == "HasCallbackProperty" for a, on in r.meta):
+            attributes += t.ADD_CALLBACK_PROPERTY.template
         return t.ADD_EVENT_WITH_ATTRIBUTES.substitute(x=x, send=send, listen=listen, data=data, attributes=attributes)
     elif r.kind == "triple":
         ty = 'COSDataTypePtr("{}")'.format(r.type)
@@ -212,9 +229,12 @@ def source(d, src):
     out.append(t.INITIALIZE_CLOSE.substitute(n=n))
     destroy = "".join(t.DESTROY_ARRAY.substitute(m=member(r.name), type=r.type)
                       for r in d.of("definition") if r.cpp == "vxArray*")
+    setup = "  {}(object);\n".format(d.setup) if d.setup else ""
+    if has_callback_events(d):
+        destroy = t.DETACH_CALLBACKS.template + destroy
+        setup = t.ATTACH_CALLBACKS.template + setup
     out.append(t.BLOCK_FRAME.substitute(n=n, destroy=destroy, package_getter=d.package_getter,
-                                        full_name=d.full_name, base=base,
-                                        setup="  {}(object);\n".format(d.setup) if d.setup else ""))
+                                        full_name=d.full_name, base=base, setup=setup))
     for r in d.of("triple"):
         out.append(t.FACE_SETTER.substitute(n=n, x=r.name, arg=arg_of(r.cpp), word=word_of(r.cpp, "value")))
         out.append(t.MODE_SETTER.substitute(n=n, x=r.name))

@@ -13,7 +13,7 @@ class COSPropInfo;
 
 namespace $namespace {
 
-class SGUTILS_API $name : public $base {
+class SGUTILS_API $name : $bases {
  public:
   class COSInfo;
 
@@ -173,6 +173,13 @@ $attributes  }
 """)
 SET_PROPERTY_ATTRIBUTE = T('  cls->setPropertyAttribute(COSID("$x"), COSID("$attribute"), COSValue::fromBool($value));\n')
 SET_EVENT_ATTRIBUTE = T('    sgutils::setEventAttribute(event, COSID("$attribute"), $value);\n')
+# After the attributes: the metadata adds the event's callback property when
+# it asks for one.
+ADD_CALLBACK_PROPERTY = T('    sgutils::GeneratedCallbackPropInfo::addIfRequested(cls, event);\n')
+# Setup attaches the listeners of the callback properties, the destructor
+# takes them off (the object is being torn down: no counted reference).
+ATTACH_CALLBACKS = T("  attachGeneratedCallbacks(object);\n")
+DETACH_CALLBACKS = T("  detachGeneratedCallbacks(getCOSObject());\n")
 ADD_METHODS = T("  $fn(cls, me);\n")
 INITIALIZE_CLOSE = T("""  cls->addMethod(new ObjectCtorMI<$n, sgutils::PublicConstructorAccess>(me, COSID("$n")));
 }

@@ -16,13 +16,20 @@ namespace graphics::datatype {
 // the listener runs again when its callback fires the same event; without
 // it, such a nested firing is skipped. It also runs for a source that is being
 // deleted (a "DeleteFcn" listener must). The result holds the only reference.
-SGDATATYPES_API COSInterfacePtr createListener(const char* propertyName, bool passEventData, bool allowRecursion);
+// While the callback runs, CallbackContext names its source (gcbo). With
+// Interruption::Honour a callback that arrives while a non-interruptible one
+// runs is queued or dropped by its object's BusyAction (CallbackContext.h);
+// with Ignore it always runs, as creation and deletion callbacks do.
+enum class Interruption : bool { Ignore, Honour };
+SGDATATYPES_API COSInterfacePtr createListener(const char* propertyName, bool passEventData, bool allowRecursion,
+                                               Interruption interruption = Interruption::Ignore);
 
 // The same, for attaching to a class (COSClass::addClassListener), so that
 // it runs for every instance; instances whose class lacks the property, and
 // instances whose deletion has begun (an object deleted while it was being
 // created), are skipped.
 SGDATATYPES_API COSInterfacePtr createClassListener(const char* propertyName, bool passEventData,
-                                                    bool allowRecursion);
+                                                    bool allowRecursion,
+                                                    Interruption interruption = Interruption::Ignore);
 
 }  // namespace graphics::datatype

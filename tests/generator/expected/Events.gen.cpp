@@ -4,6 +4,7 @@
 #include "sgutils/lifecycle/ObjectCtorMI.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/objects/GeneratedClassInfo.h"
+#include "sgutils/propinfos/GeneratedCallbackPropInfo.h"
 #include "sgutils/startup/Namespaces.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
@@ -44,6 +45,7 @@ void Events::COSInfo::initializeClass(COSClass* cls, const COSClient*) {
     COSEventInfo* event = new COSEventT(COSID("ThemeChanged"), MemberAccess(2), MemberAccess(0), COSID("vantel.graphics.eventdata.ThemeChangedData"), "ThemeChanged");
     cls->addEvent(event);
     sgutils::setEventAttribute(event, COSID("HasCallbackProperty"), true);
+    sgutils::GeneratedCallbackPropInfo::addIfRequested(cls, event);
   }
   cls->addEvent(new COSEventT(COSID("Hit"), MemberAccess(0), MemberAccess(0), COSID(), "Hit"));
   cls->addMethod(new ObjectCtorMI<Events, sgutils::PublicConstructorAccess>(me, COSID("Events")));
@@ -58,6 +60,7 @@ Events::Events() { sgutils::logGeneratedHook(classLog(), kSource, __func__, __LI
 
 Events::~Events() {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
+  detachGeneratedCallbacks(getCOSObject());
 }
 
 COSClass* Events::getClassInstance() {
@@ -78,6 +81,7 @@ void Events::Setup(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
   getClassInstance();
   sgutils::GeneratedBlock::Setup(object);
+  attachGeneratedCallbacks(object);
 }
 
 void Events::SetupFailed(COSInterfacePtr object) { sgutils::GeneratedBlock::SetupFailed(object); }

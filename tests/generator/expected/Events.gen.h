@@ -5,6 +5,7 @@
 #include "sgdatatypes/AutoManual.h"
 #include "sgutils/SgutilsExport.h"
 #include "sgutils/objects/GeneratedBlock.h"
+#include "sgutils/objects/GeneratedCallbackInterface.h"
 #include "sgutils/objects/GeneratedClassSupport.h"
 
 class COSClient;
@@ -12,7 +13,7 @@ class COSPropInfo;
 
 namespace gentest {
 
-class SGUTILS_API Events : public sgutils::GeneratedBlock {
+class SGUTILS_API Events : public sgutils::GeneratedBlock, public sgutils::GeneratedCallbackInterface {
  public:
   class COSInfo;
 

@@ -10,6 +10,8 @@
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
 #include "vcos/COSClass.h"
 #include "vcos/COSEventData.h"
+#include "vcos/COSClassInfo.h"
+#include "vcos/ObjectEvents.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSListenerOp.h"
 #include "vcos/COSCasts.h"
@@ -262,8 +264,13 @@ AttachRequest readListenerArguments(const COSClient* client, int nrhs, const vxA
     request.eventName = COSID(vxArrayToStdString(prhs[1]));
     for (const COSInterfacePtr& s : sources) {
       const COSEventInfo* event = s->getClass()->findEvent(request.eventName);
-      if (!event) throw Error("VANTEL:vcos:addlistener:UnknownEvent", request.eventName.str(), s->getClass()->getName());
-      if (!vcos::internal::admits(event->getListenAccess(), event->getExtendedListenAccess(),
+      if (!event) {
+        // Events every object sends without declaring them, such as
+        // "ObjectBeingDestroyed", are open to all.
+        const COSClassInfo* info = s->getClass()->getClassInfo();
+        if (!vcos::isValidObjectEvent(request.eventName, info ? info->getConnectivity() : COSConnectTree))
+          throw Error("VANTEL:vcos:addlistener:UnknownEvent", request.eventName.str(), s->getClass()->getName());
+      } else if (!vcos::internal::admits(event->getListenAccess(), event->getExtendedListenAccess(),
                                   event->getDefiningClass(), client))
         throw Error("VANTEL:vcos:addlistener:EventAccessDenied", request.eventName.str(), s->getClass()->getName());
       request.attachments.push_back({s, nullptr});

@@ -17,6 +17,7 @@
 #include "vcos/COSClient.h"
 #include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
+#include "vcos/ObjectEvents.h"
 
 using foundation::core::except::Error;
 using vcos::internal::ObjectOps;
@@ -104,6 +105,11 @@ void COSInterface::addListener(const COSClient* client, COSID eventId, COSListen
 
 void COSInterface::addListener(COSID eventId, COSListener* listener, int priority) {
   addListener(COSGetPublicClient(), eventId, listener, priority);
+}
+
+bool vcos::isValidObjectEvent(COSID eventId, COSConnectivity) noexcept {
+  static const COSID beingDestroyed("ObjectBeingDestroyed");
+  return eventId == beingDestroyed;
 }
 
 void COSInterface::removeListener(COSID eventId, const COSListener* listener) {
