@@ -256,8 +256,9 @@ std::string displayText(const std::string& name, const vxArray* a) {
 }
 
 std::string dispText(const vxArray* a) {
-  if (vxIsEmpty(a) && !vxIsStruct(a)) return "";
+  // Objects first: a class with its own display shows its empty arrays too.
   if (vxIsObject(a)) return ObjectBridge::current().display("", a);
+  if (vxIsEmpty(a) && !vxIsStruct(a)) return "";
   if (vxIsChar(a)) {
     std::string out;
     for (vxSize i = 0; i < vxGetM(a); ++i) out += charRow(a, i) + "\n";
