@@ -17,6 +17,7 @@
 #include "builtins/BuiltinSupport.h"
 #include "eval/ArrayOps.h"
 #include "sgsh/BuiltinRegistry.h"
+#include "sgsh/Completion.h"
 #include "sgsh/Interpreter.h"
 #include "sgsh/Output.h"
 
@@ -196,6 +197,14 @@ void bHyperlinks(Interpreter&, int nargout, Out& out, Args in) {
   if (nargout > 0 || in.empty()) out.push_back(Value::text(before ? "on" : "off"));
 }
 
+// completions(text): what a tab after the text offers at the prompt, as a
+// column cell of whole words.
+void bCompletions(Interpreter& interp, int, Out& out, Args in) {
+  checkArgs("completions", in, 1, 1);
+  const std::string line = textArg("completions", in[0]);
+  out.push_back(column(completions(interp, line, line.size())));
+}
+
 }  // namespace
 }  // namespace builtins
 
@@ -211,6 +220,8 @@ void registerDisplayBuiltins(BuiltinRegistry& r) {
                       "The width in characters that displays fit to; 0 takes it from the terminal.");
   r.add<bHyperlinks>("hyperlinks", "tf = hyperlinks\nold = hyperlinks('on'|'off')",
                      "Whether displays write hyperlink markup.");
+  r.add<bCompletions>("completions", "c = completions(text)",
+                      "The words a tab after the text offers at the prompt.");
 }
 
 }  // namespace sgsh
