@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include <foundation/io/Printing.h>
 #include <vx/vx.h>
 
 #include "eval/ArrayOps.h"
@@ -274,7 +275,11 @@ std::string dispText(const vxArray* a) {
   return body(a);
 }
 
-void setNumberFormat(NumberFormat format) noexcept { currentFormat = format; }
+void setNumberFormat(NumberFormat format) noexcept {
+  currentFormat = format;
+  // Object displays written below the language follow the same setting.
+  services::io::setLongNumbers(format == NumberFormat::Long);
+}
 NumberFormat numberFormat() noexcept { return currentFormat; }
 
 }  // namespace sgsh
