@@ -355,25 +355,25 @@ void displayEmpty(const vxArray* array) {
 
 // ---- the methods ----------------------------------------------------------
 
-COSMethodSignaturePtr signature(const char* name, bool output, const char* outputName) {
+// Every method takes the input "object"; `output` names its one output, if any.
+COSMethodSignaturePtr signature(const char* name, const char* output) {
   std::vector<COSMethodSignature::Argument> outputs;
-  if (output) outputs.push_back({COSID(outputName), COSDataTypePtr(), false});
+  if (output) outputs.push_back({COSID(output), COSDataTypePtr(), false});
   return COSMethodSignature::createMethodSignature(COSID(name), {{COSID("object"), COSDataTypePtr(), false}},
                                                    std::move(outputs));
 }
 
 class DisplayMethod : public COSMethodBase {
  public:
-  DisplayMethod(COSID classId, const char* name, const char* description, bool output = false,
-                const char* outputName = "")
-      : COSMethodBase(classId, COSID(name), PublicAccess, description, signature(name, output, outputName)) {}
+  DisplayMethod(COSID classId, const char* name, const char* description, const char* output = nullptr)
+      : COSMethodBase(classId, COSID(name), PublicAccess, description, signature(name, output)) {}
 };
 
 class GraphicsDisplayGetPropertyGroups final : public DisplayMethod {
  public:
   explicit GraphicsDisplayGetPropertyGroups(COSID cls)
       : DisplayMethod(cls, "getPropertyGroups", "The default implementation of getPropertyGroups for graphics display.",
-                      true, "group") {}
+                      "group") {}
   void invoke(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) const override {
     const COSInterfacePtr object = liveScalar(nrhs > 0 ? input(prhs, 0) : nullptr, "getPropertyGroups");
     const std::vector<GraphicsDisplayData::Group> groups =
@@ -402,7 +402,7 @@ class GraphicsDisplayGetDescriptiveLabelForDisplay final : public DisplayMethod 
  public:
   explicit GraphicsDisplayGetDescriptiveLabelForDisplay(COSID cls)
       : DisplayMethod(cls, "getDescriptiveLabelForDisplay",
-                      "The default implementation of getDescriptiveLabelForDisplay for graphics display.", true,
+                      "The default implementation of getDescriptiveLabelForDisplay for graphics display.",
                       "label") {}
   void invoke(const COSClient*, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) const override {
     const COSInterfacePtr object = liveScalar(nrhs > 0 ? input(prhs, 0) : nullptr, "getDescriptiveLabelForDisplay");
