@@ -209,7 +209,7 @@ void displayScalar(const vxArray* array) {
                /*dispatchOnObject=*/true);
   matrix::unique_vxArray groups(out[0]);
   if (!groups || !omIsVCOS(groups.get()) || !vxIsA(groups.get(), propertyGroupId().c_str()))
-    throw Error("VANTEL:class:BadPropertyGroup", groups ? vxGetClassName(groups.get()) : "double", "PropertyGroup");
+    throw Error("VANTEL:class:BadPropertyGroup", listedClassName(*object), "PropertyGroup");
   if (vxIsEmpty(groups.get())) {
     utPrintf("    %s\n%s", listedClassName(*object), GetNewline());
     return;
