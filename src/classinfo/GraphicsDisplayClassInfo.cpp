@@ -177,7 +177,9 @@ void printScalarHeader(const vxArray* array, const COSInterfacePtr& object) {
     printHeaderLine(text("ScalarHeaderTextNoLabel", {classText}));
     return;
   }
-  printHeaderLine(text("ScalarHeaderText", {classText, "(" + cutLabel(*label, room - fixed) + ")"}));
+  std::string inParentheses(1, '(');
+  inParentheses.append(cutLabel(*label, room - fixed)).push_back(')');
+  printHeaderLine(text("ScalarHeaderText", {classText, inParentheses}));
 }
 
 void printFooter(const vxArray* array) {
