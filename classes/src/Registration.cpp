@@ -2,6 +2,7 @@
 #include "sgclasses/Registration.h"
 
 #include "sgclasses/ClassNames.h"
+#include "sgclasses/DisplayData.h"
 #include "sgclasses/Enumerations.h"
 #include "sgdatatypes/Registration.h"
 #include "sgclasses/Objects.h"
@@ -70,6 +71,7 @@ void registerClasses() {
     for (auto fn : {&registerGraphicsNode, &registerGraphicsContainer, &registerRoot, &registerFigure, &registerAxes,
                     &registerLine, &registerText, &registerPatch, &registerGroup, &registerContextMenu})
       fn();
+    registerDisplayData();
     return true;
   }();
   (void)done;

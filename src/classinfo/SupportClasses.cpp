@@ -1,6 +1,7 @@
 // The class infos of SupportClasses.h.
 #include "src/classinfo/SupportClasses.h"
 
+#include "sgutils/classinfo/GraphicsDisplayClassInfo.h"
 #include "sgutils/classinfo/SGHandleClassInfo.h"
 #include "src/startup/DatatypesBridge.h"
 #include "vcos/AbstractClassInfo.h"
@@ -9,12 +10,6 @@
 
 namespace sgutils::support {
 namespace {
-
-class GraphicsDisplayClassInfo final : public COSClassInfo {
- public:
-  const char* getName() const override { return "GraphicsDisplay"; }
-  bool isHidden() const override { return true; }
-};
 
 class CopyContextCI final : public COSClassInfo {
  public:
@@ -82,7 +77,7 @@ const char* noDetails() { return "no details"; }
 
 }  // namespace
 
-COSClassInfo* newGraphicsDisplayClassInfo() { return new GraphicsDisplayClassInfo; }
+COSClassInfo* newGraphicsDisplayClassInfo() { return new sgutils::GraphicsDisplayClassInfo; }
 COSClassInfo* newCopyContextCI() { return new CopyContextCI; }
 COSClassInfo* newCopyableCI() { return new CopyableCI; }
 COSClassInfo* newGraphicsTestBaseCI() { return new GraphicsTestBaseCI; }

@@ -26,19 +26,34 @@ class BuiltinRegistry {
   // The table every interpreter shares.
   static BuiltinRegistry& instance();
 
-  // Registers F under the name here and in the platform's dispatcher.
+  // What `help NAME` prints: a line of usage ("y = f(x)", several forms
+  // separated by "\n") and a one-sentence description.
+  struct Help {
+    std::string usage;
+    std::string description;
+  };
+
+  // Registers F under the name here and in the platform's dispatcher, with
+  // its help. Every built-in should have help (a test checks it); the form
+  // without is kept for registrations that have none yet.
+  template <BuiltinFn F>
+  void add(std::string name, std::string usage, std::string description) {
+    addWithTrampoline(std::move(name), F, &dispatched<F>, Help{std::move(usage), std::move(description)});
+  }
   template <BuiltinFn F>
   void add(std::string name) {
-    addWithTrampoline(std::move(name), F, &dispatched<F>);
+    addWithTrampoline(std::move(name), F, &dispatched<F>, Help{});
   }
   // Null when no built-in has that name.
   BuiltinFn find(const std::string& name) const noexcept;
+  // Null when no built-in has that name; empty texts when it has no help.
+  const Help* help(const std::string& name) const noexcept;
   std::vector<std::string> names() const;
 
  private:
   BuiltinRegistry();
   using DispatchedFn = void (*)(int nlhs, vxArray* plhs[], int nrhs, const vxArray* prhs[]);
-  void addWithTrampoline(std::string name, BuiltinFn fn, DispatchedFn trampoline);
+  void addWithTrampoline(std::string name, BuiltinFn fn, DispatchedFn trampoline, Help help);
   // A built-in called through the dispatcher runs in the current interpreter.
   static void runDispatched(BuiltinFn fn, int nlhs, vxArray* plhs[], int nrhs, const vxArray* prhs[]);
   template <BuiltinFn F>
@@ -46,7 +61,11 @@ class BuiltinRegistry {
     runDispatched(F, nlhs, plhs, nrhs, prhs);
   }
 
-  std::unordered_map<std::string, BuiltinFn> table_;
+  struct Entry {
+    BuiltinFn fn;
+    Help help;
+  };
+  std::unordered_map<std::string, Entry> table_;
 };
 
 // One registration function per group of built-ins; BuiltinRegistry calls
@@ -58,5 +77,6 @@ void registerErrorBuiltins(BuiltinRegistry& r);
 void registerFunctionBuiltins(BuiltinRegistry& r);
 void registerObjectBuiltins(BuiltinRegistry& r);
 void registerWorkspaceBuiltins(BuiltinRegistry& r);
+void registerDisplayBuiltins(BuiltinRegistry& r);
 
 }  // namespace sgsh

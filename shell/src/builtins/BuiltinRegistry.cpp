@@ -31,6 +31,7 @@ BuiltinRegistry::BuiltinRegistry() {
   registerFunctionBuiltins(*this);
   registerObjectBuiltins(*this);
   registerWorkspaceBuiltins(*this);
+  registerDisplayBuiltins(*this);
 }
 
 BuiltinRegistry& BuiltinRegistry::instance() {
@@ -38,10 +39,10 @@ BuiltinRegistry& BuiltinRegistry::instance() {
   return registry;
 }
 
-void BuiltinRegistry::addWithTrampoline(std::string name, BuiltinFn fn, DispatchedFn trampoline) {
+void BuiltinRegistry::addWithTrampoline(std::string name, BuiltinFn fn, DispatchedFn trampoline, Help help) {
   assert(fn && "a built-in needs a function");
   vcos::FunctionDispatcher::instance().registerBuiltin(name, trampoline);
-  table_[std::move(name)] = fn;
+  table_[std::move(name)] = Entry{fn, std::move(help)};
 }
 
 void BuiltinRegistry::runDispatched(BuiltinFn fn, int nlhs, vxArray* plhs[], int nrhs, const vxArray* prhs[]) {
@@ -55,12 +56,17 @@ void BuiltinRegistry::runDispatched(BuiltinFn fn, int nlhs, vxArray* plhs[], int
 
 BuiltinFn BuiltinRegistry::find(const std::string& name) const noexcept {
   auto it = table_.find(name);
-  return it == table_.end() ? nullptr : it->second;
+  return it == table_.end() ? nullptr : it->second.fn;
+}
+
+const BuiltinRegistry::Help* BuiltinRegistry::help(const std::string& name) const noexcept {
+  auto it = table_.find(name);
+  return it == table_.end() ? nullptr : &it->second.help;
 }
 
 std::vector<std::string> BuiltinRegistry::names() const {
   std::vector<std::string> n;
-  for (const auto& [name, fn] : table_) n.push_back(name);
+  for (const auto& [name, entry] : table_) n.push_back(name);
   std::sort(n.begin(), n.end());
   return n;
 }

@@ -334,57 +334,108 @@ namespace sgsh {
 
 void registerCoreBuiltins(BuiltinRegistry& r) {
   using namespace builtins;
-  r.add<bDisp>("disp");
-  r.add<bFormat>("format");
-  r.add<bNumel>("numel");
-  r.add<bSize>("size");
-  r.add<bLength>("length");
-  r.add<bNdims>("ndims");
-  r.add<bIsempty>("isempty");
-  r.add<bZeros>("zeros");
-  r.add<bOnes>("ones");
-  r.add<bNaN>("NaN");
-  r.add<bNaN>("nan");
-  r.add<bInf>("Inf");
-  r.add<bInf>("inf");
-  r.add<bTrue>("true");
-  r.add<bFalse>("false");
-  r.add<bPi>("pi");
-  r.add<bEps>("eps");
-  r.add<bClass>("class");
-  r.add<bIsa>("isa");
-  r.add<classTest<isNumericTest>>("isnumeric");
-  r.add<classTest<isCharTest>>("ischar");
-  r.add<classTest<isCellTest>>("iscell");
-  r.add<classTest<isStructTest>>("isstruct");
-  r.add<classTest<isLogicalTest>>("islogical");
-  r.add<classTest<isStringTest>>("isstring");
-  r.add<classTest<isScalarTest>>("isscalar");
-  r.add<classTest<isVectorTest>>("isvector");
-  r.add<classTest<isRealTest>>("isreal");
-  r.add<classTest<isHandleTest>>("is_function_handle");
-  r.add<classTest<isCellstrTest>>("iscellstr");
-  r.add<bIsfield>("isfield");
-  r.add<bFieldnames>("fieldnames");
-  r.add<bRmfield>("rmfield");
-  r.add<bStruct>("struct");
-  r.add<bCell>("cell");
-  r.add<convert<vxDOUBLE_CLASS>>("double");
-  r.add<convert<vxLOGICAL_CLASS>>("logical");
-  r.add<convert<vxINT32_CLASS>>("int32");
-  r.add<convert<vxUINT8_CLASS>>("uint8");
-  r.add<convert<vxINT8_CLASS>>("int8");
-  r.add<convert<vxINT16_CLASS>>("int16");
-  r.add<convert<vxUINT16_CLASS>>("uint16");
-  r.add<convert<vxUINT32_CLASS>>("uint32");
-  r.add<convert<vxINT64_CLASS>>("int64");
-  r.add<convert<vxUINT64_CLASS>>("uint64");
-  r.add<convert<vxSINGLE_CLASS>>("single");
-  r.add<bChar>("char");
-  r.add<bString>("string");
-  r.add<bIsequal>("isequal");
-  r.add<bReshape>("reshape");
-  r.add<bRepmat>("repmat");
+  r.add<bDisp>("disp", "disp(x)",
+               "Shows a value without its name.");
+  r.add<bFormat>("format", "format\nformat long\nformat short",
+                 "Sets how many digits numbers show with.");
+  r.add<bNumel>("numel", "n = numel(x)",
+                "The number of elements of an array.");
+  r.add<bSize>("size", "sz = size(x)\nn = size(x, dim)\n[m, n] = size(x)",
+               "The dimensions of an array.");
+  r.add<bLength>("length", "n = length(x)",
+                 "The largest dimension of an array, 0 when it is empty.");
+  r.add<bNdims>("ndims", "n = ndims(x)",
+                "The number of dimensions of an array.");
+  r.add<bIsempty>("isempty", "tf = isempty(x)",
+                  "True when an array has no elements.");
+  r.add<bZeros>("zeros", "z = zeros(n)\nz = zeros(m, n, ...)",
+                "An array of zeros.");
+  r.add<bOnes>("ones", "z = ones(n)\nz = ones(m, n, ...)",
+               "An array of ones.");
+  r.add<bNaN>("NaN", "x = NaN\nx = NaN(m, n, ...)",
+              "Not-a-Number, alone or as an array.");
+  r.add<bNaN>("nan", "x = nan\nx = nan(m, n, ...)",
+              "Not-a-Number, alone or as an array.");
+  r.add<bInf>("Inf", "x = Inf\nx = Inf(m, n, ...)",
+              "Positive infinity, alone or as an array.");
+  r.add<bInf>("inf", "x = inf\nx = inf(m, n, ...)",
+              "Positive infinity, alone or as an array.");
+  r.add<bTrue>("true", "t = true\nt = true(m, n, ...)",
+               "Logical true, alone or as an array.");
+  r.add<bFalse>("false", "f = false\nf = false(m, n, ...)",
+                "Logical false, alone or as an array.");
+  r.add<bPi>("pi", "p = pi",
+             "The ratio of a circle's circumference to its diameter.");
+  r.add<bEps>("eps", "e = eps",
+              "The distance from 1 to the next larger double.");
+  r.add<bClass>("class", "c = class(x)",
+                "The class name of a value.");
+  r.add<bIsa>("isa", "tf = isa(x, className)",
+              "True when a value is of the class, a subclass of it, or in the group named (numeric, float, integer).");
+  r.add<classTest<isNumericTest>>("isnumeric", "tf = isnumeric(x)",
+                                  "True for numeric arrays.");
+  r.add<classTest<isCharTest>>("ischar", "tf = ischar(x)",
+                               "True for char arrays.");
+  r.add<classTest<isCellTest>>("iscell", "tf = iscell(x)",
+                               "True for cell arrays.");
+  r.add<classTest<isStructTest>>("isstruct", "tf = isstruct(x)",
+                                 "True for struct arrays.");
+  r.add<classTest<isLogicalTest>>("islogical", "tf = islogical(x)",
+                                  "True for logical arrays.");
+  r.add<classTest<isStringTest>>("isstring", "tf = isstring(x)",
+                                 "True for string arrays.");
+  r.add<classTest<isScalarTest>>("isscalar", "tf = isscalar(x)",
+                                 "True for arrays of exactly one element.");
+  r.add<classTest<isVectorTest>>("isvector", "tf = isvector(x)",
+                                 "True for arrays of one row or one column.");
+  r.add<classTest<isRealTest>>("isreal", "tf = isreal(x)",
+                               "True for arrays without an imaginary part.");
+  r.add<classTest<isHandleTest>>("is_function_handle", "tf = is_function_handle(x)",
+                                 "True for function handles.");
+  r.add<classTest<isCellstrTest>>("iscellstr", "tf = iscellstr(x)",
+                                  "True for cell arrays whose elements are all char arrays.");
+  r.add<bIsfield>("isfield", "tf = isfield(s, name)",
+                  "True when a struct has the field; a cell of names gives one answer each.");
+  r.add<bFieldnames>("fieldnames", "names = fieldnames(s)",
+                     "The field names of a struct, or the public properties of an object, as a column cell.");
+  r.add<bRmfield>("rmfield", "s = rmfield(s, name)",
+                  "A struct without the named fields.");
+  r.add<bStruct>("struct", "s = struct(name, value, ...)",
+                 "A struct from name-value pairs; cell values make a struct array.");
+  r.add<bCell>("cell", "c = cell(n)\nc = cell(m, n, ...)",
+               "A cell array of empty elements.");
+  r.add<convert<vxDOUBLE_CLASS>>("double", "y = double(x)",
+                                 "Converts to double precision.");
+  r.add<convert<vxLOGICAL_CLASS>>("logical", "y = logical(x)",
+                                  "Converts to logical; NaN is refused.");
+  r.add<convert<vxINT32_CLASS>>("int32", "y = int32(x)",
+                                "Converts to 32-bit integers, rounding and saturating.");
+  r.add<convert<vxUINT8_CLASS>>("uint8", "y = uint8(x)",
+                                "Converts to unsigned 8-bit integers, rounding and saturating.");
+  r.add<convert<vxINT8_CLASS>>("int8", "y = int8(x)",
+                               "Converts to 8-bit integers, rounding and saturating.");
+  r.add<convert<vxINT16_CLASS>>("int16", "y = int16(x)",
+                                "Converts to 16-bit integers, rounding and saturating.");
+  r.add<convert<vxUINT16_CLASS>>("uint16", "y = uint16(x)",
+                                 "Converts to unsigned 16-bit integers, rounding and saturating.");
+  r.add<convert<vxUINT32_CLASS>>("uint32", "y = uint32(x)",
+                                 "Converts to unsigned 32-bit integers, rounding and saturating.");
+  r.add<convert<vxINT64_CLASS>>("int64", "y = int64(x)",
+                                "Converts to 64-bit integers, rounding and saturating.");
+  r.add<convert<vxUINT64_CLASS>>("uint64", "y = uint64(x)",
+                                 "Converts to unsigned 64-bit integers, rounding and saturating.");
+  r.add<convert<vxSINGLE_CLASS>>("single", "y = single(x)",
+                                 "Converts to single precision.");
+  r.add<bChar>("char", "c = char(x)\nc = char(a, b, ...)",
+               "Converts to characters; several texts become the rows of a padded char matrix.");
+  r.add<bString>("string", "s = string(x)",
+                 "Converts text, cells of text or numbers to a string array.");
+  r.add<bIsequal>("isequal", "tf = isequal(a, b, ...)",
+                  "True when all values have the same size and contents.");
+  r.add<bReshape>("reshape", "y = reshape(x, m, n, ...)\ny = reshape(x, sz)",
+                  "The same elements in a new shape; [] stands for the dimension that fits.");
+  r.add<bRepmat>("repmat", "y = repmat(x, m, n)\ny = repmat(x, sz)",
+                 "Tiles copies of an array.");
 }
 
 }  // namespace sgsh

@@ -102,11 +102,16 @@ namespace sgsh {
 
 void registerErrorBuiltins(BuiltinRegistry& r) {
   using namespace builtins;
-  r.add<bError>("error");
-  r.add<bRethrow>("rethrow");
-  r.add<bWarning>("warning");
-  r.add<bLastwarn>("lastwarn");
-  r.add<bAssert>("assert");
+  r.add<bError>("error", "error(message)\nerror(id, format, ...)\nerror(err)",
+                "Raises an error with an optional identifier.");
+  r.add<bRethrow>("rethrow", "rethrow(err)",
+                  "Raises a caught error again.");
+  r.add<bWarning>("warning", "warning(message)\nwarning(id, format, ...)\nwarning('off'|'on', id)",
+                  "Prints a warning, or switches warnings off and on.");
+  r.add<bLastwarn>("lastwarn", "[msg, id] = lastwarn",
+                   "The text and identifier of the last warning.");
+  r.add<bAssert>("assert", "assert(cond)\nassert(cond, message, ...)",
+                 "Raises an error when the condition is false.");
 }
 
 }  // namespace sgsh

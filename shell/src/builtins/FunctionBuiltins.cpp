@@ -150,15 +150,24 @@ namespace sgsh {
 
 void registerFunctionBuiltins(BuiltinRegistry& r) {
   using namespace builtins;
-  r.add<bFeval>("feval");
-  r.add<mapFunction<true>>("cellfun");
-  r.add<mapFunction<false>>("arrayfun");
-  r.add<bFunc2str>("func2str");
-  r.add<bStr2func>("str2func");
-  r.add<bTic>("tic");
-  r.add<bToc>("toc");
-  r.add<bExist>("exist");
-  r.add<bFeature>("feature");
+  r.add<bFeval>("feval", "[y, ...] = feval(f, x, ...)",
+                "Calls a function given by name or handle.");
+  r.add<mapFunction<true>>("cellfun", "y = cellfun(f, c, ...)\nc = cellfun(f, c, 'UniformOutput', false)",
+                           "Calls a function on each element of cell arrays.");
+  r.add<mapFunction<false>>("arrayfun", "y = arrayfun(f, a, ...)\nc = arrayfun(f, a, 'UniformOutput', false)",
+                            "Calls a function on each element of arrays.");
+  r.add<bFunc2str>("func2str", "s = func2str(f)",
+                   "The text of a function handle.");
+  r.add<bStr2func>("str2func", "f = str2func(text)",
+                   "A function handle from a name or an anonymous function's text.");
+  r.add<bTic>("tic", "tic\nt = tic",
+              "Starts a stopwatch.");
+  r.add<bToc>("toc", "toc\nseconds = toc\nseconds = toc(t)",
+              "The seconds since the last tic.");
+  r.add<bExist>("exist", "n = exist(name)\nn = exist(name, 'var')",
+                "1 for a variable, 5 for a built-in, 2 for a function of the script, 8 for a class, 0 otherwise.");
+  r.add<bFeature>("feature", "v = feature(name)\nfeature(name, value)",
+                  "Reads or sets a switch of the running system.");
 }
 
 }  // namespace sgsh

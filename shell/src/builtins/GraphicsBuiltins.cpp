@@ -367,29 +367,52 @@ void registerGraphicsBuiltins() {
     plainGet() = r.find("get");
     plainSet() = r.find("set");
   }
-  r.add<bFigure>("figure");
-  r.add<bAxes>("axes");
-  r.add<bMake<kLine, &currentAxesMade>>("line");
-  r.add<bMake<kText, &currentAxesMade>>("text");
-  r.add<bMake<kPatch, &currentAxesMade>>("patch");
-  r.add<bMake<kGroup, &currentAxesMade>>("group");
-  r.add<bMake<kContextMenu, &currentFigureMade>>("contextmenu");
-  r.add<bPlot>("plot");
-  r.add<bGroot>("groot");
-  r.add<bGcf>("gcf");
-  r.add<bGca>("gca");
-  r.add<bHold>("hold");
-  r.add<bCla>("cla");
-  r.add<bClf>("clf");
-  r.add<bClose>("close");
-  r.add<bFindobj>("findobj");
-  r.add<bFindall>("findall");
-  r.add<bAllchild>("allchild");
-  r.add<bAncestor>("ancestor");
-  r.add<bIsgraphics>("isgraphics");
-  r.add<bDrawnow>("drawnow");
-  if (plainGet()) r.add<bGet>("get");
-  if (plainSet()) r.add<bSet>("set");
+  r.add<bFigure>("figure", "f = figure\nf = figure(name, value, ...)",
+                 "Makes a figure and makes it current.");
+  r.add<bAxes>("axes", "ax = axes\nax = axes(name, value, ...)",
+               "Makes axes in the current figure and makes them current.");
+  r.add<bMake<kLine, &currentAxesMade>>("line", "h = line(name, value, ...)",
+                                        "Makes a line in the current axes.");
+  r.add<bMake<kText, &currentAxesMade>>("text", "h = text(name, value, ...)",
+                                        "Makes a text in the current axes.");
+  r.add<bMake<kPatch, &currentAxesMade>>("patch", "h = patch(name, value, ...)",
+                                         "Makes a patch in the current axes.");
+  r.add<bMake<kGroup, &currentAxesMade>>("group", "h = group(name, value, ...)",
+                                         "Makes a group in the current axes.");
+  r.add<bMake<kContextMenu, &currentFigureMade>>("contextmenu", "h = contextmenu(name, value, ...)",
+                                                 "Makes a context menu in the current figure.");
+  r.add<bPlot>("plot", "h = plot(y)\nh = plot(x, y)\nh = plot(ax, x, y, spec, name, value, ...)",
+               "Plots lines of data in the current axes; a line spec such as 'r--' gives colour, style and marker.");
+  r.add<bGroot>("groot", "r = groot",
+                "The root of the object tree.");
+  r.add<bGcf>("gcf", "f = gcf",
+              "The current figure, made when there is none.");
+  r.add<bGca>("gca", "ax = gca",
+              "The current axes, made when there are none.");
+  r.add<bHold>("hold", "hold on\nhold off\nhold\nhold(ax, 'on')",
+               "Whether new plots keep what the axes show.");
+  r.add<bCla>("cla", "cla\ncla(ax)",
+              "Deletes the visible children of the axes.");
+  r.add<bClf>("clf", "clf\nclf(f)",
+              "Deletes the visible children of the figure.");
+  r.add<bClose>("close", "close\nclose(f)\nclose all",
+                "Deletes figures: the current one, the given ones, or all.");
+  r.add<bFindobj>("findobj", "h = findobj\nh = findobj(h, name, value, ...)",
+                  "Objects below the given ones whose properties match; '-regexp', '-depth', '-not', '-and', '-or', '-function' refine the search.");
+  r.add<bFindall>("findall", "h = findall(h, name, value, ...)",
+                  "Like findobj, hidden handles included.");
+  r.add<bAllchild>("allchild", "c = allchild(h)",
+                   "All children of an object, hidden handles included.");
+  r.add<bAncestor>("ancestor", "a = ancestor(h, type)",
+                   "The object or its nearest ancestor of the type; empty when there is none.");
+  r.add<bIsgraphics>("isgraphics", "tf = isgraphics(h)\ntf = isgraphics(h, type)",
+                     "True for valid graphics objects, of the type when given.");
+  r.add<bDrawnow>("drawnow", "drawnow",
+                  "Brings the views up to date with the objects.");
+  if (plainGet()) r.add<bGet>("get", "v = get(h, name)\ns = get(h)\nc = get(h, {name, ...})",
+              "Property values of objects; with no name all visible properties, sorted.");
+  if (plainSet()) r.add<bSet>("set", "set(h, name, value, ...)\nset(h, {name, ...}, values)\ns = set(h)",
+              "Sets property values of objects; with no name lists the settable properties.");
   (void)&rootObject;
 }
 

@@ -283,34 +283,62 @@ namespace sgsh {
 
 void registerMathBuiltins(BuiltinRegistry& r) {
   using namespace builtins;
-  r.add<bAbs>("abs");
-  r.add<elementwise<dsqrt, csqrt>>("sqrt");
-  r.add<elementwise<dexp, cexp>>("exp");
-  r.add<elementwise<dlog, clog>>("log");
-  r.add<elementwise<dlog10, nullptr>>("log10");
-  r.add<elementwise<dsin, nullptr>>("sin");
-  r.add<elementwise<dcos, nullptr>>("cos");
-  r.add<elementwise<dtan, nullptr>>("tan");
-  r.add<elementwise<dfloor, nullptr>>("floor");
-  r.add<elementwise<dceil, nullptr>>("ceil");
-  r.add<elementwise<dround, nullptr>>("round");
-  r.add<elementwise<dfix, nullptr>>("fix");
-  r.add<elementwise<dsign, nullptr>>("sign");
-  r.add<complexPart<0>>("real");
-  r.add<complexPart<1>>("imag");
-  r.add<complexPart<2>>("conj");
-  r.add<modRem<true>>("mod");
-  r.add<modRem<false>>("rem");
-  r.add<reduction<Reduce::Sum>>("sum");
-  r.add<reduction<Reduce::Prod>>("prod");
-  r.add<reduction<Reduce::Any>>("any");
-  r.add<reduction<Reduce::All>>("all");
-  r.add<extremum<Reduce::Max>>("max");
-  r.add<extremum<Reduce::Min>>("min");
-  r.add<bFind>("find");
-  r.add<bCumsum>("cumsum");
-  r.add<bLinspace>("linspace");
-  r.add<bSort>("sort");
+  r.add<bAbs>("abs", "y = abs(x)",
+              "The absolute value or magnitude.");
+  r.add<elementwise<dsqrt, csqrt>>("sqrt", "y = sqrt(x)",
+                                   "The square root; complex for negative numbers.");
+  r.add<elementwise<dexp, cexp>>("exp", "y = exp(x)",
+                                 "The exponential.");
+  r.add<elementwise<dlog, clog>>("log", "y = log(x)",
+                                 "The natural logarithm; complex for negative numbers.");
+  r.add<elementwise<dlog10, nullptr>>("log10", "y = log10(x)",
+                                      "The logarithm to base 10.");
+  r.add<elementwise<dsin, nullptr>>("sin", "y = sin(x)",
+                                    "The sine, in radians.");
+  r.add<elementwise<dcos, nullptr>>("cos", "y = cos(x)",
+                                    "The cosine, in radians.");
+  r.add<elementwise<dtan, nullptr>>("tan", "y = tan(x)",
+                                    "The tangent, in radians.");
+  r.add<elementwise<dfloor, nullptr>>("floor", "y = floor(x)",
+                                      "Rounds towards minus infinity.");
+  r.add<elementwise<dceil, nullptr>>("ceil", "y = ceil(x)",
+                                     "Rounds towards plus infinity.");
+  r.add<elementwise<dround, nullptr>>("round", "y = round(x)",
+                                      "Rounds to the nearest integer, halves away from zero.");
+  r.add<elementwise<dfix, nullptr>>("fix", "y = fix(x)",
+                                    "Rounds towards zero.");
+  r.add<elementwise<dsign, nullptr>>("sign", "y = sign(x)",
+                                     "-1, 0 or 1 by the sign of each element.");
+  r.add<complexPart<0>>("real", "y = real(z)",
+                        "The real part.");
+  r.add<complexPart<1>>("imag", "y = imag(z)",
+                        "The imaginary part.");
+  r.add<complexPart<2>>("conj", "y = conj(z)",
+                        "The complex conjugate.");
+  r.add<modRem<true>>("mod", "r = mod(a, b)",
+                      "The remainder after division, with the sign of the divisor.");
+  r.add<modRem<false>>("rem", "r = rem(a, b)",
+                       "The remainder after division, with the sign of the dividend.");
+  r.add<reduction<Reduce::Sum>>("sum", "s = sum(x)\ns = sum(x, dim)",
+                                "The sum along the first non-singleton dimension, or the one given.");
+  r.add<reduction<Reduce::Prod>>("prod", "p = prod(x)\np = prod(x, dim)",
+                                 "The product along the first non-singleton dimension, or the one given.");
+  r.add<reduction<Reduce::Any>>("any", "tf = any(x)\ntf = any(x, dim)",
+                                "True where any element is non-zero.");
+  r.add<reduction<Reduce::All>>("all", "tf = all(x)\ntf = all(x, dim)",
+                                "True where every element is non-zero.");
+  r.add<extremum<Reduce::Max>>("max", "m = max(x)\n[m, i] = max(x)\nm = max(a, b)\nm = max(x, [], dim)",
+                               "The largest elements, or the larger of two arrays.");
+  r.add<extremum<Reduce::Min>>("min", "m = min(x)\n[m, i] = min(x)\nm = min(a, b)\nm = min(x, [], dim)",
+                               "The smallest elements, or the smaller of two arrays.");
+  r.add<bFind>("find", "k = find(x)\n[r, c] = find(x)",
+               "The indices of the non-zero elements.");
+  r.add<bCumsum>("cumsum", "c = cumsum(x)\nc = cumsum(x, dim)",
+                 "The running sum.");
+  r.add<bLinspace>("linspace", "y = linspace(a, b)\ny = linspace(a, b, n)",
+                   "A row of n (100) evenly spaced points from a to b.");
+  r.add<bSort>("sort", "y = sort(x)\n[y, i] = sort(x, dim, 'descend')",
+               "Sorts elements in order; NaN last going up.");
 }
 
 }  // namespace sgsh

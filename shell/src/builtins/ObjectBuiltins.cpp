@@ -232,11 +232,16 @@ namespace sgsh {
 
 void registerObjectBuiltins(BuiltinRegistry& r) {
   using namespace builtins;
-  r.add<bGet>("get");
-  r.add<bSet>("set");
-  r.add<bIsprop>("isprop");
-  r.add<bIsvalid>("isvalid");
-  r.add<bDelete>("delete");
+  r.add<bGet>("get", "v = get(h, name)\ns = get(h)\nc = get(h, {name, ...})",
+              "Property values of objects; with no name all visible properties, sorted.");
+  r.add<bSet>("set", "set(h, name, value, ...)\nset(h, {name, ...}, values)\ns = set(h)",
+              "Sets property values of objects; with no name lists the settable properties.");
+  r.add<bIsprop>("isprop", "tf = isprop(h, name)",
+                 "True when the object has the property.");
+  r.add<bIsvalid>("isvalid", "tf = isvalid(h)",
+                  "True for each object that is not deleted.");
+  r.add<bDelete>("delete", "delete(h)",
+                 "Deletes objects.");
 }
 
 }  // namespace sgsh

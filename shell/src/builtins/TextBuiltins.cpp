@@ -447,21 +447,36 @@ namespace sgsh {
 
 void registerTextBuiltins(BuiltinRegistry& r) {
   using namespace builtins;
-  r.add<bSprintf>("sprintf");
-  r.add<bFprintf>("fprintf");
-  r.add<bNum2str>("num2str");
-  r.add<bInt2str>("int2str");
-  r.add<compare<false>>("strcmp");
-  r.add<compare<true>>("strcmpi");
-  r.add<bCase<true>>("upper");
-  r.add<bCase<false>>("lower");
-  r.add<bStrtrim>("strtrim");
-  r.add<bStrrep>("strrep");
-  r.add<bStrcat>("strcat");
-  r.add<bStrsplit>("strsplit");
-  r.add<bStrjoin>("strjoin");
-  r.add<bStr2double>("str2double");
-  r.add<bContains>("contains");
+  r.add<bSprintf>("sprintf", "s = sprintf(format, x, ...)",
+                  "Formats values into text.");
+  r.add<bFprintf>("fprintf", "fprintf(format, x, ...)",
+                  "Formats values and prints them.");
+  r.add<bNum2str>("num2str", "s = num2str(x)\ns = num2str(x, digits)\ns = num2str(x, format)",
+                  "A number as text.");
+  r.add<bInt2str>("int2str", "s = int2str(x)",
+                  "A number rounded to an integer, as text.");
+  r.add<compare<false>>("strcmp", "tf = strcmp(a, b)",
+                        "True when texts are equal.");
+  r.add<compare<true>>("strcmpi", "tf = strcmpi(a, b)",
+                       "True when texts are equal, case ignored.");
+  r.add<bCase<true>>("upper", "s = upper(text)",
+                     "Text in upper case.");
+  r.add<bCase<false>>("lower", "s = lower(text)",
+                      "Text in lower case.");
+  r.add<bStrtrim>("strtrim", "s = strtrim(text)",
+                  "Text without leading and trailing white space.");
+  r.add<bStrrep>("strrep", "s = strrep(text, old, new)",
+                 "Replaces every occurrence of a text.");
+  r.add<bStrcat>("strcat", "s = strcat(a, b, ...)",
+                 "Joins texts; trailing blanks of char arguments are dropped.");
+  r.add<bStrsplit>("strsplit", "c = strsplit(text)\nc = strsplit(text, delimiter)",
+                   "Splits text at blanks or at the delimiter.");
+  r.add<bStrjoin>("strjoin", "s = strjoin(c)\ns = strjoin(c, delimiter)",
+                  "Joins a cell of texts with blanks or the delimiter.");
+  r.add<bStr2double>("str2double", "x = str2double(text)",
+                     "A number read from text; NaN when it is not one.");
+  r.add<bContains>("contains", "tf = contains(text, pattern)",
+                   "True when the text contains the pattern.");
 }
 
 }  // namespace sgsh

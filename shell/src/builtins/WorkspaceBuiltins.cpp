@@ -121,9 +121,12 @@ namespace sgsh {
 
 void registerWorkspaceBuiltins(BuiltinRegistry& r) {
   using namespace builtins;
-  r.add<bClear>("clear");
-  r.add<bWho>("who");
-  r.add<bWhos>("whos");
+  r.add<bClear>("clear", "clear\nclear all\nclear name ...",
+                "Removes variables; * in a name matches any run of characters.");
+  r.add<bWho>("who", "who\nc = who",
+              "The names of the variables, sorted.");
+  r.add<bWhos>("whos", "whos\ns = whos",
+               "The variables with their sizes and classes.");
 }
 
 }  // namespace sgsh

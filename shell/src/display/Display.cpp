@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include <foundation/io/Printing.h>
 #include <vx/vx.h>
 
 #include "eval/ArrayOps.h"
@@ -256,8 +257,9 @@ std::string displayText(const std::string& name, const vxArray* a) {
 }
 
 std::string dispText(const vxArray* a) {
-  if (vxIsEmpty(a) && !vxIsStruct(a)) return "";
+  // Objects first: a class with its own display shows its empty arrays too.
   if (vxIsObject(a)) return ObjectBridge::current().display("", a);
+  if (vxIsEmpty(a) && !vxIsStruct(a)) return "";
   if (vxIsChar(a)) {
     std::string out;
     for (vxSize i = 0; i < vxGetM(a); ++i) out += charRow(a, i) + "\n";
@@ -273,7 +275,11 @@ std::string dispText(const vxArray* a) {
   return body(a);
 }
 
-void setNumberFormat(NumberFormat format) noexcept { currentFormat = format; }
+void setNumberFormat(NumberFormat format) noexcept {
+  currentFormat = format;
+  // Object displays written below the language follow the same setting.
+  services::io::setLongNumbers(format == NumberFormat::Long);
+}
 NumberFormat numberFormat() noexcept { return currentFormat; }
 
 }  // namespace sgsh

@@ -215,6 +215,15 @@ Value Interpreter::evalEnd(const Node&) {
 
 void Interpreter::evalParen(const Node& e, std::vector<Value>& out, int nargout) {
   const Node& base = *e.kids[0];
+  // display(x) of a variable, as a statement, shows it as naming it does,
+  // name included (unless the script defines its own display).
+  if (base.kind == NodeKind::Name && base.text == "display" && nargout == 0 && e.kids.size() == 2 &&
+      e.kids[1]->kind == NodeKind::Name && !findVariable(base.text) && !functions_.count(base.text)) {
+    if (const Value* v = findVariable(e.kids[1]->text)) {
+      show(e.kids[1]->text, *v);
+      return;
+    }
+  }
   // A name that is not a variable is a call.
   if (base.kind == NodeKind::Name && !findVariable(base.text)) {
     std::vector<Value> args;

@@ -6,6 +6,9 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
 #include <fstream>
 #include <sstream>
 
@@ -15,6 +18,7 @@
 #include <foundation/core/except/IMsgIDException.h>
 #include <foundation/core/except/WarningChannel.h>
 
+#include "sgsh/Completion.h"
 #include "sgsh/Output.h"
 #include "sgsh/Parser.h"
 #include "sgsh/ScriptError.h"
@@ -111,12 +115,38 @@ std::string historyPath() {
   return home ? std::string(home) + "/.sgsh_history" : std::string();
 }
 
+// Tab completion through libedit: the interpreter of the running session
+// and the words found for the current attempt.
+const Interpreter* completingIn = nullptr;
+
+char* nextCompletion(const char*, int state) {
+  static std::vector<std::string> found;
+  static std::size_t next = 0;
+  if (state == 0) {
+    const std::string line(rl_line_buffer ? rl_line_buffer : "");
+    found = completingIn ? completions(*completingIn, line, static_cast<std::size_t>(rl_point)) : std::vector<std::string>{};
+    next = 0;
+  }
+  return next < found.size() ? strdup(found[next++].c_str()) : nullptr;
+}
+
+char** completeWord(const char* text, int, int) {
+  rl_attempted_completion_over = 1;  // no file names when nothing matches
+  return rl_completion_matches(text, &nextCompletion);
+}
+
+// Word breaks without "." so that "h.Co" is one word.
+char kWordBreaks[] = " \t\n\"'`@$><=;|&{(,+-*/\\^~:[]!)}";
+
 }  // namespace
 
 int Shell::repl() {
   const std::string history = historyPath();
   using_history();
   if (!history.empty()) read_history(history.c_str());
+  completingIn = &interp_;
+  rl_attempted_completion_function = &completeWord;
+  rl_completer_word_break_characters = kWordBreaks;
   InterruptHandler interrupts;
   std::string pending;
   for (;;) {
@@ -133,6 +163,7 @@ int Shell::repl() {
     runCode(code);
   }
   if (!history.empty()) write_history(history.c_str());
+  completingIn = nullptr;
   if (!pending.empty()) {
     // The input ended inside a block: say so rather than drop it unseen.
     writeOutput(errorReport(foundation::core::except::Error("VANTEL:sgsh:UnfinishedBlock")));

@@ -18,6 +18,7 @@ namespace {
 std::atomic<bool> printfHot{false};
 std::atomic<int> windowColumns{0};  // 0: from the environment
 std::atomic<bool> desktopInUse{false};
+std::atomic<bool> longNumbers{false};
 
 int columnsFromEnvironment() noexcept {
   static const int columns = [] {
@@ -87,6 +88,8 @@ int ioGetNumWindowColumns() noexcept {
 
 bool ioVantelDesktopInUse() noexcept { return desktopInUse.load(std::memory_order_relaxed); }
 
+int ioGetNumberDigits() noexcept { return longNumbers.load(std::memory_order_relaxed) ? 15 : 5; }
+
 std::string ioGetArrayName(const vxArray* array, int position) {
   for (auto it = namedArrays.rbegin(); it != namedArrays.rend(); ++it)
     if (it->array == array && it->position == position) return it->name;
@@ -104,6 +107,7 @@ int setNumWindowColumns(int columns) noexcept {
 }
 
 bool setVantelDesktopInUse(bool inUse) noexcept { return desktopInUse.exchange(inUse); }
+bool setLongNumbers(bool value) noexcept { return longNumbers.exchange(value); }
 
 ArrayNameScope::ArrayNameScope(const vxArray* array, std::string name, int position) {
   namedArrays.push_back({array, position, std::move(name)});

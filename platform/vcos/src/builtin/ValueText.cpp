@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <memory>
 
+#include "foundation/io/Printing.h"
+
 #include "vx/vxData.h"
 #include "vx/vxFunctionHandleData.h"
 #include "vx/vxQuery.h"
@@ -19,7 +21,7 @@ std::string number(const vxArray* a, vxSize i) {
   char buf[32];
   if (vxIsLogical(a)) return vxGetLogicals(a)[i] ? "1" : "0";
   if (vxIsDouble(a) && !vxIsComplex(a)) {
-    std::snprintf(buf, sizeof buf, "%.5g", vxGetPr(a)[i]);
+    std::snprintf(buf, sizeof buf, "%.*g", ioGetNumberDigits(), vxGetPr(a)[i]);
     return buf;
   }
   return {};
@@ -70,7 +72,7 @@ std::string valueText(const vxArray* a) {
   }
   if (vxIsNumeric(a) && vxIsScalar(a) && !vxIsComplex(a)) {
     char buf[32];
-    std::snprintf(buf, sizeof buf, "%.5g", vxGetScalar(a));
+    std::snprintf(buf, sizeof buf, "%.*g", ioGetNumberDigits(), vxGetScalar(a));
     return buf;
   }
   return sized(a, '[', ']');

@@ -29,6 +29,11 @@ FOUNDATION_API const char* GetNewline() noexcept;
 // number, else 80.
 FOUNDATION_API int ioGetNumWindowColumns() noexcept;
 
+// The significant digits of numbers in short value texts (an object's
+// properties in its display): 5, or 15 once the language asks for long
+// numbers.
+FOUNDATION_API int ioGetNumberDigits() noexcept;
+
 // True when output is shown in the desktop's command window rather than a
 // terminal. Always false unless set.
 FOUNDATION_API bool ioVantelDesktopInUse() noexcept;
@@ -61,5 +66,6 @@ FOUNDATION_API bool setPrintfHot(bool hot) noexcept;
 // 0 goes back to the default from the environment.
 FOUNDATION_API int setNumWindowColumns(int columns) noexcept;
 FOUNDATION_API bool setVantelDesktopInUse(bool inUse) noexcept;
+FOUNDATION_API bool setLongNumbers(bool longNumbers) noexcept;
 
 }  // namespace services::io
