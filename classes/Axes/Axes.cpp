@@ -92,7 +92,7 @@ void Axes::makeTitle(COSInterfacePtr object) {
   COSInterfacePtr text = omGetArrayElement(made.get(), 0);
   Text* block = sgutils::blockOf<Text>(text.get(), Text::classID());
   block->setHandleVisibility(graphics::datatype::HandleVisibility::Off, graphics::datatype::PrivateClient);
-  block->setHorizontalAlignment(u"center", graphics::datatype::PrivateClient);
+  block->setHorizontalAlignment(HorizontalAlignment::Center, graphics::datatype::PrivateClient);
   block->reparent(text.get(), object.get());
   title_ = COSInterfacePtr(text.get(), COSWeakReference);
 }

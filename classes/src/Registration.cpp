@@ -66,6 +66,9 @@ void registerClasses() {
     registerEnumeration<FigureNextPlot>("vantel.graphics.datatype.FigureNextPlot");
     registerEnumeration<LineStyle>("vantel.graphics.datatype.LineStyle");
     registerEnumeration<Marker>("vantel.graphics.datatype.Marker");
+    registerEnumeration<FontWeight>("vantel.graphics.datatype.FontWeight");
+    registerEnumeration<HorizontalAlignment>("vantel.graphics.datatype.HorizontalAlignment");
+    registerEnumeration<VerticalAlignment>("vantel.graphics.datatype.VerticalAlignment");
     using namespace sgutils::generated;
     for (auto fn : {&registerGraphicsNode, &registerGraphicsContainer, &registerRoot, &registerFigure, &registerAxes,
                     &registerLine, &registerText, &registerPatch, &registerGroup, &registerContextMenu})
