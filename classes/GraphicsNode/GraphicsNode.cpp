@@ -7,6 +7,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "sgdatatypes/HandleNumberTable.h"
+#include "sgutils/objects/CurrentAxes.gen.h"
 #include "sgutils/objects/GraphicsUIProperties.gen.h"
 #include "sgutils/objects/Legacy.gen.h"
 #include "vcos/COSClass.h"
@@ -72,7 +73,7 @@ void GraphicsNode::reparent(COSInterface* object, COSInterface* parent) {
 
 void GraphicsNode::runOtherLineSetups(COSInterfacePtr object) {
   static const COSID lines[] = {graphics::internal::GraphicsUIProperties::classID(),
-                                graphics::internal::Legacy::classID()};
+                                graphics::internal::Legacy::classID(), graphics::mixin::CurrentAxes::classID()};
   for (const COSID& id : lines) {
     auto* block = static_cast<SGReference*>(object->getInstanceData(id));
     if (block && block != static_cast<SGReference*>(this)) block->Setup(object);
