@@ -2,6 +2,7 @@
 #include "sgclasses/Registration.h"
 
 #include "sgclasses/ClassNames.h"
+#include "sgclasses/ContainerChildren.h"
 #include "sgclasses/Enumerations.h"
 #include "sgdatatypes/Registration.h"
 #include "sgclasses/Objects.h"
@@ -73,6 +74,8 @@ void registerClasses() {
     for (auto fn : {&registerGraphicsNode, &registerGraphicsContainer, &registerRoot, &registerFigure, &registerAxes,
                     &registerLine, &registerText, &registerPatch, &registerGroup, &registerContextMenu})
       fn();
+    // findobj walks a container's children in place, as its Children lists them.
+    sgutils::setChildListingLookup(&ContainerChildren::listingOf);
     return true;
   }();
   (void)done;
