@@ -114,7 +114,7 @@ void bMake(Interpreter&, int, Out& out, Args in) {
 // figure, figure(pairs), figure(f) (makes f current), figure(n) (selects
 // figure number n, or makes it), each of the last two with pairs too.
 void bFigure(Interpreter&, int, Out& out, Args in) {
-  if (!in.empty() && in.size() % 2 == 1 && isObjectValue(in[0])) {
+  if (!in.empty() && isObjectValue(in[0])) {
     COSInterfacePtr figure = objectArg("figure", in[0]);
     if (!isOfClass(figure.get(), {sgclasses::kFigureClass})) throw Error("VANTEL:sgsh:NotFigure", "figure");
     const std::vector<const vxArray*> pairs = rawPairs(in.subspan(1), "figure");
@@ -124,7 +124,7 @@ void bFigure(Interpreter&, int, Out& out, Args in) {
     out.push_back(objectValue(figure));
     return;
   }
-  if (!in.empty() && in.size() % 2 == 1 && !ops::isText(in[0].get())) {
+  if (!in.empty() && !ops::isText(in[0].get())) {
     const double number = figureNumber("figure", in[0]);
     out.push_back(objectValue(sgclasses::figureNumbered(number, rawPairs(in.subspan(1), "figure"))));
     return;
