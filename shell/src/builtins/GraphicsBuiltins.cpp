@@ -111,22 +111,38 @@ void bMake(Interpreter&, int, Out& out, Args in) {
   out.push_back(objectValue(makeWithParent(fn, ClassName, in, Fallback)));
 }
 
+BuiltinFn& plainSet();
+
+// Sets the pairs on `object` as set(object, pairs...) does: all or nothing.
+void setPairs(Interpreter& interp, const COSInterfacePtr& object, Args pairs) {
+  if (pairs.empty()) return;
+  std::vector<Value> args{objectValue(object)};
+  args.insert(args.end(), pairs.begin(), pairs.end());
+  Out ignored;
+  plainSet()(interp, 0, ignored, Args(args));
+}
+
 // figure, figure(pairs), figure(f) (makes f current), figure(n) (selects
 // figure number n, or makes it), each of the last two with pairs too.
-void bFigure(Interpreter&, int, Out& out, Args in) {
+void bFigure(Interpreter& interp, int, Out& out, Args in) {
   if (!in.empty() && isObjectValue(in[0])) {
     COSInterfacePtr figure = objectArg("figure", in[0]);
     if (!isOfClass(figure.get(), {sgclasses::kFigureClass})) throw Error("VANTEL:sgsh:NotFigure", "figure");
-    const std::vector<const vxArray*> pairs = rawPairs(in.subspan(1), "figure");
-    matrix::unique_vxArray self(omCreateVCOSScalar(figure));
-    for (std::size_t i = 0; i < pairs.size(); i += 2) vxSetProperty(self.get(), 0, textArg("figure", in[i + 1]).c_str(), pairs[i + 1]);
+    rawPairs(in.subspan(1), "figure");
+    setPairs(interp, figure, in.subspan(1));
     sgclasses::makeCurrent(figure);
     out.push_back(objectValue(figure));
     return;
   }
   if (!in.empty() && !ops::isText(in[0].get())) {
     const double number = figureNumber("figure", in[0]);
-    out.push_back(objectValue(sgclasses::figureNumbered(number, rawPairs(in.subspan(1), "figure"))));
+    const std::vector<const vxArray*> pairs = rawPairs(in.subspan(1), "figure");
+    if (COSInterfacePtr existing = sgclasses::findFigure(number)) {
+      setPairs(interp, existing, in.subspan(1));
+      out.push_back(objectValue(sgclasses::figureNumbered(number)));
+    } else {
+      out.push_back(objectValue(sgclasses::figureNumbered(number, pairs)));
+    }
     return;
   }
   COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root(), rawPairs(in, "figure"));
