@@ -10,6 +10,7 @@
 #include "sgutils/objects/Axes.gen.h"
 #include "sgutils/objects/Line.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
+#include "vcos/COSClient.h"
 #include "vx/matrix.h"
 #include "vx/vx.h"
 
@@ -146,34 +147,44 @@ std::vector<COSInterfacePtr> plot(const COSInterfacePtr& axes, std::span<const P
   std::vector<LineData> lines;
   for (const PlotSeries& one : series) splitSeries(one, lines);
 
-  if (block.getNextPlot() == NextPlot::Replace) block.clearForPlot();
+  // The lines are made first and the axes cleared after, so a failure (a bad
+  // name-value pair) takes back the lines made so far and leaves the axes as
+  // it was.
   std::vector<COSInterfacePtr> made;
   made.reserve(lines.size());
   std::vector<matrix::unique_vxArray> owned;
   std::vector<const vxArray*> inputs;
-  for (LineData& data : lines) {
-    owned.clear();
-    inputs.clear();
-    const auto add = [&](const char* name, vxArray* value) {
-      owned.emplace_back(vxCreateString(name));
-      inputs.push_back(owned.back().get());
-      owned.emplace_back(value);
-      inputs.push_back(owned.back().get());
-    };
-    add("XData", data.x.release());
-    add("YData", data.y.release());
-    const LineSpec& spec = *data.spec;
-    if (spec.color) add("Color", spec.color->toArray());
-    if (!spec.lineStyle.empty()) add("LineStyle", vxCreateString(spec.lineStyle.c_str()));
-    if (!spec.marker.empty()) add("Marker", vxCreateString(spec.marker.c_str()));
-    inputs.insert(inputs.end(), pairs.begin(), pairs.end());
+  try {
+    for (LineData& data : lines) {
+      owned.clear();
+      inputs.clear();
+      const auto add = [&](const char* name, vxArray* value) {
+        owned.emplace_back(vxCreateString(name));
+        inputs.push_back(owned.back().get());
+        owned.emplace_back(value);
+        inputs.push_back(owned.back().get());
+      };
+      add("XData", data.x.release());
+      add("YData", data.y.release());
+      const LineSpec& spec = *data.spec;
+      if (spec.color) add("Color", spec.color->toArray());
+      if (!spec.lineStyle.empty()) add("LineStyle", vxCreateString(spec.lineStyle.c_str()));
+      if (!spec.marker.empty()) add("Marker", vxCreateString(spec.marker.c_str()));
+      inputs.insert(inputs.end(), pairs.begin(), pairs.end());
+      made.push_back(create(kLineClass, axes, inputs));
+    }
+  } catch (...) {
+    for (const COSInterfacePtr& line : made)
+      if (!line->isDestroyed()) line->deleteObject(COSGetPublicClient());
+    throw;
+  }
 
-    COSInterfacePtr line = create(kLineClass, axes, inputs);
+  if (block.getNextPlot() == NextPlot::Replace) block.clearForPlot(made);
+  for (const COSInterfacePtr& line : made) {
     Line* lineBlock = sgutils::blockOf<Line>(line.get(), Line::classID());
     // A plot without a colour of its own takes the next one; the mode stays auto.
     if (lineBlock->getColorMode() == graphics::datatype::AutoManual::Auto)
       lineBlock->setColor(block.takeNextColor(), graphics::datatype::PrivateClient);
-    made.push_back(std::move(line));
   }
   makeCurrent(axes);
   return made;

@@ -79,6 +79,15 @@ TEST_F(ClassesTest, GroupsTakeTheirOwnSpecsAndBadDataChangesNothing) {
   EXPECT_EQ(identifierOf([&] { sgclasses::plot(axes, groups); }), "VANTEL:sgclasses:PlotLengthsDiffer");
   EXPECT_EQ(childCount(axes), 3);
   EXPECT_FALSE(lines[0]->isDestroyed());
+  // A bad pair fails after some lines were made: they are taken back, and
+  // the axes keeps what it had.
+  Arr name(vxCreateString("LineWidth")), bad(vxCreateString("wide"));
+  const vxArray* badPairs[] = {name.get(), bad.get()};
+  groups = {{nullptr, a.get(), {}}, {nullptr, a.get(), {}}};
+  EXPECT_EQ(identifierOf([&] { sgclasses::plot(axes, groups, badPairs); }), "VANTEL:vcos:ConversionFailed");
+  EXPECT_EQ(childCount(axes), 3);
+  EXPECT_FALSE(lines[1]->isDestroyed());
+  EXPECT_EQ(number(axes, "ColorOrderIndex"), 2);
   // The one-line form refuses a matrix rather than giving several lines.
   EXPECT_EQ(identifierOf([&] { sgclasses::plot(axes, nullptr, wrong.get(), {}); }),
             "VANTEL:sgclasses:PlotNotVector");
