@@ -92,7 +92,7 @@ void Axes::makeTitle(COSInterfacePtr object) {
   COSInterfacePtr text = omGetArrayElement(made.get(), 0);
   Text* block = sgutils::blockOf<Text>(text.get(), Text::classID());
   block->setHandleVisibility(graphics::datatype::HandleVisibility::Off, graphics::datatype::PrivateClient);
-  block->setHorizontalAlignment(u"center", graphics::datatype::PrivateClient);
+  block->setHorizontalAlignment(HorizontalAlignment::Center, graphics::datatype::PrivateClient);
   block->reparent(text.get(), object.get());
   title_ = COSInterfacePtr(text.get(), COSWeakReference);
 }
@@ -163,10 +163,12 @@ graphics::datatype::RGBAColor Axes::takeNextColor() {
   return order.at((static_cast<std::size_t>(index) - 1) % rows);
 }
 
-void Axes::clearForPlot() {
+void Axes::clearForPlot(std::span<const COSInterfacePtr> keep) {
   std::vector<COSInterfacePtr> doomed;
   for (COSInterface* child = getCOSObject()->getNewestChild(); child; child = child->getOlderSibling())
-    if (child != title_.get() && !child->isBeingDestroyed()) doomed.emplace_back(child);
+    if (child != title_.get() && !child->isBeingDestroyed() &&
+        std::find(keep.begin(), keep.end(), COSInterfacePtr(child)) == keep.end())
+      doomed.emplace_back(child);
   for (const COSInterfacePtr& child : doomed)
     if (!child->isDestroyed()) child->deleteObject(COSGetPublicClient());
   colorOrderIndex_ = 1;

@@ -6,6 +6,8 @@
 
 #include "foundation/core/except/Error.h"
 #include "sgclasses/ClassNames.h"
+#include "sgutils/objects/CurrentAxes.gen.h"
+#include "sgutils/objects/MixinMethod.h"
 #include "sgutils/objects/Root.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "vcos/COSIterator.h"
@@ -37,7 +39,35 @@ bool isLiveBelow(const COSInterface* object, const COSInterface* ancestor) {
   return false;
 }
 
+vxArray* objectOrPlaceholder(const COSInterfacePtr& object) {
+  return object ? omCreateVCOSScalar(object) : omCreateVCOSEmpty("vantel.graphics.GraphicsPlaceholder");
+}
+
+// The figure's answer in the CurrentAxes walk: the candidate stays, the axes
+// is the figure's current axes (empty when it has none).
+void processCurrentObjectCandidate(const COSClient*, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) {
+  const vxArray* self = nrhs > 0 ? prhs[0].asPointer<const vxArray>() : nullptr;
+  COSInterfacePtr figure = self && omIsVCOS(self) && vxGetNumberOfElements(self) == 1 ? omGetLiveArrayElement(self, 0)
+                                                                                      : COSInterfacePtr();
+  Figure* block = figure ? sgutils::blockOf<Figure>(figure.get(), Figure::classID()) : nullptr;
+  if (nlhs >= 1) {
+    const vxArray* candidate = nrhs > 1 ? prhs[1].asPointer<const vxArray>() : nullptr;
+    plhs[0] = COSValue(candidate ? vxCreateSharedCopyNotOnArrayList(candidate) : objectOrPlaceholder(nullptr));
+  }
+  if (nlhs >= 2) plhs[1] = COSValue(objectOrPlaceholder(block ? block->currentAxes() : COSInterfacePtr()));
+}
+
 }  // namespace
+
+void Figure::addOwnMethods(COSClass* cls, COSID classId) {
+  sgutils::addMixinMethod(cls, classId, "processCurrentObjectCandidate", &processCurrentObjectCandidate,
+                          {"object", "candidate"}, {"object", "axes"});
+}
+
+COSInterfacePtr Figure::plotTarget() const {
+  COSInterfacePtr self = getCOSReference();
+  return self ? graphics::mixin::CurrentAxes::getCurrentObjectAndAxes(self).second : COSInterfacePtr();
+}
 
 bool Figure::acceptsParent(COSInterface* parent) const { return isOfClass(parent, {kRootClass}); }
 
@@ -59,7 +89,7 @@ COSInterfacePtr Figure::currentAxes() const {
 }
 
 COSValue Figure::getCurrentAxesImpl(COSPropInfo*, const COSClient*, COSInterface*) {
-  return COSValue(objectOrEmpty(currentAxes()));
+  return COSValue(objectOrEmpty(plotTarget()));
 }
 
 void Figure::setCurrentAxesImpl(COSPropInfo*, const COSClient*, COSInterface* object, COSValue value) {

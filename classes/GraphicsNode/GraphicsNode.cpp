@@ -7,6 +7,9 @@
 
 #include "foundation/core/except/Error.h"
 #include "sgdatatypes/HandleNumberTable.h"
+#include "sgutils/objects/CurrentAxes.gen.h"
+#include "sgutils/objects/GraphicsUIProperties.gen.h"
+#include "sgutils/objects/Legacy.gen.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
 #include "vcos/ObjectArray.h"
@@ -66,6 +69,15 @@ void GraphicsNode::reparent(COSInterface* object, COSInterface* parent) {
   parent->hookChild(object);
   applyDefaultProperties(COSInterfacePtr(parent), false);
   parentChanged(object, parent);
+}
+
+void GraphicsNode::runOtherLineSetups(COSInterfacePtr object) {
+  static const COSID lines[] = {graphics::internal::GraphicsUIProperties::classID(),
+                                graphics::internal::Legacy::classID(), graphics::mixin::CurrentAxes::classID()};
+  for (const COSID& id : lines) {
+    auto* block = static_cast<SGReference*>(object->getInstanceData(id));
+    if (block && block != static_cast<SGReference*>(this)) block->Setup(object);
+  }
 }
 
 void GraphicsNode::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {

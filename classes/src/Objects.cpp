@@ -43,7 +43,7 @@ COSInterfacePtr currentFigure(bool make) {
 COSInterfacePtr currentAxes(bool make) {
   COSInterfacePtr figure = currentFigure(make);
   if (!figure) return {};
-  COSInterfacePtr axes = sgutils::blockOf<Figure>(figure.get(), Figure::classID())->currentAxes();
+  COSInterfacePtr axes = sgutils::blockOf<Figure>(figure.get(), Figure::classID())->plotTarget();
   if (!axes && make) axes = create(kAxesClass, figure);
   return axes;
 }

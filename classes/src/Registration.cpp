@@ -2,6 +2,7 @@
 #include "sgclasses/Registration.h"
 
 #include "sgclasses/ClassNames.h"
+#include "sgclasses/ContainerChildren.h"
 #include "sgclasses/DisplayData.h"
 #include "sgclasses/Enumerations.h"
 #include "sgdatatypes/Registration.h"
@@ -67,11 +68,16 @@ void registerClasses() {
     registerEnumeration<FigureNextPlot>("vantel.graphics.datatype.FigureNextPlot");
     registerEnumeration<LineStyle>("vantel.graphics.datatype.LineStyle");
     registerEnumeration<Marker>("vantel.graphics.datatype.Marker");
+    registerEnumeration<FontWeight>("vantel.graphics.datatype.FontWeight");
+    registerEnumeration<HorizontalAlignment>("vantel.graphics.datatype.HorizontalAlignment");
+    registerEnumeration<VerticalAlignment>("vantel.graphics.datatype.VerticalAlignment");
     using namespace sgutils::generated;
     for (auto fn : {&registerGraphicsNode, &registerGraphicsContainer, &registerRoot, &registerFigure, &registerAxes,
                     &registerLine, &registerText, &registerPatch, &registerGroup, &registerContextMenu})
       fn();
     registerDisplayData();
+    // findobj walks a container's children in place, as its Children lists them.
+    sgutils::setChildListingLookup(&ContainerChildren::listingOf);
     return true;
   }();
   (void)done;

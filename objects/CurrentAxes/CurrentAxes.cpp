@@ -5,7 +5,9 @@
 #include "sgutils/lifecycle/ObjectCtorMI.h"
 #include "sgutils/objects/MixinMethod.h"
 #include "sgutils/propinfos/PropInfoLookup.h"
-#include "src/objects/AncestorWalk.h"
+#include "sgutils/tree/TreeWalks.h"
+#include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
+#include "vcos/COSClass.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vx/vx.h"
@@ -96,11 +98,12 @@ void CurrentAxes::addMethods(COSClass* cls, COSID classId) {
 std::pair<COSInterfacePtr, COSInterfacePtr> CurrentAxes::getCurrentObjectAndAxes(const COSInterfacePtr& start) {
   std::pair<COSInterfacePtr, COSInterfacePtr> pair{start, nullptr};
   // The nearest container at or above `start`, then each above the last.
-  COSInterfacePtr container(sgutils::detail::nearestOfClass(start.get(), classID()));
+  const COSClass* containers = COSClass::getClass(classID());
+  COSInterfacePtr container = sgutils::getAncestor(start, containers, /*useTreeLink=*/true);
   while (container && !container->isBeingDestroyed()) {
     if (CurrentAxes* block = blockOf(container.get())) pair = block->callProcessCurrentObjectCandidate(pair.first);
     if (container->isBeingDestroyed()) break;
-    container = COSInterfacePtr(sgutils::detail::nearestOfClass(container->getOwnerObject(), classID()));
+    container = sgutils::getAncestor(sgutils::getParent(container, /*useTreeLink=*/true), containers, true);
   }
   return pair;
 }

@@ -3,6 +3,8 @@
 // that ask whether an object is a graphics handle (of a given type).
 #include "sgutils/objects/GraphicsBaseFunctions.gen.h"
 
+#include <optional>
+
 #include <algorithm>
 #include <cctype>
 #include <cstring>
@@ -87,11 +89,22 @@ void GraphicsBaseFunctions::setType(const char* text, graphics::datatype::Client
 
 void GraphicsBaseFunctions::initializeTypeProperty(COSInterfacePtr object) {
   if (!object) return;
-  const auto& reverse = sgdatatypes::typemap::getReverseClassNameMap();
-  const auto found = reverse.find(object->getClass()->getName());
-  // A class the map lacks keeps its Type as it is.
-  if (found == reverse.end()) return;
-  setType(lowerAscii(found->second).c_str(), graphics::datatype::PrivateClient);
+  // A class's Type never changes: it is looked up once per run of objects of
+  // one class (interpreter thread only) and stored straight into the member,
+  // since nothing listens to an object in its Setup.
+  static COSID lastClass;
+  static std::optional<graphics::datatype::TypeName> lastType;
+  const COSClass* cls = object->getClass();
+  if (!cls) return;
+  if (cls->getID() != lastClass) {
+    const auto& reverse = sgdatatypes::typemap::getReverseClassNameMap();
+    const auto found = reverse.find(cls->getName());
+    // A class the map lacks keeps its Type as it is.
+    lastType.reset();
+    if (found != reverse.end()) lastType.emplace(lowerAscii(found->second));
+    lastClass = cls->getID();
+  }
+  if (lastType) type_ = *lastType;
 }
 
 bool GraphicsBaseFunctions::issghandlewithargs(const vxArray* value) const {

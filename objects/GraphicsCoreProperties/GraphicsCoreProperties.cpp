@@ -7,10 +7,11 @@
 #include "foundation/core/except/Error.h"
 #include "sgdatatypes/CallbackListeners.h"
 #include "sgutils/lifecycle/SGHandle.h"
-#include "src/objects/AncestorWalk.h"
+#include "sgutils/tree/TreeWalks.h"
 #include "sgutils/objects/MixinMethod.h"
 #include "vcos/COSClient.h"
-#include "vcos/COSDataType.h"
+#include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
+#include "vcos/COSClass.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSListenerOp.h"
 #include "vcos/COSPropInfo.h"
@@ -89,7 +90,10 @@ void GraphicsCoreProperties::attachDeleteListener(COSInterfacePtr object) {
 
 COSInterfacePtr GraphicsCoreProperties::getParentFigure(COSInterface* object) {
   static const COSID figure("vantel.ui.Figure");
-  return COSInterfacePtr(sgutils::detail::nearestOfClass(object, figure));
+  // The figure class belongs to the classes above; without it there is no figure.
+  const COSClass* figureClass = COSClass::getClass(figure);
+  if (!figureClass) return {};
+  return sgutils::getAncestor(COSInterfacePtr(object), figureClass, /*useTreeLink=*/true);
 }
 
 // ---- ContextMenu: the public alias of UIContextMenu

@@ -1,6 +1,7 @@
 // The children of a container as the user sees them, walked afresh from the
 // object tree on every read.
 #include "sgutils/tree/ChildManager.h"
+#include "sgutils/tree/ChildListing.h"
 
 #include <algorithm>
 #include <optional>
@@ -74,8 +75,7 @@ COSInterfacePtr ChildManager::doGetChildren() {
 
 void ChildManager::collectChildrenWidenedByRoot(ChildList& out) {
   std::optional<ShowHiddenHandlesInternal::ShowHiddenHandlesInternalScopeGuard> showAll;
-  if (RootInstance::getRootInstance(NullTolerance::Tolerate) && DefaultChildStrategy::isShowHiddenHandlesOn())
-    showAll.emplace();
+  if (isListingWidenedByRoot()) showAll.emplace();
   collectChildrenDefault(out);
 }
 

@@ -78,7 +78,15 @@ COSInterfacePtr getParent(const COSInterfacePtr& object, bool useTreeLink) {
 }
 
 COSInterfacePtr getAncestor(const COSInterfacePtr& object, const COSClass* cls, bool useTreeLink) {
-  return getAncestor(object, std::vector<const COSClass*>{cls}, useTreeLink);
+  // The one-class walk of the mixins (the figure of an object, the containers
+  // of the current axes): no list of classes is built.
+  const auto matches = [cls](const COSInterfacePtr& at) {
+    const COSClass* own = at->isDestroyed() ? nullptr : at->getClass();
+    return cls && own && own->isSubclassOf(cls->getID());
+  };
+  COSInterfacePtr current = object;
+  while (current && !matches(current)) current = getParent(current, useTreeLink);
+  return current;
 }
 
 COSInterfacePtr getAncestor(const COSInterfacePtr& object, const std::vector<const COSClass*>& classes,

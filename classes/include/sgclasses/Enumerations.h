@@ -13,6 +13,10 @@ enum class NextPlot : unsigned char { Replace = 0, Add = 1 };
 enum class FigureNextPlot : unsigned char { Add = 0, Replace = 1 };
 enum class LineStyle : unsigned char { Solid = 0, Dashed = 1, Dotted = 2, DashDot = 3, None = 4 };
 enum class Marker : unsigned char { None = 0, Circle, Plus, Asterisk, Point, Cross, Square, Diamond, Up, Down, Right, Left, Pentagram, Hexagram };
+// Text: the weight of the font and where the text sits against its Position.
+enum class FontWeight : unsigned char { Normal = 0, Bold = 1 };
+enum class HorizontalAlignment : unsigned char { Left = 0, Center = 1, Right = 2 };
+enum class VerticalAlignment : unsigned char { Middle = 0, Top = 1, Bottom = 2, Baseline = 3, Cap = 4 };
 
 }  // namespace sgclasses
 
@@ -37,6 +41,22 @@ template <>
 struct EnumerationTraits<sgclasses::Marker> {
   static constexpr const char* names[] = {"none", "o", "+", "*", ".", "x", "s", "d", "^", "v", ">", "<", "p", "h"};
   static constexpr EnumerationDescription description{"Marker", names, 14};
+};
+
+template <>
+struct EnumerationTraits<sgclasses::FontWeight> {
+  static constexpr const char* names[] = {"normal", "bold"};
+  static constexpr EnumerationDescription description{"FontWeight", names, 2};
+};
+template <>
+struct EnumerationTraits<sgclasses::HorizontalAlignment> {
+  static constexpr const char* names[] = {"left", "center", "right"};
+  static constexpr EnumerationDescription description{"HorizontalAlignment", names, 3};
+};
+template <>
+struct EnumerationTraits<sgclasses::VerticalAlignment> {
+  static constexpr const char* names[] = {"middle", "top", "bottom", "baseline", "cap"};
+  static constexpr EnumerationDescription description{"VerticalAlignment", names, 5};
 };
 
 }  // namespace graphics::datatype

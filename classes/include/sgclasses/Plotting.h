@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "sgclasses/SgclassesExport.h"
 #include "sgdatatypes/RGBAColor.h"
@@ -32,7 +33,25 @@ SGCLASSES_API bool isHoldOn(const COSInterfacePtr& axes);
 // Plots y over x (x may be null: 1..n) in the axes: clears the axes first
 // when its NextPlot is "replace"; the line takes the axes' next colour
 // unless the line spec (`r--`) or the pairs give one. Returns the new line.
+// x and y must be vectors ("VANTEL:sgclasses:PlotNotVector").
 SGCLASSES_API COSInterfacePtr plot(const COSInterfacePtr& axes, const vxArray* x, const vxArray* y,
                                    const LineSpec& spec, std::span<const vxArray* const> pairs = {});
+
+// One data group of a plot call: y (and x, or null for 1..n) and the line
+// specification that follows it.
+struct PlotSeries {
+  const vxArray* x = nullptr;
+  const vxArray* y = nullptr;
+  LineSpec spec;
+};
+
+// Plots every group in the axes, clearing it once first when its NextPlot is
+// "replace": a vector makes one line; a matrix makes one line per column
+// (plotted against 1..rows, or against a vector x whose length matches its
+// rows, else its columns); a matrix x with a vector y gives one line per
+// column of x; two matrices of one size pair column with column. The pairs
+// go to every line. Returns the lines in order.
+SGCLASSES_API std::vector<COSInterfacePtr> plot(const COSInterfacePtr& axes, std::span<const PlotSeries> series,
+                                                std::span<const vxArray* const> pairs = {});
 
 }  // namespace sgclasses

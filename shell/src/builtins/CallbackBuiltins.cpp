@@ -57,9 +57,10 @@ void bNotify(Interpreter&, int, Out&, Args in) {
 
 void registerCallbackBuiltins() {
   BuiltinRegistry& r = BuiltinRegistry::instance();
-  r.add<bGcbo>("gcbo");
-  r.add<bGcbf>("gcbf");
-  r.add<bNotify>("notify");
+  r.add<bGcbo>("gcbo", "h = gcbo", "The object whose callback is running; empty outside callbacks.");
+  r.add<bGcbf>("gcbf", "f = gcbf", "The figure of the object whose callback is running; empty outside callbacks.");
+  r.add<bNotify>("notify", "notify(h, eventName)",
+                 "Sends the named event from each object, running its listeners and callbacks.");
 }
 
 }  // namespace sgsh::builtins

@@ -6,11 +6,16 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "builtins/BuiltinSupport.h"
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Drawnow.h"
+#include "sgclasses/FigureNumbers.h"
 #include "sgclasses/Objects.h"
 #include "sgclasses/Plotting.h"
 #include "sgdatatypes/HandleNumberTable.h"
@@ -83,6 +88,19 @@ COSInterfacePtr makeWithParent(const char* fn, const char* className, Args in, C
   return made;
 }
 
+// A figure number: a real positive integer scalar.
+double figureNumber(const char* fn, const Value& v) {
+  const vxArray* a = v.get();
+  if (!vxIsDouble(a) || vxIsComplex(a) || vxGetNumberOfElements(a) != 1) throw Error("VANTEL:sgsh:NotFigure", fn);
+  const double n = vxGetPr(a)[0];
+  if (!(n >= 1) || n != std::floor(n) || n > 9007199254740992.0) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%g", n);
+    throw Error("VANTEL:sgsh:BadFigureNumber", text);
+  }
+  return n;
+}
+
 COSInterfacePtr currentAxesMade() { return sgclasses::currentAxes(true); }
 COSInterfacePtr currentFigureMade() { return sgclasses::currentFigure(true); }
 COSInterfacePtr rootObject() { return sgclasses::root(); }
@@ -93,12 +111,38 @@ void bMake(Interpreter&, int, Out& out, Args in) {
   out.push_back(objectValue(makeWithParent(fn, ClassName, in, Fallback)));
 }
 
-void bFigure(Interpreter&, int, Out& out, Args in) {
-  if (in.size() == 1 && isObjectValue(in[0])) {
+BuiltinFn& plainSet();
+
+// Sets the pairs on `object` as set(object, pairs...) does: all or nothing.
+void setPairs(Interpreter& interp, const COSInterfacePtr& object, Args pairs) {
+  if (pairs.empty()) return;
+  std::vector<Value> args{objectValue(object)};
+  args.insert(args.end(), pairs.begin(), pairs.end());
+  Out ignored;
+  plainSet()(interp, 0, ignored, Args(args));
+}
+
+// figure, figure(pairs), figure(f) (makes f current), figure(n) (selects
+// figure number n, or makes it), each of the last two with pairs too.
+void bFigure(Interpreter& interp, int, Out& out, Args in) {
+  if (!in.empty() && isObjectValue(in[0])) {
     COSInterfacePtr figure = objectArg("figure", in[0]);
-    if (!isOfClass(figure.get(), {sgclasses::kFigureClass})) throw Error("VANTEL:sgsh:NotGraphicsObject", "figure");
+    if (!isOfClass(figure.get(), {sgclasses::kFigureClass})) throw Error("VANTEL:sgsh:NotFigure", "figure");
+    rawPairs(in.subspan(1), "figure");
+    setPairs(interp, figure, in.subspan(1));
     sgclasses::makeCurrent(figure);
     out.push_back(objectValue(figure));
+    return;
+  }
+  if (!in.empty() && !ops::isText(in[0].get())) {
+    const double number = figureNumber("figure", in[0]);
+    const std::vector<const vxArray*> pairs = rawPairs(in.subspan(1), "figure");
+    if (COSInterfacePtr existing = sgclasses::findFigure(number)) {
+      setPairs(interp, existing, in.subspan(1));
+      out.push_back(objectValue(sgclasses::figureNumbered(number)));
+    } else {
+      out.push_back(objectValue(sgclasses::figureNumbered(number, pairs)));
+    }
     return;
   }
   COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root(), rawPairs(in, "figure"));
@@ -125,31 +169,48 @@ constexpr char kPatch[] = "vantel.graphics.primitive.Patch";
 constexpr char kGroup[] = "vantel.graphics.primitive.Group";
 constexpr char kContextMenu[] = "vantel.ui.container.ContextMenu";
 
-// plot(y), plot(x, y), plot(ax, ...), each with an optional line
-// specification and name-value pairs after the data.
+// plot(y), plot(x, y), plot(ax, ...), any number of such data groups, each
+// with an optional line specification, then name-value pairs for every line:
+// plot(y1, 'r', x2, y2, 'LineWidth', 2). A text after a group's data is its
+// line specification when it reads as one, or when an odd number of
+// arguments is left (it then must read as one).
 void bPlot(Interpreter&, int, Out& out, Args in) {
   COSInterfacePtr axes;
   if (!in.empty() && isObjectValue(in[0])) {
     axes = objectArg("plot", in[0]);
     in = in.subspan(1);
   }
-  std::size_t data = 0;
-  while (data < in.size() && data < 2 && !ops::isText(in[data].get())) ++data;
-  if (data == 0) throw Error("VANTEL:sgsh:NotEnoughInputs", "plot");
-  sgclasses::LineSpec spec;
-  Args rest = in.subspan(data);
-  if (rest.size() % 2 == 1) {
-    const std::string text = textArg("plot", rest[0]);
-    std::optional<sgclasses::LineSpec> parsed = sgclasses::parseLineSpec(text);
-    if (!parsed) throw Error("VANTEL:sgsh:BadLineSpec", text);
-    spec = *parsed;
-    rest = rest.subspan(1);
+  std::vector<sgclasses::PlotSeries> series;
+  std::size_t i = 0;
+  while (i < in.size() && !ops::isText(in[i].get())) {
+    sgclasses::PlotSeries one;
+    if (i + 1 < in.size() && !ops::isText(in[i + 1].get())) {
+      one.x = in[i].get();
+      one.y = in[i + 1].get();
+      i += 2;
+    } else {
+      one.y = in[i].get();
+      i += 1;
+    }
+    if (i < in.size() && ops::isText(in[i].get())) {
+      const std::string text = ops::textOf(in[i].get());
+      std::optional<sgclasses::LineSpec> parsed = sgclasses::parseLineSpec(text);
+      if (parsed) {
+        one.spec = *parsed;
+        ++i;
+      } else if ((in.size() - i) % 2 == 1) {
+        throw Error("VANTEL:sgsh:BadLineSpec", text);
+      }
+    }
+    series.push_back(std::move(one));
   }
-  const std::vector<const vxArray*> pairs = rawPairs(rest, "plot");
+  if (series.empty()) throw Error("VANTEL:sgsh:NotEnoughInputs", "plot");
+  const std::vector<const vxArray*> pairs = rawPairs(in.subspan(i), "plot");
   if (!axes) axes = sgclasses::currentAxes(true);
-  const vxArray* x = data == 2 ? in[0].get() : nullptr;
-  const vxArray* y = data == 2 ? in[1].get() : in[0].get();
-  out.push_back(objectValue(sgclasses::plot(axes, x, y, spec, pairs)));
+  const std::vector<COSInterfacePtr> lines = sgclasses::plot(axes, series, pairs);
+  matrix::unique_vxArray result(omCreateVCOSMatrix(lines.size(), 1, sgclasses::kLineClass));
+  for (std::size_t k = 0; k < lines.size(); ++k) omSetArrayElement(result.get(), k, lines[k]);
+  out.push_back(Value(result.release()));
 }
 
 void bGroot(Interpreter&, int, Out& out, Args in) {
@@ -214,7 +275,7 @@ void bClf(Interpreter&, int, Out&, Args in) {
   if (figure) deleteChildren(figure, nullptr);
 }
 
-// close, close(f), close all.
+// close, close(f) (figures, or their numbers), close all.
 void bClose(Interpreter&, int, Out&, Args in) {
   checkArgs("close", in, 0, 1);
   if (!in.empty() && ops::isText(in[0].get())) {
@@ -222,8 +283,27 @@ void bClose(Interpreter&, int, Out&, Args in) {
     deleteChildren(sgclasses::root(), nullptr);
     return;
   }
-  COSInterfacePtr figure = in.empty() ? sgclasses::currentFigure(false) : objectArg("close", in[0]);
-  if (figure) figure->deleteObject(COSGetPublicClient());
+  if (in.empty()) {
+    if (COSInterfacePtr figure = sgclasses::currentFigure(false)) figure->deleteObject(COSGetPublicClient());
+    return;
+  }
+  // Every element is checked before any figure goes.
+  const vxArray* value = in[0].get();
+  std::vector<COSInterfacePtr> doomed;
+  for (std::size_t k = 0; k < vxGetNumberOfElements(value); ++k) {
+    COSInterfacePtr figure;
+    if (vxIsObject(value)) {
+      figure = omGetArrayElement(value, k);
+      if (!figure || figure->isDestroyed() || figure->isBeingDestroyed()) throw Error("VANTEL:sg:DeletedObject");
+    } else if (vxIsDouble(value) && !vxIsComplex(value)) {
+      figure = sgclasses::findFigure(vxGetPr(value)[k]);
+      if (!figure) throw Error("VANTEL:sgsh:NotFigure", "close");
+    }
+    if (!figure || !isOfClass(figure.get(), {sgclasses::kFigureClass})) throw Error("VANTEL:sgsh:NotFigure", "close");
+    doomed.push_back(std::move(figure));
+  }
+  for (const COSInterfacePtr& figure : doomed)
+    if (!figure->isDestroyed() && !figure->isBeingDestroyed()) figure->deleteObject(COSGetPublicClient());
 }
 
 // findobj(...) and findall(...) without an object search from the root;
@@ -367,8 +447,8 @@ void registerGraphicsBuiltins() {
     plainGet() = r.find("get");
     plainSet() = r.find("set");
   }
-  r.add<bFigure>("figure", "f = figure\nf = figure(name, value, ...)",
-                 "Makes a figure and makes it current.");
+  r.add<bFigure>("figure", "f = figure\nf = figure(name, value, ...)\nf = figure(n)\nfigure(f)",
+                 "Makes a figure, or selects figure n (making it when there is none) or f, and makes it current.");
   r.add<bAxes>("axes", "ax = axes\nax = axes(name, value, ...)",
                "Makes axes in the current figure and makes them current.");
   r.add<bMake<kLine, &currentAxesMade>>("line", "h = line(name, value, ...)",
@@ -381,8 +461,8 @@ void registerGraphicsBuiltins() {
                                          "Makes a group in the current axes.");
   r.add<bMake<kContextMenu, &currentFigureMade>>("contextmenu", "h = contextmenu(name, value, ...)",
                                                  "Makes a context menu in the current figure.");
-  r.add<bPlot>("plot", "h = plot(y)\nh = plot(x, y)\nh = plot(ax, x, y, spec, name, value, ...)",
-               "Plots lines of data in the current axes; a line spec such as 'r--' gives colour, style and marker.");
+  r.add<bPlot>("plot", "h = plot(y)\nh = plot(x, y)\nh = plot(x1, y1, spec1, x2, y2, ...)\nh = plot(ax, x, y, spec, name, value, ...)",
+               "Plots lines of data in the current axes, one per column of a matrix; a line spec such as 'r--' gives colour, style and marker.");
   r.add<bGroot>("groot", "r = groot",
                 "The root of the object tree.");
   r.add<bGcf>("gcf", "f = gcf",
@@ -395,7 +475,7 @@ void registerGraphicsBuiltins() {
               "Deletes the visible children of the axes.");
   r.add<bClf>("clf", "clf\nclf(f)",
               "Deletes the visible children of the figure.");
-  r.add<bClose>("close", "close\nclose(f)\nclose all",
+  r.add<bClose>("close", "close\nclose(f)\nclose(n)\nclose all",
                 "Deletes figures: the current one, the given ones, or all.");
   r.add<bFindobj>("findobj", "h = findobj\nh = findobj(h, name, value, ...)",
                   "Objects below the given ones whose properties match; '-regexp', '-depth', '-not', '-and', '-or', '-function' refine the search.");

@@ -10,6 +10,7 @@
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
 #include "vcos/COSClass.h"
 #include "vcos/COSClassInfo.h"
+#include "vcos/FindobjChildTest.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/src/builtin/BuiltinNames.h"
 #include "vcos/src/findobj/FindobjQuery.h"
@@ -30,6 +31,8 @@ bool searchable(COSInterface* object) {
 // worth of tests.
 constexpr int kLookahead = 8;
 
+FindobjChildTestLookup childTestLookup = nullptr;
+
 // The children of one object being walked. A class with its own list gives
 // a snapshot of it, and so does the tree's chain when the conditions call
 // functions, which may delete objects of the level being walked. Otherwise
@@ -38,11 +41,15 @@ constexpr int kLookahead = 8;
 // handed out last and the child it looks ahead at strongly, so code run by a
 // condition (a get listener) never leaves a dangling pointer; a chain whose
 // current child was taken out of it meanwhile ends there. The look-ahead is
-// only a hint: where such code moved it, it fetches the wrong memory.
+// only a hint: where such code moved it, it fetches the wrong memory. A class
+// whose own list is its chain less some children gives a test instead
+// (FindobjChildTest.h): the chain is then followed (or copied) with the
+// children the test refuses passed over.
 struct Frame {
   COSInterfacePtr parent;
   double depth = 0;  // of the children
   bool chain = true;
+  FindobjChildTest test;  // `listed` null: every child of the chain
   std::vector<COSInterfacePtr> list;  // own lists; capacity kept across uses
   std::size_t next = 0;
   COSInterfacePtr current;  // chain: the child visited last
@@ -57,7 +64,10 @@ struct Frame {
       return;
     }
     COSInterface* c = parent->getNewestChild();
-    for (int i = 0; c && i < kLookahead; ++i, c = c->getOlderSibling()) query->prefetch(c);
+    for (int i = 0; c && i < kLookahead; ++i, c = c->getOlderSibling()) {
+      if (test.prefetch) test.prefetch(c);
+      query->prefetch(c);
+    }
     ahead = c;
   }
 
@@ -70,12 +80,16 @@ struct Frame {
     }
     COSInterface* c = current ? (current->getOwnerObject() == parent.get() ? current->getOlderSibling() : nullptr)
                               : parent->getNewestChild();
-    current = c;
-    if (ahead && query) {
-      query->prefetch(ahead.get());
-      ahead = ahead->getOlderSibling();
+    while (true) {
+      current = c;
+      if (ahead && query) {
+        if (test.prefetch) test.prefetch(ahead.get());
+        query->prefetch(ahead.get());
+        ahead = ahead->getOlderSibling();
+      }
+      if (!c || !test.listed || test.listed(c, test.flags)) return c;
+      c = c->getOlderSibling();
     }
-    return c;
   }
 };
 
@@ -124,21 +138,38 @@ class Walk {
       lastOwnList_ = info && info->usesCustomChildrenList() ? info : nullptr;
     }
     COSClassInfo* ownList = lastOwnList_;
+    // An own list that is the chain less some children: a test per child.
+    FindobjChildTest test;
+    if (ownList && childTestLookup) {
+      if (cls == lastTestClass_ && lastTest_.sameForClass) {
+        test = lastTest_;
+      } else {
+        test = childTestLookup(ownList, parent);
+        lastTestClass_ = cls;
+        lastTest_ = test;
+      }
+    }
+    const bool filtered = test.listed != nullptr;
+    if (filtered) ownList = nullptr;
     if (!ownList && !parent->getNewestChild()) return;  // no children: no frame
 
     if (top_ == frames_.size()) frames_.emplace_back();
     Frame& f = frames_[top_++];
     f.chain = !ownList && !snapshotChains_;
+    f.test = f.chain ? test : FindobjChildTest{};
     f.depth = childDepth;
     f.next = 0;
     f.current.reset();
     f.parent = parent;
     if (!f.chain) {
       f.list.clear();
-      if (ownList)
+      if (ownList) {
         ownList->getChildrenOfInstance(parent, f.list);  // newest first
-      else
-        for (COSInterface* c = parent->getNewestChild(); c; c = c->getOlderSibling()) f.list.emplace_back(c);
+      } else {
+        // The test runs before any condition, as the list of the class would be made.
+        for (COSInterface* c = parent->getNewestChild(); c; c = c->getOlderSibling())
+          if (!filtered || test.listed(c, test.flags)) f.list.emplace_back(c);
+      }
     }
     f.startLookahead(lookahead_);
   }
@@ -151,9 +182,13 @@ class Walk {
   std::size_t top_ = 0;
   const COSClass* lastClass_ = nullptr;
   COSClassInfo* lastOwnList_ = nullptr;
+  const COSClass* lastTestClass_ = nullptr;
+  FindobjChildTest lastTest_;
 };
 
 }  // namespace
+
+void setFindobjChildTestLookup(FindobjChildTestLookup lookup) noexcept { childTestLookup = lookup; }
 
 vxArray* findobj(const vxArray* handles, int nargs, const vxArray* const args[]) {
   if (!omIsVCOS(handles)) throw foundation::core::except::Error("VANTEL:vcos:findobj:NotHandles");

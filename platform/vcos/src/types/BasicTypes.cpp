@@ -276,6 +276,11 @@ void registerBasicTypes() {
   }));
   COSTypeRepository::addConversion(any, unicode, makeConversion([](COSValue v) {
     auto* a = v.asPointer<const vxArray>();
+    // A string scalar ("abc") stands for its characters wherever a char row does.
+    if (a && vxIsString(a) && vxGetNumberOfElements(a) == 1) {
+      std::optional<std::u16string> text = vxGetStringElement(a, 0);
+      if (text) return COSValue(new std::u16string(std::move(*text)));
+    }
     if (!a || !vxIsChar(a)) throw Error(vcos::msg::ConversionFailed, "any", "unicodeString");
     const vxChar* c = vxGetChars(a);
     return COSValue(new std::u16string(c, c + vxGetNumberOfElements(a)));

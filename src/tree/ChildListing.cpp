@@ -1,0 +1,62 @@
+// The in-place route of findobj through containers whose Children is the
+// raw chain less the children that are not visible.
+#include "sgutils/tree/ChildListing.h"
+
+#include "sgutils/tree/ChildStrategy.h"
+#include "sgutils/tree/DefaultChildStrategy.h"
+#include "sgutils/tree/DefaultFindobjClassInfo.h"
+#include "sgutils/tree/RootInstance.h"
+#include "sgutils/tree/ShowHiddenHandlesInternal.h"
+#include "vcos/FindobjChildTest.h"
+
+namespace sgutils {
+
+namespace {
+
+ChildListingLookup listingLookup = nullptr;
+
+constexpr unsigned kWidened = 1;
+
+bool listed(COSInterface* child, unsigned flags) {
+  if (flags & kWidened) {
+    ShowHiddenHandlesInternal::ShowHiddenHandlesInternalScopeGuard showAll;
+    return ChildStrategy::isChildHandleVisible(COSInterfacePtr(child));
+  }
+  return ChildStrategy::isChildHandleVisible(COSInterfacePtr(child));
+}
+
+bool unlisted(COSInterface*, unsigned) { return false; }
+
+void prefetch(const COSInterface* child) noexcept { ChildStrategy::prefetchVisibility(child); }
+
+// Only the classes whose own list is their Children (the find-all switch
+// off) take the route.
+vcos::FindobjChildTest childTest(COSClassInfo* info, COSInterface* parent) {
+  if (!listingLookup || !dynamic_cast<DefaultFindobjClassInfo*>(info)) return {};
+  // A listing is one per class; the root's switch is read once per search
+  // (a condition that changes it meanwhile is not seen).
+  switch (listingLookup(parent)) {
+    case ChildListing::Visible:
+      return {&listed, &prefetch, 0, true};
+    case ChildListing::VisibleWidenedByRoot:
+      return {&listed, &prefetch, isListingWidenedByRoot() ? kWidened : 0, true};
+    case ChildListing::None:
+      return {&unlisted, nullptr, 0, true};
+    case ChildListing::Built:
+      break;
+  }
+  return {};
+}
+
+}  // namespace
+
+void setChildListingLookup(ChildListingLookup lookup) noexcept {
+  listingLookup = lookup;
+  vcos::setFindobjChildTestLookup(lookup ? &childTest : nullptr);
+}
+
+bool isListingWidenedByRoot() {
+  return RootInstance::getRootInstance(NullTolerance::Tolerate) && DefaultChildStrategy::isShowHiddenHandlesOn();
+}
+
+}  // namespace sgutils

@@ -1,0 +1,99 @@
+// findobj walks a container's children in place: it must find exactly what
+// the search through the built Children lists finds, in the same order,
+// whatever the HandleVisibility of the children and the hiding switches.
+#include <vector>
+
+#include "ClassesTestSupport.h"
+#include "sgclasses/ClassNames.h"
+#include "sgclasses/ContainerChildren.h"
+#include "sgutils/tree/ChildListing.h"
+#include "sgutils/tree/DefaultFindobjClassInfo.h"
+#include "vcos/ObjectCalls.h"
+
+namespace sgtest::classes {
+namespace {
+
+class FindobjRoute : public ClassesTest {
+ protected:
+  void TearDown() override {
+    sgutils::setChildListingLookup(&sgclasses::ContainerChildren::listingOf);
+    ClassesTest::TearDown();
+  }
+
+  // findobj(start, args...) through the graphics method, as sgsh calls it.
+  static std::vector<COSInterface*> find(const COSInterfacePtr& start, std::vector<const char*> words) {
+    Arr self(omCreateVCOSScalar(start));
+    std::vector<Arr> owned;
+    std::vector<const vxArray*> inputs{self.get()};
+    for (const char* w : words) {
+      owned.emplace_back(vxCreateString(w));
+      inputs.push_back(owned.back().get());
+    }
+    vxArray* result = nullptr;
+    EXPECT_TRUE(omCallMethod(COSID("vantel.graphics.Graphics"), "findobj", COSGetPublicClient(), 1, &result,
+                             static_cast<int>(inputs.size()), inputs.data(), true));
+    Arr owner(result);
+    std::vector<COSInterface*> found;
+    for (std::size_t i = 0; i < vxGetNumberOfElements(result); ++i) found.push_back(omGetArrayElement(result, i).get());
+    return found;
+  }
+
+  // The same search with the in-place route and with the built lists.
+  void expectSameBothWays(const COSInterfacePtr& start, const std::vector<const char*>& words, std::size_t expected) {
+    const std::vector<COSInterface*> inPlace = find(start, words);
+    sgutils::setChildListingLookup(nullptr);
+    const std::vector<COSInterface*> built = find(start, words);
+    sgutils::setChildListingLookup(&sgclasses::ContainerChildren::listingOf);
+    EXPECT_EQ(inPlace, built);
+    EXPECT_EQ(inPlace.size(), expected);
+  }
+};
+
+TEST_F(FindobjRoute, HiddenChildrenAndTheSwitchesGiveWhatChildrenGives) {
+  COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  COSInterfacePtr group = sgclasses::create(sgclasses::kGroupClass, axes);
+  const char* visibilities[] = {"on", "off", "callback", "on", "off", "on"};
+  for (const char* v : visibilities) {
+    set(sgclasses::create(sgclasses::kLineClass, axes), "HandleVisibility", Arr(vxCreateString(v)).get());
+    set(sgclasses::create(sgclasses::kLineClass, group), "HandleVisibility", Arr(vxCreateString(v)).get());
+  }
+  // A hidden group hides its lines from the search too.
+  COSInterfacePtr hiddenGroup = sgclasses::create(sgclasses::kGroupClass, axes);
+  set(hiddenGroup, "HandleVisibility", Arr(vxCreateString("off")).get());
+  sgclasses::create(sgclasses::kLineClass, hiddenGroup);
+
+  // Visible: three lines in the axes, three in the group.
+  expectSameBothWays(figure, {"Type", "line"}, 6);
+  expectSameBothWays(figure, {}, 9);  // the figure, the axes, the visible group and six lines
+
+  // The root's ShowHiddenHandles widens every list: all 13 lines, the title.
+  set(sgclasses::root(), "ShowHiddenHandles", Arr(vxCreateString("on")).get());
+  expectSameBothWays(figure, {"Type", "line"}, 13);
+  expectSameBothWays(figure, {"Type", "text"}, 1);
+  set(sgclasses::root(), "ShowHiddenHandles", Arr(vxCreateString("off")).get());
+
+  // findall walks the raw tree either way.
+  sgutils::DefaultFindobjClassInfo::FindAllScope all;
+  expectSameBothWays(figure, {"Type", "line"}, 13);
+}
+
+TEST_F(FindobjRoute, OrderIsNewestFirstAndAReorderIsSeen) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  std::vector<COSInterfacePtr> lines;
+  for (int i = 0; i < 4; ++i) lines.push_back(sgclasses::create(sgclasses::kLineClass, axes));
+  std::vector<COSInterface*> found = find(axes, {"Type", "line"});
+  ASSERT_EQ(found.size(), 4u);
+  EXPECT_EQ(found.front(), lines.back().get());
+  // Children set oldest first: the search follows.
+  Arr order(omCreateVCOSMatrix(4, 1, sgclasses::kLineClass));
+  for (std::size_t i = 0; i < 4; ++i) omSetArrayElement(order.get(), i, lines[i]);
+  set(axes, "Children", order.get());
+  found = find(axes, {"Type", "line"});
+  ASSERT_EQ(found.size(), 4u);
+  EXPECT_EQ(found.front(), lines.front().get());
+  expectSameBothWays(axes, {"Type", "line"}, 4);
+}
+
+}  // namespace
+}  // namespace sgtest::classes
