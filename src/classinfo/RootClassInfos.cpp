@@ -10,6 +10,12 @@
 #include "sgutils/classinfo/GraphicsPlaceholderCI.h"
 #include "sgutils/classinfo/ResetEI.h"
 #include "sgutils/classinfo/ResetMI.h"
+#include "sgutils/classinfo/EqMI.h"
+#include "sgutils/classinfo/IsChildPropertyMI.h"
+#include "sgutils/classinfo/NeMI.h"
+#include "sgutils/classinfo/SGDoubleHandleMI.h"
+#include "sgutils/classinfo/SGHandleConvertMI.h"
+#include "sgutils/classinfo/SGIsPropMI.h"
 #include "sgutils/classinfo/RootClassInfo.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/tree/FindobjMI.h"
@@ -218,6 +224,11 @@ void SGHandleClassInfo::addMembers(COSClass* cls) {
   cls->addMethod(new GetGraphicsPlaceholderMI(me));
   cls->addMethod(new ResetMI(me));
   cls->addMethod(new sgutils::FindobjMI(me));
+  cls->addMethod(new EqMI(me));
+  cls->addMethod(new NeMI(me));
+  cls->addMethod(new SGDoubleHandleMI(me));
+  cls->addMethod(new SGHandleConvertMI(me));
+  cls->addMethod(new IsChildPropertyMI(me));
   cls->addEvent(new ResetEI);
 }
 
@@ -252,6 +263,7 @@ void* SGReferenceClassInfo::allocateInstance(COSInterface* instance) {
 void SGReferenceClassInfo::deallocateInstance(COSInterface*, void* data) {
   if (data) delete static_cast<SGReference*>(data);
 }
+void SGReferenceClassInfo::addMembers(COSClass* cls) { cls->addMethod(new SGIsPropMI(cls->getID())); }
 
 // ---- GraphicsPropertyHandler
 

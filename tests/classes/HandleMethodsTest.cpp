@@ -1,0 +1,124 @@
+// The methods that keep numeric handles working beside graphics objects,
+// and the conversions of numbers and arrays to objects, on the real classes.
+#include <string>
+
+#include "classes/ClassesTestSupport.h"
+#include "sgclasses/ClassNames.h"
+#include "sgdatatypes/HandleNumberTable.h"
+#include "sgutils/persistence/HandleConversion.h"
+#include "support/ErrorId.h"
+#include "vcos/COSClass.h"
+#include "vcos/ObjectCalls.h"
+
+namespace sgtest::classes {
+namespace {
+
+using sgtest::errorId;
+namespace handles = sgutils::handles;
+
+Arr scalar(double v) { return Arr(vxCreateDoubleScalar(v)); }
+
+Arr call(const char* method, std::initializer_list<const vxArray*> in) {
+  vxArray* out[1] = {nullptr};
+  std::vector<const vxArray*> args(in);
+  omCallMethod("vantel.graphics.Graphics", method, COSGetPublicClient(), 1, out, static_cast<int>(args.size()),
+               args.data(), /*dispatchOnObject=*/false);
+  return Arr(out[0]);
+}
+
+double numberOf(const COSInterfacePtr& object) {
+  Arr self(omCreateVCOSScalar(object));
+  return vxGetScalar(call("double", {self.get()}).get());
+}
+
+class HandleMethodsTest : public ClassesTest {
+ protected:
+  void SetUp() override {
+    ClassesTest::SetUp();
+    figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+    axes = sgclasses::create(sgclasses::kAxesClass, figure);
+    line = sgclasses::create(sgclasses::kLineClass, axes);
+  }
+  COSInterfacePtr figure, axes, line;
+};
+
+TEST_F(HandleMethodsTest, ScalarConversionTakesObjectsNumbersAndEmpties) {
+  const double n = numberOf(line);
+  EXPECT_EQ(handles::toScalarObject(scalar(n).get()).get(), line.get());
+  Arr self(omCreateVCOSScalar(line));
+  EXPECT_EQ(handles::toScalarObject(self.get()).get(), line.get());
+  EXPECT_EQ(handles::toScalarObject(nullptr), nullptr);
+  Arr emptyDouble(vxCreateDoubleMatrix(0, 0, vxREAL));
+  EXPECT_EQ(handles::toScalarObject(emptyDouble.get()), nullptr);
+
+  Arr two(vxCreateDoubleMatrix(1, 2, vxREAL));
+  EXPECT_EQ(errorId([&] { handles::toScalarObject(two.get()); }), "VANTEL:sg:dt_conv:Matrix_to_HObject:BadHandle");
+  EXPECT_EQ(errorId([&] { handles::toScalarObject(scalar(0.123456).get()); }),
+            "VANTEL:sg:dt_conv:Matrix_to_HObject:BadHandle");
+  Arr flag(vxCreateLogicalScalar(true));
+  EXPECT_EQ(errorId([&] { handles::toScalarObject(flag.get()); }), "VANTEL:sg:InvalidObjectHandle");
+  Arr emptyChar(vxCreateString(""));
+  EXPECT_EQ(errorId([&] { handles::toScalarObject(emptyChar.get()); }), "VANTEL:sg:InvalidObjectHandle");
+
+  // A deleted object: by its array, and by a number that the table still
+  // holds (one not asked through double, which the deletion removes).
+  COSInterfacePtr other = sgclasses::create(sgclasses::kLineClass, axes);
+  const double m = graphics::datatype::HandleNumberTable::numberFor(other.get());
+  Arr otherSelf(omCreateVCOSScalar(other));
+  other->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(errorId([&] { handles::toScalarObject(otherSelf.get()); }), "VANTEL:sg:DeletedObject");
+  EXPECT_EQ(errorId([&] { handles::toScalarObject(scalar(m).get()); }), "VANTEL:sg:DeletedObjectDoubleHandle");
+}
+
+TEST_F(HandleMethodsTest, ArrayConversionStrictOrWithPlaceholders) {
+  Arr numbers(vxCreateDoubleMatrix(1, 2, vxREAL));
+  vxGetPr(numbers.get())[0] = numberOf(line);
+  vxGetPr(numbers.get())[1] = 0.123456;
+  Arr loose = handles::toObjectArray(numbers.get(), false);
+  ASSERT_EQ(vxGetNumberOfElements(loose.get()), 2u);
+  EXPECT_EQ(omGetArrayElement(loose.get(), 0).get(), line.get());
+  EXPECT_TRUE(omGetArrayElement(loose.get(), 1)->getClass()->isSubclassOf(COSID("vantel.graphics.GraphicsPlaceholder")));
+
+  std::string message;
+  try {
+    handles::toObjectArray(numbers.get(), true);
+  } catch (const foundation::core::except::IMsgIDException& e) {
+    message = e.what();
+  }
+  EXPECT_NE(message.find("0.123456"), std::string::npos) << message;
+  vxGetPr(numbers.get())[1] = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_EQ(errorId([&] { handles::toObjectArray(numbers.get(), true); }),
+            "VANTEL:graphics:CannotConvertDoubleToHandle");
+}
+
+TEST_F(HandleMethodsTest, DoubleIsCachedAndMinusOneWhenDeleted) {
+  const double n = numberOf(line);
+  EXPECT_EQ(numberOf(line), n);
+  EXPECT_NE(n, -1.0);
+  COSInterfacePtr other = sgclasses::create(sgclasses::kLineClass, axes);
+  const double m = numberOf(other);
+  EXPECT_NE(m, n);
+  other->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(numberOf(other), -1.0);
+  // The number of a deleted object that double had given names nothing.
+  EXPECT_EQ(errorId([&] { handles::toScalarObject(scalar(m).get()); }), "VANTEL:sg:dt_conv:Matrix_to_HObject:BadHandle");
+}
+
+TEST_F(HandleMethodsTest, ConvertObjectTakesNumbersThatNameObjects) {
+  Arr cls(vxCreateString("vantel.graphics.Graphics"));
+  Arr converted = call("convertObject", {cls.get(), scalar(numberOf(line)).get()});
+  EXPECT_EQ(omGetArrayElement(converted.get(), 0).get(), line.get());
+  Arr empty(vxCreateDoubleMatrix(0, 0, vxREAL));
+  Arr none = call("convertObject", {cls.get(), empty.get()});
+  EXPECT_TRUE(omIsVCOS(none.get()) && vxIsEmpty(none.get()));
+
+  EXPECT_EQ(errorId([&] { call("convertObject", {cls.get(), scalar(0.123456).get()}); }),
+            "VANTEL:graphics:CannotConvertDoubleToHandle");
+  EXPECT_EQ(errorId([&] { call("convertObject", {cls.get(), cls.get()}); }),
+            "VANTEL:legacy_two_part:invalidConversion");
+  EXPECT_FALSE(errorId([&] { call("convertObject", {cls.get()}); }).empty());
+  EXPECT_FALSE(errorId([&] { call("convertObject", {cls.get(), cls.get(), cls.get()}); }).empty());
+}
+
+}  // namespace
+}  // namespace sgtest::classes
