@@ -4,6 +4,7 @@
 
 #include "sgutils/SgutilsExport.h"
 #include "vcos/COSMethodBase.h"
+
 class SGUTILS_API IsChildPropertyMI : public COSMethodBase {
  public:
   explicit IsChildPropertyMI(COSID classId);

@@ -5,6 +5,7 @@
 
 #include "sgutils/SgutilsExport.h"
 #include "vcos/COSMethodBase.h"
+
 class SGUTILS_API SGDoubleHandleMI : public COSMethodBase {
  public:
   explicit SGDoubleHandleMI(COSID classId);

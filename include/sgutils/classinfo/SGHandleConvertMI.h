@@ -5,6 +5,7 @@
 
 #include "sgutils/SgutilsExport.h"
 #include "vcos/COSMethodBase.h"
+
 class SGUTILS_API SGHandleConvertMI : public COSMethodBase {
  public:
   explicit SGHandleConvertMI(COSID classId);

@@ -5,6 +5,7 @@
 
 #include "sgutils/SgutilsExport.h"
 #include "vcos/COSMethodBase.h"
+
 class SGUTILS_API SGIsPropMI : public COSMethodBase {
  public:
   explicit SGIsPropMI(COSID classId);
