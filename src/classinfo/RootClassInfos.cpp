@@ -16,6 +16,12 @@
 #include "sgutils/classinfo/SGDoubleHandleMI.h"
 #include "sgutils/classinfo/SGHandleConvertMI.h"
 #include "sgutils/classinfo/SGIsPropMI.h"
+#include "sgutils/classinfo/SGFilterDefaultFactoryPropMI.h"
+#include "sgutils/classinfo/SGGetDefaultPropValueMI.h"
+#include "sgutils/classinfo/SGGetDispMI.h"
+#include "sgutils/classinfo/SGGetFactoryPropValueMI.h"
+#include "sgutils/classinfo/SGSetDefaultPropValueMI.h"
+#include "sgutils/classinfo/SGSetDispMI.h"
 #include "sgutils/classinfo/RootClassInfo.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/tree/FindobjMI.h"
@@ -229,6 +235,8 @@ void SGHandleClassInfo::addMembers(COSClass* cls) {
   cls->addMethod(new SGDoubleHandleMI(me));
   cls->addMethod(new SGHandleConvertMI(me));
   cls->addMethod(new IsChildPropertyMI(me));
+  cls->addMethod(new SGGetDispMI(me));
+  cls->addMethod(new SGSetDispMI(me));
   cls->addEvent(new ResetEI);
 }
 
@@ -275,6 +283,13 @@ void* SGPropHandlerClassInfo::allocateInstance(COSInterface* instance) {
 }
 void SGPropHandlerClassInfo::deallocateInstance(COSInterface*, void* data) {
   if (data) delete static_cast<SGReference*>(data);
+}
+void SGPropHandlerClassInfo::addMembers(COSClass* cls) {
+  const COSID me = cls->getID();
+  cls->addMethod(new SGGetDefaultPropValueMI(me));
+  cls->addMethod(new SGSetDefaultPropValueMI(me));
+  cls->addMethod(new SGGetFactoryPropValueMI(me));
+  cls->addMethod(new SGFilterDefaultFactoryPropMI(me));
 }
 
 // ---- StorageObject

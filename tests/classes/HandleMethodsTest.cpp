@@ -8,7 +8,12 @@
 #include "sgutils/persistence/HandleConversion.h"
 #include "support/ErrorId.h"
 #include "vcos/COSClass.h"
+#include "vcos/FunctionDispatcher.h"
 #include "vcos/ObjectCalls.h"
+#include "sgutils/classinfo/SGFilterDefaultFactoryPropMI.h"
+#include "sgutils/classinfo/SGGetDefaultPropValueMI.h"
+#include "sgutils/classinfo/SGGetFactoryPropValueMI.h"
+#include "sgutils/classinfo/SGSetDefaultPropValueMI.h"
 
 namespace sgtest::classes {
 namespace {
@@ -118,6 +123,64 @@ TEST_F(HandleMethodsTest, ConvertObjectTakesNumbersThatNameObjects) {
             "VANTEL:legacy_two_part:invalidConversion");
   EXPECT_FALSE(errorId([&] { call("convertObject", {cls.get()}); }).empty());
   EXPECT_FALSE(errorId([&] { call("convertObject", {cls.get(), cls.get(), cls.get()}); }).empty());
+}
+
+// Runs a handler on element 0 of the object, as its class would.
+template <class Handler>
+Arr handle(const COSInterfacePtr& object, const char* name, const vxArray* value = nullptr) {
+  static const Handler handler(COSID("vantel.graphics.internal.GraphicsPropertyHandler"));
+  Arr self(omCreateVCOSScalar(object)), text(vxCreateString(name));
+  const COSValue in[] = {COSValue(self.get()), COSValue(text.get()), COSValue(value)};
+  COSValue out[1];
+  int nlhs = 1;
+  handler.invoke(COSGetPublicClient(), nlhs, out, value ? 3 : 2, in);
+  return Arr(out[0].asPointer<vxArray>());
+}
+
+TEST_F(HandleMethodsTest, DefaultAndFactoryHandlers) {
+  using Get = SGGetDefaultPropValueMI;
+  using Set = SGSetDefaultPropValueMI;
+  using Factory = SGGetFactoryPropValueMI;
+  Arr width(vxCreateDoubleScalar(4));
+  handle<Set>(figure, "defaultLineLineWidth", width.get());
+  EXPECT_EQ(vxGetScalar(handle<Get>(line, "defaultLineLineWidth").get()), 4.0);
+  EXPECT_EQ(vxGetNumberOfFields(handle<Get>(figure, "default").get()), 1);
+  EXPECT_EQ(vxGetScalar(handle<Factory>(line, "factoryLineLineWidth").get()), 0.5);
+  EXPECT_TRUE(vxIsStruct(handle<Factory>(sgclasses::root(), "Factory").get()));
+  // "remove" on the whole list empties it.
+  Arr remove(vxCreateString("remove"));
+  handle<Set>(figure, "Default", remove.get());
+  EXPECT_EQ(vxGetNumberOfFields(handle<Get>(figure, "default").get()), 0);
+  EXPECT_EQ(vxGetScalar(handle<Get>(line, "defaultLineLineWidth").get()), 0.5);
+
+  EXPECT_EQ(errorId([&] { handle<Factory>(figure, "factory"); }), "VANTEL:sgutils:OnlyRootHasFactoryDefaults");
+  EXPECT_EQ(errorId([&] { handle<Set>(figure, "factoryLineLineWidth", width.get()); }),
+            "VANTEL:sgutils:CannotSetFactoryValue");
+  for (const std::string& id : {errorId([&] { handle<Get>(line, ""); }), errorId([&] { handle<Factory>(line, ""); }),
+                                errorId([&] { handle<Set>(line, "", width.get()); })})
+    EXPECT_EQ(id, "VANTEL:sg:InvalidProperty");
+
+  Arr full = handle<SGFilterDefaultFactoryPropMI>(line, "linewidth");
+  EXPECT_EQ(vxArrayToStdString(full.get()), "LineWidth");
+  EXPECT_EQ(errorId([&] { handle<SGFilterDefaultFactoryPropMI>(line, "NoSuch"); }), "VANTEL:sg:InvalidProperty");
+}
+
+int dispCalls = 0;
+void fakeGetdisp(int, vxArray* plhs[], int nrhs, const vxArray*[]) {
+  ++dispCalls;
+  plhs[0] = vxCreateDoubleScalar(nrhs);
+}
+
+TEST_F(HandleMethodsTest, GetdispCallsTheInterpreterFunction) {
+  vcos::FunctionDispatcher::instance().registerBuiltin("sggetdisp", &fakeGetdisp);
+  Arr self(omCreateVCOSScalar(line)), extra(vxCreateDoubleScalar(1));
+  vxArray* out[1] = {nullptr};
+  const vxArray* in[] = {self.get(), extra.get()};
+  omCallMethod("vantel.graphics.Graphics", "getdisp", COSGetPublicClient(), 1, out, 2, in, true);
+  Arr result(out[0]);
+  vcos::FunctionDispatcher::instance().unregisterBuiltin("sggetdisp");
+  EXPECT_EQ(dispCalls, 1);
+  EXPECT_EQ(vxGetScalar(result.get()), 2.0);
 }
 
 }  // namespace
