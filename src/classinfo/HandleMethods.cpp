@@ -1,12 +1,15 @@
 // The methods of graphics objects that keep numeric handles working beside
-// objects: eq and ne, double, convertObject, isprop and isChildProperty.
+// objects: eq and ne, double, convertObject, isprop and isChildProperty,
+// and clo.
 #include <cstring>
+#include <vector>
 #include <strings.h>
 
 #include "foundation/core/except/Error.h"
 #include "sgutils/classinfo/EqMI.h"
 #include "sgutils/classinfo/IsChildPropertyMI.h"
 #include "sgutils/classinfo/NeMI.h"
+#include "sgutils/classinfo/SGCloMI.h"
 #include "sgutils/classinfo/SGDoubleHandleMI.h"
 #include "sgutils/classinfo/SGHandleConvertMI.h"
 #include "sgutils/classinfo/SGHandleRelOpMI.h"
@@ -14,6 +17,7 @@
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/persistence/HandleConversion.h"
 #include "sgutils/propinfos/PropInfoLookup.h"
+#include "sgutils/tree/ClearChildren.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSMethodInfo.h"
@@ -189,4 +193,30 @@ void IsChildPropertyMI::invoke(const COSClient*, int& nlhs, COSValue* plhs, int 
   }
   nlhs = 1;
   plhs[0] = COSValue(vxCreateLogicalScalar(answer));
+}
+
+// ---- clo
+
+SGCloMI::SGCloMI(COSID classId)
+    : COSMethodBase(classId, COSID("clo"), PublicAccess,
+                    "clo method override for the vantel.graphics.Graphics subclasses.") {}
+
+void SGCloMI::invoke(const COSClient*, int& nlhs, COSValue*, int nrhs, const COSValue* prhs) const {
+  if (nlhs > 0) matrix::detail::error_maxlhs();
+  if (nrhs < 1) matrix::detail::error_minrhs();
+  if (nrhs > 3) matrix::detail::error_maxrhs();
+  const vxArray* objects = arrayOf(prhs[0]);
+  if (!objects || !omIsVCOS(objects) || vxIsEmpty(objects)) return;
+  COSInterfacePtr owner = omGetLiveArrayElement(objects, 0);
+  if (!owner) throw Error("VANTEL:sg:DeletedObject");
+  std::vector<COSInterfacePtr> keep;
+  if (nrhs > 1) {
+    const vxArray* kept = arrayOf(prhs[1]);
+    if (kept && omIsVCOS(kept))
+      for (std::size_t i = 0, n = vxGetNumberOfElements(kept); i < n; ++i) keep.push_back(omGetArrayElement(kept, i));
+  }
+  const vxArray* reset = nrhs > 2 ? arrayOf(prhs[2]) : nullptr;
+  const bool doReset = reset && vxIsLogical(reset) && !vxIsEmpty(reset) && vxGetLogicals(reset)[0];
+  sgutils::clearChildren(owner, keep, /*includeHidden=*/doReset);
+  if (doReset) SGHandle::Reset(owner);
 }

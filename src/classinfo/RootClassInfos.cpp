@@ -16,6 +16,7 @@
 #include "sgutils/classinfo/SGDoubleHandleMI.h"
 #include "sgutils/classinfo/SGHandleConvertMI.h"
 #include "sgutils/classinfo/SGIsPropMI.h"
+#include "sgutils/classinfo/SGCloMI.h"
 #include "sgutils/classinfo/SGFilterDefaultFactoryPropMI.h"
 #include "sgutils/classinfo/SGGetDefaultPropValueMI.h"
 #include "sgutils/classinfo/SGGetDispMI.h"
@@ -235,6 +236,7 @@ void SGHandleClassInfo::addMembers(COSClass* cls) {
   cls->addMethod(new SGDoubleHandleMI(me));
   cls->addMethod(new SGHandleConvertMI(me));
   cls->addMethod(new IsChildPropertyMI(me));
+  cls->addMethod(new SGCloMI(me));
   cls->addMethod(new SGGetDispMI(me));
   cls->addMethod(new SGSetDispMI(me));
   cls->addEvent(new ResetEI);
