@@ -374,14 +374,19 @@ void bSet(Interpreter& interp, int nargout, Out& out, Args in) {
     plainSet()(interp, nargout, out, in);
     return;
   }
-  COSInterfacePtr object = objectArg("set", in[0]);
   for (std::size_t i = 1; i + 1 < in.size(); i += 2) {
     if (isDefaultName(in[i].get())) {
-      sgutils::DefaultNameAccess::set(object, ops::textOf(in[i].get()), in[i + 1].get());
-    } else if (ops::isText(in[i].get()) && isWordValue(in[i + 1].get())) {
-      // The object's own set takes the words: the default, the factory
+      sgutils::DefaultNameAccess::set(objectArg("set", in[0]), ops::textOf(in[i].get()), in[i + 1].get());
+    } else if (ops::isText(in[i].get()) && isWordValue(in[i + 1].get()) && vxIsObject(in[0].get())) {
+      // Each object's own set takes the words: the default, the factory
       // value, or (escaped) the word as text.
-      SGHandle::setProperty(COSGetPublicClient(), object, ops::textOf(in[i].get()).c_str(), in[i + 1].get());
+      const std::string name = ops::textOf(in[i].get());
+      const vxArray* objects = in[0].get();
+      for (std::size_t k = 0, n = vxGetNumberOfElements(objects); k < n; ++k) {
+        COSInterfacePtr object = omGetLiveArrayElement(objects, k);
+        if (!object) throw Error("VANTEL:sg:DeletedObject");
+        SGHandle::setProperty(COSGetPublicClient(), object, name.c_str(), in[i + 1].get());
+      }
     } else {
       Out ignored;
       const Value pair[] = {in[0], in[i], in[i + 1]};
