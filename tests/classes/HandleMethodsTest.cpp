@@ -8,6 +8,8 @@
 #include "sgutils/persistence/HandleConversion.h"
 #include "support/ErrorId.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSTypeConversion.h"
+#include "vcos/COSTypeRepository.h"
 #include "vcos/FunctionDispatcher.h"
 #include "vcos/ObjectCalls.h"
 #include "sgutils/classinfo/SGFilterDefaultFactoryPropMI.h"
@@ -123,6 +125,37 @@ TEST_F(HandleMethodsTest, ConvertObjectTakesNumbersThatNameObjects) {
             "VANTEL:legacy_two_part:invalidConversion");
   EXPECT_FALSE(errorId([&] { call("convertObject", {cls.get()}); }).empty());
   EXPECT_FALSE(errorId([&] { call("convertObject", {cls.get(), cls.get(), cls.get()}); }).empty());
+}
+
+// The two number conversions as the data types register them, to put back
+// after a test has taken them out.
+struct NumberToObject : COSTypeConversion {
+  COSValue convert(COSValue from) const override {
+    COSInterface* o = graphics::datatype::HandleNumberTable::entryFor(from.asDouble());
+    if (o) o->addReference(COSStrongReference);
+    return COSValue(o);
+  }
+};
+struct ObjectToNumber : COSTypeConversion {
+  COSValue convert(COSValue from) const override {
+    return COSValue::fromDouble(graphics::datatype::HandleNumberTable::numberFor(from.asPointer<COSInterface>()));
+  }
+};
+
+TEST_F(HandleMethodsTest, NoNumberConversionIsAnError) {
+  const COSID number("double"), object("vantel.graphics.datatype.COSInterface");
+  COSTypeRepository::removeConversion(number, object);
+  COSTypeRepository::removeConversion(object, number);
+  Arr one = scalar(1);
+  const std::string toObjects = errorId([&] { handles::toObjectArray(one.get(), true); });
+  // A fresh line has no number yet, so double must convert.
+  COSInterfacePtr fresh = sgclasses::create(sgclasses::kLineClass, axes);
+  const std::string toNumber = errorId([&] { numberOf(fresh); });
+  COSTypeRepository::addConversion(number, object, new NumberToObject);
+  COSTypeRepository::addConversion(object, number, new ObjectToNumber);
+  EXPECT_EQ(toObjects, "VANTEL:graphics:DoubleHandleConversionError");
+  EXPECT_EQ(toNumber, "VANTEL:graphics:DoubleHandleConversionError");
+  EXPECT_EQ(handles::toScalarObject(scalar(numberOf(fresh)).get()).get(), fresh.get());
 }
 
 // Runs a handler on element 0 of the object, as its class would.
