@@ -11,6 +11,19 @@
 #include "sgutils/classinfo/AddListenerBaseMI.h"
 #include "sgutils/classinfo/ResetEI.h"
 #include "sgutils/classinfo/ResetMI.h"
+#include "sgutils/classinfo/EqMI.h"
+#include "sgutils/classinfo/IsChildPropertyMI.h"
+#include "sgutils/classinfo/NeMI.h"
+#include "sgutils/classinfo/SGDoubleHandleMI.h"
+#include "sgutils/classinfo/SGHandleConvertMI.h"
+#include "sgutils/classinfo/SGIsPropMI.h"
+#include "sgutils/classinfo/SGCloMI.h"
+#include "sgutils/classinfo/SGFilterDefaultFactoryPropMI.h"
+#include "sgutils/classinfo/SGGetDefaultPropValueMI.h"
+#include "sgutils/classinfo/SGGetDispMI.h"
+#include "sgutils/classinfo/SGGetFactoryPropValueMI.h"
+#include "sgutils/classinfo/SGSetDefaultPropValueMI.h"
+#include "sgutils/classinfo/SGSetDispMI.h"
 #include "sgutils/classinfo/RootClassInfo.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/tree/FindobjMI.h"
@@ -220,6 +233,14 @@ void SGHandleClassInfo::addMembers(COSClass* cls) {
   cls->addMethod(new ResetMI(me));
   cls->addMethod(new AddListenerBaseMI(me));
   cls->addMethod(new sgutils::FindobjMI(me));
+  cls->addMethod(new EqMI(me));
+  cls->addMethod(new NeMI(me));
+  cls->addMethod(new SGDoubleHandleMI(me));
+  cls->addMethod(new SGHandleConvertMI(me));
+  cls->addMethod(new IsChildPropertyMI(me));
+  cls->addMethod(new SGCloMI(me));
+  cls->addMethod(new SGGetDispMI(me));
+  cls->addMethod(new SGSetDispMI(me));
   cls->addEvent(new ResetEI);
 }
 
@@ -254,6 +275,7 @@ void* SGReferenceClassInfo::allocateInstance(COSInterface* instance) {
 void SGReferenceClassInfo::deallocateInstance(COSInterface*, void* data) {
   if (data) delete static_cast<SGReference*>(data);
 }
+void SGReferenceClassInfo::addMembers(COSClass* cls) { cls->addMethod(new SGIsPropMI(cls->getID())); }
 
 // ---- GraphicsPropertyHandler
 
@@ -265,6 +287,13 @@ void* SGPropHandlerClassInfo::allocateInstance(COSInterface* instance) {
 }
 void SGPropHandlerClassInfo::deallocateInstance(COSInterface*, void* data) {
   if (data) delete static_cast<SGReference*>(data);
+}
+void SGPropHandlerClassInfo::addMembers(COSClass* cls) {
+  const COSID me = cls->getID();
+  cls->addMethod(new SGGetDefaultPropValueMI(me));
+  cls->addMethod(new SGSetDefaultPropValueMI(me));
+  cls->addMethod(new SGGetFactoryPropValueMI(me));
+  cls->addMethod(new SGFilterDefaultFactoryPropMI(me));
 }
 
 // ---- StorageObject

@@ -12,6 +12,7 @@
 #include "src/defaults/DefaultValueConversion.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/FunctionDispatcher.h"
 #include "vx/vxCreate.h"
 #include "vx/vxMemory.h"
 #include "vx/vxQuery.h"
@@ -38,6 +39,16 @@ bool isScalarTextWord(const vxArray* value, const char* word) {
   return vxArrayToStdString(value) == word;
 }
 
+// The factory value of a property, or null where the rules of defaults
+// give none (no defaults allowed, no conversion): the word then stays text.
+matrix::unique_vxArray factoryOrNull(const DefaultPropString& key) {
+  try {
+    return DefaultProp::getFactoryValue(key);
+  } catch (const foundation::core::except::Error&) {
+    return nullptr;
+  }
+}
+
 // Constructor input named like a default is stored as a default. Any other
 // name, a factory name included, is left to the property look-up, which
 // refuses a name that is no property.
@@ -49,17 +60,22 @@ bool setDefaultByName(const COSInterfacePtr& object, const char* name, const vxA
 }
 
 // "default" and "remove" take the inherited default of the property
-// ("remove" first drops this object's own); "\default", "\factory" and
-// "\remove" set the word itself. Factory values are not looked up here, so
-// without a default the word stays an ordinary text value.
+// ("remove" first drops this object's own), "factory" the factory value,
+// which is also the fallback of the other two; when neither exists the word
+// stays an ordinary text value. "\default", "\factory" and "\remove" set
+// the word itself.
 bool applyWord(const COSClient* client, const COSInterfacePtr& object, COSPropInfo* property, const char* word) {
   const std::string w(word);
-  if (w == "default" || w == "remove") {
+  if (w == "default" || w == "remove" || w == "factory") {
     const DefaultPropString key(std::string("default.") + object->getClass()->getName() + "." + property->getName(),
                                 false);
-    DefaultProp defaults(object);
-    if (w == "remove") defaults.remove(key);
-    matrix::unique_vxArray value = defaults.get(key);
+    matrix::unique_vxArray value;
+    if (w != "factory") {
+      DefaultProp defaults(object);
+      if (w == "remove") defaults.remove(key);
+      value = defaults.get(key);
+    }
+    if (!value) value = factoryOrNull(key);
     if (!value) return false;
     detail::setFromArray(client, object.get(), property, value.get());
     return true;
@@ -92,7 +108,24 @@ matrix::unique_vxArray DefaultNameAccess::get(const COSInterfacePtr& object, con
   }
   const DefaultPropString parsed(name, false);
   logUsage(object, "get_default", parsed.getClassName(), parsed.getPropName());
-  return defaults.get(parsed);
+  if (matrix::unique_vxArray value = defaults.get(parsed)) return value;
+  return DefaultProp::getFactoryValue(parsed);
+}
+
+matrix::unique_vxArray DefaultNameAccess::getFactory(const COSInterfacePtr& object, const std::string& name) {
+  const char* className = object->getClass()->getName();
+  if (name.empty()) throw foundation::core::except::Error("VANTEL:sg:InvalidProperty", "''", className);
+  if (name == "factory" || name == "Factory") {
+    // Only the root holds the list of all factory values.
+    if (!object->getClass()->isSubclassOf(COSID("vantel.ui.Root")))
+      throw foundation::core::except::Error("VANTEL:sgutils:OnlyRootHasFactoryDefaults", className);
+    vxArray* out[1] = {nullptr};
+    inCallFcn("rootfactoryvalues", 1, out, 0, nullptr);
+    return matrix::unique_vxArray(out[0]);
+  }
+  matrix::unique_vxArray value = DefaultProp::getFactoryValue(DefaultPropString(name, false));
+  if (!value) throw foundation::core::except::Error("VANTEL:sg:InvalidProperty", name, className);
+  return value;
 }
 
 matrix::unique_vxArray DefaultNameAccess::set(const COSInterfacePtr& object, const std::string& name,

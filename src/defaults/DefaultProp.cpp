@@ -4,7 +4,9 @@
 #include "sgutils/defaults/DefaultProp.h"
 
 #include <cctype>
+#include <functional>
 #include <map>
+#include <unordered_map>
 #include <string_view>
 
 #include "foundation/core/except/Error.h"
@@ -105,10 +107,41 @@ bool parsedClassOf(const char* fieldName, std::string& out) {
   return false;
 }
 
+// The index of stored names: the full class of each field name seen, parsed
+// once per process rather than once per store and new object. Field names
+// parse the same way for the whole process (the class-name maps are fixed),
+// so the index never goes stale; it is bounded by emptying it when it grows
+// past a size that real stores never reach. Interpreter thread only.
+struct ParsedField {
+  bool parsed = false;
+  std::string fullClass;
+};
+
+struct NameHash {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view s) const noexcept { return std::hash<std::string_view>()(s); }
+};
+
+// Interned once: a view is taken per ancestor of every new object.
+COSID storePropertyId() {
+  static const COSID id("DefaultPropMap_Internal");
+  return id;
+}
+
+const ParsedField& parsedField(const char* fieldName) {
+  static std::unordered_map<std::string, ParsedField, NameHash, std::equal_to<>> index;
+  constexpr std::size_t kMaxNames = 4096;
+  if (const auto it = index.find(std::string_view(fieldName)); it != index.end()) return it->second;
+  if (index.size() >= kMaxNames) index.clear();
+  ParsedField entry;
+  entry.parsed = parsedClassOf(fieldName, entry.fullClass);
+  return index.emplace(fieldName, std::move(entry)).first->second;
+}
+
 }  // namespace
 
 DefaultProp::DefaultProp(COSInterfacePtr object)
-    : object_(object, COSWeakReference), propertyId_("DefaultPropMap_Internal"), handleData_(toSGHandle(object)) {
+    : object_(object, COSWeakReference), propertyId_(storePropertyId()), handleData_(toSGHandle(object)) {
   if (!handleData_ || !handleData_->getLoadedFromFile()) return;
   // The saved store travels in a dynamic property; it moves into the store
   // once, and the dynamic property goes.
@@ -301,8 +334,8 @@ void DefaultProp::appendPairsOfShortName(PropValuePairs& pairs, const std::strin
   const int n = vxGetNumberOfFields(s);
   for (int f = 0; f < n; ++f) {
     const char* fieldName = vxGetFieldNameByNumber(s, f);
-    std::string fieldClass;
-    if (!parsedClassOf(fieldName, fieldClass) || !equalsIgnoringCase(fieldClass, entry->second)) continue;
+    const ParsedField& field = parsedField(fieldName);
+    if (!field.parsed || !equalsIgnoringCase(field.fullClass, entry->second)) continue;
     const vxArray* value = vxGetFieldByNumber(s, 0, f);
     std::string name(fieldName);
     if (stripNames) {

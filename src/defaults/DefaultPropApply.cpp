@@ -1,7 +1,12 @@
 // Applying defaults to an object: collecting the ancestors' stores for the
 // object's class, and setting the pairs with the rules of the mode triples
 // (DefaultProp::setPVPairs).
+#include <functional>
 #include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/defaults/DefaultProp.h"
@@ -33,10 +38,32 @@ const AutoManualType& autoManual() {
   return t;
 }
 
-COSPropInfo* findOn(COSInterface* object, const char* name) {
+COSPropInfo* findOn(COSInterface* object, COSID name) {
   COSInterfacePtr found;
-  object->findProperty(found, COSID(name));
+  object->findProperty(found, name);
   return cosiToProp(found.get());
+}
+
+// The interned names of a default's property, its mode and its internal
+// face ("LineWidth", "LineWidthMode", "LineWidth_I"), made once per name
+// for the process instead of once per pair and object. Bounded like the
+// index of stored names. Interpreter thread only.
+struct RelatedIds {
+  COSID name, mode, internal;
+};
+
+struct NameHash {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view s) const noexcept { return std::hash<std::string_view>()(s); }
+};
+
+const RelatedIds& relatedIds(const std::string& name) {
+  static std::unordered_map<std::string, RelatedIds, NameHash, std::equal_to<>> ids;
+  constexpr std::size_t kMaxNames = 4096;
+  if (const auto it = ids.find(std::string_view(name)); it != ids.end()) return it->second;
+  if (ids.size() >= kMaxNames) ids.clear();
+  RelatedIds entry{COSID(name.c_str()), COSID((name + "Mode").c_str()), COSID((name + "_I").c_str())};
+  return ids.emplace(name, entry).first->second;
 }
 
 // Whether the mode property reads manual (as the public client).
@@ -74,31 +101,29 @@ void DefaultProp::setPVPairs(const COSInterfacePtr& object, const PropValuePairs
   const COSClient* client = COSGetPublicClient();
   COSInterface* self = object.get();
 
-  std::vector<const PropValuePairs::value_type*> modes;
-  std::string related;
+  std::vector<std::pair<COSID, const vxArray*>> modes;
   for (const auto& pair : pairs) {
-    COSPropInfo* property = findOn(self, pair.first.c_str());
+    const RelatedIds& ids = relatedIds(pair.first);
+    COSPropInfo* property = findOn(self, ids.name);
     if (!property) continue;  // the object has no such property
     if (property->getDataType().getID() == am.id) {
       if (resetOnly && !property->isResetAllowed()) continue;
-      modes.push_back(&pair);  // modes go last
+      modes.emplace_back(ids.name, pair.second.get());  // modes go last
       continue;
     }
-    related.assign(pair.first).append("Mode");
-    if (COSPropInfo* mode = findOn(self, related.c_str()); mode && isManual(self, mode)) continue;
+    if (COSPropInfo* mode = findOn(self, ids.mode); mode && isManual(self, mode)) continue;
     // The internal face keeps the mode automatic.
-    related.assign(pair.first).append("_I");
-    COSPropInfo* target = findOn(self, related.c_str());
+    COSPropInfo* target = findOn(self, ids.internal);
     if (!target || target->getMemberSetAccess() != PublicAccess) target = property;
     if (target->getMemberSetAccess() != PublicAccess) continue;
     if (resetOnly && !target->isResetAllowed()) continue;
     detail::setFromArray(client, self, target, pair.second.get());
   }
 
-  for (const auto* pair : modes) {
-    COSPropInfo* property = findOn(self, pair->first.c_str());
-    if (!property || property->getMemberSetAccess() != PublicAccess || !pair->second || !am.fromArray) continue;
-    const ConvertedValue typed(am.type, am.fromArray->convert(COSValue(pair->second.get())));
+  for (const auto& [name, value] : modes) {
+    COSPropInfo* property = findOn(self, name);
+    if (!property || property->getMemberSetAccess() != PublicAccess || !value || !am.fromArray) continue;
+    const ConvertedValue typed(am.type, am.fromArray->convert(COSValue(value)));
     self->setPropertyValue(client, property, typed.get());
   }
 }

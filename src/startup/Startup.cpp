@@ -23,12 +23,14 @@
 #include "sgutils/classinfo/SGReferenceClassInfo.h"
 #include "sgutils/classinfo/SGStorageClassInfo.h"
 #include "sgutils/defaults/DefaultNameAccess.h"
+#include "sgutils/defaults/FactoryBuiltins.h"
 #include "sgutils/persistence/DoubleOrTypedHandleConversion.h"
 #include "src/classinfo/SupportClasses.h"
 #include "src/startup/DatatypesBridge.h"
 #include "vcos/BuiltinClasses.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSPackage.h"
+#include "vcos/FunctionDispatcher.h"
 
 namespace {
 
@@ -134,6 +136,8 @@ unsigned char sgutils::initFlag() { return initFlagSlot(); }
 extern "C" void VLInitialize_sgutils() {
   sgutils::GraphicsPrefs::registerFeatures();
   sgutils::DefaultNameAccess::installFrameHooks();
+  // The root's get of "factory" calls the list by this name.
+  vcos::FunctionDispatcher::instance().registerBuiltin("rootfactoryvalues", &rootFactoryValues);
   // Every class added from here on takes numbers and empties for its types.
   sgutils::frameHooks().converterReplacer = &sgutils::DoubleOrTypedHandleConversion::replaceConverters;
 

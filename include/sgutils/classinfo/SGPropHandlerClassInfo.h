@@ -10,4 +10,7 @@ class SGUTILS_API SGPropHandlerClassInfo : public RootClassInfo {
   SGPropHandlerClassInfo() noexcept;
   void* allocateInstance(COSInterface* instance) override;
   void deallocateInstance(COSInterface* instance, void* data) override;
+
+ protected:
+  void addMembers(COSClass* cls) override;
 };

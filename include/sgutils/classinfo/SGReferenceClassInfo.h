@@ -9,4 +9,7 @@ class SGUTILS_API SGReferenceClassInfo : public RootClassInfo {
   SGReferenceClassInfo() noexcept;
   void* allocateInstance(COSInterface* instance) override;
   void deallocateInstance(COSInterface* instance, void* data) override;
+
+ protected:
+  void addMembers(COSClass* cls) override;
 };

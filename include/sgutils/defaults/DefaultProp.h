@@ -75,6 +75,14 @@ class SGUTILS_API DefaultProp {
   // have are skipped.
   static void setPVPairs(const COSInterfacePtr& object, const PropValuePairs& pairs, bool resetOnly);
 
+  // The factory value that a name addresses ("defaultLineColor",
+  // "factoryLineColor"), or null when its type cannot leave as an array.
+  // A name with a class and no property ("factoryLine") gives the struct of
+  // classFactoryValues. The rules of defaults apply: an unknown class raises
+  // "VANTEL:sgutils:InvalidClass", a property without defaults
+  // "VANTEL:sg:DefaultCannotBeSetGet".
+  static matrix::unique_vxArray getFactoryValue(const DefaultPropString& name);
+
  private:
   // The property that a default name addresses, or null when its class does
   // not exist. Raises for an empty, unknown or non-defaultable property.

@@ -20,6 +20,8 @@
 #include "sgclasses/Plotting.h"
 #include "sgdatatypes/HandleNumberTable.h"
 #include "sgutils/defaults/DefaultNameAccess.h"
+#include "sgutils/defaults/DefaultPropString.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/tree/DefaultFindobjClassInfo.h"
 #include "sgutils/tree/ScopeShowHiddenHandlesOn.h"
 #include "vcos/COSClass.h"
@@ -388,10 +390,21 @@ void bDrawnow(Interpreter&, int, Out&, Args in) {
   sgclasses::drawnow();
 }
 
+// A value that the object's set reads as a word: "default", "factory",
+// "remove", or one of them escaped by a backslash.
+bool isWordValue(const vxArray* value) {
+  if (!value || !ops::isText(value) || (vxIsChar(value) && vxGetM(value) != 1)) return false;
+  const std::string text = ops::textOf(value);
+  const std::string_view word = text.starts_with('\\') ? std::string_view(text).substr(1) : std::string_view(text);
+  return word == "default" || word == "factory" || word == "remove";
+}
+
+// "default...", "Default..." and the factory names, "default" and "factory"
+// alone included.
 bool isDefaultName(const vxArray* name) {
   if (!ops::isText(name)) return false;
-  const std::string text = lower(ops::textOf(name));
-  return text.size() > 7 && text.starts_with("default");
+  const std::string text = ops::textOf(name);
+  return sgutils::DefaultPropString::isDefaultProp(text) || sgutils::DefaultPropString::isFactoryProp(text);
 }
 
 BuiltinFn& plainGet() {
@@ -404,15 +417,21 @@ BuiltinFn& plainSet() {
 }
 
 // get(h, 'defaultLineLineWidth') on a graphics object reads its default
-// store; everything else is the ordinary get.
+// store, get(h, 'factory...') the factory values; everything else is the
+// ordinary get. A whole store that does not exist gives no output.
 void bGet(Interpreter& interp, int nargout, Out& out, Args in) {
   if (in.size() == 2 && isDefaultName(in[1].get())) {
     COSInterfacePtr object = objectArg("get", in[0]);
     const std::string name = ops::textOf(in[1].get());
-    matrix::unique_vxArray value = sgutils::DefaultNameAccess::get(object, name);
-    // Factory values are not kept yet: a default that nobody set is an error.
-    if (!value) throw Error("VANTEL:sgsh:NoDefaultValue", name);
-    out.push_back(Value(std::move(value)));
+    const bool factory = sgutils::DefaultPropString::isFactoryProp(name);
+    matrix::unique_vxArray value =
+        factory ? sgutils::DefaultNameAccess::getFactory(object, name) : sgutils::DefaultNameAccess::get(object, name);
+    if (value) {
+      out.push_back(Value(std::move(value)));
+    } else if (name != "default" && name != "Default") {
+      // A property whose type cannot leave as an array has no value to give.
+      throw Error("VANTEL:sgsh:NoDefaultValue", name);
+    }
     return;
   }
   plainGet()(interp, nargout, out, in);
@@ -421,16 +440,33 @@ void bGet(Interpreter& interp, int nargout, Out& out, Args in) {
 // set(h, name, value, ...) where some names are default names: each pair
 // goes to the default store or the property, in order.
 void bSet(Interpreter& interp, int nargout, Out& out, Args in) {
+  // set(h, 'defaultLineColor') lists the values that default may take.
+  if (in.size() == 2 && isDefaultName(in[1].get())) {
+    COSInterfacePtr object = objectArg("set", in[0]);
+    if (matrix::unique_vxArray values = sgutils::DefaultNameAccess::set(object, ops::textOf(in[1].get()), nullptr))
+      out.push_back(Value(std::move(values)));
+    return;
+  }
   bool anyDefault = false;
-  for (std::size_t i = 1; i < in.size(); i += 2) anyDefault = anyDefault || isDefaultName(in[i].get());
+  for (std::size_t i = 1; i < in.size(); i += 2)
+    anyDefault = anyDefault || isDefaultName(in[i].get()) || (i + 1 < in.size() && isWordValue(in[i + 1].get()));
   if (!anyDefault || in.size() < 3 || in.size() % 2 == 0) {
     plainSet()(interp, nargout, out, in);
     return;
   }
-  COSInterfacePtr object = objectArg("set", in[0]);
   for (std::size_t i = 1; i + 1 < in.size(); i += 2) {
     if (isDefaultName(in[i].get())) {
-      sgutils::DefaultNameAccess::set(object, ops::textOf(in[i].get()), in[i + 1].get());
+      sgutils::DefaultNameAccess::set(objectArg("set", in[0]), ops::textOf(in[i].get()), in[i + 1].get());
+    } else if (ops::isText(in[i].get()) && isWordValue(in[i + 1].get()) && vxIsObject(in[0].get())) {
+      // Each object's own set takes the words: the default, the factory
+      // value, or (escaped) the word as text.
+      const std::string name = ops::textOf(in[i].get());
+      const vxArray* objects = in[0].get();
+      for (std::size_t k = 0, n = vxGetNumberOfElements(objects); k < n; ++k) {
+        COSInterfacePtr object = omGetLiveArrayElement(objects, k);
+        if (!object) throw Error("VANTEL:sg:DeletedObject");
+        SGHandle::setProperty(COSGetPublicClient(), object, name.c_str(), in[i + 1].get());
+      }
     } else {
       Out ignored;
       const Value pair[] = {in[0], in[i], in[i + 1]};

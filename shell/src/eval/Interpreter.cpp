@@ -560,6 +560,14 @@ std::vector<Value> Interpreter::call(const std::string& name, std::span<const Va
   if (!args.empty() && vxIsObject(args[0].get())) {
     std::vector<Value> out;
     if (objects.callMethod(args[0].get(), name, args.subspan(1), nargout, out)) return out;
+  } else {
+    // eq(1, h): the first object among the inputs decides.
+    for (const Value& a : args) {
+      if (!vxIsObject(a.get())) continue;
+      std::vector<Value> out;
+      if (objects.callMethodOf(a.get(), name, args, nargout, out)) return out;
+      break;
+    }
   }
   if (auto fn = functions_.find(name); fn != functions_.end() && fn->second) {
     // The call holds the definition: code it runs may register a function

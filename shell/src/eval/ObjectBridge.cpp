@@ -55,6 +55,7 @@ void requireLive(const vxArray* objects) {
 // deleting again, identity comparison and display.
 bool acceptsDeleted(const std::string& method) {
   return method == "isvalid" || method == "delete" || method == "eq" || method == "ne" || method == "display" ||
+         method == "double" ||
          method == "disp";
 }
 
@@ -112,12 +113,17 @@ class VcosBridge final : public ObjectBridge {
     if (!acceptsDeleted(name)) requireLive(objects);  // before any method code runs
     std::vector<const vxArray*> in{objects};
     for (const Value& v : args) in.push_back(v.get());
-    std::vector<vxArray*> raw(static_cast<std::size_t>(std::max(nargout, 1)), nullptr);
-    const bool called = omCallMethod(cls->getName(), name.c_str(), COSGetPublicClient(), nargout, raw.data(),
-                                     static_cast<int>(in.size()), in.data(), /*dispatchOnObject=*/true);
-    for (vxArray* r : raw)
-      if (r) out.emplace_back(r);
-    return called;
+    return invoke(cls, name, in, nargout, out);
+  }
+
+  bool callMethodOf(const vxArray* objects, const std::string& name, std::span<const Value> args, int nargout,
+                    std::vector<Value>& out) override {
+    COSClass* cls = vcos::array::classOf(objects);
+    if (!cls || !cls->findMethod(COSID(name.c_str()))) return false;
+    if (!acceptsDeleted(name)) requireLive(objects);
+    std::vector<const vxArray*> in;
+    for (const Value& v : args) in.push_back(v.get());
+    return invoke(cls, name, in, nargout, out);
   }
 
   void callStatic(const std::string& className, const std::string& name, std::span<const Value> args, int nargout,
@@ -151,6 +157,17 @@ class VcosBridge final : public ObjectBridge {
     const std::string line =
         (deleted ? std::string("handle to deleted ") : ops::sizeText(objects) + " ") + vxGetClassName(objects) + "\n";
     return name.empty() ? "  " + line : name + " = " + line;
+  }
+
+ private:
+  bool invoke(COSClass* cls, const std::string& name, const std::vector<const vxArray*>& in, int nargout,
+              std::vector<Value>& out) {
+    std::vector<vxArray*> raw(static_cast<std::size_t>(std::max(nargout, 1)), nullptr);
+    const bool called = omCallMethod(cls->getName(), name.c_str(), COSGetPublicClient(), nargout, raw.data(),
+                                     static_cast<int>(in.size()), in.data(), /*dispatchOnObject=*/false);
+    for (vxArray* r : raw)
+      if (r) out.emplace_back(r);
+    return called;
   }
 };
 

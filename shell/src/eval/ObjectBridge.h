@@ -55,6 +55,10 @@ class ObjectBridge {
   // obj.name(args): false when the object has no method of that name.
   virtual bool callMethod(const vxArray* objects, const std::string& name, std::span<const Value> args, int nargout,
                           std::vector<Value>& out) = 0;
+  // name(args) where `objects`, one of `args` but not the first, decides the
+  // class whose method runs; the inputs keep their order.
+  virtual bool callMethodOf(const vxArray* objects, const std::string& name, std::span<const Value> args, int nargout,
+                            std::vector<Value>& out) = 0;
   // Class.method(args) for a static method; raises VANTEL:sgsh:NoSuchMethod
   // or VANTEL:sgsh:NotStaticMethod.
   virtual void callStatic(const std::string& className, const std::string& name, std::span<const Value> args,

@@ -39,7 +39,11 @@ TEST(DefaultNameAccess, GetAndSetByNameWithUsageRecords) {
   // "remove" and "default" as values take the default out.
   DefaultNameAccess::set(top, "defaultLineshapeWidth", text("remove").get());
   DefaultNameAccess::set(top, "defaultRectangleshapeWidth", text("default").get());
-  EXPECT_EQ(DefaultNameAccess::get(top, "defaultLineshapeWidth"), nullptr);
+  // With no default left, a get by name falls back to the factory value.
+  const Arr factory = DefaultProp::getFactoryValue(DefaultPropString("defaultLineshapeWidth", false));
+  ASSERT_NE(factory, nullptr);
+  EXPECT_EQ(numberOf(DefaultNameAccess::get(top, "defaultLineshapeWidth").get()), numberOf(factory.get()));
+  EXPECT_EQ(numberOf(DefaultNameAccess::getFactory(top, "factoryLineshapeWidth").get()), numberOf(factory.get()));
   EXPECT_EQ(vxGetNumberOfFields(DefaultProp(top).getDefaultPropArray()), 0);
 
   // Without a value: the possible values, and no usage record.
@@ -94,9 +98,12 @@ TEST(DefaultNameAccess, WordsAsValuesTakeTheInheritedDefaultOrTheTextItself) {
 
   SGHandle::setProperty(client, leaf, "Tag", text("\\default").get());
   EXPECT_EQ(textOf(getProp(leaf, "Tag").get()), "default");
-  // No default anywhere: the word is an ordinary value.
+  // No default anywhere: the word takes the factory value.
   SGHandle::setProperty(client, leaf, "Tag", text("remove").get());
-  EXPECT_EQ(textOf(getProp(leaf, "Tag").get()), "remove");
+  EXPECT_EQ(textOf(getProp(leaf, "Tag").get()), "");
+  SGHandle::setProperty(client, leaf, "Width", text("factory").get());
+  const Arr factory = DefaultProp::getFactoryValue(DefaultPropString("defaultLineshapeWidth", false));
+  EXPECT_EQ(numberOf(getProp(leaf, "Width").get()), numberOf(factory.get()));
 }
 
 }  // namespace

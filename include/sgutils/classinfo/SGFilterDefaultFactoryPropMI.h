@@ -1,0 +1,13 @@
+// filterDefaultFactoryPropName(object, name): the full name of the property
+// that a name finds on the object (by the class's look-up, then among its
+// dynamic properties), as text.
+#pragma once
+
+#include "sgutils/SgutilsExport.h"
+#include "vcos/COSMethodBase.h"
+
+class SGUTILS_API SGFilterDefaultFactoryPropMI : public COSMethodBase {
+ public:
+  explicit SGFilterDefaultFactoryPropMI(COSID classId);
+  void invoke(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) const override;
+};
