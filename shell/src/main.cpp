@@ -9,6 +9,7 @@
 #include <cstring>
 #include <string>
 
+#include "builtins/CopyBuiltins.h"
 #include "builtins/GraphicsBuiltins.h"
 #include "foundation/core/except/Error.h"
 #include "sgclasses/Registration.h"
@@ -27,6 +28,7 @@ class GraphicsLibrary {
     VLInitialize_sgutils();
     sgclasses::registerClasses();
     sgsh::builtins::registerGraphicsBuiltins();
+    sgsh::builtins::registerCopyBuiltins();
     Dl_info info{};
     if (dladdr(reinterpret_cast<void*>(&VLInitialize_sgutils), &info) == 0 || !info.dli_fname) return;
     // Already loaded: this only takes a handle of our own to it.

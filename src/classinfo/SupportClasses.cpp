@@ -16,18 +16,6 @@ class GraphicsDisplayClassInfo final : public COSClassInfo {
   bool isHidden() const override { return true; }
 };
 
-class CopyContextCI final : public COSClassInfo {
- public:
-  const char* getName() const override { return "CopyContext"; }
-  bool isHidden() const override { return true; }
-};
-
-class CopyableCI final : public AbstractClassInfo {
- public:
-  const char* getName() const override { return "Copyable"; }
-  bool isHidden() const override { return true; }
-};
-
 // A graphics class below "vantel.graphics.Graphics" with no data of its own.
 class GraphicsSubclassCI : public SGHandleClassInfo {
  public:
@@ -83,8 +71,6 @@ const char* noDetails() { return "no details"; }
 }  // namespace
 
 COSClassInfo* newGraphicsDisplayClassInfo() { return new GraphicsDisplayClassInfo; }
-COSClassInfo* newCopyContextCI() { return new CopyContextCI; }
-COSClassInfo* newCopyableCI() { return new CopyableCI; }
 COSClassInfo* newGraphicsTestBaseCI() { return new GraphicsTestBaseCI; }
 COSClassInfo* newSGJavaVisibleMixinTestBaseCI() { return new SGJavaVisibleMixinTestBaseCI; }
 COSClassInfo* newLegacyTestBaseCI() { return new LegacyTestBaseCI; }
