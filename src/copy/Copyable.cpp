@@ -155,6 +155,9 @@ void defaultCopyElement(const COSClient* client, int& nlhs, COSValue* plhs, int 
       withCallbacks = task->context && task->context->getCopyCallbacks();
     }
   }
+  // The defaults stored on the source go with it; the store is no property.
+  if (const SGHandle* from = SGHandle::fromObject(source.get()); from && from->getDefaultProp())
+    if (SGHandle* to = SGHandle::fromObject(copy.get())) to->setDefaultProp(from->getDefaultProp());
   const ClassCopyPlan& plan = ClassCopyPlan::of(source.get());
   copyProperties(withCallbacks ? plan.elementWithCallbacks : plan.element, source, copy, client, false);
   if (nlhs < 1) nlhs = 1;
