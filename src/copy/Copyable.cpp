@@ -130,7 +130,7 @@ void runCopyElement(CopyTask& task, const COSClient* client) {
   }
   const vxArray* copy = task.copyArray.get();
   if (copy && performed && omIsVCOS(copy) && vxGetNumberOfElements(copy) == 1) {
-    if (task.allocatedCopy && task.allocatedCopy == omGetArrayElement(copy, 0).get()) {
+    if (task.allocatedCopy && task.allocatedCopy.get() == omGetArrayElement(copy, 0).get()) {
       task.state = CopyTask::kCopied;
       return;
     }
@@ -151,7 +151,7 @@ void defaultCopyElement(const COSClient* client, int& nlhs, COSValue* plhs, int 
   if (CopyableData* data = Copyable::dataOf(source.get()); data && !data->activeTasks.empty()) {
     CopyTask* task = data->activeTasks.back();
     if (task && vxGetNumberOfElements(made.get()) == 1) {
-      task->allocatedCopy = copy.get();
+      task->allocatedCopy = COSInterfacePtr(copy.get(), COSWeakReference);
       withCallbacks = task->context && task->context->getCopyCallbacks();
     }
   }

@@ -19,8 +19,10 @@ struct CopyTask {
   COSID className;
   matrix::unique_vxArray sourceArray;
   matrix::unique_vxArray copyArray;
-  // What the default copyElement allocated for this task; the copy must be it.
-  const COSInterface* allocatedCopy = nullptr;
+  // What the default copyElement allocated for this task; the copy must be
+  // it. Held by a memory-only reference, so that no other object can take
+  // its address while the task compares.
+  COSInterfacePtr allocatedCopy{static_cast<COSInterface*>(nullptr), COSWeakReference};
   COSInterfacePtr source;
   int state = kPlanned;
   const COSInterface* identity = nullptr;
