@@ -16,6 +16,7 @@
 #include "sgdatatypes/ClientEnum.h"
 #include "sgdatatypes/RGBAColor.h"
 #include "sgutils/copy/CopyContext.h"
+#include "sgutils/tree/RootInstance.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSListener.h"
@@ -157,6 +158,10 @@ void benchFind(COSInterface* root) {
 void benchCopy(COSInterface* root) {
   const COSInterfacePtr container(childAt(root, 0));
   const std::vector<COSInterfacePtr> sources{container};
+  // A copy reads the root's ShowHiddenHandles: the tree's root stands in (it
+  // has none, so nothing is widened).
+  const COSInterfacePtr treeRoot(root);
+  sgutils::RootInstance::setGetRootInstanceFcn([treeRoot] { return treeRoot; });
   std::vector<double> samples;
   for (int r = 0; r < kReps; ++r) {
     matrix::unique_vxArray made;
@@ -168,7 +173,8 @@ void benchCopy(COSInterface* root) {
     if (!nodeData(copy->getOldestChild()).getSelected()) fail("W6 copied value");
     copy->deleteObject(COSGetPublicClient());
   }
-  report("W6-copy-generic", median(samples) / 1e6, "ms/copy");
+  report("W6-copy-container-reflective", median(samples) / 1e6, "ms");
+  sgutils::RootInstance::clearGetRootInstanceFcn();
 }
 
 int runBenchmarks() {
