@@ -11,6 +11,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "sgclasses/ClassNames.h"
+#include "sgutils/copy/Copyable.h"
 #include "sgutils/objects/Figure.gen.h"
 #include "sgutils/objects/Line.gen.h"
 #include "sgutils/objects/Patch.gen.h"
@@ -94,6 +95,9 @@ void Axes::makeTitle(COSInterfacePtr object) {
   block->setHandleVisibility(graphics::datatype::HandleVisibility::Off, graphics::datatype::PrivateClient);
   block->setHorizontalAlignment(HorizontalAlignment::Center, graphics::datatype::PrivateClient);
   block->reparent(text.get(), object.get());
+  // A copy of the axes makes its own title and takes the values of this one
+  // (AxesCopy.cpp), so the title is no object of its own in a copy.
+  if (sgutils::CopyableData* data = sgutils::Copyable::dataOf(text.get())) data->copyable = false;
   title_ = COSInterfacePtr(text.get(), COSWeakReference);
 }
 

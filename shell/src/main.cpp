@@ -10,6 +10,7 @@
 #include <string>
 
 #include "builtins/CallbackBuiltins.h"
+#include "builtins/CopyBuiltins.h"
 #include "builtins/GraphicsBuiltins.h"
 #include "foundation/core/except/Error.h"
 #include "sgclasses/Registration.h"
@@ -29,6 +30,7 @@ class GraphicsLibrary {
     sgclasses::registerClasses();
     sgsh::builtins::registerGraphicsBuiltins();
     sgsh::builtins::registerCallbackBuiltins();
+    sgsh::builtins::registerCopyBuiltins();
     Dl_info info{};
     if (dladdr(reinterpret_cast<void*>(&VLInitialize_sgutils), &info) == 0 || !info.dli_fname) return;
     // Already loaded: this only takes a handle of our own to it.

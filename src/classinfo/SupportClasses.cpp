@@ -11,18 +11,6 @@
 namespace sgutils::support {
 namespace {
 
-class CopyContextCI final : public COSClassInfo {
- public:
-  const char* getName() const override { return "CopyContext"; }
-  bool isHidden() const override { return true; }
-};
-
-class CopyableCI final : public AbstractClassInfo {
- public:
-  const char* getName() const override { return "Copyable"; }
-  bool isHidden() const override { return true; }
-};
-
 // A graphics class below "vantel.graphics.Graphics" with no data of its own.
 class GraphicsSubclassCI : public SGHandleClassInfo {
  public:
@@ -78,8 +66,6 @@ const char* noDetails() { return "no details"; }
 }  // namespace
 
 COSClassInfo* newGraphicsDisplayClassInfo() { return new sgutils::GraphicsDisplayClassInfo; }
-COSClassInfo* newCopyContextCI() { return new CopyContextCI; }
-COSClassInfo* newCopyableCI() { return new CopyableCI; }
 COSClassInfo* newGraphicsTestBaseCI() { return new GraphicsTestBaseCI; }
 COSClassInfo* newSGJavaVisibleMixinTestBaseCI() { return new SGJavaVisibleMixinTestBaseCI; }
 COSClassInfo* newLegacyTestBaseCI() { return new LegacyTestBaseCI; }

@@ -10,6 +10,7 @@ class COSClassInfo;
 namespace sgutils::support {
 
 COSClassInfo* newGraphicsDisplayClassInfo();
+// Made in src/copy, with the copy transaction.
 COSClassInfo* newCopyContextCI();
 COSClassInfo* newCopyableCI();
 COSClassInfo* newGraphicsTestBaseCI();

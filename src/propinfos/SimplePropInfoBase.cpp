@@ -63,11 +63,13 @@ COSDataTypePtr autoManualType() {
 }
 
 unsigned modeFaceFlags(const PropertyDefinitionInterface& record) noexcept {
-  // Transient, inspectable and, unless the record says otherwise, defaultable
-  // and resettable: the mode of a triple is reset with its value.
+  // Transient, inspectable and, unless the record says otherwise, defaultable,
+  // resettable and copyable: the mode of a triple is reset with its value.
   unsigned flags = kPropTransient | kPropInspectAllowed;
   if (!record.has(kDefNoDefault) && !record.has(kDefReadOnly)) flags |= kPropDefaultAllowed;
   if (!record.has(kDefNoReset)) flags |= kPropResetAllowed;
+  // A copy keeps the mode with the value: copyable unless the value is not.
+  if (!record.has(kDefNoCopy)) flags |= kPropCopyAllowed;
   return flags;
 }
 

@@ -1,0 +1,59 @@
+// The copy transaction: the plan (one task per object, breadth first), the
+// map from source to task, the two passes and the result.
+#pragma once
+
+#include <cstddef>
+#include <list>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "sgutils/copy/CopyContext.h"
+#include "sgutils/copy/CopyTask.h"
+
+namespace sgutils {
+
+class SGUTILS_API CopyContextImpl final : public CopyContext {
+ public:
+  // Plans the copy of `sources` under `parent` (null: no parent). Raises
+  // "VANTEL:copyobj:DegenerateCopy" when an object would be copied twice.
+  CopyContextImpl(const COSInterfacePtr& parent, const std::vector<COSInterfacePtr>& sources);
+  ~CopyContextImpl() override;
+
+  vxArray* getCopy(const COSClient* client, const vxArray* array) override;
+  vxArray* willBeCopied(const COSClient* client, const vxArray* array) const override;
+  const vxArray* getDestinationParent() const override { return destinationParentArray.get(); }
+  const vxArray* getCopySources() const override { return copySourcesArray.get(); }
+
+  // Runs both passes and returns the column of top-level copies. When a pass
+  // fails, every copy made so far is deleted before the error goes on.
+  vxArray* run();
+
+  void setCopyCallbacks(bool value) noexcept { copyCallbacks = value; }
+  bool getCopyCallbacks() const noexcept { return copyCallbacks; }
+  // The object that wraps this context for the language.
+  const vxArray* getContextObject() const noexcept { return contextObject.get(); }
+  std::size_t taskCount() const noexcept { return tasks.size(); }
+  // The implementation behind a context object, or null.
+  static CopyContextImpl* of(const COSInterface* object) noexcept;
+
+ private:
+  std::shared_ptr<CopyTask> makeRootTask();
+  void planSubtree(const COSInterfacePtr& source, CopyTask* parentTask);
+  CopyTask* addTask(const COSInterfacePtr& source, CopyTask* parentTask);
+  void connect(CopyTask& task);
+  void deleteCopies() noexcept;
+  CopyTask* findTask(const COSInterface* object) const noexcept;
+
+  COSInterfacePtr destinationParent;
+  std::vector<COSInterfacePtr> sources;
+  matrix::unique_vxArray contextObject;
+  matrix::unique_vxArray destinationParentArray;
+  matrix::unique_vxArray copySourcesArray;
+  std::list<std::shared_ptr<CopyTask>> tasks;
+  std::size_t topLevelCount = 0;
+  std::unordered_map<const COSInterface*, std::shared_ptr<CopyTask>> taskMap;
+  bool copyCallbacks = false;
+};
+
+}  // namespace sgutils

@@ -1,0 +1,32 @@
+// One entry of a copy transaction: one source object, and its copy once it
+// exists. The tasks of a transaction are kept in planning order (breadth
+// first), so a parent's task always stands before its children's.
+#pragma once
+
+#include "vcos/COSInterfacePtr.h"
+#include "vcos/COSInternedBase.h"
+#include "vx/matrix.h"
+
+namespace sgutils {
+
+class CopyContextImpl;
+
+struct CopyTask {
+  // 0: planned, 1: copied, 2: connected (or the root task).
+  enum State : int { kPlanned = 0, kCopied = 1, kConnected = 2 };
+
+  CopyTask* parentTask = nullptr;
+  COSID className;
+  matrix::unique_vxArray sourceArray;
+  matrix::unique_vxArray copyArray;
+  // What the default copyElement allocated for this task; the copy must be
+  // it. Held by a memory-only reference, so that no other object can take
+  // its address while the task compares.
+  COSInterfacePtr allocatedCopy{static_cast<COSInterface*>(nullptr), COSWeakReference};
+  COSInterfacePtr source;
+  int state = kPlanned;
+  const COSInterface* identity = nullptr;
+  CopyContextImpl* context = nullptr;
+};
+
+}  // namespace sgutils

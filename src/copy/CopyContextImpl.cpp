@@ -1,0 +1,231 @@
+// The copy transaction: planning, the two passes, getCopy and the result.
+#include "sgutils/copy/CopyContextImpl.h"
+
+#include <iterator>
+
+#include "foundation/core/except/Error.h"
+#include "foundation/core/except/WarningChannel.h"
+#include "foundation/i18n/Message.h"
+#include "sgutils/copy/Copyable.h"
+#include "sgutils/tree/ScopeShowHiddenHandlesOn.h"
+#include "src/copy/ArrayValue.h"
+#include "src/copy/CopyClient.h"
+#include "src/copy/CopyElement.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSClient.h"
+#include "vcos/COSPropInfo.h"
+#include "vcos/ObjectArray.h"
+#include "vcos/ObjectCalls.h"
+#include "vx/vxCreate.h"
+#include "vx/vxData.h"
+#include "vx/vxQuery.h"
+
+using foundation::core::except::Error;
+
+namespace sgutils {
+
+namespace {
+
+const COSID& placeholderId() {
+  static const COSID id("vantel.graphics.GraphicsPlaceholder");
+  return id;
+}
+const COSID& contextClassId() {
+  static const COSID id("vantel.graphics.internal.CopyContext");
+  return id;
+}
+
+// The whole child list of an object, hidden children included (the caller
+// holds ScopeShowHiddenHandlesOn). An object without Children has none.
+matrix::unique_vxArray fetchChildren(const COSClient* client, const COSInterfacePtr& object) {
+  static const COSID children("Children");
+  COSPropInfo* property = object->findPropertyInfo(children);
+  if (!property) return matrix::unique_vxArray(omCreateVCOSEmpty(placeholderId()));
+  const COSDataTypePtr type = property->getDataType();
+  if (!copy::hasArrayForm(type)) return nullptr;
+  const COSValue value = object->getPropertyValue(client, property);
+  struct Release {
+    const COSClient* c;
+    COSInterface* o;
+    const COSPropInfo* p;
+    COSValue v;
+    ~Release() { o->releasePropertyValue(c, p, v); }
+  } release{client, object.get(), property, value};
+  return copy::toArray(type, value);
+}
+
+}  // namespace
+
+CopyContextImpl::CopyContextImpl(const COSInterfacePtr& parent, const std::vector<COSInterfacePtr>& sourceList)
+    : destinationParent(parent), sources(sourceList) {
+  destinationParentArray.reset(parent ? omCreateVCOSScalar(parent) : omCreateVCOSEmpty(placeholderId()));
+  copySourcesArray.reset(omCreateVCOSMatrix(sources.size(), 1, placeholderId()));
+  for (std::size_t i = 0; i < sources.size(); ++i)
+    if (sources[i]) omSetArrayElement(copySourcesArray.get(), i, sources[i]);
+  omSetClassOfHeterogeneousArray(copySourcesArray.get());
+  contextObject.reset(omCreateVCOSScalar(omWrapData(static_cast<void*>(this), COSClass::getClass(contextClassId()))));
+
+  try {
+    tasks.push_front(makeRootTask());
+    // One guard for the whole plan: every fetch of children sees hidden ones.
+    ScopeShowHiddenHandlesOn showHidden;
+    for (auto it = sources.rbegin(); it != sources.rend(); ++it) planSubtree(*it, tasks.front().get());
+  } catch (...) {
+    // No destructor runs for a constructor that throws: the context object
+    // must not outlive this instance.
+    const COSInterfacePtr object = omGetArrayElement(contextObject.get(), 0);
+    if (object && !object->isDestroyed() && !object->isBeingDestroyed()) object->deleteObject(copy::contextClient());
+    throw;
+  }
+}
+
+CopyContextImpl::~CopyContextImpl() {
+  const COSInterfacePtr object = omGetArrayElement(contextObject.get(), 0);
+  if (object && !object->isDestroyed() && !object->isBeingDestroyed()) {
+    try {
+      object->deleteObject(copy::contextClient());
+    } catch (...) {
+      // A listener's error on the way out cannot be reported from here.
+    }
+  }
+}
+
+CopyContextImpl* CopyContextImpl::of(const COSInterface* object) noexcept {
+  if (!object || object->isDestroyed()) return nullptr;
+  return static_cast<CopyContextImpl*>(object->getInstanceData(contextClassId()));
+}
+
+std::shared_ptr<CopyTask> CopyContextImpl::makeRootTask() {
+  auto root = std::make_shared<CopyTask>();
+  root->context = this;
+  root->state = CopyTask::kConnected;
+  const bool live = destinationParent && !destinationParent->isDestroyed();
+  root->className = live ? destinationParent->getClass()->getID() : placeholderId();
+  root->copyArray.reset(destinationParent ? omCreateVCOSScalar(destinationParent) : omCreateVCOSEmpty(placeholderId()));
+  return root;
+}
+
+void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* parentTask) {
+  if (!Copyable::isCopyable(source.get())) {
+    if (source && !source->isDestroyed())
+      foundation::core::except::WarningChannel::instance().issue(
+          i18n::Message("VANTEL:copyobj:ObjectNotCopied", {source->getClass()->getName()}));
+    return;
+  }
+  addTask(source, parentTask);
+  ++topLevelCount;
+  const COSClient* client = COSGetPublicClient();
+  for (auto it = std::prev(tasks.end()); it != tasks.end(); ++it) {
+    CopyTask* task = it->get();
+    const matrix::unique_vxArray children = fetchChildren(client, task->source);
+    if (!children || !omIsVCOS(children.get())) continue;
+    // The list is newest first: walking it backwards plans the oldest child
+    // first.
+    for (std::size_t i = vxGetNumberOfElements(children.get()); i-- > 0;) {
+      const COSInterfacePtr child = omGetArrayElement(children.get(), i);
+      if (Copyable::isCopyable(child.get())) addTask(child, task);
+    }
+  }
+}
+
+CopyTask* CopyContextImpl::addTask(const COSInterfacePtr& source, CopyTask* parentTask) {
+  if (!source) return nullptr;
+  if (taskMap.contains(source.get())) throw Error("VANTEL:copyobj:DegenerateCopy");
+  auto task = std::make_shared<CopyTask>();
+  task->parentTask = parentTask;
+  task->className = source->isDestroyed() ? placeholderId() : source->getClass()->getID();
+  task->sourceArray.reset(omCreateVCOSScalar(source));
+  task->source = source;
+  task->identity = source.get();
+  task->context = this;
+  if (taskMap.empty()) taskMap.max_load_factor(1.0f);
+  taskMap.emplace(task->identity, task);
+  tasks.push_back(std::move(task));
+  return tasks.back().get();
+}
+
+CopyTask* CopyContextImpl::findTask(const COSInterface* object) const noexcept {
+  const auto found = taskMap.find(object);
+  return found == taskMap.end() ? nullptr : found->second.get();
+}
+
+void CopyContextImpl::connect(CopyTask& task) {
+  static const COSID method("connectCopyToTree");
+  const vxArray* in[4] = {task.sourceArray.get(), task.copyArray.get(), task.parentTask->copyArray.get(),
+                          contextObject.get()};
+  omCallMethod(task.className, method, copy::contextClient(), 0, nullptr, 4, in, true);
+  task.state = CopyTask::kConnected;
+}
+
+vxArray* CopyContextImpl::run() {
+  try {
+    const COSClient* client = copy::contextClient();
+    for (auto it = tasks.begin(); it != tasks.end(); ++it) {
+      const std::shared_ptr<CopyTask> task = *it;
+      if (task->state == CopyTask::kPlanned) copy::runCopyElement(*task, client);
+    }
+    for (auto it = tasks.begin(); it != tasks.end(); ++it) {
+      const std::shared_ptr<CopyTask> task = *it;
+      if (task->state == CopyTask::kCopied) connect(*task);
+    }
+    matrix::unique_vxArray result(omCreateVCOSMatrix(topLevelCount, 1, placeholderId()));
+    std::size_t next = 0;
+    for (const COSInterfacePtr& source : sources) {
+      CopyTask* task = findTask(source.get());
+      if (!task) continue;
+      if (task->state == CopyTask::kPlanned) copy::runCopyElement(*task, client);
+      omSetArrayElement(result.get(), next++, omGetLiveArrayElement(task->copyArray.get(), 0));
+    }
+    omSetClassOfHeterogeneousArray(result.get());
+    return result.release();
+  } catch (...) {
+    deleteCopies();
+    throw;
+  }
+}
+
+void CopyContextImpl::deleteCopies() noexcept {
+  // Children before their parents: the plan is breadth first.
+  for (auto it = tasks.rbegin(); it != tasks.rend(); ++it) {
+    CopyTask& task = **it;
+    if (!task.source || !task.copyArray || !omIsVCOS(task.copyArray.get()) || vxIsEmpty(task.copyArray.get()))
+      continue;
+    const COSInterfacePtr copy = omGetLiveArrayElement(task.copyArray.get(), 0);
+    if (!copy || copy->isBeingDestroyed()) continue;
+    try {
+      copy->deleteObject(copy::contextClient());
+    } catch (...) {
+      // Keep deleting the others; the first error is what the caller sees.
+    }
+  }
+}
+
+vxArray* CopyContextImpl::getCopy(const COSClient*, const vxArray* array) {
+  if (vxIsEmpty(array)) return vxCreateSharedDataCopy(array);
+  if (!omIsVCOS(array)) return omCreateVCOSEmpty(placeholderId());
+  std::vector<COSInterfacePtr> kept;
+  const std::size_t n = vxGetNumberOfElements(array);
+  kept.reserve(n);
+  for (std::size_t i = 0; i < n; ++i) {
+    CopyTask* task = findTask(omGetArrayElement(array, i).get());
+    if (!task) continue;
+    if (task->state == CopyTask::kPlanned) copy::runCopyElement(*task, copy::contextClient());
+    COSInterfacePtr copy = omGetLiveArrayElement(task->copyArray.get(), 0);
+    if (copy && !copy->isDestroyed() && !copy->isBeingDestroyed()) kept.push_back(std::move(copy));
+  }
+  matrix::unique_vxArray result(omCreateVCOSMatrix(kept.size(), 1, placeholderId()));
+  for (std::size_t i = 0; i < kept.size(); ++i) omSetArrayElement(result.get(), i, kept[i]);
+  omSetClassOfHeterogeneousArray(result.get());
+  return result.release();
+}
+
+vxArray* CopyContextImpl::willBeCopied(const COSClient*, const vxArray* array) const {
+  matrix::unique_vxArray result(vxCreateLogicalMatrix(vxGetM(array), vxGetN(array)));
+  if (!omIsVCOS(array)) return result.release();
+  bool* flags = vxGetLogicals(result.get());
+  const std::size_t n = vxGetNumberOfElements(array);
+  for (std::size_t i = 0; i < n; ++i) flags[i] = findTask(omGetArrayElement(array, i).get()) != nullptr;
+  return result.release();
+}
+
+}  // namespace sgutils

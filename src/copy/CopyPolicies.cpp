@@ -1,0 +1,134 @@
+// The three property copy policies.
+#include <string>
+#include <vector>
+
+#include "sgutils/copy/CopyContextImpl.h"
+#include "src/copy/NamedChildCopyPolicy.h"
+#include "src/copy/ReconnectHandleCopyPolicy.h"
+#include "src/copy/ShallowCopyPolicy.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSDataType.h"
+#include "vcos/COSPropInfo.h"
+#include "vcos/ObjectArray.h"
+#include "vcos/ObjectCalls.h"
+#include "vx/vxQuery.h"
+
+namespace sgutils::copy {
+
+ShallowCopyPolicy::~ShallowCopyPolicy() {
+  if (resolved) property->releaseValue(source.get(), value);
+}
+
+void ShallowCopyPolicy::getValue(COSValue& out) {
+  // A set value is borrowed by the property, so the value read is set as it
+  // is and released with the policy.
+  if (!resolved) {
+    value = property->getValue(source.get());
+    resolved = true;
+  }
+  out = value;
+}
+
+NamedChildCopyPolicy::NamedChildCopyPolicy(const COSPropInfo* property, COSInterfacePtr source,
+                                           const COSClient* client)
+    : PropertyCopyPolicy(property), source(std::move(source)), dataType(property->getDataType()), client(client) {}
+
+bool NamedChildCopyPolicy::hasValue() {
+  resolve();
+  return value.has();
+}
+
+void NamedChildCopyPolicy::getValue(COSValue& out) {
+  resolve();
+  out = value.get();
+}
+
+void NamedChildCopyPolicy::resolve() {
+  if (resolved) return;
+  resolved = true;
+  if (!hasArrayForm(dataType)) return;
+  matrix::unique_vxArray array;
+  {
+    const COSValue read = property->getValue(source.get());
+    struct Release {
+      const COSPropInfo* p;
+      COSInterface* o;
+      COSValue v;
+      ~Release() { p->releaseValue(o, v); }
+    } release{property, source.get(), read};
+    array = toArray(dataType, read);
+  }
+  if (!array || !omIsVCOS(array.get())) return;
+
+  const std::size_t n = vxGetNumberOfElements(array.get());
+  std::vector<COSInterfacePtr> copies;
+  copies.reserve(n);
+  COSClass* firstClass = nullptr;
+  bool mixed = false;
+  std::size_t lastColumns = 1;
+  for (std::size_t i = 0; i < n; ++i) {
+    const COSInterfacePtr element = omGetArrayElement(array.get(), i);
+    if (!element || element->isDestroyed()) return;
+    matrix::unique_vxArray input(omCreateVCOSScalar(element));
+    vxArray* out[1] = {nullptr};
+    const vxArray* in[1] = {input.get()};
+    if (!omCallMethod(element->getClass()->getID(), "copyElement", client, 1, out, 1, in, true)) return;
+    matrix::unique_vxArray made(out[0]);
+    if (!made || !omIsVCOS(made.get()) || vxIsEmpty(made.get())) return;
+    lastColumns = vxGetN(made.get());
+    COSInterfacePtr copy = omGetArrayElement(made.get(), 0);
+    if (!firstClass)
+      firstClass = copy->getClass();
+    else if (copy->getClass() != firstClass)
+      mixed = true;
+    copies.push_back(std::move(copy));
+  }
+  const char* className = firstClass ? firstClass->getName() : "vantel.graphics.GraphicsPlaceholder";
+  matrix::unique_vxArray result(copies.size() == n
+                                    ? omCreateVCOSMatrix(vxGetM(array.get()), vxGetN(array.get()), className)
+                                    : omCreateVCOSMatrix(copies.size(), lastColumns, className));
+  for (std::size_t i = 0; i < copies.size(); ++i) omSetArrayElement(result.get(), i, copies[i]);
+  if (mixed) omSetClassOfHeterogeneousArray(result.get());
+  value = OwnedValue(dataType, fromArray(dataType, result.get()));
+}
+
+ReconnectHandleCopyPolicy::ReconnectHandleCopyPolicy(const COSPropInfo* property, COSInterfacePtr source,
+                                                     const COSClient* client, CopyContextImpl* context)
+    : PropertyCopyPolicy(property),
+      source(std::move(source)),
+      dataType(property->getDataType()),
+      client(client),
+      context(context) {}
+
+bool ReconnectHandleCopyPolicy::hasValue() {
+  resolve();
+  return value.has();
+}
+
+void ReconnectHandleCopyPolicy::getValue(COSValue& out) {
+  resolve();
+  out = value.get();
+}
+
+void ReconnectHandleCopyPolicy::resolve() {
+  if (resolved) return;
+  resolved = true;
+  if (!context || !hasArrayForm(dataType)) return;
+  matrix::unique_vxArray array;
+  {
+    const COSValue read = property->getValue(source.get());
+    struct Release {
+      const COSPropInfo* p;
+      COSInterface* o;
+      COSValue v;
+      ~Release() { p->releaseValue(o, v); }
+    } release{property, source.get(), read};
+    array = toArray(dataType, read);
+  }
+  if (!array) return;
+  matrix::unique_vxArray copies(context->getCopy(client, array.get()));
+  if (!copies || vxIsEmpty(copies.get())) return;
+  value = OwnedValue(dataType, fromArray(dataType, copies.get()));
+}
+
+}  // namespace sgutils::copy

@@ -1,0 +1,81 @@
+// The visitors that sort properties for a copy, and the per-class plan
+// built from them.
+#include <cstring>
+#include <memory>
+#include <unordered_map>
+
+#include "src/copy/ClassCopyPlan.h"
+#include "src/copy/CopyElementWithCallbacksVisitor.h"
+#include "src/copy/InsertCopyVisitor.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSDataType.h"
+#include "vcos/COSInterface.h"
+#include "vcos/COSPropInfo.h"
+
+namespace sgutils::copy {
+
+bool PropertyCopyVisitor::has(const COSPropInfo* property) const {
+  const COSID name(property->getName());
+  for (const COSID& n : names_)
+    if (n == name) return true;
+  return false;
+}
+
+void PropertyCopyVisitor::add(const COSPropInfo* property, PropertyCopyKind kind) {
+  entries_.push_back({property, kind});
+  names_.emplace_back(property->getName());
+}
+
+bool CopyElementVisitor::visitProperty(COSClass*, COSPropInfo* property) {
+  if (has(property)) return true;
+  const PropertyCopyKind kind = Copyable::classify(property, object);
+  if (kind == PropertyCopyKind::Value || kind == PropertyCopyKind::DeepCopy) add(property, kind);
+  return true;
+}
+
+namespace {
+bool isCallbackType(const COSDataTypePtr& type) {
+  if (!type) return false;
+  const char* name = type->getName();
+  const std::size_t n = std::strlen(name);
+  constexpr std::size_t k = sizeof("Callback") - 1;
+  return std::strcmp(name, "Callback") == 0 || (n > k && name[n - k - 1] == '.' && std::strcmp(name + n - k, "Callback") == 0);
+}
+}  // namespace
+
+bool CopyElementWithCallbacksVisitor::visitProperty(COSClass* definingClass, COSPropInfo* property) {
+  CopyElementVisitor::visitProperty(definingClass, property);
+  if (has(property) || Copyable::classify(property, object) != PropertyCopyKind::Leave) return true;
+  if ((isCallbackType(property->getDataType()) || std::strcmp(property->getName(), "ApplicationData") == 0) &&
+      !property->isDependent())
+    add(property, PropertyCopyKind::Value);
+  return true;
+}
+
+bool InsertCopyVisitor::visitProperty(COSClass*, COSPropInfo* property) {
+  if (has(property)) return true;
+  if (Copyable::classify(property, object) == PropertyCopyKind::Reconnect) add(property, PropertyCopyKind::Reconnect);
+  return true;
+}
+
+const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {
+  // Interpreter thread only, as all class-system work; classes live for the
+  // process, so a plan does too.
+  static std::unordered_map<const COSClass*, std::unique_ptr<ClassCopyPlan>> plans;
+  COSClass* cls = object->getClass();
+  auto found = plans.find(cls);
+  if (found != plans.end()) return *found->second;
+  auto plan = std::make_unique<ClassCopyPlan>();
+  CopyElementVisitor element(object);
+  cls->acceptPropertyVisitor(element);
+  plan->element = element.entries();
+  CopyElementWithCallbacksVisitor withCallbacks(object);
+  cls->acceptPropertyVisitor(withCallbacks);
+  plan->elementWithCallbacks = withCallbacks.entries();
+  InsertCopyVisitor connect(object);
+  cls->acceptPropertyVisitor(connect);
+  plan->connect = connect.entries();
+  return *plans.emplace(cls, std::move(plan)).first->second;
+}
+
+}  // namespace sgutils::copy

@@ -1,0 +1,215 @@
+// The Copyable mixin: the copy test, the classification of properties, and
+// the default copyElement, connectCopyToTree and copy.
+#include "sgutils/copy/Copyable.h"
+
+#include <cstring>
+#include <vector>
+
+#include "foundation/core/except/Error.h"
+#include "sgutils/copy/CopyContextImpl.h"
+#include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/metadata/SGCustomMetaProperty.h"
+#include "src/copy/ArrayValue.h"
+#include "src/copy/ClassCopyPlan.h"
+#include "src/copy/CopyElement.h"
+#include "src/copy/NamedChildCopyPolicy.h"
+#include "src/copy/ReconnectHandleCopyPolicy.h"
+#include "src/copy/ShallowCopyPolicy.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSObjectOperations.h"
+#include "vcos/COSPropInfo.h"
+#include "vcos/ObjectArray.h"
+#include "vcos/ObjectCalls.h"
+#include "vx/vxQuery.h"
+
+using foundation::core::except::Error;
+
+namespace sgutils {
+
+COSID Copyable::classID() {
+  static const COSID id("vantel.graphics.mixin.internal.Copyable");
+  return id;
+}
+
+CopyableData* Copyable::dataOf(const COSInterface* object) noexcept {
+  return object ? static_cast<CopyableData*>(object->getInstanceData(classID())) : nullptr;
+}
+
+bool Copyable::isCopyable(const COSInterface* object) noexcept {
+  if (!object || object->isDestroyed() || object->isBeingDestroyed()) return false;
+  if (!object->getClass() || !object->getClass()->isSubclassOf(classID())) return false;
+  const CopyableData* data = dataOf(object);
+  return data && data->copyable;
+}
+
+PropertyCopyKind Copyable::classify(const COSPropInfo* property, const COSInterface* object) {
+  if (property->isDependent()) return PropertyCopyKind::Leave;
+  if (!property->isCopyAllowed()) return PropertyCopyKind::Leave;
+  const SGCustomMetaProperty* meta = SGCustomMetaProperty::of(property);
+  if (meta && meta->getReconnectOnCopy()) return PropertyCopyKind::Reconnect;
+  static const COSID graphics("vantel.graphics.Graphics");
+  if (const auto* handle = static_cast<const SGHandle*>(object ? object->getInstanceData(graphics) : nullptr))
+    if (handle->isChildProperty(property->getName())) return PropertyCopyKind::DeepCopy;
+  if (meta && meta->getDeepCopy()) return PropertyCopyKind::DeepCopy;
+  const char* name = property->getName();
+  if (std::strcmp(name, "Parent") == 0 || std::strcmp(name, "Children") == 0) return PropertyCopyKind::Leave;
+  return PropertyCopyKind::Value;
+}
+
+void Copyable::makeObjectsInArrayNonCopyable(const vxArray* array) {
+  if (!array || !omIsVCOS(array)) return;
+  const std::size_t n = vxGetNumberOfElements(array);
+  for (std::size_t i = 0; i < n; ++i) {
+    const COSInterfacePtr element = omGetLiveArrayElement(array, i);
+    if (CopyableData* data = dataOf(element.get())) data->copyable = false;
+  }
+}
+
+namespace copy {
+namespace {
+
+// Sets what each policy has onto the copy.
+template <class Policy>
+void apply(Policy& policy, const COSInterfacePtr& target) {
+  if (!policy.hasValue()) return;
+  COSValue value;
+  policy.getValue(value);
+  if (policy.hasValue()) vcos::omCopyPropertyWithNoPermissionCheck(target, policy.property, value);
+}
+
+void copyProperties(const std::vector<PropertyCopyEntry>& entries, const COSInterfacePtr& source,
+                    const COSInterfacePtr& target, const COSClient* client, bool valuesOnly) {
+  for (const PropertyCopyEntry& entry : entries) {
+    if (entry.kind == PropertyCopyKind::Value) {
+      ShallowCopyPolicy policy(entry.property, source);
+      apply(policy, target);
+    } else if (!valuesOnly) {
+      NamedChildCopyPolicy policy(entry.property, source, client);
+      apply(policy, target);
+    }
+  }
+}
+
+// Pushes the task on the source's active tasks for the scope of its
+// copyElement, so that the default copyElement finds it.
+class ActiveTaskScope {
+ public:
+  ActiveTaskScope(const COSInterfacePtr& source, CopyTask* task) noexcept
+      : data_(source && !source->isDestroyed() ? Copyable::dataOf(source.get()) : nullptr) {
+    if (data_) data_->activeTasks.push_back(task);
+  }
+  ~ActiveTaskScope() {
+    if (data_) {
+      data_->activeTasks.pop_back();
+      if (data_->activeTasks.empty()) data_->activeTasks.shrink_to_fit();
+    }
+  }
+  ActiveTaskScope(const ActiveTaskScope&) = delete;
+  ActiveTaskScope& operator=(const ActiveTaskScope&) = delete;
+
+ private:
+  CopyableData* data_;
+};
+
+const char* classNameOf(const vxArray* array) {
+  COSClass* cls = array ? vcos::array::classOf(array) : nullptr;
+  return cls ? cls->getName() : "";
+}
+
+}  // namespace
+
+void runCopyElement(CopyTask& task, const COSClient* client) {
+  bool performed = false;
+  {
+    ActiveTaskScope scope(task.source, &task);
+    vxArray* out[1] = {nullptr};
+    const vxArray* in[1] = {task.sourceArray.get()};
+    static const COSID method("copyElement");
+    performed = omCallMethod(task.className, method, client, 1, out, 1, in, true);
+    task.copyArray.reset(out[0]);
+  }
+  const vxArray* copy = task.copyArray.get();
+  if (copy && performed && omIsVCOS(copy) && vxGetNumberOfElements(copy) == 1) {
+    if (task.allocatedCopy && task.allocatedCopy.get() == omGetArrayElement(copy, 0).get()) {
+      task.state = CopyTask::kCopied;
+      return;
+    }
+    throw Error("VANTEL:copyobj:IncorrectlyAllocatedCopy", classNameOf(task.sourceArray.get()));
+  }
+  throw Error("VANTEL:copyobj:InvalidReturnType", classNameOf(task.sourceArray.get()));
+}
+
+void defaultCopyElement(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) {
+  if (nrhs < 1) return;
+  const auto* input = prhs[0].asPointer<const vxArray>();
+  const COSInterfacePtr source = omGetArrayElement(input, 0);
+  source->checkValid();
+  matrix::unique_vxArray made(omConstructObjectWithClient(source->getClass()->getID(), 0, nullptr, client));
+  const COSInterfacePtr copy = omGetArrayElement(made.get(), 0);
+
+  bool withCallbacks = false;
+  if (CopyableData* data = Copyable::dataOf(source.get()); data && !data->activeTasks.empty()) {
+    CopyTask* task = data->activeTasks.back();
+    if (task && vxGetNumberOfElements(made.get()) == 1) {
+      task->allocatedCopy = COSInterfacePtr(copy.get(), COSWeakReference);
+      withCallbacks = task->context && task->context->getCopyCallbacks();
+    }
+  }
+  // The defaults stored on the source go with it; the store is no property.
+  if (const SGHandle* from = SGHandle::fromObject(source.get()); from && from->getDefaultProp())
+    if (SGHandle* to = SGHandle::fromObject(copy.get())) to->setDefaultProp(from->getDefaultProp());
+  const ClassCopyPlan& plan = ClassCopyPlan::of(source.get());
+  copyProperties(withCallbacks ? plan.elementWithCallbacks : plan.element, source, copy, client, false);
+  if (nlhs < 1) nlhs = 1;
+  plhs[0] = COSValue(made.release());
+}
+
+void defaultConnectCopyToTree(const COSClient* client, int&, COSValue*, int nrhs, const COSValue* prhs) {
+  if (nrhs < 4) return;
+  const COSInterfacePtr source = omGetArrayElement(prhs[0].asPointer<const vxArray>(), 0);
+  const COSInterfacePtr copy = omGetArrayElement(prhs[1].asPointer<const vxArray>(), 0);
+  const auto* parent = prhs[2].asPointer<const vxArray>();
+  if (parent && !vxIsEmpty(parent)) {
+    static const COSID parentName("Parent");
+    if (COSPropInfo* property = copy->findPropertyInfo(parentName)) {
+      const COSDataTypePtr type = property->getDataType();
+      if (hasArrayForm(type)) {
+        OwnedValue value(type, fromArray(type, parent));
+        copy->setPropertyValue(client, property, value.get());
+      }
+    }
+  }
+  const COSInterfacePtr contextObject = omGetArrayElement(prhs[3].asPointer<const vxArray>(), 0);
+  CopyContextImpl* context = CopyContextImpl::of(contextObject.get());
+  for (const PropertyCopyEntry& entry : ClassCopyPlan::of(source.get()).connect) {
+    ReconnectHandleCopyPolicy policy(entry.property, source, client, context);
+    apply(policy, copy);
+  }
+}
+
+void copyMethod(const COSClient*, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) {
+  const auto* input = nrhs > 0 ? prhs[0].asPointer<const vxArray>() : nullptr;
+  if (!input || vxIsEmpty(input)) return;
+  std::vector<COSInterfacePtr> parents;
+  if (nrhs > 1) {
+    const auto* parent = prhs[1].asPointer<const vxArray>();
+    if (!parent || !omIsVCOS(parent) || vxGetNumberOfElements(parent) != 1)
+      throw Error("VANTEL:copyobj:InvalidParentHandle");
+    parents.push_back(omGetArrayElement(parent, 0));
+  }
+  std::vector<COSInterfacePtr> sources;
+  const std::size_t n = vxGetNumberOfElements(input);
+  sources.reserve(n);
+  for (std::size_t i = 0; i < n; ++i) sources.push_back(omGetLiveArrayElement(input, i));
+  if (nlhs < 1) nlhs = 1;
+  plhs[0] = COSValue(CopyContext::doCopyObjects(sources, parents, false));
+}
+
+}  // namespace copy
+
+void Copyable::copyValueProperties(const COSInterfacePtr& source, const COSInterfacePtr& target,
+                                   const COSClient* client) {
+  copy::copyProperties(copy::ClassCopyPlan::of(source.get()).element, source, target, client, true);
+}
+
+}  // namespace sgutils

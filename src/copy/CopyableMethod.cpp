@@ -1,0 +1,53 @@
+#include "sgutils/copy/CopyableMethod.h"
+
+#include <vector>
+
+#include "src/copy/CopyElement.h"
+#include "vcos/COSMethodSignature.h"
+
+namespace sgutils {
+
+namespace {
+std::vector<COSMethodSignature::Argument> arguments(std::initializer_list<const char*> names) {
+  std::vector<COSMethodSignature::Argument> out;
+  out.reserve(names.size());
+  for (const char* name : names) out.push_back({COSID(name), COSDataTypePtr(), false});
+  return out;
+}
+}  // namespace
+
+CopyableMethod::CopyableMethod(COSID classId, const char* name, Body body, std::initializer_list<const char*> inputs,
+                               std::initializer_list<const char*> outputs, bool restricted,
+                               unsigned signatureFlags)
+    : COSMethodBase(classId, COSID(name), restricted ? ProtectedAccess : PublicAccess, "Part of copying objects",
+                    COSMethodSignature::createMethodSignature(COSID(name), arguments(inputs), arguments(outputs),
+                                                              signatureFlags)),
+      body_(body) {
+  if (restricted)
+    access_ = std::make_unique<ExtendedMemberAccess>(std::initializer_list<COSID>{
+        COSID("vantel.graphics.internal.CopyContext"), COSID("vantel.graphics.mixin.internal.Copyable")});
+}
+
+void CopyableMethod::invoke(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs,
+                            const COSValue* prhs) const {
+  body_(client, nlhs, plhs, nrhs, prhs);
+}
+
+CopyableSubclassCopyElementMI::CopyableSubclassCopyElementMI(COSID classId)
+    : CopyableMethod(classId, "copyElement", &copy::defaultCopyElement, {"source"}, {"copy"}, true) {}
+
+void CopyableSubclassCopyElementMI::invokeDefaultImpl(const COSClient* client, int& nout, COSValue* out, int nin,
+                                                      const COSValue* in) {
+  copy::defaultCopyElement(client, nout, out, nin, in);
+}
+
+CopyableSubclassConnectCopyMI::CopyableSubclassConnectCopyMI(COSID classId)
+    : CopyableMethod(classId, "connectCopyToTree", &copy::defaultConnectCopyToTree,
+                     {"source", "copy", "parent", "context"}, {}, true) {}
+
+void CopyableSubclassConnectCopyMI::invokeDefaultImpl(const COSClient* client, int& nout, COSValue* out, int nin,
+                                                      const COSValue* in) {
+  copy::defaultConnectCopyToTree(client, nout, out, nin, in);
+}
+
+}  // namespace sgutils

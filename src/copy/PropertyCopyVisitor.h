@@ -1,0 +1,34 @@
+// Not installed. The base of the visitors that sort a class's properties
+// for a copy: each visit adds at most one entry, and a property that arrives
+// again through a base class keeps its first entry.
+#pragma once
+
+#include <vector>
+
+#include "sgutils/copy/Copyable.h"
+#include "vcos/COSInternedBase.h"
+#include "vcos/COSVisitor.h"
+
+namespace sgutils::copy {
+
+struct PropertyCopyEntry {
+  const COSPropInfo* property;
+  PropertyCopyKind kind;
+};
+
+class PropertyCopyVisitor : public COSVisitor {
+ public:
+  explicit PropertyCopyVisitor(const COSInterface* object) noexcept : object(object) {}
+  const std::vector<PropertyCopyEntry>& entries() const noexcept { return entries_; }
+  bool has(const COSPropInfo* property) const;
+  void add(const COSPropInfo* property, PropertyCopyKind kind);
+
+ protected:
+  const COSInterface* object;
+
+ private:
+  std::vector<PropertyCopyEntry> entries_;
+  std::vector<COSID> names_;
+};
+
+}  // namespace sgutils::copy
