@@ -51,6 +51,11 @@ void bCopyobj(Interpreter&, int, Out& out, Args in) {
 
 }  // namespace
 
-void registerCopyBuiltins() { BuiltinRegistry::instance().add<bCopyobj>("copyobj"); }
+void registerCopyBuiltins() {
+  BuiltinRegistry::instance().add<bCopyobj>(
+      "copyobj", "c = copyobj(h, parent)\nc = copyobj(h, parent, 'legacy')",
+      "Copies objects with their descendants under the parent or parents, as one transaction; "
+      "'legacy' copies callbacks too.");
+}
 
 }  // namespace sgsh::builtins
