@@ -1,6 +1,8 @@
 // Registration of the concrete classes and the root of the object tree.
 #include "sgclasses/Registration.h"
 
+#include "sgclasses/Drawnow.h"
+
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Enumerations.h"
 #include "sgdatatypes/Registration.h"
@@ -90,6 +92,7 @@ void releaseRoot() {
   if (holder && !holder->isDestroyed()) holder->deleteObject(COSGetPublicClient());
   holder.reset();
   sgutils::RootInstance::clearGetRootInstanceFcn();
+  forgetDeletedDirtyObjects();
 }
 
 }  // namespace sgclasses

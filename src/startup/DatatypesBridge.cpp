@@ -17,5 +17,8 @@ COSInterfacePtr createCreateFcnListener() {
   return graphics::datatype::createClassListener("CreateFcn", /*passEventData=*/false, /*allowRecursion=*/false);
 }
 void destroyHandleNumber(double number) noexcept { graphics::datatype::vcos_destroy_handle(number); }
+void destroyHandleNumberOf(COSInterface* object) noexcept {
+  graphics::datatype::HandleNumberTable::removeObject(object);
+}
 
 }  // namespace sgutils::bridge

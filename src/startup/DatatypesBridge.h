@@ -20,5 +20,6 @@ void terminateDatatypes();
 COSInterfacePtr createCreateFcnListener();
 // Forgets the numeric handle of an object being deleted.
 void destroyHandleNumber(double number) noexcept;
+void destroyHandleNumberOf(COSInterface* object) noexcept;
 
 }  // namespace sgutils::bridge
