@@ -19,6 +19,7 @@
 #include "foundation/core/except/Error.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSCustomMetaClass.h"
+#include "vcos/FaultInjection.h"
 #include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSObjectOperations.h"
@@ -142,6 +143,7 @@ COSValue COSInterface::getPropertyValue(const COSClient* client, const COSPropIn
 
 void COSInterface::setPropertyValue(const COSClient* client, const COSPropInfo* property, COSValue value) {
   checkValid();
+  vcos::fault::at(vcos::fault::Point::PropertySet);
   const PropSlot& slot = slotOrRaise(this, property);
   MemberAccess access = property->getMemberSetAccess();
   if (access != PublicAccess || property->getExtendedSetAccess())
