@@ -331,6 +331,7 @@ void startObjectOps() {
 
 std::string runObjectOps(std::span<const std::uint8_t> data) {
   startObjectOps();
+  sgclasses::registerClasses();  // installs the root accessor again after a release
   const std::size_t liveBefore = vcos::liveObjectCount();
   std::string violation;
   {
@@ -361,6 +362,9 @@ std::string runObjectOps(std::span<const std::uint8_t> data) {
         r.source->removeListener(r.event, COSListener::toListener(r.listener));
     }
   }
+  // Objects outside the tree went with the pool, after the release: the
+  // drawnow queue lets go of them now rather than when it next grows.
+  sgclasses::forgetDeletedDirtyObjects();
   const std::size_t liveAfter = vcos::liveObjectCount();
   if (violation.empty() && liveAfter != liveBefore)
     violation = "live objects " + std::to_string(liveBefore) + " before the run, " + std::to_string(liveAfter) + " after";

@@ -89,7 +89,14 @@ COSInterfacePtr root() {
 
 void releaseRoot() {
   COSInterfacePtr& holder = rootHolder();
-  if (holder && !holder->isDestroyed()) holder->deleteObject(COSGetPublicClient());
+  // Deletion runs to its end whatever a listener raises; at the end of a
+  // session there is no one to report a listener's error to.
+  if (holder && !holder->isDestroyed()) {
+    try {
+      holder->deleteObject(COSGetPublicClient());
+    } catch (const std::exception&) {
+    }
+  }
   holder.reset();
   sgutils::RootInstance::clearGetRootInstanceFcn();
   forgetDeletedDirtyObjects();
