@@ -6,6 +6,7 @@
 # Further: make test-asan (tests under AddressSanitizer + UBSan), make bench,
 # make bench-anchors (the cross-system workloads and their ratios to Qt 5),
 # make fuzz-language (the language fuzz target for FUZZ_SECONDS seconds),
+# make fuzz-objectops (the object-operations target), make fuzz (both),
 # make install PREFIX=..., make clean.
 
 BUILD      ?= build
@@ -23,7 +24,7 @@ DEB_PACKAGES := cmake ninja-build g++ pkg-config ccache python3 \
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
-.PHONY: all deps build demo test test-unit test-install test-asan bench bench-anchors fuzz-build fuzz-language install clean
+.PHONY: all deps build demo test test-unit test-install test-asan bench bench-anchors fuzz-build fuzz fuzz-language fuzz-objectops install clean
 
 all: build
 
@@ -88,7 +89,7 @@ bench-anchors: deps
 fuzz-build: deps
 	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSG_FUZZ=ON \
 	  -DSG_BUILD_TESTS=OFF -DSG_BUILD_BENCH=OFF $(CMAKE_FLAGS)
-	cmake --build $(FUZZ_BUILD) -j $(JOBS) --target language_fuzzer
+	cmake --build $(FUZZ_BUILD) -j $(JOBS) --target language_fuzzer objectops_fuzzer
 
 fuzz-language: fuzz-build
 	mkdir -p $(FUZZ_BUILD)/corpus $(FUZZ_BUILD)/seeds $(FUZZ_BUILD)/findings
@@ -96,6 +97,20 @@ fuzz-language: fuzz-build
 	cd $(FUZZ_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
 	  nice -n 10 ./fuzz/language_fuzzer corpus seeds -max_len=4096 -timeout=20 -rss_limit_mb=2048 \
 	  -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=findings/ $(FUZZ_FLAGS)
+
+# The object-operations target: starts from the seeds in fuzz/corpus/objectops
+# and keeps what it learns in $(FUZZ_BUILD)/corpus-objectops; an input it
+# found worth keeping can be copied to fuzz/corpus/objectops, one that failed
+# (from $(FUZZ_BUILD)/findings-objectops) to fuzz/regressions/objectops,
+# where the classes' tests replay it.
+fuzz-objectops: fuzz-build
+	mkdir -p $(FUZZ_BUILD)/corpus-objectops $(FUZZ_BUILD)/findings-objectops
+	cd $(FUZZ_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+	  nice -n 10 ./fuzz/objectops_fuzzer corpus-objectops $(CURDIR)/fuzz/corpus/objectops -max_len=1024 -timeout=20 \
+	  -rss_limit_mb=2048 -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=findings-objectops/ $(FUZZ_FLAGS)
+
+# Every fuzz target, one after the other, each for FUZZ_SECONDS.
+fuzz: fuzz-language fuzz-objectops
 
 install: build
 	cmake --install $(BUILD) --prefix $(PREFIX)

@@ -19,7 +19,18 @@ std::vector<COSInterfacePtr>& dirtyObjects() {
 }
 }  // namespace
 
-void markDirty(COSInterface* object) { dirtyObjects().emplace_back(object, COSWeakReference); }
+void forgetDeletedDirtyObjects() {
+  std::erase_if(dirtyObjects(), [](const COSInterfacePtr& o) { return o->isDestroyed(); });
+}
+
+// A weak reference keeps the memory of a deleted object, so before the queue
+// grows its storage it lets go of the deleted ones: without a drawnow the
+// queue stays within twice the live dirty objects.
+void markDirty(COSInterface* object) {
+  std::vector<COSInterfacePtr>& queue = dirtyObjects();
+  if (queue.size() == queue.capacity()) forgetDeletedDirtyObjects();
+  queue.emplace_back(object, COSWeakReference);
+}
 
 std::size_t drawnow() {
   std::vector<COSInterfacePtr> taken;

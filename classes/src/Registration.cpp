@@ -1,6 +1,8 @@
 // Registration of the concrete classes and the root of the object tree.
 #include "sgclasses/Registration.h"
 
+#include "sgclasses/Drawnow.h"
+
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/ContainerChildren.h"
 #include "sgclasses/DisplayData.h"
@@ -95,9 +97,17 @@ COSInterfacePtr root() {
 
 void releaseRoot() {
   COSInterfacePtr& holder = rootHolder();
-  if (holder && !holder->isDestroyed()) holder->deleteObject(COSGetPublicClient());
+  // Deletion runs to its end whatever a listener raises; at the end of a
+  // session there is no one to report a listener's error to.
+  if (holder && !holder->isDestroyed()) {
+    try {
+      holder->deleteObject(COSGetPublicClient());
+    } catch (const std::exception&) {
+    }
+  }
   holder.reset();
   sgutils::RootInstance::clearGetRootInstanceFcn();
+  forgetDeletedDirtyObjects();
 }
 
 }  // namespace sgclasses

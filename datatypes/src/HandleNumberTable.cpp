@@ -94,6 +94,12 @@ void HandleNumberTable::remove(double number) noexcept {
   t.objects.erase(it);  // drops the weak reference last
 }
 
+void HandleNumberTable::removeObject(COSInterface* object) noexcept {
+  Table& t = table();
+  auto it = t.numbers.find(object);
+  if (it != t.numbers.end()) remove(it->second);
+}
+
 std::size_t HandleNumberTable::size() noexcept { return table().objects.size(); }
 
 void HandleNumberTable::clear() noexcept {

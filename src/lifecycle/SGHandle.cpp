@@ -83,8 +83,13 @@ SGHandle::~SGHandle() {
   destroyStored(applicationData_);
   if (serializableApplicationData_ && serializableApplicationData_ != live) destroyStored(serializableApplicationData_);
   destroyStored(defaultProps_);
-  // A NaN compares unequal and is handed on as well.
-  if (!(getDoubleRef() == -1.0)) sgutils::bridge::destroyHandleNumber(getDoubleRef());
+  // A NaN compares unequal and is handed on as well. A number given through
+  // the table alone (a conversion to a number) is found by the object: the
+  // table's weak reference would otherwise keep the object's memory for good.
+  if (!(getDoubleRef() == -1.0))
+    sgutils::bridge::destroyHandleNumber(getDoubleRef());
+  else if (COSInterface* self = getCOSObject())
+    sgutils::bridge::destroyHandleNumberOf(self);
   cosReference_.reset();
 }
 

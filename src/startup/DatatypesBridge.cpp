@@ -21,5 +21,8 @@ COSInterfacePtr createButtonDownFcnListener() {
                                                  graphics::datatype::Interruption::Honour);
 }
 void destroyHandleNumber(double number) noexcept { graphics::datatype::vcos_destroy_handle(number); }
+void destroyHandleNumberOf(COSInterface* object) noexcept {
+  graphics::datatype::HandleNumberTable::removeObject(object);
+}
 
 }  // namespace sgutils::bridge

@@ -23,5 +23,6 @@ COSInterfacePtr createCreateFcnListener();
 COSInterfacePtr createButtonDownFcnListener();
 // Forgets the numeric handle of an object being deleted.
 void destroyHandleNumber(double number) noexcept;
+void destroyHandleNumberOf(COSInterface* object) noexcept;
 
 }  // namespace sgutils::bridge

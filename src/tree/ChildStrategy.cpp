@@ -265,8 +265,21 @@ void DefaultChildStrategy::processNewListOfChildren(ChildManager* manager, const
     return;
   }
   if (!preValidate(manager)) return;
-  unhookChildrenFromTree(manager, newList);
-  rehookChildrenToParent(manager, newList);
+  try {
+    unhookChildrenFromTree(manager, newList);
+    rehookChildrenToParent(manager, newList);
+  } catch (...) {
+    // A move that fails half way (a listener or a default that raises while
+    // a child is hooked again) would leave the children unhooked after it:
+    // every child of the old list goes back, in the old order.
+    try {
+      unhookChildrenFromTree(manager, oldList);
+      rehookChildrenToParent(manager, oldList);
+    } catch (...) {
+      // The first error is the one to report.
+    }
+    throw;
+  }
   postProcess(manager);
 }
 

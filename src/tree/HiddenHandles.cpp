@@ -54,7 +54,7 @@ COSInterfacePtr RootInstance::getRootInstance(NullTolerance tolerance) {
 }
 
 void RootInstance::setGetRootInstanceFcn(const Accessor& accessor) {
-  Store::insert(rootSlot(), typeid(RootAccessorSlot), foundation::usm::makeValue<RootAccessorSlot>(accessor));
+  Store::insert(rootSlot(), typeid(RootAccessorSlot), foundation::usm::makeValue<RootAccessorSlot>(RootAccessorSlot{accessor}));
 }
 
 void RootInstance::clearGetRootInstanceFcn() { Store::erase(rootSlot(), typeid(RootAccessorSlot)); }

@@ -15,4 +15,8 @@ SGCLASSES_API std::size_t drawnow();
 // Marks an object dirty (what doPostSet calls).
 SGCLASSES_API void markDirty(COSInterface* object);
 
+// Drops the marks of deleted objects, whose memory the marks still hold
+// (markDirty does it before the queue grows; releaseRoot after the tree goes).
+SGCLASSES_API void forgetDeletedDirtyObjects();
+
 }  // namespace sgclasses

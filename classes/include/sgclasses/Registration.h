@@ -10,7 +10,8 @@ namespace sgclasses {
 // use). Called by the program that hosts the classes, at start-up.
 SGCLASSES_API void registerClasses();
 
-// Deletes the root and everything below it (before the library ends).
+// Deletes the root and everything below it (before the library ends); an
+// error a listener raises during the deletion is dropped.
 SGCLASSES_API void releaseRoot();
 
 }  // namespace sgclasses

@@ -27,6 +27,9 @@ class SGDATATYPES_API HandleNumberTable {
   static COSInterface* entryFor(double number) noexcept;
   // Removes the number; unknown numbers and NaN are ignored.
   static void remove(double number) noexcept;
+  // Removes the object's number, if it has one (an object being deleted
+  // whose number was asked for without its block learning it).
+  static void removeObject(COSInterface* object) noexcept;
   // Numbers in the table.
   static std::size_t size() noexcept;
   // Empties the table (at termination).

@@ -13,6 +13,7 @@
 #include "vcos/COSClassInfo.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSObjectOperations.h"
+#include "vcos/FaultInjection.h"
 #include "vx/vxCreate.h"
 #include "vx/vxObjectStorage.h"
 
@@ -33,6 +34,7 @@ COSInterfacePtr makeInstance(COSClass* cls, void* ownBlock) {
   ClassTables& t = cls->tables();
   assert(t.state == ClassTables::State::Ready && "instances need a built class");
   std::size_t n = t.ancestry.size();
+  vcos::fault::at(vcos::fault::Point::Allocation);
   COSObject* o = COSObject::make(n);
   COSInterfacePtr ref(o);
   ObjectOps::setClass(o, cls);
@@ -124,7 +126,22 @@ COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, cons
     if (out[0].asPointer<vxArray>() != self.get()) vxDestroyArray(out[0].asPointer<vxArray>());
     break;
   }
-  if (!object->isDestroyed()) object->notifyEvent(COSGetPublicClient(), instanceCreatedId(), nullptr);
+  // A listener that raises fails the creation: the caller gets the error
+  // and no object, so the new object must not stay behind in a tree.
+  if (!object->isDestroyed()) {
+    try {
+      object->notifyEvent(COSGetPublicClient(), instanceCreatedId(), nullptr);
+    } catch (...) {
+      if (!object->isDestroyed() && !object->isBeingDestroyed()) {
+        try {
+          ObjectOps::destroy(object.get(), nullptr);
+        } catch (...) {
+          // The listener's error is the one to report.
+        }
+      }
+      throw;
+    }
+  }
   return object;
 }
 

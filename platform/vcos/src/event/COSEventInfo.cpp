@@ -5,6 +5,7 @@
 #include "vcos/COSEventT.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSListenerOp.h"
+#include "vcos/FaultInjection.h"
 
 const char* COSEventInfo::getDescription() const { return ""; }
 const char* COSEventInfo::getDetailedDescription() const { return ""; }
@@ -67,6 +68,7 @@ COSListener* COSListener::toListener(const COSInterfacePtr& p) noexcept {
 
 void COSListener::fire(COSInterface* source, COSEventData* data) {
   if (!isEnabled() || (running_ > 0 && !recursive_)) return;
+  vcos::fault::at(vcos::fault::Point::Listener);
   COSInterfacePtr self(this);  // the callback may remove the last registration
   ++running_;
   struct Done {

@@ -19,6 +19,7 @@
 #include "foundation/core/except/Error.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSCustomMetaClass.h"
+#include "vcos/FaultInjection.h"
 #include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSObjectOperations.h"
@@ -96,7 +97,10 @@ void firePropertyListeners(COSInterface* o, const PropSlot& slot, COSPropertyEve
 // it started with, so a release pairs with its get.
 COSValue vcos::internal::getObserved(COSInterface* o, const PropSlot slot, const COSPropInfo* property) {
   const bool listeners = (slot.route & vcos::internal::kRouteClassListeners) || hasPropertyListeners(o);
-  if (listeners) firePropertyListeners(o, slot, COSPropertyEvent::PreGet, property, COSValue());
+  if (listeners) {
+    firePropertyListeners(o, slot, COSPropertyEvent::PreGet, property, COSValue());
+    if (o->isDestroyed()) throw Error(vcos::msg::InvalidHandle);  // deleted by a listener
+  }
   auto* p = const_cast<COSPropInfo*>(property);
   COSCustomMetaClass* meta = slot.customGet;
   COSValue value = meta ? meta->customGetPropertyValue(o, p) : property->getValue(o);
@@ -118,7 +122,11 @@ namespace {
 
 void setObserved(COSInterface* o, const PropSlot slot, const COSPropInfo* property, COSValue value) {
   const bool listeners = (slot.route & vcos::internal::kRouteClassListeners) || hasPropertyListeners(o);
-  if (listeners) firePropertyListeners(o, slot, COSPropertyEvent::PreSet, property, value);
+  if (listeners) {
+    firePropertyListeners(o, slot, COSPropertyEvent::PreSet, property, value);
+    // A PreSet listener may have deleted the object: its blocks are gone.
+    if (o->isDestroyed()) throw Error(vcos::msg::InvalidHandle);
+  }
   auto* p = const_cast<COSPropInfo*>(property);
   if (slot.customSet)
     slot.customSet->customSetPropertyValue(o, p, value);
@@ -142,6 +150,7 @@ COSValue COSInterface::getPropertyValue(const COSClient* client, const COSPropIn
 
 void COSInterface::setPropertyValue(const COSClient* client, const COSPropInfo* property, COSValue value) {
   checkValid();
+  vcos::fault::at(vcos::fault::Point::PropertySet);
   const PropSlot& slot = slotOrRaise(this, property);
   MemberAccess access = property->getMemberSetAccess();
   if (access != PublicAccess || property->getExtendedSetAccess())
