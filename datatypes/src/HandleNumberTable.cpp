@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "vcos/COSClass.h"
 #include "vcos/COSInterfacePtr.h"
@@ -33,7 +34,12 @@ struct Table {
   // Non-whole numbers run k + 1/2 from this counter on; they are never
   // reused, so a stale number cannot name a newer object.
   std::uint64_t nextFraction = 1;
+  // Numbers of deleted objects, so that a stale number is told apart from
+  // one that never named anything. Bounded: started afresh when full.
+  std::unordered_set<double, NumberHash> retired;
 };
+
+constexpr std::size_t kRetiredLimit = std::size_t{1} << 16;
 
 Table& table() {
   static Table t;
@@ -65,6 +71,7 @@ double HandleNumberTable::numberFor(COSInterface* object) {
   Table& t = table();
   if (auto it = t.numbers.find(object); it != t.numbers.end()) return it->second;
   const double n = nextNumber(t, object);
+  t.retired.erase(n);  // a figure number given again
   t.objects.emplace(n, COSInterfacePtr(object, COSWeakReference));
   try {
     t.numbers.emplace(object, n);
@@ -92,7 +99,15 @@ void HandleNumberTable::remove(double number) noexcept {
   if (it == t.objects.end()) return;
   t.numbers.erase(it->second.get());
   t.objects.erase(it);  // drops the weak reference last
+  try {
+    if (t.retired.size() >= kRetiredLimit) t.retired.clear();
+    t.retired.insert(number);
+  } catch (...) {
+    // Without memory the number is only forgotten: it then names nothing.
+  }
 }
+
+bool HandleNumberTable::isRetired(double number) noexcept { return table().retired.contains(number); }
 
 void HandleNumberTable::removeObject(COSInterface* object) noexcept {
   Table& t = table();
@@ -106,6 +121,7 @@ void HandleNumberTable::clear() noexcept {
   Table& t = table();
   t.numbers.clear();
   t.objects.clear();
+  t.retired.clear();
 }
 
 void vcos_destroy_handle(double number) noexcept { HandleNumberTable::remove(number); }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "foundation/core/except/Error.h"
+#include "sgdatatypes/HandleNumberTable.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSInterface.h"
@@ -56,9 +57,11 @@ COSInterfacePtr toScalarObject(const vxArray* value) {
   if (vxIsDouble(value) && !vxIsComplex(value)) {
     const COSTypeConversion* conversion = numberToObject();
     if (!conversion) return nullptr;
-    COSInterfacePtr object = objectOfNumber(conversion, vxGetPr(value)[0]);
+    const double number = vxGetPr(value)[0];
+    COSInterfacePtr object = objectOfNumber(conversion, number);
+    if (object ? object->isDestroyed() : graphics::datatype::HandleNumberTable::isRetired(number))
+      throw Error("VANTEL:sg:DeletedObjectDoubleHandle");
     if (!object) throw Error("VANTEL:sg:dt_conv:Matrix_to_HObject:BadHandle");
-    if (object->isDestroyed()) throw Error("VANTEL:sg:DeletedObjectDoubleHandle");
     return object;
   }
   if (omIsVCOS(value)) {

@@ -67,8 +67,8 @@ TEST_F(HandleMethodsTest, ScalarConversionTakesObjectsNumbersAndEmpties) {
   Arr emptyChar(vxCreateString(""));
   EXPECT_EQ(errorId([&] { handles::toScalarObject(emptyChar.get()); }), "VANTEL:sg:InvalidObjectHandle");
 
-  // A deleted object: by its array, and by a number that the table still
-  // holds (one not asked through double, which the deletion removes).
+  // A deleted object: by its array, and by its number, which the deletion
+  // took out of the table but which is still known to have named it.
   COSInterfacePtr other = sgclasses::create(sgclasses::kLineClass, axes);
   const double m = graphics::datatype::HandleNumberTable::numberFor(other.get());
   Arr otherSelf(omCreateVCOSScalar(other));
@@ -107,8 +107,9 @@ TEST_F(HandleMethodsTest, DoubleIsCachedAndMinusOneWhenDeleted) {
   EXPECT_NE(m, n);
   other->deleteObject(COSGetPublicClient());
   EXPECT_EQ(numberOf(other), -1.0);
-  // The number of a deleted object that double had given names nothing.
-  EXPECT_EQ(errorId([&] { handles::toScalarObject(scalar(m).get()); }), "VANTEL:sg:dt_conv:Matrix_to_HObject:BadHandle");
+  // The number that double had given names no object, and is known as the
+  // number of a deleted one.
+  EXPECT_EQ(errorId([&] { handles::toScalarObject(scalar(m).get()); }), "VANTEL:sg:DeletedObjectDoubleHandle");
 }
 
 TEST_F(HandleMethodsTest, ConvertObjectTakesNumbersThatNameObjects) {

@@ -25,8 +25,12 @@ class SGDATATYPES_API HandleNumberTable {
   // The object of that number even when it has been deleted (its shell), or
   // null when the number is not in the table.
   static COSInterface* entryFor(double number) noexcept;
-  // Removes the number; unknown numbers and NaN are ignored.
+  // Removes the number (its object is being deleted); unknown numbers and
+  // NaN are ignored.
   static void remove(double number) noexcept;
+  // True when the number named an object that has since been deleted (the
+  // most recent 65,536 such numbers are known).
+  static bool isRetired(double number) noexcept;
   // Removes the object's number, if it has one (an object being deleted
   // whose number was asked for without its block learning it).
   static void removeObject(COSInterface* object) noexcept;
