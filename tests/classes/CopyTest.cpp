@@ -164,6 +164,8 @@ class CopyTest : public ClassesTest {
   }
   void TearDown() override {
     gMode = Mode::Default;
+    // The slots hold their values (and the objects in them) for the test only.
+    for (SlotPI* slot : gSlots) slot->clear();
     ClassesTest::TearDown();
   }
   static Arr copy(std::vector<COSInterfacePtr> sources, std::vector<COSInterfacePtr> parents = {},
