@@ -29,21 +29,20 @@ void ShallowCopyPolicy::getValue(COSValue& out) {
   out = value;
 }
 
-NamedChildCopyPolicy::NamedChildCopyPolicy(const COSPropInfo* property, COSInterfacePtr source,
-                                           const COSClient* client)
+ArrayCopyPolicy::ArrayCopyPolicy(const COSPropInfo* property, COSInterfacePtr source, const COSClient* client)
     : PropertyCopyPolicy(property), source(std::move(source)), dataType(property->getDataType()), client(client) {}
 
-bool NamedChildCopyPolicy::hasValue() {
+bool ArrayCopyPolicy::hasValue() {
   resolve();
   return value.has();
 }
 
-void NamedChildCopyPolicy::getValue(COSValue& out) {
+void ArrayCopyPolicy::getValue(COSValue& out) {
   resolve();
   out = value.get();
 }
 
-void NamedChildCopyPolicy::resolve() {
+void ArrayCopyPolicy::resolve() {
   if (resolved) return;
   resolved = true;
   if (!hasArrayForm(dataType)) return;
@@ -58,23 +57,27 @@ void NamedChildCopyPolicy::resolve() {
     } release{property, source.get(), read};
     array = toArray(dataType, read);
   }
-  if (!array || !omIsVCOS(array.get())) return;
+  if (!array) return;
+  if (matrix::unique_vxArray made = copyOf(array.get())) value = OwnedValue(dataType, fromArray(dataType, made.get()));
+}
 
-  const std::size_t n = vxGetNumberOfElements(array.get());
+matrix::unique_vxArray NamedChildCopyPolicy::copyOf(const vxArray* array) {
+  if (!omIsVCOS(array)) return nullptr;
+  const std::size_t n = vxGetNumberOfElements(array);
   std::vector<COSInterfacePtr> copies;
   copies.reserve(n);
   COSClass* firstClass = nullptr;
   bool mixed = false;
   std::size_t lastColumns = 1;
   for (std::size_t i = 0; i < n; ++i) {
-    const COSInterfacePtr element = omGetArrayElement(array.get(), i);
-    if (!element || element->isDestroyed()) return;
+    const COSInterfacePtr element = omGetArrayElement(array, i);
+    if (!element || element->isDestroyed()) return nullptr;
     matrix::unique_vxArray input(omCreateVCOSScalar(element));
     vxArray* out[1] = {nullptr};
     const vxArray* in[1] = {input.get()};
-    if (!omCallMethod(element->getClass()->getID(), "copyElement", client, 1, out, 1, in, true)) return;
+    if (!omCallMethod(element->getClass()->getID(), "copyElement", client, 1, out, 1, in, true)) return nullptr;
     matrix::unique_vxArray made(out[0]);
-    if (!made || !omIsVCOS(made.get()) || vxIsEmpty(made.get())) return;
+    if (!made || !omIsVCOS(made.get()) || vxIsEmpty(made.get())) return nullptr;
     lastColumns = vxGetN(made.get());
     COSInterfacePtr copy = omGetArrayElement(made.get(), 0);
     if (!firstClass)
@@ -85,50 +88,18 @@ void NamedChildCopyPolicy::resolve() {
   }
   const char* className = firstClass ? firstClass->getName() : "vantel.graphics.GraphicsPlaceholder";
   matrix::unique_vxArray result(copies.size() == n
-                                    ? omCreateVCOSMatrix(vxGetM(array.get()), vxGetN(array.get()), className)
+                                    ? omCreateVCOSMatrix(vxGetM(array), vxGetN(array), className)
                                     : omCreateVCOSMatrix(copies.size(), lastColumns, className));
   for (std::size_t i = 0; i < copies.size(); ++i) omSetArrayElement(result.get(), i, copies[i]);
   if (mixed) omSetClassOfHeterogeneousArray(result.get());
-  value = OwnedValue(dataType, fromArray(dataType, result.get()));
+  return result;
 }
 
-ReconnectHandleCopyPolicy::ReconnectHandleCopyPolicy(const COSPropInfo* property, COSInterfacePtr source,
-                                                     const COSClient* client, CopyContextImpl* context)
-    : PropertyCopyPolicy(property),
-      source(std::move(source)),
-      dataType(property->getDataType()),
-      client(client),
-      context(context) {}
-
-bool ReconnectHandleCopyPolicy::hasValue() {
-  resolve();
-  return value.has();
-}
-
-void ReconnectHandleCopyPolicy::getValue(COSValue& out) {
-  resolve();
-  out = value.get();
-}
-
-void ReconnectHandleCopyPolicy::resolve() {
-  if (resolved) return;
-  resolved = true;
-  if (!context || !hasArrayForm(dataType)) return;
-  matrix::unique_vxArray array;
-  {
-    const COSValue read = property->getValue(source.get());
-    struct Release {
-      const COSPropInfo* p;
-      COSInterface* o;
-      COSValue v;
-      ~Release() { p->releaseValue(o, v); }
-    } release{property, source.get(), read};
-    array = toArray(dataType, read);
-  }
-  if (!array) return;
-  matrix::unique_vxArray copies(context->getCopy(client, array.get()));
-  if (!copies || vxIsEmpty(copies.get())) return;
-  value = OwnedValue(dataType, fromArray(dataType, copies.get()));
+matrix::unique_vxArray ReconnectHandleCopyPolicy::copyOf(const vxArray* array) {
+  if (!context) return nullptr;
+  matrix::unique_vxArray copies(context->getCopy(client, array));
+  if (!copies || vxIsEmpty(copies.get())) return nullptr;
+  return copies;
 }
 
 }  // namespace sgutils::copy

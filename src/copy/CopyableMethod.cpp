@@ -2,25 +2,17 @@
 
 #include <vector>
 
+#include "sgutils/objects/MixinMethod.h"
 #include "src/copy/CopyElement.h"
 #include "vcos/COSMethodSignature.h"
 
 namespace sgutils {
 
-namespace {
-std::vector<COSMethodSignature::Argument> arguments(std::initializer_list<const char*> names) {
-  std::vector<COSMethodSignature::Argument> out;
-  out.reserve(names.size());
-  for (const char* name : names) out.push_back({COSID(name), COSDataTypePtr(), false});
-  return out;
-}
-}  // namespace
-
 CopyableMethod::CopyableMethod(COSID classId, const char* name, Body body, std::initializer_list<const char*> inputs,
                                std::initializer_list<const char*> outputs, bool restricted,
                                unsigned signatureFlags)
     : COSMethodBase(classId, COSID(name), restricted ? ProtectedAccess : PublicAccess, "Part of copying objects",
-                    COSMethodSignature::createMethodSignature(COSID(name), arguments(inputs), arguments(outputs),
+                    COSMethodSignature::createMethodSignature(COSID(name), untypedArguments(inputs), untypedArguments(outputs),
                                                               signatureFlags)),
       body_(body) {
   if (restricted)

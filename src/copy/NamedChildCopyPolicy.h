@@ -3,28 +3,17 @@
 // copies are no tasks of the transaction.
 #pragma once
 
-#include "src/copy/ArrayValue.h"
-#include "src/copy/PropertyCopyPolicy.h"
-#include "vcos/COSInterfacePtr.h"
-
-class COSClient;
+#include "src/copy/ArrayCopyPolicy.h"
 
 namespace sgutils::copy {
 
-class NamedChildCopyPolicy final : public PropertyCopyPolicy {
+class NamedChildCopyPolicy final : public ArrayCopyPolicy {
  public:
-  NamedChildCopyPolicy(const COSPropInfo* property, COSInterfacePtr source, const COSClient* client);
-  bool hasValue() override;
-  void getValue(COSValue& out) override;
+  NamedChildCopyPolicy(const COSPropInfo* property, COSInterfacePtr source, const COSClient* client)
+      : ArrayCopyPolicy(property, std::move(source), client) {}
 
  private:
-  void resolve();
-
-  COSInterfacePtr source;
-  COSDataTypePtr dataType;
-  const COSClient* client;
-  OwnedValue value;
-  bool resolved = false;
+  matrix::unique_vxArray copyOf(const vxArray* sourceValue) override;
 };
 
 }  // namespace sgutils::copy

@@ -3,11 +3,7 @@
 // are dropped; with none left the copy keeps its constructed value.
 #pragma once
 
-#include "src/copy/ArrayValue.h"
-#include "src/copy/PropertyCopyPolicy.h"
-#include "vcos/COSInterfacePtr.h"
-
-class COSClient;
+#include "src/copy/ArrayCopyPolicy.h"
 
 namespace sgutils {
 class CopyContextImpl;
@@ -15,22 +11,16 @@ class CopyContextImpl;
 
 namespace sgutils::copy {
 
-class ReconnectHandleCopyPolicy final : public PropertyCopyPolicy {
+class ReconnectHandleCopyPolicy final : public ArrayCopyPolicy {
  public:
   ReconnectHandleCopyPolicy(const COSPropInfo* property, COSInterfacePtr source, const COSClient* client,
-                            CopyContextImpl* context);
-  bool hasValue() override;
-  void getValue(COSValue& out) override;
+                            CopyContextImpl* context)
+      : ArrayCopyPolicy(property, std::move(source), client), context(context) {}
 
  private:
-  void resolve();
+  matrix::unique_vxArray copyOf(const vxArray* sourceValue) override;
 
-  COSInterfacePtr source;
-  COSDataTypePtr dataType;
-  const COSClient* client;
   CopyContextImpl* context;
-  bool resolved = false;
-  OwnedValue value;
 };
 
 }  // namespace sgutils::copy

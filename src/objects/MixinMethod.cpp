@@ -5,21 +5,17 @@
 
 namespace sgutils {
 
-namespace {
-
-std::vector<COSMethodSignature::Argument> arguments(std::initializer_list<const char*> names) {
+std::vector<COSMethodSignature::Argument> untypedArguments(std::initializer_list<const char*> names) {
   std::vector<COSMethodSignature::Argument> out;
   out.reserve(names.size());
   for (const char* name : names) out.push_back({COSID(name), COSDataTypePtr(), false});
   return out;
 }
 
-}  // namespace
-
 MixinMethod::MixinMethod(COSID classId, const char* name, Body body, std::initializer_list<const char*> inputs,
                          std::initializer_list<const char*> outputs, bool isStatic)
     : COSMethodBase(classId, COSID(name), PublicAccess, "The contents of the comment field should go here.",
-                    COSMethodSignature::createMethodSignature(COSID(name), arguments(inputs), arguments(outputs),
+                    COSMethodSignature::createMethodSignature(COSID(name), untypedArguments(inputs), untypedArguments(outputs),
                                                               isStatic ? COSMethodSignature::Static
                                                                        : COSMethodSignature::None)),
       body_(body) {}

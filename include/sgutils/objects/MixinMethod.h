@@ -5,6 +5,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <vector>
 
 #include "sgutils/SgutilsExport.h"
 #include "vcos/COSClass.h"
@@ -26,6 +27,9 @@ class SGUTILS_API MixinMethod final : public COSMethodBase {
  private:
   Body body_;
 };
+
+// Untyped arguments of those names, for a method signature.
+SGUTILS_API std::vector<COSMethodSignature::Argument> untypedArguments(std::initializer_list<const char*> names);
 
 // Adds a new MixinMethod to the class.
 inline void addMixinMethod(COSClass* cls, COSID classId, const char* name, MixinMethod::Body body,
