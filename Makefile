@@ -1,7 +1,8 @@
 # The two commands of the project:
 #   make demo   set everything up on a fresh Debian machine, build, run the
 #               tours with sgsh: the graphics objects (examples/objects.sg),
-#               then the language (examples/tour.sg)
+#               then the language (examples/tour.sg), and ends by
+#               drawing a figure to $(BUILD)/demo.png (examples/picture.sg)
 #   make test   set everything up, build, run all tests
 # Further: make test-asan (tests under AddressSanitizer + UBSan), make bench,
 # make bench-anchors (the cross-system workloads and their ratios to Qt 5),
@@ -47,6 +48,8 @@ build: deps $(BUILD)/build.ninja
 demo: build
 	./$(BUILD)/shell/sgsh examples/objects.sg
 	./$(BUILD)/shell/sgsh examples/tour.sg
+	cd $(BUILD) && ./shell/sgsh $(CURDIR)/examples/picture.sg
+	@echo "The figure's picture: $(BUILD)/demo.png (and demo.svg, demo.pdf)"
 
 test: test-unit test-install
 
