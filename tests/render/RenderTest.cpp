@@ -155,6 +155,31 @@ TEST_F(RenderTest, InvisibleAndInvalidObjectsDrawNothing) {
   EXPECT_TRUE(near(Picture(file).at(100, 35), {255, 255, 255}));
 }
 
+TEST_F(RenderTest, DenseLinesKeepTheirExtentAndNaNBreaksThem) {
+  // 20,000 points swinging between y = 2 and y = 8: many share each pixel
+  // column, and the column must still be covered from top to bottom.
+  COSInterfacePtr dense = sgclasses::create(sgclasses::kLineClass, axes_);
+  Arr x(vxCreateDoubleMatrix(1, 20000, vxREAL)), y(vxCreateDoubleMatrix(1, 20000, vxREAL));
+  for (int i = 0; i < 20000; ++i) {
+    vxGetPr(x.get())[i] = 4 + 2.0 * i / 19999;  // x in [4, 6]
+    vxGetPr(y.get())[i] = i % 2 ? 8 : 2;
+  }
+  sgtest::set(dense, "XData", x.get());
+  sgtest::set(dense, "YData", y.get());
+  sgtest::set(dense, "Color", row({0, 0, 1}).get());
+  sgtest::set(dense, "LineWidth", Arr(vxCreateDoubleScalar(4)).get());
+  // A red line with a gap where its data holds NaN.
+  line({0, 3, NAN, 7, 10}, {9, 9, 9, 9, 9}, row({1, 0, 0}));
+  const fs::path file = dir_ / "dense.png";
+  FigureRenderer::exportFigure(figure_, file.string());
+  Picture pic(file);
+  for (int py : {36, 45, 55, 64}) EXPECT_TRUE(near(pic.at(100, py), {0, 0, 255})) << "row " << py;
+  EXPECT_TRUE(near(pic.at(100, 20), {51, 102, 153}));  // above the box: nothing
+  EXPECT_TRUE(near(pic.at(60, 30), {255, 0, 0}));      // x = 2 on the red line
+  EXPECT_TRUE(near(pic.at(100, 30), {255, 255, 255}));  // x = 5 in its gap
+  EXPECT_TRUE(near(pic.at(140, 30), {255, 0, 0}));     // x = 9
+}
+
 TEST_F(RenderTest, PatchFaceBlendsByItsAlpha) {
   COSInterfacePtr patch = sgclasses::create(sgclasses::kPatchClass, axes_);
   sgtest::set(patch, "XData", row({2, 8, 8, 2}).get());
