@@ -1,7 +1,8 @@
 # The two commands of the project:
 #   make demo   set everything up on a fresh Debian machine, build, run the
 #               tours with sgsh: the graphics objects (examples/objects.sg),
-#               then the language (examples/tour.sg)
+#               then the language (examples/tour.sg), and ends by
+#               drawing a figure to $(BUILD)/demo.png (examples/picture.sg)
 #   make test   set everything up, build, run all tests
 # Further: make test-asan (tests under AddressSanitizer + UBSan), make bench,
 # make bench-anchors (the cross-system workloads and their ratios to Qt 5),
@@ -20,7 +21,7 @@ CMAKE_FLAGS ?=
 
 DEB_PACKAGES := cmake ninja-build g++ pkg-config ccache python3 \
   libboost-dev libboost-log-dev libgtest-dev libgmock-dev libbenchmark-dev libedit-dev \
-  libre2-dev clang libclang-rt-14-dev
+  libre2-dev clang libclang-rt-14-dev libcairo2-dev libpango1.0-dev fonts-dejavu-core
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
@@ -47,6 +48,8 @@ build: deps $(BUILD)/build.ninja
 demo: build
 	./$(BUILD)/shell/sgsh examples/objects.sg
 	./$(BUILD)/shell/sgsh examples/tour.sg
+	cd $(BUILD) && ./shell/sgsh $(CURDIR)/examples/picture.sg
+	@echo "The figure's picture: $(BUILD)/demo.png (and demo.svg, demo.pdf)"
 
 test: test-unit test-install
 
@@ -65,6 +68,7 @@ test-asan: deps
 	cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DSG_SANITIZE=ON -DSG_BUILD_BENCH=OFF $(CMAKE_FLAGS)
 	cmake --build $(ASAN_BUILD) -j $(JOBS)
 	cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+	  LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0 \
 	  ctest --output-on-failure -j $(JOBS)
 
 bench: deps

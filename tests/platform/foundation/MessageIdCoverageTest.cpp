@@ -25,7 +25,7 @@ namespace {
 // in the catalog instead.
 const std::set<std::string> kNoTextByDesign = {};
 
-const char* const kSourceFolders[] = {"platform", "datatypes", "include", "src", "objects", "classes", "shell"};
+const char* const kSourceFolders[] = {"platform", "datatypes", "include", "src", "objects", "classes", "render", "shell"};
 
 // The source with comments blanked out, string and character literals kept.
 std::string withoutComments(const std::string& in) {

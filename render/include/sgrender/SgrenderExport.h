@@ -1,0 +1,4 @@
+// Export macro of the sgrender library (hidden visibility by default).
+#pragma once
+
+#define SGRENDER_API __attribute__((visibility("default")))

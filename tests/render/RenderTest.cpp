@@ -1,0 +1,285 @@
+// Figures of the real classes rendered to files, checked by their pixels,
+// their SVG text and the errors bad input gives.
+#include <cairo.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+
+#include "sgclasses/ClassNames.h"
+#include "sgclasses/Objects.h"
+#include "sgclasses/Registration.h"
+#include "sgrender/FigureRenderer.h"
+#include "sgrender/TickSteps.h"
+#include "support/ErrorId.h"
+#include "support/PropertyAccess.h"
+#include "vcos/COSClient.h"
+#include "vcos/COSInterface.h"
+#include "vx/matrix.h"
+#include "vx/vx.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Arr = matrix::unique_vxArray;
+using sgrender::FigureRenderer;
+
+Arr row(std::initializer_list<double> v) {
+  Arr a(vxCreateDoubleMatrix(1, v.size(), vxREAL));
+  double* p = vxGetPr(a.get());
+  for (double d : v) *p++ = d;
+  return a;
+}
+Arr str(const char* s) { return Arr(vxCreateString(s)); }
+
+struct Rgb {
+  int r, g, b;
+};
+
+// A PNG read back, its pixels as 0-255 channels.
+class Picture {
+ public:
+  explicit Picture(const fs::path& file) : surface_(cairo_image_surface_create_from_png(file.c_str())) {}
+  ~Picture() { cairo_surface_destroy(surface_); }
+  Picture(const Picture&) = delete;
+  Picture& operator=(const Picture&) = delete;
+  int width() const { return cairo_image_surface_get_width(surface_); }
+  int height() const { return cairo_image_surface_get_height(surface_); }
+  Rgb at(int x, int y) const {
+    cairo_surface_flush(surface_);
+    const unsigned char* d = cairo_image_surface_get_data(surface_) + y * cairo_image_surface_get_stride(surface_);
+    const auto px = reinterpret_cast<const std::uint32_t*>(d)[x];  // opaque ARGB32
+    return {int(px >> 16 & 0xff), int(px >> 8 & 0xff), int(px & 0xff)};
+  }
+
+ private:
+  cairo_surface_t* surface_;
+};
+
+::testing::AssertionResult near(Rgb got, Rgb want, int tolerance = 3) {
+  if (std::abs(got.r - want.r) <= tolerance && std::abs(got.g - want.g) <= tolerance &&
+      std::abs(got.b - want.b) <= tolerance)
+    return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << "pixel (" << got.r << "," << got.g << "," << got.b << "), wanted ("
+                                       << want.r << "," << want.g << "," << want.b << ")";
+}
+
+class RenderTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    sgclasses::registerClasses();
+    dir_ = fs::temp_directory_path() / ("sgrender-test-" + std::to_string(::getpid()));
+    fs::create_directories(dir_);
+    // A 200 by 100 figure whose axes fill the middle half each way:
+    // pixels 50..150 across, 25..75 down; limits [0 10] and [0 10].
+    figure_ = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+    sgtest::set(figure_, "Position", row({0, 0, 200, 100}).get());
+    sgtest::set(figure_, "Color", row({0.2, 0.4, 0.6}).get());
+    axes_ = sgclasses::create(sgclasses::kAxesClass, figure_);
+    sgtest::set(axes_, "Position", row({0.25, 0.25, 0.5, 0.5}).get());
+    sgtest::set(axes_, "Color", row({1, 1, 1}).get());
+    sgtest::set(axes_, "XLim", row({0, 10}).get());
+    sgtest::set(axes_, "YLim", row({0, 10}).get());
+  }
+  void TearDown() override {
+    axes_.reset();
+    figure_.reset();
+    sgclasses::releaseRoot();
+    fs::remove_all(dir_);
+  }
+  COSInterfacePtr line(std::initializer_list<double> x, std::initializer_list<double> y, Arr color) {
+    COSInterfacePtr l = sgclasses::create(sgclasses::kLineClass, axes_);
+    sgtest::set(l, "XData", row(x).get());
+    sgtest::set(l, "YData", row(y).get());
+    sgtest::set(l, "Color", color.get());
+    sgtest::set(l, "LineWidth", Arr(vxCreateDoubleScalar(4)).get());
+    return l;
+  }
+  std::size_t filesIn() const { return std::distance(fs::directory_iterator(dir_), fs::directory_iterator()); }
+
+  fs::path dir_;
+  COSInterfacePtr figure_, axes_;
+};
+
+TEST_F(RenderTest, PngShowsBackgroundsLinesAndClipsToTheAxes) {
+  // A red line across y = 5, and a green one that runs on past x = 10.
+  line({0, 10}, {5, 5}, row({1, 0, 0}));
+  line({0, 20}, {7, 7}, row({0, 1, 0}));
+  const fs::path file = dir_ / "fig.png";
+  const sgrender::RenderStats stats = FigureRenderer::exportFigure(figure_, file.string());
+  EXPECT_EQ(stats.axes, 1u);
+  EXPECT_EQ(stats.lines, 2u);
+
+  Picture pic(file);
+  ASSERT_EQ(pic.width(), 200);
+  ASSERT_EQ(pic.height(), 100);
+  EXPECT_TRUE(near(pic.at(2, 2), {51, 102, 153}));     // the figure's colour at a corner
+  EXPECT_TRUE(near(pic.at(100, 65), {255, 255, 255}));  // the axes' background
+  EXPECT_TRUE(near(pic.at(100, 50), {255, 0, 0}));      // y = 5 is halfway down the box
+  EXPECT_TRUE(near(pic.at(120, 40), {0, 255, 0}));      // y = 7 is 35 down
+  // Past the right edge of the axes the green line is clipped away.
+  EXPECT_TRUE(near(pic.at(175, 40), {51, 102, 153}));
+}
+
+TEST_F(RenderTest, InvisibleAndInvalidObjectsDrawNothing) {
+  COSInterfacePtr hidden = line({0, 10}, {5, 5}, row({1, 0, 0}));
+  sgtest::set(hidden, "Visible", str("off").get());
+  COSInterfacePtr invalid = line({0, 10}, {3, 3}, row({0, 0, 1}));
+  sgtest::set(invalid, "XData", row({0, 5, 10}).get());  // three x against two y
+  COSInterfacePtr group = sgclasses::create(sgclasses::kGroupClass, axes_);
+  COSInterfacePtr inGroup = sgclasses::create(sgclasses::kLineClass, group);
+  sgtest::set(inGroup, "XData", row({0, 10}).get());
+  sgtest::set(inGroup, "YData", row({8, 8}).get());
+  sgtest::set(inGroup, "LineWidth", Arr(vxCreateDoubleScalar(4)).get());
+  sgtest::set(inGroup, "Color", row({0, 0, 0}).get());
+
+  const fs::path file = dir_ / "hidden.png";
+  sgrender::RenderStats stats = FigureRenderer::exportFigure(figure_, file.string());
+  EXPECT_EQ(stats.lines, 1u);  // only the group's line
+  EXPECT_EQ(stats.skippedInvalid, 1u);
+  Picture pic(file);
+  EXPECT_TRUE(near(pic.at(100, 50), {255, 255, 255}));
+  EXPECT_TRUE(near(pic.at(100, 60), {255, 255, 255}));
+  EXPECT_TRUE(near(pic.at(100, 35), {0, 0, 0}));  // y = 8 inside the group
+
+  // A hidden group hides what it holds.
+  sgtest::set(group, "Visible", str("off").get());
+  stats = FigureRenderer::exportFigure(figure_, file.string());
+  EXPECT_EQ(stats.lines, 0u);
+  EXPECT_TRUE(near(Picture(file).at(100, 35), {255, 255, 255}));
+}
+
+TEST_F(RenderTest, DenseLinesKeepTheirExtentAndNaNBreaksThem) {
+  // 20,000 points swinging between y = 2 and y = 8: many share each pixel
+  // column, and the column must still be covered from top to bottom.
+  COSInterfacePtr dense = sgclasses::create(sgclasses::kLineClass, axes_);
+  Arr x(vxCreateDoubleMatrix(1, 20000, vxREAL)), y(vxCreateDoubleMatrix(1, 20000, vxREAL));
+  for (int i = 0; i < 20000; ++i) {
+    vxGetPr(x.get())[i] = 4 + 2.0 * i / 19999;  // x in [4, 6]
+    vxGetPr(y.get())[i] = i % 2 ? 8 : 2;
+  }
+  sgtest::set(dense, "XData", x.get());
+  sgtest::set(dense, "YData", y.get());
+  sgtest::set(dense, "Color", row({0, 0, 1}).get());
+  sgtest::set(dense, "LineWidth", Arr(vxCreateDoubleScalar(4)).get());
+  // A red line with a gap where its data holds NaN.
+  line({0, 3, NAN, 7, 10}, {9, 9, 9, 9, 9}, row({1, 0, 0}));
+  const fs::path file = dir_ / "dense.png";
+  FigureRenderer::exportFigure(figure_, file.string());
+  Picture pic(file);
+  for (int py : {36, 45, 55, 64}) EXPECT_TRUE(near(pic.at(100, py), {0, 0, 255})) << "row " << py;
+  EXPECT_TRUE(near(pic.at(100, 20), {51, 102, 153}));  // above the box: nothing
+  EXPECT_TRUE(near(pic.at(60, 30), {255, 0, 0}));      // x = 2 on the red line
+  EXPECT_TRUE(near(pic.at(100, 30), {255, 255, 255}));  // x = 5 in its gap
+  EXPECT_TRUE(near(pic.at(140, 30), {255, 0, 0}));     // x = 9
+}
+
+TEST_F(RenderTest, PatchFaceBlendsByItsAlpha) {
+  COSInterfacePtr patch = sgclasses::create(sgclasses::kPatchClass, axes_);
+  sgtest::set(patch, "XData", row({2, 8, 8, 2}).get());
+  sgtest::set(patch, "YData", row({2, 2, 8, 8}).get());
+  sgtest::set(patch, "FaceColor", row({0, 0, 1}).get());
+  sgtest::set(patch, "FaceAlpha", Arr(vxCreateDoubleScalar(0.5)).get());
+  const fs::path file = dir_ / "patch.png";
+  EXPECT_EQ(FigureRenderer::exportFigure(figure_, file.string()).patches, 1u);
+  Picture pic(file);
+  EXPECT_TRUE(near(pic.at(100, 50), {127, 127, 255}, 4));  // half blue over white
+  EXPECT_TRUE(near(pic.at(55, 30), {255, 255, 255}));       // outside the square
+}
+
+TEST_F(RenderTest, ResolutionScalesThePicture) {
+  const fs::path file = dir_ / "big.png";
+  FigureRenderer::exportFigure(figure_, file.string(), 2.0);
+  Picture pic(file);
+  EXPECT_EQ(pic.width(), 400);
+  EXPECT_EQ(pic.height(), 200);
+  EXPECT_TRUE(near(pic.at(200, 100), {255, 255, 255}));
+}
+
+TEST_F(RenderTest, SvgAndPdfHoldTheFigure) {
+  line({0, 10}, {5, 5}, row({1, 0, 0}));
+  COSInterfacePtr text = sgclasses::create(sgclasses::kTextClass, axes_);
+  sgtest::set(text, "String", str("label").get());
+  sgtest::set(text, "Position", row({5, 5, 0}).get());
+  const fs::path svg = dir_ / "fig.svg";
+  EXPECT_EQ(FigureRenderer::exportFigure(figure_, svg.string()).texts, 1u);
+  std::stringstream s;
+  s << std::ifstream(svg).rdbuf();
+  const std::string doc = s.str();
+  EXPECT_NE(doc.find("<svg"), std::string::npos);
+  EXPECT_NE(doc.find("width=\"200pt\" height=\"100pt\""), std::string::npos);
+  EXPECT_NE(doc.find("fill:rgb(20%,40%,60%)"), std::string::npos);   // figure background
+  EXPECT_NE(doc.find("stroke:rgb(100%,0%,0%)"), std::string::npos);  // the red line
+  EXPECT_NE(doc.find("<use xlink:href=\"#glyph"), std::string::npos);  // text as glyphs
+
+  const fs::path pdf = dir_ / "fig.PDF";
+  FigureRenderer::exportFigure(figure_, pdf.string());
+  std::ifstream in(pdf, std::ios::binary);
+  char head[5] = {};
+  in.read(head, 4);
+  EXPECT_EQ(std::string(head), "%PDF");
+}
+
+TEST_F(RenderTest, BadInputRaisesAndLeavesNoFile) {
+  using sgtest::errorId;
+  EXPECT_EQ(errorId([&] { FigureRenderer::exportFigure(figure_, (dir_ / "fig.bmp").string()); }),
+            "VANTEL:sgrender:UnknownFormat");
+  EXPECT_EQ(errorId([&] { FigureRenderer::exportFigure(figure_, (dir_ / "png").string()); }),
+            "VANTEL:sgrender:UnknownFormat");
+  EXPECT_EQ(errorId([&] { FigureRenderer::exportFigure(figure_, (dir_ / "no/such/fig.png").string()); }),
+            "VANTEL:sgrender:FolderNotFound");
+  EXPECT_EQ(errorId([&] { FigureRenderer::exportFigure(axes_, (dir_ / "axes.png").string()); }),
+            "VANTEL:sgrender:NotFigure");
+  EXPECT_EQ(errorId([&] { FigureRenderer::exportFigure(figure_, (dir_ / "f.png").string(), 0); }),
+            "VANTEL:sgrender:BadScale");
+  EXPECT_EQ(filesIn(), 0u);
+
+  // A folder that cannot be written: the rename fails and the part is gone.
+  if (::geteuid() != 0) {
+    const fs::path locked = dir_ / "locked";
+    fs::create_directory(locked);
+    fs::permissions(locked, fs::perms::owner_read | fs::perms::owner_exec);
+    EXPECT_EQ(errorId([&] { FigureRenderer::exportFigure(figure_, (locked / "fig.svg").string()); }),
+              "VANTEL:sgrender:CannotWrite");
+    EXPECT_TRUE(fs::is_empty(locked));
+    fs::permissions(locked, fs::perms::owner_all);
+  }
+  // A path that is a folder: written beside it, then the rename fails.
+  fs::create_directory(dir_ / "taken.png");
+  EXPECT_EQ(errorId([&] { FigureRenderer::exportFigure(figure_, (dir_ / "taken.png").string()); }),
+            "VANTEL:sgrender:CannotWrite");
+  fs::remove(dir_ / "taken.png");
+
+  COSInterfacePtr gone = figure_;
+  gone->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(errorId([&] { FigureRenderer::exportFigure(gone, (dir_ / "gone.png").string()); }),
+            "VANTEL:sg:DeletedObject");
+  EXPECT_EQ(filesIn(), 0u);
+}
+
+TEST(TickSteps, ReadableStepsWithinTheLimits) {
+  using sgrender::TickSteps;
+  EXPECT_EQ(TickSteps::ticksFor(0, 10, 6), (std::vector<double>{0, 2, 4, 6, 8, 10}));
+  EXPECT_EQ(TickSteps::ticksFor(0, 1, 3), (std::vector<double>{0, 0.5, 1}));
+  EXPECT_DOUBLE_EQ(TickSteps::stepFor(0, 1000, 11), 100);
+  EXPECT_DOUBLE_EQ(TickSteps::stepFor(0, 7, 5), 2);
+  // Ends off the steps: only multiples inside; zero has no sign.
+  const std::vector<double> t = TickSteps::ticksFor(-0.3, 0.7, 6);
+  ASSERT_EQ(t.size(), 5u);
+  EXPECT_NEAR(t.front(), -0.2, 1e-12);
+  EXPECT_FALSE(std::signbit(t[1]));
+  EXPECT_EQ(t[1], 0.0);
+  EXPECT_NEAR(t.back(), 0.6, 1e-12);
+  // Empty, reversed or endless ranges give none.
+  EXPECT_TRUE(TickSteps::ticksFor(1, 1, 5).empty());
+  EXPECT_TRUE(TickSteps::ticksFor(2, 1, 5).empty());
+  EXPECT_TRUE(TickSteps::ticksFor(0, INFINITY, 5).empty());
+}
+
+}  // namespace
