@@ -20,7 +20,8 @@ namespace {
 
 struct CountingView : sgclasses::ViewUpdateListener {
   std::size_t names = 0;
-  void viewPropertiesChanged(COSInterface*, const std::vector<std::string>& changed) override {
+  void viewPropertiesChanged(COSInterface*, const std::vector<std::string>& changed,
+                             const sgutils::UpdateViewInfo&) override {
     names += changed.size();
   }
 };

@@ -13,6 +13,16 @@ std::vector<ViewUpdateListener*>& views() {
   static std::vector<ViewUpdateListener*> list;
   return list;
 }
+// The object and every ancestor are visible (a walk up: the cost follows the
+// depth, not the tree).
+bool inVisibleHierarchy(COSInterface* object) {
+  for (COSInterface* up = object; up; up = up->getOwnerObject()) {
+    auto* node = sgutils::blockOf<GraphicsNode>(up, GraphicsNode::classID());
+    if (node && !node->getVisible()) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 ViewUpdateListener::~ViewUpdateListener() = default;
@@ -34,9 +44,11 @@ void tellViews(COSInterface* object, graphics::mixin::ViewPropertiesManager& man
   if (!manager.hasDirtyProperties()) return;
   if (!views().empty()) {
     const std::vector<std::string> names = manager.getDirtyPropertyStrings();
+    sgutils::UpdateViewInfo info;
+    info.setIsInVisibleHierarchy(inVisibleHierarchy(object));
     // A copy: a view may unregister while it is told.
     const std::vector<ViewUpdateListener*> listeners = views();
-    for (ViewUpdateListener* view : listeners) view->viewPropertiesChanged(object, names);
+    for (ViewUpdateListener* view : listeners) view->viewPropertiesChanged(object, names, info);
   }
   manager.markClean();
 }

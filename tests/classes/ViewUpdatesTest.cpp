@@ -22,7 +22,12 @@ using Names = std::vector<std::string>;
 // A view that writes down what it is told, per object.
 struct RecordingView : sgclasses::ViewUpdateListener {
   std::map<const COSInterface*, std::vector<Names>> told;
-  void viewPropertiesChanged(COSInterface* object, const Names& names) override { told[object].push_back(names); }
+  std::map<const COSInterface*, bool> visible;
+  void viewPropertiesChanged(COSInterface* object, const Names& names, const sgutils::UpdateViewInfo& info) override {
+    told[object].push_back(names);
+    EXPECT_TRUE(info.isInVisibleHierarchyInitialized());
+    visible[object] = info.getIsInVisibleHierarchy();
+  }
   std::vector<Names> of(const COSInterfacePtr& object) const {
     auto it = told.find(object.get());
     return it == told.end() ? std::vector<Names>{} : it->second;
@@ -110,6 +115,25 @@ TEST_F(ClassesTest, ConcreteObjectsTakeTheLegacyStrategyOnFirstMark) {
     EXPECT_STREQ(e.what(), "Array is not cell array.");
   }
   manager.markClean();
+}
+
+// The view hears whether the object is shown: hidden by itself or by any
+// ancestor counts as hidden.
+TEST_F(ClassesTest, TheViewIsToldWhetherTheObjectsHierarchyIsVisible) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  COSInterfacePtr group = sgclasses::create(sgclasses::kGroupClass, axes);
+  COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, group);
+  sgclasses::drawnow();
+  RecordingView view;
+  sgclasses::ScopedViewRegistration registration(view);
+  set(line, "LineWidth", Arr(vxCreateDoubleScalar(2)).get());
+  sgclasses::drawnow();
+  EXPECT_TRUE(view.visible.at(line.get()));
+  set(group, "Visible", Arr(vxCreateString("off")).get());
+  set(line, "LineWidth", Arr(vxCreateDoubleScalar(3)).get());
+  sgclasses::drawnow();
+  EXPECT_FALSE(view.visible.at(line.get()));
+  EXPECT_FALSE(view.visible.at(group.get()));
 }
 
 TEST_F(ClassesTest, DeletedObjectsAndUnregisteredViewsHearNothing) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "sgclasses/SgclassesExport.h"
+#include "sgutils/view/UpdateViewInfo.h"
 #include "vcos/COSInterfacePtr.h"
 
 namespace graphics::mixin {
@@ -19,7 +20,10 @@ class SGCLASSES_API ViewUpdateListener {
  public:
   virtual ~ViewUpdateListener();
   // `names` in the order the object's strategy gives them; never empty.
-  virtual void viewPropertiesChanged(COSInterface* object, const std::vector<std::string>& names) = 0;
+  // `info` tells what the object's surroundings are: today whether the
+  // object and all its ancestors are visible (initialised on every call).
+  virtual void viewPropertiesChanged(COSInterface* object, const std::vector<std::string>& names,
+                                     const sgutils::UpdateViewInfo& info) = 0;
 };
 
 // Registers a view for the life of the scope (the view is not owned).
