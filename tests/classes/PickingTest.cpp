@@ -70,13 +70,17 @@ TEST_F(ClassesTest, AHitFiresOnceOnTheTargetWithItsDataAndMakesItCurrent) {
   EXPECT_EQ(omGetArrayElement(get(s.figure, "CurrentObject").get(), 0).get(), s.line.get());
 
   // HitTest off hands the hit to the nearest ancestor that takes it; the
-  // primitive stays the line.
+  // primitive stays the line. The internal face leaves the mode auto.
+  set(s.line, "HitTest_I", word("off").get());
+  EXPECT_EQ(text(s.line, "HitTestMode"), "auto");
+  EXPECT_EQ(sgclasses::reportHit(s.line.get(), hit).get(), s.group.get());
+  EXPECT_EQ(onGroup.entries.size(), 1u);
   set(s.line, "HitTest", word("off").get());
   EXPECT_EQ(text(s.line, "HitTestMode"), "manual");
   set(s.group, "PickableParts", word("none").get());
   EXPECT_EQ(sgclasses::reportHit(s.line.get(), hit).get(), s.axes.get());
   EXPECT_EQ(onLine.entries.size(), 1u);
-  EXPECT_TRUE(onGroup.entries.empty());
+  EXPECT_EQ(onGroup.entries.size(), 1u);
   EXPECT_EQ(omGetArrayElement(get(s.figure, "CurrentObject").get(), 0).get(), s.axes.get());
 
   // Up to the figure and no further.
