@@ -12,6 +12,7 @@
 #include "sgutils/objects/Legacy.gen.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
+#include "vcos/COSPropInfo.h"
 #include "vcos/ObjectArray.h"
 #include "vx/vx.h"
 #include "sgclasses/ClassNames.h"
@@ -78,15 +79,21 @@ void GraphicsNode::runOtherLineSetups(COSInterfacePtr object) {
     auto* block = static_cast<SGReference*>(object->getInstanceData(id));
     if (block && block != static_cast<SGReference*>(this)) block->Setup(object);
   }
+  // The view strategy is chosen when the object is made; the names a class
+  // starts with go to the view at the next drawnow.
+  viewProperties_.setStrategy(object.get());
+  if (viewProperties_.hasDirtyProperties() && !std::exchange(dirty_, true)) markDirty(object.get());
 }
 
 void GraphicsNode::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
   GraphicsCoreProperties::doPostSet(object, property, flags);
+  viewProperties_.markViewPropertyDirty(object.get(), property->getName());
   if (!std::exchange(dirty_, true)) markDirty(object.get());
 }
 
 void GraphicsNode::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
   GraphicsCoreProperties::doPostSet(object, property, limitsDirty, objectDirty);
+  viewProperties_.markViewPropertyDirty(object.get(), property->getName());
   if (!std::exchange(dirty_, true)) markDirty(object.get());
 }
 

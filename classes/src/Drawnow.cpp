@@ -5,6 +5,7 @@
 
 #include "foundation/core/except/WarningChannel.h"
 #include "foundation/i18n/Message.h"
+#include "sgclasses/ViewUpdates.h"
 #include "sgutils/objects/Line.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "vcos/COSClass.h"
@@ -40,6 +41,7 @@ std::size_t drawnow() {
     auto* node = sgutils::blockOf<GraphicsNode>(object.get(), GraphicsNode::classID());
     if (!node) continue;
     node->takeDirty();
+    detail::tellViews(object.get(), node->viewProperties());
     if (!object->getClass()->isSubclassOf(Line::classID())) continue;
     Line* line = static_cast<Line*>(node);
     if (line->isDataValid()) {

@@ -12,6 +12,7 @@
 #include "builtins/CallbackBuiltins.h"
 #include "builtins/CopyBuiltins.h"
 #include "builtins/PrintBuiltins.h"
+#include "builtins/ViewBuiltins.h"
 #include "builtins/GraphicsBuiltins.h"
 #include "foundation/core/except/Error.h"
 #include "sgclasses/Registration.h"
@@ -33,6 +34,7 @@ class GraphicsLibrary {
     sgsh::builtins::registerCallbackBuiltins();
     sgsh::builtins::registerCopyBuiltins();
     sgsh::builtins::registerPrintBuiltins();
+    sgsh::builtins::registerViewBuiltins();
     Dl_info info{};
     if (dladdr(reinterpret_cast<void*>(&VLInitialize_sgutils), &info) == 0 || !info.dli_fname) return;
     // Already loaded: this only takes a handle of our own to it.

@@ -9,7 +9,9 @@ namespace sgclasses {
 // Takes the objects whose properties changed since the last call (what
 // doPostSet marked dirty) and checks each: a line whose data lengths differ
 // draws nothing and gives the warning "VANTEL:sgclasses:LineDataLengths"
-// once, until its data is valid again. Returns the number of objects taken.
+// once, until its data is valid again. Each object's changed view properties
+// go to the registered views (ViewUpdates.h) and are then forgotten.
+// Returns the number of objects taken.
 SGCLASSES_API std::size_t drawnow();
 
 // Marks an object dirty (what doPostSet calls).

@@ -1,0 +1,26 @@
+// How one kind of component keeps the names of its changed view
+// properties. The base passes everything to its tracker; the kinds differ in
+// the names they start with and in how a name is written down.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "sgutils/SgutilsExport.h"
+#include "sgutils/view/DirtyPropertyTracker.h"
+
+namespace sgutils {
+
+class SGUTILS_API ViewPropertiesStrategy {
+ public:
+  virtual ~ViewPropertiesStrategy();
+  virtual void markDirty(std::string name);
+  virtual void markClean();
+  virtual std::vector<std::string> getDirtyProperties() const;
+  virtual bool hasDirtyProperties() const;
+
+ protected:
+  vantel::graphics::DirtyPropertyTracker tracker_;
+};
+
+}  // namespace sgutils

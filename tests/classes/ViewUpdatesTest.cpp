@@ -1,0 +1,162 @@
+// What a registered view is told by drawnow: the names of the view
+// properties of each changed object, once each, then nothing until the next
+// change.
+#include <map>
+#include <string>
+#include <vector>
+
+#include "classes/ClassesTestSupport.h"
+#include "foundation/core/except/Error.h"
+#include "sgclasses/ClassNames.h"
+#include "sgclasses/Drawnow.h"
+#include "sgclasses/ViewUpdates.h"
+#include "sgutils/defaults/DefaultNameAccess.h"
+#include "sgutils/objects/GraphicsNode.gen.h"
+#include "sgutils/propinfos/BlockOf.h"
+
+namespace sgtest::classes {
+namespace {
+
+using Names = std::vector<std::string>;
+
+// A view that writes down what it is told, per object.
+struct RecordingView : sgclasses::ViewUpdateListener {
+  std::map<const COSInterface*, std::vector<Names>> told;
+  std::map<const COSInterface*, bool> visible;
+  void viewPropertiesChanged(COSInterface* object, const Names& names, const sgutils::UpdateViewInfo& info) override {
+    told[object].push_back(names);
+    EXPECT_TRUE(info.isInVisibleHierarchyInitialized());
+    visible[object] = info.getIsInVisibleHierarchy();
+  }
+  std::vector<Names> of(const COSInterfacePtr& object) const {
+    auto it = told.find(object.get());
+    return it == told.end() ? std::vector<Names>{} : it->second;
+  }
+};
+
+graphics::mixin::ViewPropertiesManager& managerOf(const COSInterfacePtr& object) {
+  return sgutils::blockOf<sgclasses::GraphicsNode>(object.get(), sgclasses::GraphicsNode::classID())->viewProperties();
+}
+
+TEST_F(ClassesTest, DrawnowTellsTheViewEachChangedNameOnceAndEmptiesTheSet) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, axes);
+  sgclasses::drawnow();
+  EXPECT_TRUE(sgclasses::pendingViewProperties(line.get()).empty());
+
+  RecordingView view;
+  sgclasses::ScopedViewRegistration registration(view);
+  for (const char* color : {"r", "g", "b"}) set(line, "Color", Arr(vxCreateString(color)).get());
+  set(line, "LineWidth", Arr(vxCreateDoubleScalar(2)).get());
+  set(line, "Color", Arr(vxCreateString("r")).get());
+  EXPECT_EQ(sgclasses::pendingViewProperties(line.get()), (Names{"Color", "LineWidth"}));
+  sgclasses::drawnow();
+  EXPECT_EQ(view.of(line), (std::vector<Names>{{"Color", "LineWidth"}}));
+  EXPECT_TRUE(sgclasses::pendingViewProperties(line.get()).empty());
+
+  // A set of the value the property has adds nothing, and the view hears nothing.
+  set(line, "Color", Arr(vxCreateString("r")).get());
+  EXPECT_TRUE(sgclasses::pendingViewProperties(line.get()).empty());
+  sgclasses::drawnow();
+  EXPECT_EQ(view.of(line).size(), 1u);
+}
+
+// Defaults write through the internal face; the view knows the visible name.
+TEST_F(ClassesTest, AWriteThroughTheInternalFaceReachesTheView) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, axes);
+  sgclasses::drawnow();
+  set(line, "Color_I", Arr(vxCreateString("m")).get());
+  EXPECT_EQ(text(line, "ColorMode"), "auto");
+  EXPECT_EQ(sgclasses::pendingViewProperties(line.get()), (Names{"Color"}));
+  sgclasses::drawnow();
+
+  sgutils::DefaultNameAccess::set(axes, "defaultLineLineWidth", Arr(vxCreateDoubleScalar(4)).get());
+  COSInterfacePtr second = sgclasses::create(sgclasses::kLineClass, axes);
+  const Names pending = sgclasses::pendingViewProperties(second.get());
+  EXPECT_NE(std::find(pending.begin(), pending.end(), "LineWidth"), pending.end());
+  EXPECT_EQ(std::count(pending.begin(), pending.end(), "LineWidth"), 1);
+}
+
+// The classes here are neither custom nor framework components: each gets
+// the legacy strategy on its first mark, with its class's starting names.
+TEST_F(ClassesTest, ConcreteObjectsTakeTheLegacyStrategyOnFirstMark) {
+  COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  COSInterfacePtr menu = sgclasses::create(sgclasses::kContextMenuClass, figure);
+  const Names figureNames = sgclasses::pendingViewProperties(figure.get());
+  ASSERT_GE(figureNames.size(), 4u);
+  EXPECT_EQ(Names(figureNames.begin(), figureNames.begin() + 4), (Names{"Uuid", "Visible", "Icon", "ContextMenu"}));
+  const Names menuNames = sgclasses::pendingViewProperties(menu.get());
+  ASSERT_FALSE(menuNames.empty());
+  EXPECT_EQ(menuNames.front(), "ObjectID");
+  EXPECT_EQ(std::count(menuNames.begin(), menuNames.end(), "ContextMenu"), 0);
+
+  graphics::mixin::ViewPropertiesManager& manager = managerOf(figure);
+  EXPECT_TRUE(manager.isCacheReady());
+  EXPECT_FALSE(graphics::mixin::ViewPropertiesManager::isCustomComponent(figure.get()));
+  EXPECT_FALSE(graphics::mixin::ViewPropertiesManager::isInAppBuildingFigure(menu.get()));
+  EXPECT_FALSE(graphics::mixin::ViewPropertiesManager::isAppBuildingFigure({}));
+
+  // The array form of the names, and marks given as a cell of names.
+  sgclasses::drawnow();
+  Arr cell(vxCreateCellMatrix(1, 2));
+  vxSetCell(cell.get(), 0, vxCreateString("Name_I"));
+  vxSetCell(cell.get(), 1, vxCreateString("Units"));
+  manager.markViewPropertiesDirty(figure.get(), cell.get());
+  Arr names(manager.getDirtyProperties());
+  ASSERT_TRUE(vxIsString(names.get()));
+  ASSERT_EQ(vxGetN(names.get()), 2u);
+  EXPECT_EQ(*vxGetStringElement(names.get(), 0), u"Name");
+  EXPECT_EQ(*vxGetStringElement(names.get(), 1), u"Units");
+  try {
+    manager.markViewPropertiesDirty(figure.get(), Arr(vxCreateString("Units")).get());
+    ADD_FAILURE() << "a char array of names was taken";
+  } catch (const foundation::core::except::Error& e) {
+    EXPECT_STREQ(e.what(), "Array is not cell array.");
+  }
+  manager.markClean();
+}
+
+// The view hears whether the object is shown: hidden by itself or by any
+// ancestor counts as hidden.
+TEST_F(ClassesTest, TheViewIsToldWhetherTheObjectsHierarchyIsVisible) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  COSInterfacePtr group = sgclasses::create(sgclasses::kGroupClass, axes);
+  COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, group);
+  sgclasses::drawnow();
+  RecordingView view;
+  sgclasses::ScopedViewRegistration registration(view);
+  set(line, "LineWidth", Arr(vxCreateDoubleScalar(2)).get());
+  sgclasses::drawnow();
+  EXPECT_TRUE(view.visible.at(line.get()));
+  set(group, "Visible", Arr(vxCreateString("off")).get());
+  set(line, "LineWidth", Arr(vxCreateDoubleScalar(3)).get());
+  sgclasses::drawnow();
+  EXPECT_FALSE(view.visible.at(line.get()));
+  EXPECT_FALSE(view.visible.at(group.get()));
+}
+
+TEST_F(ClassesTest, DeletedObjectsAndUnregisteredViewsHearNothing) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  COSInterfacePtr kept = sgclasses::create(sgclasses::kLineClass, axes);
+  COSInterfacePtr gone = sgclasses::create(sgclasses::kLineClass, axes);
+  sgclasses::drawnow();
+  RecordingView view, later;
+  {
+    sgclasses::ScopedViewRegistration registration(view);
+    set(kept, "Marker", Arr(vxCreateString("o")).get());
+    set(gone, "Marker", Arr(vxCreateString("o")).get());
+    gone->deleteObject(COSGetPublicClient());
+    sgclasses::drawnow();
+  }
+  EXPECT_EQ(view.of(kept), (std::vector<Names>{{"Marker"}}));
+  EXPECT_TRUE(view.of(gone).empty());
+  sgclasses::ScopedViewRegistration registration(later);
+  set(kept, "Marker", Arr(vxCreateString("x")).get());
+  sgclasses::drawnow();
+  EXPECT_EQ(view.of(kept).size(), 1u);
+  EXPECT_EQ(later.of(kept), (std::vector<Names>{{"Marker"}}));
+}
+
+}  // namespace
+}  // namespace sgtest::classes

@@ -1,0 +1,75 @@
+// The ordered set of changed view property names and the two strategies
+// that fill it.
+#include <gtest/gtest.h>
+
+#include "sgutils/view/DirtyPropertyTracker.h"
+#include "sgutils/view/LegacyRuntimeViewStrategy.h"
+#include "sgutils/view/RuntimeViewStrategy.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+TEST(DirtyPropertyTracker, KeepsFirstPlaceAndPutsTheLatestPriorityFirst) {
+  vantel::graphics::DirtyPropertyTracker tracker;
+  EXPECT_FALSE(tracker.hasDirtyProperties());
+  tracker.appendDirtyProperty("Color");
+  tracker.appendDirtyProperty("XData");
+  tracker.appendDirtyProperty("Color");
+  // Already dirty: stays where it is rather than moving to the priority list.
+  tracker.appendPriorityProperty("XData");
+  tracker.appendPriorityProperty("A");
+  tracker.appendPriorityProperty("B");
+  tracker.appendDirtyProperty("A");
+  EXPECT_EQ(tracker.getDirtyProperties(), (Names{"B", "A", "Color", "XData"}));
+  EXPECT_TRUE(tracker.hasDirtyProperty("A"));
+  EXPECT_FALSE(tracker.hasDirtyProperty("color"));
+
+  vantel::graphics::DirtyPropertyTracker copy = tracker;
+  tracker.clearDirtyProperties();
+  EXPECT_FALSE(tracker.hasDirtyProperties());
+  EXPECT_TRUE(tracker.getDirtyProperties().empty());
+  // A cleared name can be marked again, at the end.
+  tracker.appendDirtyProperty("XData");
+  tracker.appendDirtyProperty("Color");
+  EXPECT_EQ(tracker.getDirtyProperties(), (Names{"XData", "Color"}));
+  EXPECT_EQ(copy.getDirtyProperties(), (Names{"B", "A", "Color", "XData"}));
+}
+
+TEST(ViewStrategies, StartWithTheNamesOfTheirClass) {
+  using sgutils::LegacyRuntimeViewStrategy;
+  using sgutils::RuntimeViewStrategy;
+  EXPECT_EQ(LegacyRuntimeViewStrategy::getInstance("ContextMenu")->getDirtyProperties(), (Names{"ObjectID"}));
+  EXPECT_EQ(LegacyRuntimeViewStrategy::getInstance("Figure")->getDirtyProperties(),
+            (Names{"Uuid", "Visible", "Icon", "ContextMenu"}));
+  EXPECT_EQ(LegacyRuntimeViewStrategy::getInstance("Menu")->getDirtyProperties(), (Names{"Position", "ContextMenu"}));
+  EXPECT_EQ(LegacyRuntimeViewStrategy::getInstance("Line")->getDirtyProperties(), (Names{"ContextMenu"}));
+  EXPECT_EQ(RuntimeViewStrategy::getInstance("DatePicker")->getDirtyProperties(),
+            (Names{"ViewLanguage", "Value", "DisplayFormat", "ContextMenu"}));
+  EXPECT_EQ(RuntimeViewStrategy::getInstance("PasswordField")->getDirtyProperties(),
+            (Names{"ChannelID", "ContextMenu"}));
+  EXPECT_TRUE(RuntimeViewStrategy::getInstance("ContextMenu")->getDirtyProperties().empty());
+  // Each call makes a strategy of its own.
+  auto a = RuntimeViewStrategy::getInstance("Button");
+  auto b = RuntimeViewStrategy::getInstance("Button");
+  a->markClean();
+  EXPECT_FALSE(a->hasDirtyProperties());
+  EXPECT_TRUE(b->hasDirtyProperties());
+}
+
+TEST(ViewStrategies, OnlyTheLegacyKindFoldsTheInternalFace) {
+  auto legacy = sgutils::LegacyRuntimeViewStrategy::getInstance("ContextMenu");
+  legacy->markClean();
+  legacy->markDirty("Color_I");
+  legacy->markDirty("Color");
+  legacy->markDirty("_I");
+  legacy->markDirty("X_I_I");
+  EXPECT_EQ(legacy->getDirtyProperties(), (Names{"Color", "", "X_I"}));
+
+  auto runtime = sgutils::RuntimeViewStrategy::getInstance("ContextMenu");
+  runtime->markDirty("Color_I");
+  runtime->markDirty("Color");
+  EXPECT_EQ(runtime->getDirtyProperties(), (Names{"Color_I", "Color"}));
+}
+
+}  // namespace
