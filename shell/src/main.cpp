@@ -11,6 +11,7 @@
 
 #include "builtins/CallbackBuiltins.h"
 #include "builtins/CopyBuiltins.h"
+#include "builtins/ThemeShellBuiltins.h"
 #include "builtins/GraphicsBuiltins.h"
 #include "foundation/core/except/Error.h"
 #include "sgclasses/Registration.h"
@@ -31,6 +32,7 @@ class GraphicsLibrary {
     sgsh::builtins::registerGraphicsBuiltins();
     sgsh::builtins::registerCallbackBuiltins();
     sgsh::builtins::registerCopyBuiltins();
+    sgsh::builtins::registerThemeShellBuiltins();
     Dl_info info{};
     if (dladdr(reinterpret_cast<void*>(&VLInitialize_sgutils), &info) == 0 || !info.dli_fname) return;
     // Already loaded: this only takes a handle of our own to it.
