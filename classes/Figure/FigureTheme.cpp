@@ -8,6 +8,8 @@
 #include "sgutils/objects/GraphicsTheme.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/themes/ThemeUtils.h"
+#include "vcos/COSClient.h"
+#include "vcos/COSInterface.h"
 #include "vcos/ObjectArray.h"
 #include "vx/vx.h"
 
@@ -57,6 +59,10 @@ void Figure::setThemeImpl(COSPropInfo*, const COSClient*, COSInterface* object, 
   if (theme.get() == theme_.get()) return;
   theme_ = std::move(theme);
   sgutils::themes::applyThemeToSubtree(COSInterfacePtr(object), sgutils::themes::ThemeInfo(theme_));
+  // Once per change, after the tree has its new values; ThemeChangedFcn runs from it.
+  static const COSID themeChanged("ThemeChanged");
+  if (!object->isDestroyed() && !object->isBeingDestroyed())
+    object->notifyEvent(COSGetPublicClient(), themeChanged, nullptr);
 }
 
 COSInterfacePtr themeFromAncestors(const COSInterface* object) {
