@@ -3,10 +3,15 @@
 // figure's tree whose mode is auto; new children take it when parented.
 #include "sgclasses/Theming.h"
 
+#include <vector>
+
+#include "sgclasses/Objects.h"
+
 #include "foundation/core/except/Error.h"
 #include "sgutils/objects/Figure.gen.h"
 #include "sgutils/objects/GraphicsTheme.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
+#include "sgutils/themes/ThemeSettings.h"
 #include "sgutils/themes/ThemeUtils.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSInterface.h"
@@ -53,10 +58,30 @@ COSValue Figure::getThemeImpl(COSPropInfo*, const COSClient*, COSInterface*) {
                                        : omCreateVCOSEmpty("vantel.graphics.GraphicsPlaceholder"));
 }
 
-void Figure::setThemeImpl(COSPropInfo*, const COSClient*, COSInterface* object, COSValue value) {
-  // An invalid value is refused before anything is stored.
+void Figure::setThemeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSValue value) {
+  // An invalid value is refused before anything is stored, even with themes off.
   COSInterfacePtr theme = themeIn(value.asPointer<const vxArray>());
-  if (theme.get() == theme_.get()) return;
+  if (!sgutils::themes::anyFigureThemesOn()) return;
+  // A theme given from outside is the user's: preference changes pass it by.
+  setThemeMode(graphics::datatype::AutoManual::Manual, graphics::datatype::PrivateClient);
+  changeTheme(std::move(theme));
+}
+
+void Figure::respondToThemePreferences() {
+  if (getThemeMode() == graphics::datatype::AutoManual::Manual || !sgutils::themes::automaticFigureThemesOn())
+    return;
+  const bool dark = sgutils::themes::computeAutoTheme(sgutils::themes::desktopThemeSetting()).isDark();
+  // The built-in theme of that style is there already: nothing changes.
+  if (GraphicsTheme* current = isLive(theme_.get()) ? GraphicsTheme::fromObject(theme_) : nullptr;
+      current && current->getBaseColorStyle().isDark() == dark)
+    return;
+  matrix::unique_vxArray made(GraphicsTheme::builtinThemeFactory(dark));
+  changeTheme(omGetArrayElement(made.get(), 0));
+}
+
+void Figure::changeTheme(COSInterfacePtr theme) {
+  COSInterface* object = getCOSObject();
+  if (theme.get() == theme_.get() || !isLive(object)) return;
   theme_ = std::move(theme);
   sgutils::themes::applyThemeToSubtree(COSInterfacePtr(object), sgutils::themes::ThemeInfo(theme_));
   // Once per change, after the tree has its new values; ThemeChangedFcn runs from it.
@@ -77,6 +102,16 @@ void applyThemeFromAncestors(COSInterface* object) {
   if (!isLive(object)) return;
   COSInterfacePtr theme = themeFromAncestors(object);
   if (theme) sgutils::themes::applyThemeToSubtree(COSInterfacePtr(object), sgutils::themes::ThemeInfo(theme));
+}
+
+void figuresRespondToThemePreferences() {
+  COSInterfacePtr top = root();
+  std::vector<COSInterfacePtr> figures;
+  for (COSInterface* c = top->getOldestChild(); c; c = c->getNewerSibling())
+    if (isLive(c) && sgutils::blockOf<Figure>(c, Figure::classID())) figures.emplace_back(c);
+  // A callback run by one figure's change may delete another.
+  for (const COSInterfacePtr& f : figures)
+    if (isLive(f.get())) sgutils::blockOf<Figure>(f.get(), Figure::classID())->respondToThemePreferences();
 }
 
 }  // namespace sgclasses

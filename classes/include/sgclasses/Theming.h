@@ -16,4 +16,8 @@ SGCLASSES_API COSInterfacePtr themeFromAncestors(const COSInterface* object);
 // without one. Called when an object gets a new parent.
 SGCLASSES_API void applyThemeFromAncestors(COSInterface* object);
 
+// Every figure of the root answers the appearance settings (figures in
+// manual ThemeMode keep their theme). Called after a settings change.
+SGCLASSES_API void figuresRespondToThemePreferences();
+
 }  // namespace sgclasses

@@ -3,6 +3,8 @@
 
 #include "builtins/BuiltinSupport.h"
 #include "eval/ObjectBridge.h"
+#include "foundation/settings/Settings.h"
+#include "sgclasses/Theming.h"
 
 namespace sgsh::builtins {
 namespace {
@@ -21,13 +23,40 @@ void bTheme(Interpreter&, int, Out& out, Args in) {
   ObjectBridge::current().setProperty(figures.mut(), "Theme", in[1].get());
 }
 
+// The setting an appearance name stands for.
+foundation::settings::SettingsGroup appearanceGroup(const std::string& name) {
+  if (name == "CurrentTheme") return getSettingsRoot().group("vantel.appearance");
+  if (name == "GraphicsTheme") return getSettingsRoot().group("vantel.appearance.figure");
+  throw Error("VANTEL:sgsh:BadAppearanceSetting", name);
+}
+
+// appearance(name) reads, appearance(name, value) writes "CurrentTheme" (the
+// desktop's theme) or "GraphicsTheme" (the figures' own); after a write every
+// figure in automatic ThemeMode answers the settings.
+void bAppearance(Interpreter&, int, Out& out, Args in) {
+  checkArgs("appearance", in, 1, 2);
+  const std::string name = textArg("appearance", in[0]);
+  const foundation::settings::SettingsGroup group = appearanceGroup(name);
+  if (in.size() == 1) {
+    out.push_back(Value(vxCreateString(group.get(name, "").c_str())));
+    return;
+  }
+  group.set(name, textArg("appearance", in[1]));
+  sgclasses::figuresRespondToThemePreferences();
+}
+
 }  // namespace
 
 void registerThemeShellBuiltins() {
+
   BuiltinRegistry::instance().add<bTheme>(
       "theme", "t = theme(f)\ntheme(f, t)",
       "Reads the theme of a figure, or sets it: a theme object, 'light' or 'dark', or empty for none. "
       "Themed colours whose mode is auto follow the theme; values set by hand stay.");
+  BuiltinRegistry::instance().add<bAppearance>(
+      "appearance", "v = appearance(name)\nappearance(name, value)",
+      "Reads or writes the appearance setting 'CurrentTheme' or 'GraphicsTheme' ('light', 'dark' or 'auto'); "
+      "figures in automatic ThemeMode follow a change when automatic figure themes are on.");
 }
 
 }  // namespace sgsh::builtins
