@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "sgutils/SgutilsExport.h"
 #include "vcos/COSInterfacePtr.h"
