@@ -61,21 +61,34 @@ COSValue Figure::getThemeImpl(COSPropInfo*, const COSClient*, COSInterface*) {
 void Figure::setThemeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSValue value) {
   // An invalid value is refused before anything is stored, even with themes off.
   COSInterfacePtr theme = themeIn(value.asPointer<const vxArray>());
-  if (!sgutils::themes::anyFigureThemesOn()) return;
+  if (!sgutils::themes::anyFigureThemesOn() && !alwaysUseDesktopTheme_) return;
   // A theme given from outside is the user's: preference changes pass it by.
   setThemeMode(graphics::datatype::AutoManual::Manual, graphics::datatype::PrivateClient);
   changeTheme(std::move(theme));
 }
 
 void Figure::respondToThemePreferences() {
-  if (getThemeMode() == graphics::datatype::AutoManual::Manual || !sgutils::themes::automaticFigureThemesOn())
-    return;
-  const bool dark = sgutils::themes::computeAutoTheme(sgutils::themes::desktopThemeSetting()).isDark();
+  if (getThemeMode() == graphics::datatype::AutoManual::Manual) return;
+  const sgutils::BaseColorSchemeType desktop = sgutils::themes::desktopThemeSetting();
+  bool dark = desktop.isDark();
+  if (!alwaysUseDesktopTheme_) {
+    if (!sgutils::themes::automaticFigureThemesOn()) return;
+    dark = sgutils::themes::computeAutoTheme(desktop).isDark();
+  }
   // The built-in theme of that style is there already: nothing changes.
   if (GraphicsTheme* current = isLive(theme_.get()) ? GraphicsTheme::fromObject(theme_) : nullptr;
       current && current->getBaseColorStyle().isDark() == dark)
     return;
   matrix::unique_vxArray made(GraphicsTheme::builtinThemeFactory(dark));
+  changeTheme(omGetArrayElement(made.get(), 0));
+}
+
+void Figure::alwaysUseDesktopTheme(bool flag) {
+  alwaysUseDesktopTheme_ = flag;
+  // Off: the theme stays until the preferences next change.
+  if (!flag) return;
+  setThemeMode(graphics::datatype::AutoManual::Auto, graphics::datatype::PrivateClient);
+  matrix::unique_vxArray made(GraphicsTheme::builtinThemeFactory(sgutils::themes::desktopThemeSetting().isDark()));
   changeTheme(omGetArrayElement(made.get(), 0));
 }
 

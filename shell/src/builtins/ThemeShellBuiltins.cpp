@@ -5,6 +5,10 @@
 #include "eval/ObjectBridge.h"
 #include "foundation/settings/Settings.h"
 #include "sgclasses/Theming.h"
+#include "sgutils/objects/Figure.gen.h"
+#include "sgutils/propinfos/BlockOf.h"
+#include "vcos/COSInterface.h"
+#include "vcos/ObjectArray.h"
 
 namespace sgsh::builtins {
 namespace {
@@ -45,9 +49,32 @@ void bAppearance(Interpreter&, int, Out& out, Args in) {
   sgclasses::figuresRespondToThemePreferences();
 }
 
+// figureUseDesktopTheme(f) or figureUseDesktopTheme(f, flag): the figure
+// follows the desktop's theme alone (true, the default) or stops doing so.
+void bFigureUseDesktopTheme(Interpreter&, int, Out&, Args in) {
+  checkArgs("figureUseDesktopTheme", in, 1, 2);
+  const vxArray* figures = in[0].get();
+  COSInterfacePtr figure =
+      omIsVCOS(figures) && vxGetNumberOfElements(figures) == 1 ? omGetLiveArrayElement(figures, 0) : nullptr;
+  sgclasses::Figure* block = figure ? sgutils::blockOf<sgclasses::Figure>(figure.get(), sgclasses::Figure::classID())
+                                    : nullptr;
+  if (!block || figure->isBeingDestroyed()) throw Error("VANTEL:graphics:themes:InvalidThemeContainer");
+  bool flag = true;
+  if (in.size() == 2) {
+    const vxArray* value = in[1].get();
+    if (!vxIsLogical(value) || vxGetNumberOfElements(value) != 1)
+      throw Error("VANTEL:graphics:themes:InvalidThemeContainer");
+    flag = vxIsLogicalScalarTrue(value);
+  }
+  block->alwaysUseDesktopTheme(flag);
+}
+
 }  // namespace
 
 void registerThemeShellBuiltins() {
+  BuiltinRegistry::instance().add<bFigureUseDesktopTheme>(
+      "figureUseDesktopTheme", "figureUseDesktopTheme(f)\nfigureUseDesktopTheme(f, flag)",
+      "Makes a figure follow the desktop's theme setting alone (flag true, the default), or stops it.");
 
   BuiltinRegistry::instance().add<bTheme>(
       "theme", "t = theme(f)\ntheme(f, t)",
