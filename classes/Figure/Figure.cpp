@@ -82,6 +82,8 @@ void Figure::parentChanged(COSInterface* object, COSInterface* parent) {
   while (taken.count(number)) ++number;
   number_ = number;
   if (Root* root = sgutils::blockOf<Root>(parent, Root::classID())) root->setCurrentFigure(COSInterfacePtr(object));
+  // A new figure in automatic ThemeMode takes the theme the settings give.
+  respondToThemePreferences();
 }
 
 COSInterfacePtr Figure::currentAxes() const {

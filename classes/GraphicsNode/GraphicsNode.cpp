@@ -5,6 +5,8 @@
 // changes. A new parent hands its ancestors' defaults to the object.
 #include "sgutils/objects/GraphicsNode.gen.h"
 
+#include "sgclasses/Theming.h"
+
 #include "foundation/core/except/Error.h"
 #include "sgdatatypes/HandleNumberTable.h"
 #include "sgutils/objects/CurrentAxes.gen.h"
@@ -70,6 +72,9 @@ void GraphicsNode::reparent(COSInterface* object, COSInterface* parent) {
   parent->hookChild(object);
   applyDefaultProperties(COSInterfacePtr(parent), false);
   parentChanged(object, parent);
+  // After the defaults: a themed property whose mode a default made manual
+  // keeps the default.
+  applyThemeFromAncestors(object);
 }
 
 void GraphicsNode::runOtherLineSetups(COSInterfacePtr object) {

@@ -58,12 +58,9 @@ void GeneratedCallbackPropInfo::setValue(COSInterface* object, COSValue value) {
 }
 
 COSValue GeneratedCallbackPropInfo::getFactoryDefault() const {
-  try {
-    const VCallback empty;
-    if (COSDataTypePtr type = getDataType()) return type->copy(COSValue(&empty));
-  } catch (...) {
-  }
-  return COSValue();
+  // Borrowed, as every class default is: callers neither own nor free it.
+  static const VCallback empty;
+  return COSValue(&empty);
 }
 
 void GeneratedCallbackPropInfo::getVLArrays(const COSClient*, COSInterface* instance,

@@ -3,6 +3,7 @@
 // the namespace "vantel.graphics" and the class infos of the library, and
 // the generated classes.
 #include "sgutils/startup/Startup.h"
+#include "sgutils/themes/ThemeSettings.h"
 
 #include <memory>
 #include <typeinfo>
@@ -135,6 +136,7 @@ unsigned char sgutils::initFlag() { return initFlagSlot(); }
 
 extern "C" void VLInitialize_sgutils() {
   sgutils::GraphicsPrefs::registerFeatures();
+  sgutils::themes::registerThemeFeatures();
   sgutils::DefaultNameAccess::installFrameHooks();
   // The root's get of "factory" calls the list by this name.
   vcos::FunctionDispatcher::instance().registerBuiltin("rootfactoryvalues", &rootFactoryValues);

@@ -1,0 +1,51 @@
+// Carrying theme values from a theme object to the properties of graphics
+// objects. A class takes part through its row in the built-in mapping table;
+// each row names a property and the theme attribute it follows. A property
+// whose mode is manual keeps its value: the theme skips it unless told to
+// override manual values.
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "sgutils/SgutilsExport.h"
+#include "vcos/COSInterfacePtr.h"
+#include "vx/matrix.h"
+
+namespace sgutils::themes {
+
+// One counted reference to a theme object.
+class SGUTILS_API ThemeInfo {
+ public:
+  ThemeInfo() = default;
+  explicit ThemeInfo(COSInterfacePtr theme) : theme_(std::move(theme)) {}
+
+  // A theme is there and is not being deleted.
+  bool isValid() const noexcept;
+  const COSInterfacePtr& getThemeCosi() const noexcept { return theme_; }
+  // The theme's value for an attribute; an empty char array when it has none.
+  matrix::unique_vxArray getThemeAttributeValue(const std::string& attribute) const;
+
+ private:
+  COSInterfacePtr theme_;
+};
+
+// Sets every themed property of one object to the theme's value, in byte
+// order of the property names. Nothing to do (no row, no valid theme) is
+// success; false only when the object was deleted meanwhile.
+SGUTILS_API bool applyThemeValues(const COSInterfacePtr& object, const ThemeInfo& theme,
+                                  bool overrideManualValues);
+
+// The last gate before a themed value is set: skips a null or empty-text
+// value, a property that cannot be set publicly, a property in manual mode
+// (unless overridden) and an unchanged value. Writes the internal face
+// `<name>_I` where it is publicly settable, so the mode stays as it is.
+// True when a set ran.
+SGUTILS_API bool setPVPair(const COSInterfacePtr& object, const std::string& property, const vxArray* value,
+                           bool overrideManualValues);
+
+// applyThemeValues on `node` and every object below it, parents before
+// their children, oldest child first.
+SGUTILS_API void applyThemeToSubtree(const COSInterfacePtr& node, const ThemeInfo& theme);
+
+}  // namespace sgutils::themes

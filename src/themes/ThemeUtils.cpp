@@ -1,0 +1,179 @@
+#include "sgutils/themes/ThemeUtils.h"
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+
+#include "sgutils/objects/GraphicsTheme.gen.h"
+#include "sgutils/propinfos/ForceHonorModesScopeGuard.h"
+#include "sgutils/propinfos/RelatedProperties.h"
+#include "sgutils/themes/ThemeMappingTable.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSClient.h"
+#include "vcos/COSDataType.h"
+#include "vcos/COSPropInfo.h"
+#include "vcos/COSTypeConversion.h"
+#include "vcos/COSTypeRepository.h"
+#include "vcos/ConvertedValue.h"
+#include "vx/vx.h"
+
+namespace sgutils::themes {
+
+using graphics::theme::GraphicsTheme;
+
+namespace {
+
+bool isLive(const COSInterface* object) {
+  return object && !object->isDestroyed() && !object->isBeingDestroyed();
+}
+
+bool isEmptyText(const vxArray* value) { return vxIsChar(value) && vxIsEmpty(value); }
+
+}  // namespace
+
+bool ThemeInfo::isValid() const noexcept { return isLive(theme_.get()); }
+
+matrix::unique_vxArray ThemeInfo::getThemeAttributeValue(const std::string& attribute) const {
+  GraphicsTheme* theme = isValid() ? GraphicsTheme::fromObject(theme_) : nullptr;
+  if (!theme) return matrix::unique_vxArray(vxCreateString(""));
+  return matrix::unique_vxArray(theme->getThemeAttributeValue(attribute));
+}
+
+namespace {
+
+// One themed property of a class, resolved once: the face the theme writes
+// and the mode it asks. The class keeps its properties alive.
+struct Slot {
+  const std::string* property;
+  const std::string* attribute;
+  COSPropInfo* target;
+  COSPropInfo* mode;
+};
+
+struct ClassSlots {
+  // Weak: keeps the class's memory, so that no other class takes its address
+  // while its properties are remembered here.
+  COSInterfacePtr cls;
+  std::vector<Slot> slots;
+};
+
+COSPropInfo* settableOn(const COSClass* cls, const std::string& name) {
+  COSPropInfo* p = cls->findPropertyExact(COSID(name));
+  return p && p->getMemberSetAccess() == PublicAccess ? p : nullptr;
+}
+
+// The mode face that counts: publicly readable and of type AutoManual.
+COSPropInfo* modeOn(const COSClass* cls, const std::string& name) {
+  static const COSID autoManual("vantel.graphics.datatype.AutoManual");
+  COSPropInfo* p = cls->findPropertyExact(COSID(name + "Mode"));
+  return p && p->getMemberGetAccess() == PublicAccess && p->getDataType().getID() == autoManual ? p : nullptr;
+}
+
+// The resolved rows of a class; the names are built once per class, not per
+// object, so a walk over many objects of one class builds no string.
+const std::vector<Slot>& slotsFor(const COSClass* cls, const ThemeMap& map) {
+  static std::unordered_map<const COSClass*, ClassSlots> cache;
+  auto it = cache.find(cls);
+  if (it != cache.end()) return it->second.slots;
+  ClassSlots entry{COSInterfacePtr(const_cast<COSClass*>(cls), COSWeakReference), {}};
+  for (const auto& [property, attribute] : map) {
+    COSPropInfo* target = settableOn(cls, property + "_I");
+    if (!target) target = settableOn(cls, property);
+    entry.slots.push_back({&property, &attribute, target, modeOn(cls, property)});
+  }
+  return (cache[cls] = std::move(entry)).slots;
+}
+
+bool isManual(const COSInterfacePtr& object, COSPropInfo* mode) {
+  if (!mode) return false;
+  // Mode words point at process-lifetime bytes: nothing to give back.
+  const auto* value = object->getPropertyValue(COSGetPublicClient(), mode).asPointer<const AutoManual>();
+  return value && *value == AutoManual::Manual;
+}
+
+// Steps shared by both entry points, once the faces are known.
+bool setResolved(const COSInterfacePtr& object, COSPropInfo* target, COSPropInfo* mode, const vxArray* value,
+                 bool overrideManualValues) {
+  if (!value || isEmptyText(value) || !target) return false;
+  if (!overrideManualValues && isManual(object, mode)) return false;
+  static const COSID any("any");
+  COSDataTypePtr type = target->getDataType();
+  COSValue typed = COSValue(value);
+  ConvertedValue owned(type, COSValue());
+  if (type.getID() != any) {
+    COSTypeConversion* conversion = COSTypeRepository::getConversion(any, type.getID());
+    if (!conversion) return false;
+    owned = ConvertedValue(type, conversion->convert(COSValue(value)));
+    typed = owned.get();
+  }
+  // An equal value sets nothing and so marks nothing dirty: a theme change
+  // over a large tree where little changes stays cheap.
+  const COSValue current = target->getValue(object.get());
+  const bool equal = type->isEqual(current, typed);
+  target->releaseValue(object.get(), current);
+  if (equal) return false;
+  object->setPropertyValue(COSGetPublicClient(), target, typed);
+  return true;
+}
+
+// The theme's values, each attribute asked once per application.
+class ValueCache {
+ public:
+  explicit ValueCache(const ThemeInfo& theme) : theme_(theme) {}
+  const vxArray* get(const std::string& attribute) {
+    auto it = values_.find(&attribute);
+    if (it == values_.end()) it = values_.emplace(&attribute, theme_.getThemeAttributeValue(attribute)).first;
+    return it->second.get();
+  }
+
+ private:
+  const ThemeInfo& theme_;
+  // Keyed by the table's own string: one attribute text, one address.
+  std::unordered_map<const std::string*, matrix::unique_vxArray> values_;
+};
+
+bool applyWithCache(const COSInterfacePtr& object, ValueCache& values, bool overrideManualValues) {
+  const COSClass* cls = object->getClass();
+  const ThemeMap* map = findBuiltinThemeMap(cls->getName());
+  if (!map || map->empty()) return true;
+  ForceHonorModesScopeGuard guard(object.get(), true);
+  for (const Slot& slot : slotsFor(cls, *map)) {
+    setResolved(object, slot.target, slot.mode, values.get(*slot.attribute), overrideManualValues);
+    if (object->isDestroyed()) return false;
+  }
+  return true;
+}
+
+void walk(const COSInterfacePtr& node, ValueCache& values) {
+  if (!isLive(node.get())) return;
+  applyWithCache(node, values, false);
+  for (COSInterface* child = node->getOldestChild(); child; child = child->getNewerSibling())
+    walk(COSInterfacePtr(child), values);
+}
+
+}  // namespace
+
+bool setPVPair(const COSInterfacePtr& object, const std::string& property, const vxArray* value,
+               bool overrideManualValues) {
+  if (!value || isEmptyText(value) || !isLive(object.get())) return false;
+  const COSClass* cls = object->getClass();
+  COSPropInfo* target = settableOn(cls, property + "_I");
+  if (!target) target = settableOn(cls, property);
+  // The mode is asked about the public name, whichever face is written.
+  return setResolved(object, target, modeOn(cls, property), value, overrideManualValues);
+}
+
+bool applyThemeValues(const COSInterfacePtr& object, const ThemeInfo& theme, bool overrideManualValues) {
+  if (!isLive(object.get()) || !theme.isValid()) return true;
+  ValueCache values(theme);
+  return applyWithCache(object, values, overrideManualValues);
+}
+
+void applyThemeToSubtree(const COSInterfacePtr& node, const ThemeInfo& theme) {
+  if (!theme.isValid()) return;
+  ValueCache values(theme);
+  walk(node, values);
+}
+
+}  // namespace sgutils::themes
