@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "CairoHandles.h"
+#include "DrawnObjects.h"
 #include "Properties.h"
 #include "sgclasses/ClassNames.h"
 #include "sgrender/TickSteps.h"
@@ -20,6 +22,8 @@ namespace {
 
 constexpr double kPxPerPt = 96.0 / 72.0;
 constexpr double kTickLength = 5.0;
+// Lines of at least this many points keep their pixels in a view.
+constexpr std::size_t kRasterKeepPoints = 5000;
 
 // Children oldest first: the tree keeps them newest first.
 std::vector<COSInterface*> childrenInDrawOrder(COSInterface* parent) {
@@ -104,8 +108,8 @@ class ColumnReducer {
 
 }  // namespace
 
-TreePainter::TreePainter(cairo_t* cr, double width, double height, double scale)
-    : cr_(cr), width_(width), height_(height), scale_(scale) {}
+TreePainter::TreePainter(cairo_t* cr, double width, double height, double scale, DrawnObjects* drawn)
+    : cr_(cr), width_(width), height_(height), scale_(scale), drawn_(drawn) {}
 
 void TreePainter::setColor(const std::array<double, 3>& c, double alpha) {
   cairo_set_source_rgba(cr_, c[0], c[1], c[2], alpha);
@@ -244,16 +248,71 @@ void TreePainter::paintChildren(COSInterface* parent, const Frame& f, COSInterfa
   for (COSInterface* child : childrenInDrawOrder(parent)) {
     if (child == skip || !props::isOn(child, "Visible")) continue;
     if (sgclasses::isOfClass(child, {sgclasses::kLineClass})) {
-      paintLine(child, f);
+      paintLeaf(child, f, &TreePainter::paintLine);
     } else if (sgclasses::isOfClass(child, {sgclasses::kPatchClass})) {
-      paintPatch(child, f);
+      paintLeaf(child, f, &TreePainter::paintPatch);
     } else if (sgclasses::isOfClass(child, {sgclasses::kTextClass})) {
-      std::vector<double> p = props::numbers(child, "Position");
-      if (p.size() >= 2) paintText(child, f.px(p[0]), f.py(p[1]), -1, -1);
+      paintLeaf(child, f, &TreePainter::paintTextInAxes);
     } else if (sgclasses::isOfClass(child, {sgclasses::kGroupClass})) {
       paintChildren(child, f, nullptr);
     }
   }
+}
+
+void TreePainter::paintLeaf(COSInterface* object, const Frame& f,
+                            void (TreePainter::*paint)(COSInterface*, const Frame&)) {
+  if (!drawn_) {
+    (this->*paint)(object, f);
+    return;
+  }
+  DrawnObjects::Drawing drawing = drawn_->find(object, f);
+  if (drawing.recording) {
+    ++stats_.reused;
+  } else {
+    // Draw into a recording of the object's own, then keep it. The context
+    // goes back to the picture's however the drawing ends.
+    Surface fresh(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
+    Context rc(cairo_create(fresh.get()));
+    struct Restore {
+      cairo_t*& slot;
+      cairo_t* saved;
+      ~Restore() { slot = saved; }
+    } restore{cr_, cr_};
+    cr_ = rc.get();
+    leafPoints_ = 0;
+    (this->*paint)(object, f);
+    rc.reset();
+    drawing = drawn_->store(object, f, std::move(fresh));
+    // Replaying a heavy object costs what drawing it did, mostly in the
+    // rasteriser; for a raster picture its pixels are kept as well.
+    if (leafPoints_ >= kRasterKeepPoints &&
+        cairo_surface_get_type(cairo_get_target(restore.saved)) == CAIRO_SURFACE_TYPE_IMAGE) {
+      double x, y, w, h;
+      cairo_recording_surface_ink_extents(drawing.recording, &x, &y, &w, &h);
+      const int x0 = int(std::floor(x)), y0 = int(std::floor(y));
+      const int iw = int(std::ceil(x + w)) - x0, ih = int(std::ceil(y + h)) - y0;
+      if (iw > 0 && ih > 0) {
+        Surface image(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, iw, ih));
+        Context ic(cairo_create(image.get()));
+        cairo_set_source_surface(ic.get(), drawing.recording, -x0, -y0);
+        cairo_paint(ic.get());
+        ic.reset();
+        drawing.image = image.get();
+        drawing.x = x0;
+        drawing.y = y0;
+        drawn_->storeImage(object, std::move(image), x0, y0);
+      }
+    }
+  }
+  const bool raster = cairo_surface_get_type(cairo_get_target(cr_)) == CAIRO_SURFACE_TYPE_IMAGE;
+  if (drawing.image && raster) cairo_set_source_surface(cr_, drawing.image, drawing.x, drawing.y);
+  else cairo_set_source_surface(cr_, drawing.recording, 0, 0);
+  cairo_paint(cr_);
+}
+
+void TreePainter::paintTextInAxes(COSInterface* text, const Frame& f) {
+  std::vector<double> p = props::numbers(text, "Position");
+  if (p.size() >= 2) paintText(text, f.px(p[0]), f.py(p[1]), -1, -1);
 }
 
 void TreePainter::paintLine(COSInterface* line, const Frame& f) {
@@ -266,6 +325,7 @@ void TreePainter::paintLine(COSInterface* line, const Frame& f) {
     return;
   }
   ++stats_.lines;
+  leafPoints_ = x.size();
   const auto color = props::color(line, "Color");
   const std::string style = props::text(line, "LineStyle");
   const double lw = props::number(line, "LineWidth", 0.5) * kPxPerPt * scale_;

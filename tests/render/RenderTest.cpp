@@ -15,7 +15,9 @@
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Objects.h"
 #include "sgclasses/Registration.h"
+#include "sgclasses/Drawnow.h"
 #include "sgrender/FigureRenderer.h"
+#include "sgrender/FigureView.h"
 #include "sgrender/TickSteps.h"
 #include "support/ErrorId.h"
 #include "support/PropertyAccess.h"
@@ -280,6 +282,126 @@ TEST(TickSteps, ReadableStepsWithinTheLimits) {
   EXPECT_TRUE(TickSteps::ticksFor(1, 1, 5).empty());
   EXPECT_TRUE(TickSteps::ticksFor(2, 1, 5).empty());
   EXPECT_TRUE(TickSteps::ticksFor(0, INFINITY, 5).empty());
+}
+
+}  // namespace
+
+namespace {
+
+// The picture kept as a view: what drawnow reports changed is redrawn, the
+// rest is replayed, and the picture is the same as a full draw would give.
+TEST_F(RenderTest, ViewRedrawsOnlyWhatChanged) {
+  COSInterfacePtr red = line({0, 10}, {2, 2}, row({1, 0, 0}));
+  COSInterfacePtr green = line({0, 10}, {5, 5}, row({0, 1, 0}));
+  COSInterfacePtr black = line({0, 10}, {8, 8}, row({0, 0, 0}));
+  COSInterfacePtr label = sgclasses::create(sgclasses::kTextClass, axes_);
+  sgtest::set(label, "String", str("W").get());
+  sgtest::set(label, "Position", row({1, 3.5, 0}).get());
+  const fs::path file = dir_ / "view.png";
+  {
+    sgrender::FigureView view(figure_);
+    sgrender::RenderStats stats = view.exportTo(file.string());
+    EXPECT_EQ(stats.lines, 3u);
+    EXPECT_EQ(stats.texts, 1u);
+    EXPECT_EQ(stats.reused, 0u);
+    EXPECT_EQ(view.keptObjects(), 4u);
+
+    // One colour change: one line drawn again, and the picture shows it.
+    sgtest::set(green, "Color", row({0, 0, 1}).get());
+    stats = view.exportTo(file.string());
+    EXPECT_EQ(stats.lines, 1u);
+    EXPECT_EQ(stats.texts, 0u);
+    EXPECT_EQ(stats.reused, 3u);
+    {
+      Picture pic(file);
+      EXPECT_TRUE(near(pic.at(100, 65), {255, 0, 0}));  // y = 2, replayed
+      EXPECT_TRUE(near(pic.at(100, 50), {0, 0, 255}));  // y = 5, redrawn blue
+      EXPECT_TRUE(near(pic.at(100, 35), {0, 0, 0}));    // y = 8, replayed
+    }
+    // Nothing changed: nothing drawn, the same picture.
+    stats = view.exportTo(file.string());
+    EXPECT_EQ(stats.lines + stats.texts, 0u);
+    EXPECT_EQ(stats.reused, 4u);
+    EXPECT_TRUE(near(Picture(file).at(100, 50), {0, 0, 255}));
+
+    // New limits move every object: all drawn again, at their new places.
+    sgtest::set(axes_, "YLim", row({0, 20}).get());
+    stats = view.exportTo(file.string());
+    EXPECT_EQ(stats.lines, 3u);
+    EXPECT_EQ(stats.reused, 0u);
+    {
+      Picture pic(file);
+      EXPECT_TRUE(near(pic.at(100, 55), {0, 0, 0}));  // y = 8 of 20
+      EXPECT_TRUE(near(pic.at(100, 35), {255, 255, 255}));
+    }
+
+    // A deleted line and a hidden one are dropped, a new one drawn; a new
+    // scale draws everything again.
+    red->deleteObject(COSGetPublicClient());
+    sgtest::set(black, "Visible", str("off").get());
+    COSInterfacePtr extra = line({0, 10}, {15, 15}, row({1, 0, 1}));
+    stats = view.exportTo(file.string());
+    EXPECT_EQ(stats.lines, 1u);
+    EXPECT_EQ(stats.reused, 2u);  // the blue line and the text
+    EXPECT_EQ(view.keptObjects(), 3u);
+    {
+      Picture pic(file);
+      EXPECT_TRUE(near(pic.at(100, 70), {255, 255, 255}));  // y = 2 gone
+      EXPECT_TRUE(near(pic.at(100, 55), {255, 255, 255}));  // y = 8 hidden
+      EXPECT_TRUE(near(pic.at(100, 38), {255, 0, 255}));    // y = 15 new
+    }
+    stats = view.exportTo(file.string(), 2.0);
+    EXPECT_EQ(stats.lines, 2u);
+    EXPECT_EQ(stats.reused, 0u);
+    EXPECT_EQ(Picture(file).width(), 400);
+  }
+  // The view is gone and its registration with it: a drawnow after a change
+  // must not reach it (the sanitizer build sees a call into a dead view).
+  sgtest::set(green, "Color", row({1, 1, 0}).get());
+  EXPECT_EQ(sgclasses::drawnow(), 1u);
+}
+
+// A view's picture equals a full draw's, also in SVG, and bad input gives
+// the same errors with no file left behind.
+TEST_F(RenderTest, ViewPicturesMatchAFullDrawAndCheckInput) {
+  COSInterfacePtr a = line({0, 10}, {3, 3}, row({1, 0, 0}));
+  COSInterfacePtr b = line({0, 10}, {6, 6}, row({0, 0, 1}));
+  // A heavy line, whose pixels the view keeps for raster pictures.
+  COSInterfacePtr heavy = sgclasses::create(sgclasses::kLineClass, axes_);
+  Arr x(vxCreateDoubleMatrix(1, 6000, vxREAL)), y(vxCreateDoubleMatrix(1, 6000, vxREAL));
+  for (int i = 0; i < 6000; ++i) {
+    vxGetPr(x.get())[i] = 10.0 * i / 5999;
+    vxGetPr(y.get())[i] = 5 + 4 * std::sin(i * 0.01);
+  }
+  sgtest::set(heavy, "XData", x.get());
+  sgtest::set(heavy, "YData", y.get());
+  sgrender::FigureView view(figure_);
+  view.exportTo((dir_ / "first.png").string());
+  view.exportTo((dir_ / "first.svg").string());
+  sgtest::set(b, "LineWidth", Arr(vxCreateDoubleScalar(8)).get());
+  const sgrender::RenderStats stats = view.exportTo((dir_ / "kept.png").string());
+  EXPECT_EQ(stats.lines, 1u);
+  EXPECT_EQ(stats.reused, 2u);
+  FigureRenderer::exportFigure(figure_, (dir_ / "full.png").string());
+  Picture kept(dir_ / "kept.png"), full(dir_ / "full.png");
+  int differing = 0;
+  for (int y = 0; y < kept.height(); y += 2)
+    for (int x = 0; x < kept.width(); x += 2) differing += !near(kept.at(x, y), full.at(x, y), 2);
+  EXPECT_EQ(differing, 0);
+
+  std::ifstream svg(dir_ / "first.svg");
+  std::stringstream text;
+  text << svg.rdbuf();
+  EXPECT_NE(text.str().find("<svg"), std::string::npos);
+  EXPECT_NE(text.str().find("stroke:rgb(100%,0%,0%)"), std::string::npos);
+
+  const std::size_t before = filesIn();
+  EXPECT_EQ(sgtest::errorId([&] { view.exportTo((dir_ / "x.gif").string()); }), "VANTEL:sgrender:UnknownFormat");
+  EXPECT_EQ(sgtest::errorId([&] { view.exportTo((dir_ / "no" / "x.png").string()); }),
+            "VANTEL:sgrender:FolderNotFound");
+  figure_->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(sgtest::errorId([&] { view.exportTo((dir_ / "x.png").string()); }), "VANTEL:sg:DeletedObject");
+  EXPECT_EQ(filesIn(), before);
 }
 
 }  // namespace

@@ -1,0 +1,45 @@
+#include "DrawnObjects.h"
+
+#include <iterator>
+#include <utility>
+
+namespace sgrender {
+
+void DrawnObjects::beginPass(double scale) {
+  if (scale != scale_) entries_.clear();
+  scale_ = scale;
+  ++pass_;
+}
+
+void DrawnObjects::endPass() {
+  for (auto it = entries_.begin(); it != entries_.end();)
+    it = it->second.pass == pass_ ? std::next(it) : entries_.erase(it);
+}
+
+DrawnObjects::Drawing DrawnObjects::find(const COSInterface* object, const AxesFrame& frame) {
+  auto it = entries_.find(object);
+  if (it == entries_.end()) return {};
+  Entry& e = it->second;
+  e.pass = pass_;
+  if (!(e.frame == frame)) return {};
+  return {e.recording.get(), e.image.get(), e.x, e.y};
+}
+
+DrawnObjects::Drawing DrawnObjects::store(const COSInterface* object, const AxesFrame& frame, Surface recording) {
+  Entry& e = entries_[object];
+  e.frame = frame;
+  e.recording = std::move(recording);
+  e.image.reset();
+  e.pass = pass_;
+  return {e.recording.get(), nullptr, 0, 0};
+}
+
+void DrawnObjects::storeImage(const COSInterface* object, Surface image, int x, int y) {
+  auto it = entries_.find(object);
+  if (it == entries_.end()) return;
+  it->second.image = std::move(image);
+  it->second.x = x;
+  it->second.y = y;
+}
+
+}  // namespace sgrender
