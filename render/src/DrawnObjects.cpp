@@ -1,5 +1,7 @@
 #include "DrawnObjects.h"
 
+#include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -22,7 +24,7 @@ DrawnObjects::Drawing DrawnObjects::find(const COSInterface* object, const AxesF
   Entry& e = it->second;
   e.pass = pass_;
   if (!(e.frame == frame)) return {};
-  return {e.recording.get(), e.image.get(), e.x, e.y};
+  return {e.recording.get(), e.image.get(), e.x, e.y, e.ink};
 }
 
 DrawnObjects::Drawing DrawnObjects::store(const COSInterface* object, const AxesFrame& frame, Surface recording) {
@@ -31,7 +33,11 @@ DrawnObjects::Drawing DrawnObjects::store(const COSInterface* object, const Axes
   e.recording = std::move(recording);
   e.image.reset();
   e.pass = pass_;
-  return {e.recording.get(), nullptr, 0, 0};
+  double x, y, w, h;
+  cairo_recording_surface_ink_extents(e.recording.get(), &x, &y, &w, &h);
+  const int x0 = int(std::floor(x)), y0 = int(std::floor(y));
+  e.ink = {x0, y0, std::max(0, int(std::ceil(x + w)) - x0), std::max(0, int(std::ceil(y + h)) - y0)};
+  return {e.recording.get(), nullptr, 0, 0, e.ink};
 }
 
 void DrawnObjects::storeImage(const COSInterface* object, Surface image, int x, int y) {

@@ -26,10 +26,12 @@ class DrawnObjects {
   // since; null otherwise. Marks the object reached either way.
   // An object's drawing: its recording, and for heavy objects bound for a
   // raster picture also its pixels, `image` placed at (x, y).
+  // `ink` is the device rectangle the recording covers (x, y, w, h).
   struct Drawing {
     cairo_surface_t* recording = nullptr;
     cairo_surface_t* image = nullptr;
     int x = 0, y = 0;
+    cairo_rectangle_int_t ink{};
   };
   Drawing find(const COSInterface* object, const AxesFrame& frame);
   Drawing store(const COSInterface* object, const AxesFrame& frame, Surface recording);
@@ -44,6 +46,7 @@ class DrawnObjects {
     Surface recording;
     Surface image;
     int x = 0, y = 0;
+    cairo_rectangle_int_t ink{};
     unsigned pass = 0;
   };
   std::unordered_map<const COSInterface*, Entry> entries_;

@@ -287,10 +287,7 @@ void TreePainter::paintLeaf(COSInterface* object, const Frame& f,
     // rasteriser; for a raster picture its pixels are kept as well.
     if (leafPoints_ >= kRasterKeepPoints &&
         cairo_surface_get_type(cairo_get_target(restore.saved)) == CAIRO_SURFACE_TYPE_IMAGE) {
-      double x, y, w, h;
-      cairo_recording_surface_ink_extents(drawing.recording, &x, &y, &w, &h);
-      const int x0 = int(std::floor(x)), y0 = int(std::floor(y));
-      const int iw = int(std::ceil(x + w)) - x0, ih = int(std::ceil(y + h)) - y0;
+      const int x0 = drawing.ink.x, y0 = drawing.ink.y, iw = drawing.ink.width, ih = drawing.ink.height;
       if (iw > 0 && ih > 0) {
         Surface image(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, iw, ih));
         Context ic(cairo_create(image.get()));
@@ -305,9 +302,19 @@ void TreePainter::paintLeaf(COSInterface* object, const Frame& f,
     }
   }
   const bool raster = cairo_surface_get_type(cairo_get_target(cr_)) == CAIRO_SURFACE_TYPE_IMAGE;
-  if (drawing.image && raster) cairo_set_source_surface(cr_, drawing.image, drawing.x, drawing.y);
-  else cairo_set_source_surface(cr_, drawing.recording, 0, 0);
-  cairo_paint(cr_);
+  if (drawing.image && raster) {
+    cairo_set_source_surface(cr_, drawing.image, drawing.x, drawing.y);
+    cairo_paint(cr_);
+  } else if (drawing.ink.width > 0 && drawing.ink.height > 0) {
+    // Replaying onto pixels goes through a scratch image of the clip; the
+    // ink rectangle keeps it as small as the object.
+    cairo_save(cr_);
+    cairo_rectangle(cr_, drawing.ink.x, drawing.ink.y, drawing.ink.width, drawing.ink.height);
+    cairo_clip(cr_);
+    cairo_set_source_surface(cr_, drawing.recording, 0, 0);
+    cairo_paint(cr_);
+    cairo_restore(cr_);
+  }
 }
 
 void TreePainter::paintTextInAxes(COSInterface* text, const Frame& f) {

@@ -405,3 +405,55 @@ TEST_F(RenderTest, ViewPicturesMatchAFullDrawAndCheckInput) {
 }
 
 }  // namespace
+
+namespace {
+
+Rgb rgbOf(const COSInterfacePtr& object, const char* name) {
+  Arr v = sgtest::get(object, name);
+  EXPECT_TRUE(vxIsDouble(v.get()) && vxGetNumberOfElements(v.get()) == 3) << name;
+  const double* p = vxGetPr(v.get());
+  return {int(std::lround(p[0] * 255)), int(std::lround(p[1] * 255)), int(std::lround(p[2] * 255))};
+}
+
+int luminance(Rgb c) { return c.r + c.g + c.b; }
+
+// One figure in the light and the dark theme: the picture's backgrounds,
+// axis lines and text take the colours the theme gave the objects, and the
+// two pictures differ in background as the themes do.
+TEST_F(RenderTest, ThemedPicturesTakeTheThemesColours) {
+  COSInterfacePtr fig = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  sgtest::set(fig, "Position", row({0, 0, 200, 100}).get());
+  COSInterfacePtr ax = sgclasses::create(sgclasses::kAxesClass, fig);
+  sgtest::set(ax, "Position", row({0.25, 0.25, 0.5, 0.5}).get());
+  sgtest::set(ax, "LineWidth", Arr(vxCreateDoubleScalar(4)).get());
+  COSInterfacePtr words = sgclasses::create(sgclasses::kTextClass, ax);
+  sgtest::set(words, "String", str("MMM").get());
+  sgtest::set(words, "Position", row({0.1, 0.5, 0}).get());
+  sgtest::set(words, "FontSize", Arr(vxCreateDoubleScalar(14)).get());
+  sgtest::set(words, "FontWeight", str("bold").get());
+
+  Rgb background[2];
+  int k = 0;
+  for (const char* theme : {"light", "dark"}) {
+    sgtest::set(fig, "Theme", str(theme).get());
+    const fs::path file = dir_ / (std::string(theme) + ".png");
+    FigureRenderer::exportFigure(fig, file.string());
+    Picture pic(file);
+    background[k] = rgbOf(fig, "Color");
+    EXPECT_TRUE(near(pic.at(2, 2), background[k])) << theme;
+    EXPECT_TRUE(near(pic.at(100, 40), rgbOf(ax, "Color"))) << theme;
+    EXPECT_TRUE(near(pic.at(100, 75), rgbOf(ax, "XColor"))) << theme;  // the bottom axis line
+    EXPECT_TRUE(near(pic.at(50, 40), rgbOf(ax, "YColor"))) << theme;   // the left one
+    // Somewhere in the text's glyphs the pixels are its colour.
+    const Rgb ink = rgbOf(words, "Color");
+    bool found = false;
+    for (int y = 35; y < 65 && !found; ++y)
+      for (int x = 52; x < 100 && !found; ++x) found = near(pic.at(x, y), ink, 12);
+    EXPECT_TRUE(found) << theme;
+    ++k;
+  }
+  EXPECT_GT(luminance(background[0]), luminance(background[1]) + 200);
+  fig->deleteObject(COSGetPublicClient());
+}
+
+}  // namespace
