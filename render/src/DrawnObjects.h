@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <unordered_map>
+#include <vector>
 
 #include "AxesFrame.h"
 #include "CairoHandles.h"
@@ -24,32 +25,40 @@ class DrawnObjects {
   void endPass();
   // The object's recording if it was drawn for `frame` and not changed
   // since; null otherwise. Marks the object reached either way.
-  // An object's drawing: its recording, and for heavy objects bound for a
-  // raster picture also its pixels, `image` placed at (x, y).
-  // `ink` is the device rectangle the recording covers (x, y, w, h).
+  // An object's drawing: its recording, and the device rectangle it covers.
   struct Drawing {
     cairo_surface_t* recording = nullptr;
-    cairo_surface_t* image = nullptr;
-    int x = 0, y = 0;
     cairo_rectangle_int_t ink{};
   };
   Drawing find(const COSInterface* object, const AxesFrame& frame);
   Drawing store(const COSInterface* object, const AxesFrame& frame, Surface recording);
-  // Keeps the pixels of a stored object's drawing.
-  void storeImage(const COSInterface* object, Surface image, int x, int y);
   void forget(const COSInterface* object) { entries_.erase(object); }
+
+  // For raster pictures an axes' objects, in drawing order, are kept in
+  // runs that each hold the pixels of their members over the axes' box.
+  struct Run {
+    std::vector<const COSInterface*> members;
+    Surface image;
+  };
+  // The runs of `axes` as last kept for `frame`; emptied when the frame
+  // differs. Marks the axes reached.
+  std::vector<Run>& runsOf(const COSInterface* axes, const AxesFrame& frame);
   std::size_t size() const { return entries_.size(); }
 
  private:
   struct Entry {
     AxesFrame frame;
     Surface recording;
-    Surface image;
-    int x = 0, y = 0;
     cairo_rectangle_int_t ink{};
     unsigned pass = 0;
   };
+  struct AxesRuns {
+    AxesFrame frame;
+    std::vector<Run> runs;
+    unsigned pass = 0;
+  };
   std::unordered_map<const COSInterface*, Entry> entries_;
+  std::unordered_map<const COSInterface*, AxesRuns> runs_;
   double scale_ = 0;
   unsigned pass_ = 0;
 };

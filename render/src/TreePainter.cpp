@@ -22,8 +22,8 @@ namespace {
 
 constexpr double kPxPerPt = 96.0 / 72.0;
 constexpr double kTickLength = 5.0;
-// Lines of at least this many points keep their pixels in a view.
-constexpr std::size_t kRasterKeepPoints = 5000;
+// How many runs a view keeps of an axes' objects for raster pictures.
+constexpr std::size_t kRunsPerAxes = 16;
 
 // Children oldest first: the tree keeps them newest first.
 std::vector<COSInterface*> childrenInDrawOrder(COSInterface* parent) {
@@ -188,7 +188,10 @@ void TreePainter::paintAxes(COSInterface* axes) {
   cairo_save(cr_);
   cairo_rectangle(cr_, f.x0, f.y0, f.w, f.h);
   cairo_clip(cr_);
-  paintChildren(axes, f, title.get());
+  if (drawn_ && cairo_surface_get_type(cairo_get_target(cr_)) == CAIRO_SURFACE_TYPE_IMAGE)
+    paintRuns(axes, f, title.get());
+  else
+    paintChildren(axes, f, title.get());
   cairo_restore(cr_);
 
   paintTicks(axes, f);
@@ -279,33 +282,11 @@ void TreePainter::paintLeaf(COSInterface* object, const Frame& f,
       ~Restore() { slot = saved; }
     } restore{cr_, cr_};
     cr_ = rc.get();
-    leafPoints_ = 0;
     (this->*paint)(object, f);
     rc.reset();
     drawing = drawn_->store(object, f, std::move(fresh));
-    // Replaying a heavy object costs what drawing it did, mostly in the
-    // rasteriser; for a raster picture its pixels are kept as well.
-    if (leafPoints_ >= kRasterKeepPoints &&
-        cairo_surface_get_type(cairo_get_target(restore.saved)) == CAIRO_SURFACE_TYPE_IMAGE) {
-      const int x0 = drawing.ink.x, y0 = drawing.ink.y, iw = drawing.ink.width, ih = drawing.ink.height;
-      if (iw > 0 && ih > 0) {
-        Surface image(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, iw, ih));
-        Context ic(cairo_create(image.get()));
-        cairo_set_source_surface(ic.get(), drawing.recording, -x0, -y0);
-        cairo_paint(ic.get());
-        ic.reset();
-        drawing.image = image.get();
-        drawing.x = x0;
-        drawing.y = y0;
-        drawn_->storeImage(object, std::move(image), x0, y0);
-      }
-    }
   }
-  const bool raster = cairo_surface_get_type(cairo_get_target(cr_)) == CAIRO_SURFACE_TYPE_IMAGE;
-  if (drawing.image && raster) {
-    cairo_set_source_surface(cr_, drawing.image, drawing.x, drawing.y);
-    cairo_paint(cr_);
-  } else if (drawing.ink.width > 0 && drawing.ink.height > 0) {
+  if (drawing.ink.width > 0 && drawing.ink.height > 0) {
     // Replaying onto pixels goes through a scratch image of the clip; the
     // ink rectangle keeps it as small as the object.
     cairo_save(cr_);
@@ -314,6 +295,59 @@ void TreePainter::paintLeaf(COSInterface* object, const Frame& f,
     cairo_set_source_surface(cr_, drawing.recording, 0, 0);
     cairo_paint(cr_);
     cairo_restore(cr_);
+  }
+}
+
+void TreePainter::collectLeaves(COSInterface* parent, COSInterface* skip,
+                                std::vector<std::pair<COSInterface*, PaintFn>>& out) {
+  for (COSInterface* child : childrenInDrawOrder(parent)) {
+    if (child == skip || !props::isOn(child, "Visible")) continue;
+    if (sgclasses::isOfClass(child, {sgclasses::kLineClass})) out.emplace_back(child, &TreePainter::paintLine);
+    else if (sgclasses::isOfClass(child, {sgclasses::kPatchClass})) out.emplace_back(child, &TreePainter::paintPatch);
+    else if (sgclasses::isOfClass(child, {sgclasses::kTextClass})) out.emplace_back(child, &TreePainter::paintTextInAxes);
+    else if (sgclasses::isOfClass(child, {sgclasses::kGroupClass})) collectLeaves(child, nullptr, out);
+  }
+}
+
+void TreePainter::paintRuns(COSInterface* axes, const Frame& f, COSInterface* skip) {
+  std::vector<std::pair<COSInterface*, PaintFn>> leaves;
+  collectLeaves(axes, skip, leaves);
+  std::vector<DrawnObjects::Run>& runs = drawn_->runsOf(axes, f);
+  // About sixteen runs: one change redraws a sixteenth of the objects and
+  // composites the other runs' pixels, at one box-sized image per run.
+  const std::size_t per = std::max<std::size_t>(1, (leaves.size() + kRunsPerAxes - 1) / kRunsPerAxes);
+  const std::size_t count = (leaves.size() + per - 1) / per;
+  runs.resize(count);
+  const int ix = int(std::floor(f.x0)), iy = int(std::floor(f.y0));
+  const int iw = int(std::ceil(f.x0 + f.w)) - ix, ih = int(std::ceil(f.y0 + f.h)) - iy;
+  if (iw <= 0 || ih <= 0) return;
+  for (std::size_t r = 0; r < count; ++r) {
+    const std::size_t begin = r * per, end = std::min(leaves.size(), begin + per);
+    DrawnObjects::Run& run = runs[r];
+    // A run is good while it has the same members, none changed.
+    bool good = run.image && run.members.size() == end - begin;
+    for (std::size_t i = begin; good && i < end; ++i)
+      good = run.members[i - begin] == leaves[i].first && drawn_->find(leaves[i].first, f).recording;
+    if (good) {
+      stats_.reused += end - begin;
+    } else {
+      run.members.clear();
+      run.image.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, iw, ih));
+      cairo_surface_set_device_offset(run.image.get(), -ix, -iy);
+      Context rc(cairo_create(run.image.get()));
+      struct Restore {
+        cairo_t*& slot;
+        cairo_t* saved;
+        ~Restore() { slot = saved; }
+      } restore{cr_, cr_};
+      cr_ = rc.get();
+      for (std::size_t i = begin; i < end; ++i) {
+        paintLeaf(leaves[i].first, f, leaves[i].second);
+        run.members.push_back(leaves[i].first);
+      }
+    }
+    cairo_set_source_surface(cr_, run.image.get(), 0, 0);
+    cairo_paint(cr_);
   }
 }
 
@@ -332,7 +366,6 @@ void TreePainter::paintLine(COSInterface* line, const Frame& f) {
     return;
   }
   ++stats_.lines;
-  leafPoints_ = x.size();
   const auto color = props::color(line, "Color");
   const std::string style = props::text(line, "LineStyle");
   const double lw = props::number(line, "LineWidth", 0.5) * kPxPerPt * scale_;

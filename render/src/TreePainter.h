@@ -4,6 +4,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <cairo.h>
@@ -30,6 +31,11 @@ class TreePainter {
 
   void paintAxes(COSInterface* axes);
   void paintChildren(COSInterface* parent, const Frame& f, COSInterface* skip);
+  using PaintFn = void (TreePainter::*)(COSInterface*, const Frame&);
+  // The visible lines, patches and texts below `parent` in drawing order.
+  void collectLeaves(COSInterface* parent, COSInterface* skip, std::vector<std::pair<COSInterface*, PaintFn>>& out);
+  // An axes' objects onto pixels through the runs `drawn_` keeps.
+  void paintRuns(COSInterface* axes, const Frame& f, COSInterface* skip);
   // Paints one line, patch or text of an axes, through `drawn_` if any.
   void paintLeaf(COSInterface* object, const Frame& f, void (TreePainter::*paint)(COSInterface*, const Frame&));
   void paintTextInAxes(COSInterface* text, const Frame& f);
@@ -51,7 +57,6 @@ class TreePainter {
   double width_, height_, scale_;
   RenderStats stats_;
   DrawnObjects* drawn_;
-  std::size_t leafPoints_ = 0;  // points of the line last painted
 };
 
 }  // namespace sgrender

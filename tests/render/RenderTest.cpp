@@ -10,6 +10,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 #include <unistd.h>
 
 #include "sgclasses/ClassNames.h"
@@ -375,13 +376,20 @@ TEST_F(RenderTest, ViewPicturesMatchAFullDrawAndCheckInput) {
   }
   sgtest::set(heavy, "XData", x.get());
   sgtest::set(heavy, "YData", y.get());
+  // Enough short lines that runs hold several objects each.
+  std::vector<COSInterfacePtr> shorts;
+  for (int i = 0; i < 30; ++i) {
+    shorts.push_back(line({0.3 * i, 0.3 * i + 1}, {0.3 * i, 9 - 0.2 * i}, row({0.03 * i, 0.5, 1 - 0.03 * i})));
+    sgtest::set(shorts.back(), "LineWidth", Arr(vxCreateDoubleScalar(1)).get());
+  }
   sgrender::FigureView view(figure_);
   view.exportTo((dir_ / "first.png").string());
   view.exportTo((dir_ / "first.svg").string());
   sgtest::set(b, "LineWidth", Arr(vxCreateDoubleScalar(8)).get());
+  sgtest::set(shorts[17], "Color", row({1, 0.5, 0}).get());
   const sgrender::RenderStats stats = view.exportTo((dir_ / "kept.png").string());
-  EXPECT_EQ(stats.lines, 1u);
-  EXPECT_EQ(stats.reused, 2u);
+  EXPECT_EQ(stats.lines, 2u);
+  EXPECT_EQ(stats.reused, 31u);
   FigureRenderer::exportFigure(figure_, (dir_ / "full.png").string());
   Picture kept(dir_ / "kept.png"), full(dir_ / "full.png");
   int differing = 0;
