@@ -22,6 +22,8 @@ namespace {
 
 constexpr double kPxPerPt = 96.0 / 72.0;
 constexpr double kTickLength = 5.0;
+// Lines with more points than this to each device column are dense.
+constexpr double kDensePointsPerColumn = 4;
 // How many runs a view keeps of an axes' objects for raster pictures.
 constexpr std::size_t kRunsPerAxes = 16;
 
@@ -374,6 +376,11 @@ void TreePainter::paintLine(COSInterface* line, const Frame& f) {
     cairo_set_line_width(cr_, lw);
     cairo_set_line_join(cr_, CAIRO_LINE_JOIN_BEVEL);
     setDash(style, lw);
+    // A line with several points to each device column is drawn with the
+    // rasteriser's faster antialiasing: its strokes cover whole columns,
+    // and the finer coverage would cost most of the picture's time.
+    const bool dense = double(x.size()) > kDensePointsPerColumn * f.w;
+    if (dense) cairo_set_antialias(cr_, CAIRO_ANTIALIAS_FAST);
     ColumnReducer path(cr_);
     for (std::size_t i = 0; i < x.size(); ++i) {
       if (!std::isfinite(x[i]) || !std::isfinite(y[i])) path.liftPen();  // a NaN breaks the line
@@ -381,6 +388,7 @@ void TreePainter::paintLine(COSInterface* line, const Frame& f) {
     }
     path.liftPen();
     cairo_stroke(cr_);
+    if (dense) cairo_set_antialias(cr_, CAIRO_ANTIALIAS_DEFAULT);
     setDash("-", 1);
   }
   paintMarkers(line, f, x, y);
