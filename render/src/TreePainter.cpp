@@ -363,7 +363,11 @@ void TreePainter::paintLine(COSInterface* line, const Frame& f) {
   std::vector<double> x = props::numbers(line, "XData");
   if (x.empty() && !y.empty())
     for (std::size_t i = 0; i < y.size(); ++i) x.push_back(double(i + 1));
-  if (x.size() != y.size()) {
+  // 3-D data is drawn as its projection onto the X-Y plane, the view from
+  // above, the only view an axes has; a ZData of another length, as the
+  // classes judge it, makes the line invalid.
+  const std::size_t zCount = props::size(line, "ZData")[0] * props::size(line, "ZData")[1];
+  if (x.size() != y.size() || (zCount != 0 && zCount != y.size())) {
     ++stats_.skippedInvalid;  // an invalid line draws nothing
     return;
   }

@@ -142,11 +142,19 @@ TEST_F(RenderTest, InvisibleAndInvalidObjectsDrawNothing) {
   sgtest::set(inGroup, "LineWidth", Arr(vxCreateDoubleScalar(4)).get());
   sgtest::set(inGroup, "Color", row({0, 0, 0}).get());
 
+  // 3-D data is drawn from above; a ZData of another length is invalid.
+  COSInterfacePtr spatial = line({0, 10}, {1, 1}, row({0, 0, 1}));
+  sgtest::set(spatial, "ZData", row({-5, 40}).get());
+  COSInterfacePtr badZ = line({0, 10}, {9, 9}, row({0, 0, 1}));
+  sgtest::set(badZ, "ZData", row({1, 2, 3}).get());
+
   const fs::path file = dir_ / "hidden.png";
   sgrender::RenderStats stats = FigureRenderer::exportFigure(figure_, file.string());
-  EXPECT_EQ(stats.lines, 1u);  // only the group's line
-  EXPECT_EQ(stats.skippedInvalid, 1u);
+  EXPECT_EQ(stats.lines, 2u);  // the group's line and the 3-D one
+  EXPECT_EQ(stats.skippedInvalid, 2u);
   Picture pic(file);
+  EXPECT_TRUE(near(pic.at(100, 70), {0, 0, 255}));       // y = 1, whatever its z
+  EXPECT_TRUE(near(pic.at(100, 30), {255, 255, 255}));  // y = 9, bad ZData
   EXPECT_TRUE(near(pic.at(100, 50), {255, 255, 255}));
   EXPECT_TRUE(near(pic.at(100, 60), {255, 255, 255}));
   EXPECT_TRUE(near(pic.at(100, 35), {0, 0, 0}));  // y = 8 inside the group
@@ -154,7 +162,7 @@ TEST_F(RenderTest, InvisibleAndInvalidObjectsDrawNothing) {
   // A hidden group hides what it holds.
   sgtest::set(group, "Visible", str("off").get());
   stats = FigureRenderer::exportFigure(figure_, file.string());
-  EXPECT_EQ(stats.lines, 0u);
+  EXPECT_EQ(stats.lines, 1u);  // the 3-D line outside the group
   EXPECT_TRUE(near(Picture(file).at(100, 35), {255, 255, 255}));
 }
 
