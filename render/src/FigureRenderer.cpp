@@ -86,6 +86,9 @@ RenderStats writePicture(const COSInterfacePtr& figure, const std::string& path,
   }
   if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) throw Error("VANTEL:sgrender:CannotWrite", path);
 
+  // Kept drawings serve raster pictures only; a vector picture is drawn
+  // whole and leaves them as they are.
+  if (format != ExportFormat::Png) drawn = nullptr;
   RenderStats stats;
   {
     Context cr(cairo_create(surface.get()));
