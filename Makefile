@@ -49,7 +49,7 @@ demo: build
 	./$(BUILD)/shell/sgsh examples/objects.sg
 	./$(BUILD)/shell/sgsh examples/tour.sg
 	cd $(BUILD) && ./shell/sgsh $(CURDIR)/examples/picture.sg
-	@echo "The figure's picture: $(BUILD)/demo.png (and demo.svg, demo.pdf)"
+	@echo "The figure's picture: $(BUILD)/demo.png (and demo.svg, demo.pdf; dark theme: demo-dark.png)"
 
 test: test-unit test-install
 

@@ -1,10 +1,10 @@
 # Install rules and the CMake package: another project can
 #   find_package(sgutils REQUIRED)
-#   target_link_libraries(app PRIVATE sgutils::sgplatform)
+#   target_link_libraries(app PRIVATE sgutils::sgplatform)   # or sgutils::sgrender
 include(CMakePackageConfigHelpers)
 
 set(SG_INSTALL_TARGETS sgplatform)
-foreach(t sgdatatypes sgutils sgclasses)
+foreach(t sgdatatypes sgutils sgclasses sgrender)
   if(TARGET ${t})
     list(APPEND SG_INSTALL_TARGETS ${t})
   endif()
@@ -20,6 +20,9 @@ install(TARGETS ${SG_INSTALL_TARGETS}
 foreach(dir platform/vx/include platform/foundation/include platform/vcos/include datatypes/include include classes/include)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/${dir}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endforeach()
+if(TARGET sgrender)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/render/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endif()
 
 install(EXPORT sgutilsTargets
   NAMESPACE sgutils::

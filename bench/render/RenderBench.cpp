@@ -11,6 +11,7 @@
 #include "sgclasses/Objects.h"
 #include "sgclasses/Registration.h"
 #include "sgrender/FigureRenderer.h"
+#include "sgrender/FigureView.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/VxProperty.h"
 #include "vx/matrix.h"
@@ -32,7 +33,9 @@ Arr series(std::size_t n, double phase, bool isX) {
   return a;
 }
 
-void renderLines(benchmark::State& state, std::size_t lines, std::size_t points) {
+// With `kept`, the figure is written through a view, once before timing;
+// each timed export follows a change of one line's colour.
+void renderLines(benchmark::State& state, std::size_t lines, std::size_t points, bool kept = false) {
   sgclasses::registerClasses();
   {
     COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
@@ -47,7 +50,19 @@ void renderLines(benchmark::State& state, std::size_t lines, std::size_t points)
       setProp(line, "YData", series(points, double(k % 10), false).get());
     }
     const std::string file = (std::filesystem::temp_directory_path() / "sgbench-render.png").string();
-    for (auto _ : state) benchmark::DoNotOptimize(sgrender::FigureRenderer::exportFigure(figure, file).lines);
+    if (kept) {
+      COSInterfacePtr changed = axes->getNewestChild();
+      sgrender::FigureView view(figure);
+      view.exportTo(file);
+      Arr colors[2] = {Arr(vxCreateString("r")), Arr(vxCreateString("b"))};
+      std::size_t turn = 0;
+      for (auto _ : state) {
+        setProp(changed, "Color", colors[turn++ % 2].get());
+        benchmark::DoNotOptimize(view.exportTo(file).lines);
+      }
+    } else {
+      for (auto _ : state) benchmark::DoNotOptimize(sgrender::FigureRenderer::exportFigure(figure, file).lines);
+    }
     std::filesystem::remove(file);
   }
   sgclasses::releaseRoot();
@@ -59,4 +74,12 @@ BENCHMARK(BM_RenderPng_1000Lines)->Unit(benchmark::kMillisecond);
 void BM_RenderPng_10LinesOf100kPoints(benchmark::State& state) { renderLines(state, 10, 100000); }
 BENCHMARK(BM_RenderPng_10LinesOf100kPoints)->Unit(benchmark::kMillisecond);
 
+}  // namespace
+
+namespace {
+void BM_ReexportPngAfterOneChange_10LinesOf100kPoints(benchmark::State& state) { renderLines(state, 10, 100000, true); }
+BENCHMARK(BM_ReexportPngAfterOneChange_10LinesOf100kPoints)->Unit(benchmark::kMillisecond);
+
+void BM_ReexportPngAfterOneChange_1000Lines(benchmark::State& state) { renderLines(state, 1000, 100, true); }
+BENCHMARK(BM_ReexportPngAfterOneChange_1000Lines)->Unit(benchmark::kMillisecond);
 }  // namespace

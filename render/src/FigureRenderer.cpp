@@ -13,6 +13,9 @@
 #include <system_error>
 #include <vector>
 
+#include "CairoHandles.h"
+#include "DrawnObjects.h"
+#include "PictureWriter.h"
 #include "Properties.h"
 #include "TreePainter.h"
 #include "foundation/core/except/Error.h"
@@ -24,15 +27,6 @@ namespace {
 
 using foundation::core::except::Error;
 namespace fs = std::filesystem;
-
-struct SurfaceDeleter {
-  void operator()(cairo_surface_t* s) const { cairo_surface_destroy(s); }
-};
-struct ContextDeleter {
-  void operator()(cairo_t* c) const { cairo_destroy(c); }
-};
-using Surface = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
-using Context = std::unique_ptr<cairo_t, ContextDeleter>;
 
 // The file being written beside its final name: removed unless kept, so a
 // failed export leaves nothing behind.
@@ -65,6 +59,10 @@ class PartialFile {
 }  // namespace
 
 RenderStats FigureRenderer::exportFigure(const COSInterfacePtr& figure, const std::string& path, double scale) {
+  return writePicture(figure, path, scale, nullptr);
+}
+
+RenderStats writePicture(const COSInterfacePtr& figure, const std::string& path, double scale, DrawnObjects* drawn) {
   const ExportFormat format = exportFormatOf(path);
   if (!figure || figure->isDestroyed()) throw Error("VANTEL:sg:DeletedObject");
   if (!sgclasses::isOfClass(figure.get(), {sgclasses::kFigureClass})) throw Error("VANTEL:sgrender:NotFigure");
@@ -88,11 +86,16 @@ RenderStats FigureRenderer::exportFigure(const COSInterfacePtr& figure, const st
   }
   if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) throw Error("VANTEL:sgrender:CannotWrite", path);
 
+  // Kept drawings serve raster pictures only; a vector picture is drawn
+  // whole and leaves them as they are.
+  if (format != ExportFormat::Png) drawn = nullptr;
   RenderStats stats;
   {
     Context cr(cairo_create(surface.get()));
-    TreePainter painter(cr.get(), std::floor(w), std::floor(h), scale);
+    TreePainter painter(cr.get(), std::floor(w), std::floor(h), scale, drawn);
+    if (drawn) drawn->beginPass(scale);
     painter.paintFigure(figure.get());
+    if (drawn) drawn->endPass();
     stats = painter.stats();
     if (cairo_status(cr.get()) != CAIRO_STATUS_SUCCESS) throw Error("VANTEL:sgrender:CannotWrite", path);
   }

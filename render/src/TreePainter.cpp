@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "CairoHandles.h"
+#include "DrawnObjects.h"
 #include "Properties.h"
 #include "sgclasses/ClassNames.h"
 #include "sgrender/TickSteps.h"
@@ -20,6 +22,10 @@ namespace {
 
 constexpr double kPxPerPt = 96.0 / 72.0;
 constexpr double kTickLength = 5.0;
+// Lines with more points than this to each device column are dense.
+constexpr double kDensePointsPerColumn = 4;
+// How many runs a view keeps of an axes' objects for raster pictures.
+constexpr std::size_t kRunsPerAxes = 16;
 
 // Children oldest first: the tree keeps them newest first.
 std::vector<COSInterface*> childrenInDrawOrder(COSInterface* parent) {
@@ -104,8 +110,8 @@ class ColumnReducer {
 
 }  // namespace
 
-TreePainter::TreePainter(cairo_t* cr, double width, double height, double scale)
-    : cr_(cr), width_(width), height_(height), scale_(scale) {}
+TreePainter::TreePainter(cairo_t* cr, double width, double height, double scale, DrawnObjects* drawn)
+    : cr_(cr), width_(width), height_(height), scale_(scale), drawn_(drawn) {}
 
 void TreePainter::setColor(const std::array<double, 3>& c, double alpha) {
   cairo_set_source_rgba(cr_, c[0], c[1], c[2], alpha);
@@ -184,7 +190,10 @@ void TreePainter::paintAxes(COSInterface* axes) {
   cairo_save(cr_);
   cairo_rectangle(cr_, f.x0, f.y0, f.w, f.h);
   cairo_clip(cr_);
-  paintChildren(axes, f, title.get());
+  if (drawn_ && cairo_surface_get_type(cairo_get_target(cr_)) == CAIRO_SURFACE_TYPE_IMAGE)
+    paintRuns(axes, f, title.get());
+  else
+    paintChildren(axes, f, title.get());
   cairo_restore(cr_);
 
   paintTicks(axes, f);
@@ -244,16 +253,109 @@ void TreePainter::paintChildren(COSInterface* parent, const Frame& f, COSInterfa
   for (COSInterface* child : childrenInDrawOrder(parent)) {
     if (child == skip || !props::isOn(child, "Visible")) continue;
     if (sgclasses::isOfClass(child, {sgclasses::kLineClass})) {
-      paintLine(child, f);
+      paintLeaf(child, f, &TreePainter::paintLine);
     } else if (sgclasses::isOfClass(child, {sgclasses::kPatchClass})) {
-      paintPatch(child, f);
+      paintLeaf(child, f, &TreePainter::paintPatch);
     } else if (sgclasses::isOfClass(child, {sgclasses::kTextClass})) {
-      std::vector<double> p = props::numbers(child, "Position");
-      if (p.size() >= 2) paintText(child, f.px(p[0]), f.py(p[1]), -1, -1);
+      paintLeaf(child, f, &TreePainter::paintTextInAxes);
     } else if (sgclasses::isOfClass(child, {sgclasses::kGroupClass})) {
       paintChildren(child, f, nullptr);
     }
   }
+}
+
+void TreePainter::paintLeaf(COSInterface* object, const Frame& f,
+                            void (TreePainter::*paint)(COSInterface*, const Frame&)) {
+  if (!drawn_) {
+    (this->*paint)(object, f);
+    return;
+  }
+  DrawnObjects::Drawing drawing = drawn_->find(object, f);
+  if (drawing.recording) {
+    ++stats_.reused;
+  } else {
+    // Draw into a recording of the object's own, then keep it. The context
+    // goes back to the picture's however the drawing ends.
+    Surface fresh(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
+    Context rc(cairo_create(fresh.get()));
+    struct Restore {
+      cairo_t*& slot;
+      cairo_t* saved;
+      ~Restore() { slot = saved; }
+    } restore{cr_, cr_};
+    cr_ = rc.get();
+    (this->*paint)(object, f);
+    rc.reset();
+    drawing = drawn_->store(object, f, std::move(fresh));
+  }
+  if (drawing.ink.width > 0 && drawing.ink.height > 0) {
+    // Replaying onto pixels goes through a scratch image of the clip; the
+    // ink rectangle keeps it as small as the object.
+    cairo_save(cr_);
+    cairo_rectangle(cr_, drawing.ink.x, drawing.ink.y, drawing.ink.width, drawing.ink.height);
+    cairo_clip(cr_);
+    cairo_set_source_surface(cr_, drawing.recording, 0, 0);
+    cairo_paint(cr_);
+    cairo_restore(cr_);
+  }
+}
+
+void TreePainter::collectLeaves(COSInterface* parent, COSInterface* skip,
+                                std::vector<std::pair<COSInterface*, PaintFn>>& out) {
+  for (COSInterface* child : childrenInDrawOrder(parent)) {
+    if (child == skip || !props::isOn(child, "Visible")) continue;
+    if (sgclasses::isOfClass(child, {sgclasses::kLineClass})) out.emplace_back(child, &TreePainter::paintLine);
+    else if (sgclasses::isOfClass(child, {sgclasses::kPatchClass})) out.emplace_back(child, &TreePainter::paintPatch);
+    else if (sgclasses::isOfClass(child, {sgclasses::kTextClass})) out.emplace_back(child, &TreePainter::paintTextInAxes);
+    else if (sgclasses::isOfClass(child, {sgclasses::kGroupClass})) collectLeaves(child, nullptr, out);
+  }
+}
+
+void TreePainter::paintRuns(COSInterface* axes, const Frame& f, COSInterface* skip) {
+  std::vector<std::pair<COSInterface*, PaintFn>> leaves;
+  collectLeaves(axes, skip, leaves);
+  std::vector<DrawnObjects::Run>& runs = drawn_->runsOf(axes, f);
+  // About sixteen runs: one change redraws a sixteenth of the objects and
+  // composites the other runs' pixels, at one box-sized image per run.
+  const std::size_t per = std::max<std::size_t>(1, (leaves.size() + kRunsPerAxes - 1) / kRunsPerAxes);
+  const std::size_t count = (leaves.size() + per - 1) / per;
+  runs.resize(count);
+  const int ix = int(std::floor(f.x0)), iy = int(std::floor(f.y0));
+  const int iw = int(std::ceil(f.x0 + f.w)) - ix, ih = int(std::ceil(f.y0 + f.h)) - iy;
+  if (iw <= 0 || ih <= 0) return;
+  for (std::size_t r = 0; r < count; ++r) {
+    const std::size_t begin = r * per, end = std::min(leaves.size(), begin + per);
+    DrawnObjects::Run& run = runs[r];
+    // A run is good while it has the same members, none changed.
+    bool good = run.image && run.members.size() == end - begin;
+    for (std::size_t i = begin; good && i < end; ++i)
+      good = run.members[i - begin] == leaves[i].first && drawn_->find(leaves[i].first, f).recording;
+    if (good) {
+      stats_.reused += end - begin;
+    } else {
+      run.members.clear();
+      run.image.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, iw, ih));
+      cairo_surface_set_device_offset(run.image.get(), -ix, -iy);
+      Context rc(cairo_create(run.image.get()));
+      struct Restore {
+        cairo_t*& slot;
+        cairo_t* saved;
+        ~Restore() { slot = saved; }
+      } restore{cr_, cr_};
+      cr_ = rc.get();
+      for (std::size_t i = begin; i < end; ++i) {
+        paintLeaf(leaves[i].first, f, leaves[i].second);
+        run.members.push_back(leaves[i].first);
+      }
+    }
+    cairo_set_source_surface(cr_, run.image.get(), 0, 0);
+    cairo_paint(cr_);
+  }
+}
+
+void TreePainter::paintTextInAxes(COSInterface* text, const Frame& f) {
+  std::vector<double> p = props::numbers(text, "Position");
+  if (p.size() >= 2) paintText(text, f.px(p[0]), f.py(p[1]), -1, -1);
 }
 
 void TreePainter::paintLine(COSInterface* line, const Frame& f) {
@@ -261,7 +363,11 @@ void TreePainter::paintLine(COSInterface* line, const Frame& f) {
   std::vector<double> x = props::numbers(line, "XData");
   if (x.empty() && !y.empty())
     for (std::size_t i = 0; i < y.size(); ++i) x.push_back(double(i + 1));
-  if (x.size() != y.size()) {
+  // 3-D data is drawn as its projection onto the X-Y plane, the view from
+  // above, the only view an axes has; a ZData of another length, as the
+  // classes judge it, makes the line invalid.
+  const std::size_t zCount = props::size(line, "ZData")[0] * props::size(line, "ZData")[1];
+  if (x.size() != y.size() || (zCount != 0 && zCount != y.size())) {
     ++stats_.skippedInvalid;  // an invalid line draws nothing
     return;
   }
@@ -274,6 +380,11 @@ void TreePainter::paintLine(COSInterface* line, const Frame& f) {
     cairo_set_line_width(cr_, lw);
     cairo_set_line_join(cr_, CAIRO_LINE_JOIN_BEVEL);
     setDash(style, lw);
+    // A line with several points to each device column is drawn with the
+    // rasteriser's faster antialiasing: its strokes cover whole columns,
+    // and the finer coverage would cost most of the picture's time.
+    const bool dense = double(x.size()) > kDensePointsPerColumn * f.w;
+    if (dense) cairo_set_antialias(cr_, CAIRO_ANTIALIAS_FAST);
     ColumnReducer path(cr_);
     for (std::size_t i = 0; i < x.size(); ++i) {
       if (!std::isfinite(x[i]) || !std::isfinite(y[i])) path.liftPen();  // a NaN breaks the line
@@ -281,6 +392,7 @@ void TreePainter::paintLine(COSInterface* line, const Frame& f) {
     }
     path.liftPen();
     cairo_stroke(cr_);
+    if (dense) cairo_set_antialias(cr_, CAIRO_ANTIALIAS_DEFAULT);
     setDash("-", 1);
   }
   paintMarkers(line, f, x, y);

@@ -4,10 +4,12 @@
 
 #include <array>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <cairo.h>
 
+#include "AxesFrame.h"
 #include "sgrender/RenderStats.h"
 #include "vcos/COSInterfacePtr.h"
 
@@ -17,22 +19,26 @@ class TreePainter {
  public:
   // `width` by `height` device units for the figure; `scale` multiplies
   // line widths and font sizes (a resolution option).
-  TreePainter(cairo_t* cr, double width, double height, double scale);
+  // With `drawn`, lines, patches and texts in axes are replayed from what
+  // was drawn before where that is still good, and recorded when redrawn.
+  TreePainter(cairo_t* cr, double width, double height, double scale, class DrawnObjects* drawn = nullptr);
 
   void paintFigure(COSInterface* figure);
   const RenderStats& stats() const { return stats_; }
 
  private:
-  // The data-to-device mapping of the axes being painted.
-  struct Frame {
-    double x0, y0, w, h;          // device rectangle, y0 at the top
-    double xlo, xhi, ylo, yhi;    // limits
-    double px(double x) const { return x0 + (x - xlo) / (xhi - xlo) * w; }
-    double py(double y) const { return y0 + h - (y - ylo) / (yhi - ylo) * h; }
-  };
+  using Frame = AxesFrame;
 
   void paintAxes(COSInterface* axes);
   void paintChildren(COSInterface* parent, const Frame& f, COSInterface* skip);
+  using PaintFn = void (TreePainter::*)(COSInterface*, const Frame&);
+  // The visible lines, patches and texts below `parent` in drawing order.
+  void collectLeaves(COSInterface* parent, COSInterface* skip, std::vector<std::pair<COSInterface*, PaintFn>>& out);
+  // An axes' objects onto pixels through the runs `drawn_` keeps.
+  void paintRuns(COSInterface* axes, const Frame& f, COSInterface* skip);
+  // Paints one line, patch or text of an axes, through `drawn_` if any.
+  void paintLeaf(COSInterface* object, const Frame& f, void (TreePainter::*paint)(COSInterface*, const Frame&));
+  void paintTextInAxes(COSInterface* text, const Frame& f);
   void paintLine(COSInterface* line, const Frame& f);
   void paintPatch(COSInterface* patch, const Frame& f);
   // Alignments below 0 take the text's own properties.
@@ -50,6 +56,7 @@ class TreePainter {
   cairo_t* cr_;
   double width_, height_, scale_;
   RenderStats stats_;
+  DrawnObjects* drawn_;
 };
 
 }  // namespace sgrender

@@ -1,7 +1,9 @@
-// Links against the installed platform library and uses it.
+// Links against the installed platform and renderer libraries and uses them.
 #include <foundation/foundation.h>
+#include <sgrender/ExportFormat.h>
 
 int main() {
   foundation::core::except::Error e("VANTEL:vcos:OutOfMemory");
-  return e.identifier() == "VANTEL:vcos:OutOfMemory" ? 0 : 1;
+  if (e.identifier() != "VANTEL:vcos:OutOfMemory") return 1;
+  return sgrender::exportFormatOf("picture.SVG") == sgrender::ExportFormat::Svg ? 0 : 1;
 }

@@ -10,12 +10,15 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 #include <unistd.h>
 
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Objects.h"
 #include "sgclasses/Registration.h"
+#include "sgclasses/Drawnow.h"
 #include "sgrender/FigureRenderer.h"
+#include "sgrender/FigureView.h"
 #include "sgrender/TickSteps.h"
 #include "support/ErrorId.h"
 #include "support/PropertyAccess.h"
@@ -139,11 +142,19 @@ TEST_F(RenderTest, InvisibleAndInvalidObjectsDrawNothing) {
   sgtest::set(inGroup, "LineWidth", Arr(vxCreateDoubleScalar(4)).get());
   sgtest::set(inGroup, "Color", row({0, 0, 0}).get());
 
+  // 3-D data is drawn from above; a ZData of another length is invalid.
+  COSInterfacePtr spatial = line({0, 10}, {1, 1}, row({0, 0, 1}));
+  sgtest::set(spatial, "ZData", row({-5, 40}).get());
+  COSInterfacePtr badZ = line({0, 10}, {9, 9}, row({0, 0, 1}));
+  sgtest::set(badZ, "ZData", row({1, 2, 3}).get());
+
   const fs::path file = dir_ / "hidden.png";
   sgrender::RenderStats stats = FigureRenderer::exportFigure(figure_, file.string());
-  EXPECT_EQ(stats.lines, 1u);  // only the group's line
-  EXPECT_EQ(stats.skippedInvalid, 1u);
+  EXPECT_EQ(stats.lines, 2u);  // the group's line and the 3-D one
+  EXPECT_EQ(stats.skippedInvalid, 2u);
   Picture pic(file);
+  EXPECT_TRUE(near(pic.at(100, 70), {0, 0, 255}));       // y = 1, whatever its z
+  EXPECT_TRUE(near(pic.at(100, 30), {255, 255, 255}));  // y = 9, bad ZData
   EXPECT_TRUE(near(pic.at(100, 50), {255, 255, 255}));
   EXPECT_TRUE(near(pic.at(100, 60), {255, 255, 255}));
   EXPECT_TRUE(near(pic.at(100, 35), {0, 0, 0}));  // y = 8 inside the group
@@ -151,7 +162,7 @@ TEST_F(RenderTest, InvisibleAndInvalidObjectsDrawNothing) {
   // A hidden group hides what it holds.
   sgtest::set(group, "Visible", str("off").get());
   stats = FigureRenderer::exportFigure(figure_, file.string());
-  EXPECT_EQ(stats.lines, 0u);
+  EXPECT_EQ(stats.lines, 1u);  // the 3-D line outside the group
   EXPECT_TRUE(near(Picture(file).at(100, 35), {255, 255, 255}));
 }
 
@@ -280,6 +291,186 @@ TEST(TickSteps, ReadableStepsWithinTheLimits) {
   EXPECT_TRUE(TickSteps::ticksFor(1, 1, 5).empty());
   EXPECT_TRUE(TickSteps::ticksFor(2, 1, 5).empty());
   EXPECT_TRUE(TickSteps::ticksFor(0, INFINITY, 5).empty());
+}
+
+}  // namespace
+
+namespace {
+
+// The picture kept as a view: what drawnow reports changed is redrawn, the
+// rest is replayed, and the picture is the same as a full draw would give.
+TEST_F(RenderTest, ViewRedrawsOnlyWhatChanged) {
+  COSInterfacePtr red = line({0, 10}, {2, 2}, row({1, 0, 0}));
+  COSInterfacePtr green = line({0, 10}, {5, 5}, row({0, 1, 0}));
+  COSInterfacePtr black = line({0, 10}, {8, 8}, row({0, 0, 0}));
+  COSInterfacePtr label = sgclasses::create(sgclasses::kTextClass, axes_);
+  sgtest::set(label, "String", str("W").get());
+  sgtest::set(label, "Position", row({1, 3.5, 0}).get());
+  const fs::path file = dir_ / "view.png";
+  {
+    sgrender::FigureView view(figure_);
+    sgrender::RenderStats stats = view.exportTo(file.string());
+    EXPECT_EQ(stats.lines, 3u);
+    EXPECT_EQ(stats.texts, 1u);
+    EXPECT_EQ(stats.reused, 0u);
+    EXPECT_EQ(view.keptObjects(), 4u);
+
+    // One colour change: one line drawn again, and the picture shows it.
+    sgtest::set(green, "Color", row({0, 0, 1}).get());
+    stats = view.exportTo(file.string());
+    EXPECT_EQ(stats.lines, 1u);
+    EXPECT_EQ(stats.texts, 0u);
+    EXPECT_EQ(stats.reused, 3u);
+    {
+      Picture pic(file);
+      EXPECT_TRUE(near(pic.at(100, 65), {255, 0, 0}));  // y = 2, replayed
+      EXPECT_TRUE(near(pic.at(100, 50), {0, 0, 255}));  // y = 5, redrawn blue
+      EXPECT_TRUE(near(pic.at(100, 35), {0, 0, 0}));    // y = 8, replayed
+    }
+    // Nothing changed: nothing drawn, the same picture.
+    stats = view.exportTo(file.string());
+    EXPECT_EQ(stats.lines + stats.texts, 0u);
+    EXPECT_EQ(stats.reused, 4u);
+    EXPECT_TRUE(near(Picture(file).at(100, 50), {0, 0, 255}));
+
+    // New limits move every object: all drawn again, at their new places.
+    sgtest::set(axes_, "YLim", row({0, 20}).get());
+    stats = view.exportTo(file.string());
+    EXPECT_EQ(stats.lines, 3u);
+    EXPECT_EQ(stats.reused, 0u);
+    {
+      Picture pic(file);
+      EXPECT_TRUE(near(pic.at(100, 55), {0, 0, 0}));  // y = 8 of 20
+      EXPECT_TRUE(near(pic.at(100, 35), {255, 255, 255}));
+    }
+
+    // A deleted line and a hidden one are dropped, a new one drawn; a new
+    // scale draws everything again.
+    red->deleteObject(COSGetPublicClient());
+    sgtest::set(black, "Visible", str("off").get());
+    COSInterfacePtr extra = line({0, 10}, {15, 15}, row({1, 0, 1}));
+    stats = view.exportTo(file.string());
+    EXPECT_EQ(stats.lines, 1u);
+    EXPECT_EQ(stats.reused, 2u);  // the blue line and the text
+    EXPECT_EQ(view.keptObjects(), 3u);
+    {
+      Picture pic(file);
+      EXPECT_TRUE(near(pic.at(100, 70), {255, 255, 255}));  // y = 2 gone
+      EXPECT_TRUE(near(pic.at(100, 55), {255, 255, 255}));  // y = 8 hidden
+      EXPECT_TRUE(near(pic.at(100, 38), {255, 0, 255}));    // y = 15 new
+    }
+    stats = view.exportTo(file.string(), 2.0);
+    EXPECT_EQ(stats.lines, 2u);
+    EXPECT_EQ(stats.reused, 0u);
+    EXPECT_EQ(Picture(file).width(), 400);
+  }
+  // The view is gone and its registration with it: a drawnow after a change
+  // must not reach it (the sanitizer build sees a call into a dead view).
+  sgtest::set(green, "Color", row({1, 1, 0}).get());
+  EXPECT_EQ(sgclasses::drawnow(), 1u);
+}
+
+// A view's picture equals a full draw's, also in SVG, and bad input gives
+// the same errors with no file left behind.
+TEST_F(RenderTest, ViewPicturesMatchAFullDrawAndCheckInput) {
+  COSInterfacePtr a = line({0, 10}, {3, 3}, row({1, 0, 0}));
+  COSInterfacePtr b = line({0, 10}, {6, 6}, row({0, 0, 1}));
+  // A heavy line, whose pixels the view keeps for raster pictures.
+  COSInterfacePtr heavy = sgclasses::create(sgclasses::kLineClass, axes_);
+  Arr x(vxCreateDoubleMatrix(1, 6000, vxREAL)), y(vxCreateDoubleMatrix(1, 6000, vxREAL));
+  for (int i = 0; i < 6000; ++i) {
+    vxGetPr(x.get())[i] = 10.0 * i / 5999;
+    vxGetPr(y.get())[i] = 5 + 4 * std::sin(i * 0.01);
+  }
+  sgtest::set(heavy, "XData", x.get());
+  sgtest::set(heavy, "YData", y.get());
+  // Enough short lines that runs hold several objects each.
+  std::vector<COSInterfacePtr> shorts;
+  for (int i = 0; i < 30; ++i) {
+    shorts.push_back(line({0.3 * i, 0.3 * i + 1}, {0.3 * i, 9 - 0.2 * i}, row({0.03 * i, 0.5, 1 - 0.03 * i})));
+    sgtest::set(shorts.back(), "LineWidth", Arr(vxCreateDoubleScalar(1)).get());
+  }
+  sgrender::FigureView view(figure_);
+  view.exportTo((dir_ / "first.png").string());
+  // A vector picture is drawn whole, and leaves what the view keeps.
+  EXPECT_EQ(view.exportTo((dir_ / "first.svg").string()).reused, 0u);
+  sgtest::set(b, "LineWidth", Arr(vxCreateDoubleScalar(8)).get());
+  sgtest::set(shorts[17], "Color", row({1, 0.5, 0}).get());
+  const sgrender::RenderStats stats = view.exportTo((dir_ / "kept.png").string());
+  EXPECT_EQ(stats.lines, 2u);
+  EXPECT_EQ(stats.reused, 31u);
+  FigureRenderer::exportFigure(figure_, (dir_ / "full.png").string());
+  Picture kept(dir_ / "kept.png"), full(dir_ / "full.png");
+  int differing = 0;
+  for (int y = 0; y < kept.height(); y += 2)
+    for (int x = 0; x < kept.width(); x += 2) differing += !near(kept.at(x, y), full.at(x, y), 2);
+  EXPECT_EQ(differing, 0);
+
+  std::ifstream svg(dir_ / "first.svg");
+  std::stringstream text;
+  text << svg.rdbuf();
+  EXPECT_NE(text.str().find("<svg"), std::string::npos);
+  EXPECT_NE(text.str().find("stroke:rgb(100%,0%,0%)"), std::string::npos);
+
+  const std::size_t before = filesIn();
+  EXPECT_EQ(sgtest::errorId([&] { view.exportTo((dir_ / "x.gif").string()); }), "VANTEL:sgrender:UnknownFormat");
+  EXPECT_EQ(sgtest::errorId([&] { view.exportTo((dir_ / "no" / "x.png").string()); }),
+            "VANTEL:sgrender:FolderNotFound");
+  figure_->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(sgtest::errorId([&] { view.exportTo((dir_ / "x.png").string()); }), "VANTEL:sg:DeletedObject");
+  EXPECT_EQ(filesIn(), before);
+}
+
+}  // namespace
+
+namespace {
+
+Rgb rgbOf(const COSInterfacePtr& object, const char* name) {
+  Arr v = sgtest::get(object, name);
+  EXPECT_TRUE(vxIsDouble(v.get()) && vxGetNumberOfElements(v.get()) == 3) << name;
+  const double* p = vxGetPr(v.get());
+  return {int(std::lround(p[0] * 255)), int(std::lround(p[1] * 255)), int(std::lround(p[2] * 255))};
+}
+
+int luminance(Rgb c) { return c.r + c.g + c.b; }
+
+// One figure in the light and the dark theme: the picture's backgrounds,
+// axis lines and text take the colours the theme gave the objects, and the
+// two pictures differ in background as the themes do.
+TEST_F(RenderTest, ThemedPicturesTakeTheThemesColours) {
+  COSInterfacePtr fig = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  sgtest::set(fig, "Position", row({0, 0, 200, 100}).get());
+  COSInterfacePtr ax = sgclasses::create(sgclasses::kAxesClass, fig);
+  sgtest::set(ax, "Position", row({0.25, 0.25, 0.5, 0.5}).get());
+  sgtest::set(ax, "LineWidth", Arr(vxCreateDoubleScalar(4)).get());
+  COSInterfacePtr words = sgclasses::create(sgclasses::kTextClass, ax);
+  sgtest::set(words, "String", str("MMM").get());
+  sgtest::set(words, "Position", row({0.1, 0.5, 0}).get());
+  sgtest::set(words, "FontSize", Arr(vxCreateDoubleScalar(14)).get());
+  sgtest::set(words, "FontWeight", str("bold").get());
+
+  Rgb background[2];
+  int k = 0;
+  for (const char* theme : {"light", "dark"}) {
+    sgtest::set(fig, "Theme", str(theme).get());
+    const fs::path file = dir_ / (std::string(theme) + ".png");
+    FigureRenderer::exportFigure(fig, file.string());
+    Picture pic(file);
+    background[k] = rgbOf(fig, "Color");
+    EXPECT_TRUE(near(pic.at(2, 2), background[k])) << theme;
+    EXPECT_TRUE(near(pic.at(100, 40), rgbOf(ax, "Color"))) << theme;
+    EXPECT_TRUE(near(pic.at(100, 75), rgbOf(ax, "XColor"))) << theme;  // the bottom axis line
+    EXPECT_TRUE(near(pic.at(50, 40), rgbOf(ax, "YColor"))) << theme;   // the left one
+    // Somewhere in the text's glyphs the pixels are its colour.
+    const Rgb ink = rgbOf(words, "Color");
+    bool found = false;
+    for (int y = 35; y < 65 && !found; ++y)
+      for (int x = 52; x < 100 && !found; ++x) found = near(pic.at(x, y), ink, 12);
+    EXPECT_TRUE(found) << theme;
+    ++k;
+  }
+  EXPECT_GT(luminance(background[0]), luminance(background[1]) + 200);
+  fig->deleteObject(COSGetPublicClient());
 }
 
 }  // namespace

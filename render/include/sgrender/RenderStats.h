@@ -1,4 +1,6 @@
-// What one export drew, counted by kind of object.
+// What one export drew, counted by kind of object. The counts are of
+// objects drawn anew; a view that replays what it drew before counts those
+// in `reused` instead.
 #pragma once
 
 #include <cstddef>
@@ -11,6 +13,7 @@ struct RenderStats {
   std::size_t patches = 0;
   std::size_t texts = 0;
   std::size_t skippedInvalid = 0;  // lines whose data lengths differ
+  std::size_t reused = 0;          // lines, patches and texts replayed unchanged
 };
 
 }  // namespace sgrender
