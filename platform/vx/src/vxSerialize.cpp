@@ -147,6 +147,7 @@ std::uint64_t getLE(const std::uint8_t* p, int bytes) {
 
 struct Reader {
   const vxReadOptions& options;
+  std::uint64_t rawLength;  // every element costs at least one byte of it
 
   static const msgpack::object& at(const msgpack::object& o, std::size_t i) { return o.via.array.ptr[i]; }
 
@@ -180,7 +181,7 @@ struct Reader {
       if (n > kMaxRawBytes) corrupt("a dimension is larger than the data");
       dims[d] = n;
       numel = numel == 0 ? 0 : (n > kMaxRawBytes / std::max<std::uint64_t>(numel, 1) ? kMaxRawBytes + 1 : numel * n);
-      if (numel > kMaxRawBytes) corrupt("the element count is larger than the data");
+      if (numel > rawLength) corrupt("the element count is larger than the data");
     }
     if (at(o, 2).type != msgpack::type::BOOLEAN) corrupt("the complexity is not a flag");
     const bool complex = at(o, 2).via.boolean;
@@ -354,7 +355,7 @@ std::vector<vxNamedValue> vxDeserializeValues(std::span<const std::uint8_t> byte
   }
   const msgpack::object& top = handle.get();
   if (top.type != msgpack::type::ARRAY) corrupt("the body is not a list of values");
-  Reader reader{options};
+  Reader reader{options, raw.size()};
   std::vector<vxNamedValue> out;
   for (std::uint32_t i = 0; i < top.via.array.size; ++i) {
     const msgpack::object& entry = top.via.array.ptr[i];

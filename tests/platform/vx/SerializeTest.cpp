@@ -253,6 +253,14 @@ TEST(Serialize, TheReaderChecksStructureBeforeItAllocates) {
   EXPECT_EQ(load(handMade([&](Pk& pk) { header(pk, vxDOUBLE_CLASS, {1u << 20, 1u << 20}); pk.pack_bin(0); })), corrupt);
   EXPECT_EQ(load(handMade([&](Pk& pk) { header(pk, vxDOUBLE_CLASS, {~0ULL, 0}); pk.pack_bin(0); })), corrupt);
   EXPECT_EQ(load(handMade([&](Pk& pk) { header(pk, vxCELL_CLASS, {1000, 1000}); pk.pack_array(0); })), corrupt);
+  EXPECT_EQ(load(handMade([&](Pk& pk) {
+              header(pk, vxSTRUCT_CLASS, {1u << 20, 1u << 9});
+              pk.pack_array(2);
+              pk.pack_array(0);
+              pk.pack_array(0);
+            })),
+            corrupt)
+      << "a struct without fields takes no bytes per element, yet cannot claim more elements than bytes";
   // Payloads that do not fit their class.
   EXPECT_EQ(load(handMade([&](Pk& pk) { header(pk, vxLOGICAL_CLASS, {1, 1}); pk.pack_bin(1); pk.pack_bin_body("\x02", 1); })), corrupt);
   EXPECT_EQ(load(handMade([&](Pk& pk) { header(pk, vxCHAR_CLASS, {1, 1}); pk.pack_bin(3); pk.pack_bin_body("abc", 3); })), corrupt);
