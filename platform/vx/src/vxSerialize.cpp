@@ -281,8 +281,9 @@ struct Reader {
 
 // The unpacked MessagePack body of framed bytes, after every frame check.
 std::vector<std::uint8_t> unframe(std::span<const std::uint8_t> bytes) {
-  if (bytes.size() < kHeaderBytes || std::memcmp(bytes.data(), kMagic, sizeof kMagic) != 0)
+  if (bytes.size() < sizeof kMagic || std::memcmp(bytes.data(), kMagic, sizeof kMagic) != 0)
     throw Error("VANTEL:vx:serialize:NotSavedData");
+  if (bytes.size() < kHeaderBytes) throw Error("VANTEL:vx:serialize:Truncated");
   const std::uint8_t* h = bytes.data();
   const auto version = static_cast<std::uint32_t>(getLE(h + 8, 4));
   if (version > vxSerializeFormatVersion) throw Error("VANTEL:vx:serialize:NewerVersion", version, vxSerializeFormatVersion);

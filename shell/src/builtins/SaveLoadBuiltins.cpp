@@ -1,8 +1,6 @@
 // save and load: workspace variables to a saved value file and back. The
 // file format belongs to the array runtime (vx/vxSerialize.h); function
 // handles are saved as their text and made again by str2func on load.
-#include "builtins/SaveLoadBuiltins.h"
-
 #include <algorithm>
 #include <cstdint>
 
@@ -68,9 +66,12 @@ void bLoad(Interpreter& in, int nargout, Out& out, Args args) {
 }
 
 }  // namespace
+}  // namespace sgsh::builtins
 
-void registerSaveLoadBuiltins() {
-  BuiltinRegistry& r = BuiltinRegistry::instance();
+namespace sgsh {
+
+void registerSaveLoadBuiltins(BuiltinRegistry& r) {
+  using namespace builtins;
   r.add<bSave>("save", "save(file)\nsave(file, name1, name2, ...)",
                "Saves every variable of the workspace, or the named ones, to file. Numeric, logical, "
                "char, string, cell and struct values are saved exactly; function handles as their "
@@ -80,4 +81,4 @@ void registerSaveLoadBuiltins() {
                "of the struct s. A damaged file loads nothing and raises an error.");
 }
 
-}  // namespace sgsh::builtins
+}  // namespace sgsh
