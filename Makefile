@@ -21,7 +21,7 @@ CMAKE_FLAGS ?=
 
 DEB_PACKAGES := cmake ninja-build g++ pkg-config ccache python3 \
   libboost-dev libboost-log-dev libgtest-dev libgmock-dev libbenchmark-dev libedit-dev \
-  libre2-dev clang libclang-rt-14-dev libcairo2-dev libpango1.0-dev fonts-dejavu-core
+  libre2-dev libmsgpack-cxx-dev libzstd-dev clang libclang-rt-14-dev libcairo2-dev libpango1.0-dev fonts-dejavu-core
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 

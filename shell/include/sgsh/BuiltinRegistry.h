@@ -78,5 +78,6 @@ void registerFunctionBuiltins(BuiltinRegistry& r);
 void registerObjectBuiltins(BuiltinRegistry& r);
 void registerWorkspaceBuiltins(BuiltinRegistry& r);
 void registerDisplayBuiltins(BuiltinRegistry& r);
+void registerSaveLoadBuiltins(BuiltinRegistry& r);
 
 }  // namespace sgsh

@@ -32,6 +32,7 @@ BuiltinRegistry::BuiltinRegistry() {
   registerObjectBuiltins(*this);
   registerWorkspaceBuiltins(*this);
   registerDisplayBuiltins(*this);
+  registerSaveLoadBuiltins(*this);
 }
 
 BuiltinRegistry& BuiltinRegistry::instance() {

@@ -1,0 +1,415 @@
+// The saved-value format: MessagePack values inside a checked frame, the
+// body compressed with zstd when that pays. See docs/file-format.md.
+#include "vx/vxSerialize.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <bit>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <set>
+
+#define MSGPACK_NO_BOOST 1
+#include <msgpack.hpp>
+#include <zstd.h>
+
+#include "foundation/core/except/Error.h"
+#include "vx/vxCell.h"
+#include "vx/vxCreate.h"
+#include "vx/vxData.h"
+#include "vx/vxFunctionHandleData.h"
+#include "vx/vxQuery.h"
+#include "vx/vxStruct.h"
+
+static_assert(std::endian::native == std::endian::little, "saved numeric bytes are little-endian");
+
+using foundation::core::except::Error;
+
+namespace {
+
+constexpr char kMagic[8] = {'S', 'G', 'V', 'X', 'D', 'A', 'T', '\x1a'};
+constexpr std::size_t kHeaderBytes = 40;  // magic, version, flags, body, raw length, checksum
+constexpr std::uint32_t kFlagZstd = 1;
+constexpr std::uint64_t kMaxRawBytes = std::uint64_t{1} << 30;
+constexpr std::size_t kMaxDepth = 64;
+constexpr std::size_t kMaxDims = 32;
+constexpr std::size_t kMaxNameBytes = 4096;
+
+// FNV-1a, 64 bits: cheap, and enough to tell a damaged body from a good one.
+std::uint64_t checksum(std::span<const std::uint8_t> bytes) {
+  std::uint64_t h = 0xcbf29ce484222325ULL;
+  for (std::uint8_t b : bytes) {
+    h ^= b;
+    h *= 0x100000001b3ULL;
+  }
+  return h;
+}
+
+[[noreturn]] void corrupt(const char* what) { throw Error("VANTEL:vx:serialize:Corrupt", what); }
+
+bool isNumericClass(int c) { return c >= vxDOUBLE_CLASS && c <= vxUINT64_CLASS; }
+
+std::size_t realElementBytes(int c) {
+  switch (c) {
+    case vxDOUBLE_CLASS: case vxINT64_CLASS: case vxUINT64_CLASS: return 8;
+    case vxSINGLE_CLASS: case vxINT32_CLASS: case vxUINT32_CLASS: return 4;
+    case vxINT16_CLASS: case vxUINT16_CLASS: case vxCHAR_CLASS: return 2;
+    default: return 1;  // int8, uint8, logical
+  }
+}
+
+// ---- writing ----
+
+using Packer = msgpack::packer<msgpack::sbuffer>;
+
+void packBytes(Packer& pk, const void* data, std::size_t n) {
+  pk.pack_bin(static_cast<std::uint32_t>(n));
+  if (n) pk.pack_bin_body(static_cast<const char*>(data), static_cast<std::uint32_t>(n));
+}
+
+void packUtf16(Packer& pk, const std::u16string& s) { packBytes(pk, s.data(), s.size() * sizeof(char16_t)); }
+
+void packValue(Packer& pk, const vxArray* a, std::size_t depth) {
+  if (depth > kMaxDepth) throw Error("VANTEL:vx:serialize:TooDeep", kMaxDepth);
+  const vxClassID cls = vxGetClassID(a);
+  const vxSize ndim = vxGetNumberOfDimensions(a);
+  const vxSize* dims = vxGetDimensions(a);
+  const vxSize numel = vxGetNumberOfElements(a);
+  if (numel > 0xffffffffULL) throw Error("VANTEL:vx:serialize:TooLarge");
+  pk.pack_array(4);
+  pk.pack(static_cast<int>(cls));
+  pk.pack_array(static_cast<std::uint32_t>(ndim));
+  for (vxSize d = 0; d < ndim; ++d) pk.pack(static_cast<std::uint64_t>(dims[d]));
+  pk.pack(vxIsComplex(a));
+  switch (cls) {
+    case vxLOGICAL_CLASS:
+    case vxCHAR_CLASS:
+      packBytes(pk, vxGetData(a), numel * vxGetElementSize(a));
+      return;
+    case vxSTRING_CLASS:
+      pk.pack_array(static_cast<std::uint32_t>(numel));
+      for (vxSize i = 0; i < numel; ++i) {
+        std::optional<std::u16string> s = vxGetStringElement(a, i);
+        if (s) packUtf16(pk, *s);
+        else pk.pack_nil();
+      }
+      return;
+    case vxCELL_CLASS:
+      pk.pack_array(static_cast<std::uint32_t>(numel));
+      for (vxSize i = 0; i < numel; ++i) {
+        const vxArray* e = vxGetCell(a, i);
+        if (e) packValue(pk, e, depth + 1);
+        else pk.pack_nil();
+      }
+      return;
+    case vxSTRUCT_CLASS: {
+      const int nf = vxGetNumberOfFields(a);
+      pk.pack_array(2);
+      pk.pack_array(static_cast<std::uint32_t>(nf));
+      for (int f = 0; f < nf; ++f) pk.pack(std::string_view(vxGetFieldNameByNumber(a, f)));
+      pk.pack_array(static_cast<std::uint32_t>(numel * static_cast<vxSize>(nf)));
+      for (vxSize i = 0; i < numel; ++i)
+        for (int f = 0; f < nf; ++f) {
+          const vxArray* e = vxGetFieldByNumber(a, i, f);
+          if (e) packValue(pk, e, depth + 1);
+          else pk.pack_nil();
+        }
+      return;
+    }
+    case vxFUNCTION_CLASS:
+      pk.pack(vxGetFunctionHandle(a)->text());
+      return;
+    default:
+      if (isNumericClass(cls)) {
+        packBytes(pk, numel ? vxGetData(a) : nullptr, numel * vxGetElementSize(a));
+        return;
+      }
+      throw Error("VANTEL:vx:serialize:UnsupportedClass", vxGetClassName(a));
+  }
+}
+
+void putLE(std::vector<std::uint8_t>& out, std::uint64_t v, int bytes) {
+  for (int i = 0; i < bytes; ++i) out.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
+}
+
+std::uint64_t getLE(const std::uint8_t* p, int bytes) {
+  std::uint64_t v = 0;
+  for (int i = bytes - 1; i >= 0; --i) v = (v << 8) | p[i];
+  return v;
+}
+
+// ---- reading ----
+
+struct Reader {
+  const vxReadOptions& options;
+  std::uint64_t rawLength;  // every element costs at least one byte of it
+
+  static const msgpack::object& at(const msgpack::object& o, std::size_t i) { return o.via.array.ptr[i]; }
+
+  static void expectArray(const msgpack::object& o, std::size_t n, const char* what) {
+    if (o.type != msgpack::type::ARRAY || o.via.array.size != n) corrupt(what);
+  }
+
+  static std::uint64_t unsignedOf(const msgpack::object& o, const char* what) {
+    if (o.type != msgpack::type::POSITIVE_INTEGER) corrupt(what);
+    return o.via.u64;
+  }
+
+  static std::u16string utf16Of(const msgpack::object& o) {
+    if (o.type != msgpack::type::BIN || o.via.bin.size % 2) corrupt("a text element is not UTF-16");
+    std::u16string s(o.via.bin.size / 2, u'\0');
+    if (!s.empty()) std::memcpy(s.data(), o.via.bin.ptr, o.via.bin.size);
+    return s;
+  }
+
+  matrix::unique_vxArray value(const msgpack::object& o, std::size_t depth) const {
+    if (depth > kMaxDepth) corrupt("values are nested too deeply");
+    expectArray(o, 4, "a value is not a four-element array");
+    const std::uint64_t cls = unsignedOf(at(o, 0), "a class id is not a number");
+    const msgpack::object& dimsObj = at(o, 1);
+    if (dimsObj.type != msgpack::type::ARRAY || dimsObj.via.array.size < 2 || dimsObj.via.array.size > kMaxDims)
+      corrupt("the dimensions are not a list of two to 32 sizes");
+    std::vector<vxSize> dims(dimsObj.via.array.size);
+    std::uint64_t numel = 1;
+    for (std::size_t d = 0; d < dims.size(); ++d) {
+      const std::uint64_t n = unsignedOf(at(dimsObj, d), "a dimension is not a size");
+      if (n > kMaxRawBytes) corrupt("a dimension is larger than the data");
+      dims[d] = n;
+      numel = numel == 0 ? 0 : (n > kMaxRawBytes / std::max<std::uint64_t>(numel, 1) ? kMaxRawBytes + 1 : numel * n);
+      if (numel > rawLength) corrupt("the element count is larger than the data");
+    }
+    if (at(o, 2).type != msgpack::type::BOOLEAN) corrupt("the complexity is not a flag");
+    const bool complex = at(o, 2).via.boolean;
+    const msgpack::object& payload = at(o, 3);
+    if (complex && !isNumericClass(static_cast<int>(cls))) corrupt("a complex value of a class that has none");
+
+    switch (cls) {
+      case vxLOGICAL_CLASS: {
+        if (payload.type != msgpack::type::BIN || payload.via.bin.size != numel) corrupt("logical data of the wrong length");
+        for (std::uint32_t i = 0; i < payload.via.bin.size; ++i)
+          if (static_cast<std::uint8_t>(payload.via.bin.ptr[i]) > 1) corrupt("a logical element is neither 0 nor 1");
+        matrix::unique_vxArray a(vxCreateLogicalArray(dims.size(), dims.data()));
+        if (numel) std::memcpy(vxGetData(a.get()), payload.via.bin.ptr, numel);
+        return a;
+      }
+      case vxCHAR_CLASS: {
+        if (payload.type != msgpack::type::BIN || payload.via.bin.size != numel * 2) corrupt("char data of the wrong length");
+        matrix::unique_vxArray a(vxCreateCharArray(dims.size(), dims.data()));
+        if (numel) std::memcpy(vxGetData(a.get()), payload.via.bin.ptr, numel * 2);
+        return a;
+      }
+      case vxSTRING_CLASS: {
+        if (payload.type != msgpack::type::ARRAY || payload.via.array.size != numel) corrupt("string elements of the wrong count");
+        std::vector<std::optional<std::u16string>> elems;
+        for (std::uint64_t i = 0; i < numel; ++i) {
+          const msgpack::object& e = at(payload, i);
+          if (e.type == msgpack::type::NIL) elems.emplace_back();
+          else elems.emplace_back(utf16Of(e));
+        }
+        if (dims.size() != 2) corrupt("a string array with more than two dimensions");
+        matrix::unique_vxArray a(vxCreateStringArray(dims[0], dims[1]));
+        for (std::uint64_t i = 0; i < numel; ++i) vxSetStringElement(a.get(), i, std::move(elems[i]));
+        return a;
+      }
+      case vxCELL_CLASS: {
+        if (payload.type != msgpack::type::ARRAY || payload.via.array.size != numel) corrupt("cell elements of the wrong count");
+        matrix::unique_vxArray a(vxCreateCellArray(dims.size(), dims.data()));
+        for (std::uint64_t i = 0; i < numel; ++i) {
+          const msgpack::object& e = at(payload, i);
+          if (e.type != msgpack::type::NIL) vxSetCell(a.get(), i, value(e, depth + 1).release());
+        }
+        return a;
+      }
+      case vxSTRUCT_CLASS: {
+        expectArray(payload, 2, "struct data is not names and values");
+        const msgpack::object& names = at(payload, 0);
+        const msgpack::object& values = at(payload, 1);
+        if (names.type != msgpack::type::ARRAY || names.via.array.size > 65535) corrupt("struct field names are not a list");
+        std::vector<std::string> fieldNames;
+        std::set<std::string> seen;
+        for (std::uint32_t f = 0; f < names.via.array.size; ++f) {
+          const msgpack::object& n = at(names, f);
+          if (n.type != msgpack::type::STR || n.via.str.size == 0 || n.via.str.size > kMaxNameBytes) corrupt("a field name is not text");
+          fieldNames.emplace_back(n.via.str.ptr, n.via.str.size);
+          if (!seen.insert(fieldNames.back()).second) corrupt("a field name appears twice");
+        }
+        const std::uint64_t nf = fieldNames.size();
+        if (values.type != msgpack::type::ARRAY || values.via.array.size != numel * nf) corrupt("struct values of the wrong count");
+        std::vector<const char*> cnames;
+        for (const std::string& n : fieldNames) cnames.push_back(n.c_str());
+        matrix::unique_vxArray a;
+        try {
+          a.reset(vxCreateStructArray(dims.size(), dims.data(), static_cast<int>(nf), cnames.data()));
+        } catch (const Error&) {
+          corrupt("a field name is not a valid name");
+        }
+        for (std::uint64_t i = 0; i < numel; ++i)
+          for (std::uint64_t f = 0; f < nf; ++f) {
+            const msgpack::object& e = at(values, i * nf + f);
+            if (e.type != msgpack::type::NIL) vxSetFieldByNumber(a.get(), i, static_cast<int>(f), value(e, depth + 1).release());
+          }
+        return a;
+      }
+      case vxFUNCTION_CLASS: {
+        if (numel != 1 || dims.size() != 2) corrupt("a function handle that is not 1-by-1");
+        if (payload.type != msgpack::type::STR || payload.via.str.size == 0) corrupt("a function handle without text");
+        if (!options.makeFunctionHandle) throw Error("VANTEL:vx:serialize:NoFunctionHandles");
+        matrix::unique_vxArray a(options.makeFunctionHandle(std::string(payload.via.str.ptr, payload.via.str.size)));
+        if (!a || !vxIsFunctionHandle(a.get())) corrupt("a function handle whose text is not a function");
+        return a;
+      }
+      default:
+        break;
+    }
+    if (!isNumericClass(static_cast<int>(cls))) {
+      if (cls == vxOBJECT_CLASS) throw Error("VANTEL:vx:serialize:UnsupportedClass", "object");
+      corrupt("an unknown class id");
+    }
+    const std::uint64_t bytes = numel * realElementBytes(static_cast<int>(cls)) * (complex ? 2 : 1);
+    if (payload.type != msgpack::type::BIN || payload.via.bin.size != bytes) corrupt("numeric data of the wrong length");
+    matrix::unique_vxArray a(vxCreateNumericArray(dims.size(), dims.data(), static_cast<vxClassID>(cls),
+                                                  complex ? vxCOMPLEX : vxREAL));
+    if (bytes) std::memcpy(vxGetData(a.get()), payload.via.bin.ptr, bytes);
+    return a;
+  }
+};
+
+// The unpacked MessagePack body of framed bytes, after every frame check.
+std::vector<std::uint8_t> unframe(std::span<const std::uint8_t> bytes) {
+  if (bytes.size() < sizeof kMagic || std::memcmp(bytes.data(), kMagic, sizeof kMagic) != 0)
+    throw Error("VANTEL:vx:serialize:NotSavedData");
+  if (bytes.size() < kHeaderBytes) throw Error("VANTEL:vx:serialize:Truncated");
+  const std::uint8_t* h = bytes.data();
+  const auto version = static_cast<std::uint32_t>(getLE(h + 8, 4));
+  if (version > vxSerializeFormatVersion) throw Error("VANTEL:vx:serialize:NewerVersion", version, vxSerializeFormatVersion);
+  if (version == 0) corrupt("the format version is 0");
+  const auto flags = static_cast<std::uint32_t>(getLE(h + 12, 4));
+  const std::uint64_t bodyLength = getLE(h + 16, 8);
+  const std::uint64_t rawLength = getLE(h + 24, 8);
+  const std::uint64_t sum = getLE(h + 32, 8);
+  if ((flags & ~kFlagZstd) != 0) corrupt("unknown frame flags");
+  if (bodyLength != bytes.size() - kHeaderBytes) throw Error("VANTEL:vx:serialize:Truncated");
+  if (rawLength > kMaxRawBytes) throw Error("VANTEL:vx:serialize:TooLarge");
+  std::span<const std::uint8_t> body = bytes.subspan(kHeaderBytes);
+  std::vector<std::uint8_t> raw;
+  if (flags & kFlagZstd) {
+    if (ZSTD_getFrameContentSize(body.data(), body.size()) != rawLength) corrupt("the compressed size does not match");
+    raw.resize(rawLength);
+    const std::size_t n = ZSTD_decompress(raw.data(), raw.size(), body.data(), body.size());
+    if (ZSTD_isError(n) || n != rawLength) corrupt("the compressed body does not decompress");
+  } else {
+    if (rawLength != body.size()) corrupt("the body length does not match");
+    raw.assign(body.begin(), body.end());
+  }
+  if (checksum(raw) != sum) throw Error("VANTEL:vx:serialize:ChecksumMismatch");
+  return raw;
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> vxSerializeValues(std::span<const std::pair<std::string, const vxArray*>> values) {
+  msgpack::sbuffer buffer;
+  Packer pk(buffer);
+  pk.pack_array(static_cast<std::uint32_t>(values.size()));
+  for (const auto& [name, value] : values) {
+    pk.pack_array(2);
+    pk.pack(name);
+    packValue(pk, value, 0);
+  }
+  if (buffer.size() > kMaxRawBytes) throw Error("VANTEL:vx:serialize:TooLarge");
+  std::span<const std::uint8_t> raw(reinterpret_cast<const std::uint8_t*>(buffer.data()), buffer.size());
+
+  std::vector<std::uint8_t> out(sizeof kMagic);
+  std::memcpy(out.data(), kMagic, sizeof kMagic);
+  std::vector<std::uint8_t> packed(ZSTD_compressBound(raw.size()));
+  const std::size_t n = ZSTD_compress(packed.data(), packed.size(), raw.data(), raw.size(), 3);
+  const bool useZstd = !ZSTD_isError(n) && n < raw.size();
+  putLE(out, vxSerializeFormatVersion, 4);
+  putLE(out, useZstd ? kFlagZstd : 0, 4);
+  putLE(out, useZstd ? n : raw.size(), 8);
+  putLE(out, raw.size(), 8);
+  putLE(out, checksum(raw), 8);
+  if (useZstd) out.insert(out.end(), packed.begin(), packed.begin() + static_cast<std::ptrdiff_t>(n));
+  else out.insert(out.end(), raw.begin(), raw.end());
+  return out;
+}
+
+std::vector<vxNamedValue> vxDeserializeValues(std::span<const std::uint8_t> bytes, const vxReadOptions& options) {
+  const std::vector<std::uint8_t> raw = unframe(bytes);
+  msgpack::object_handle handle;
+  try {
+    // Counts can be no larger than the bytes that hold them.
+    const std::size_t n = raw.size();
+    msgpack::unpack_limit limit(n, n, n, n, 0, kMaxDepth * 2 + 4);
+    std::size_t offset = 0;
+    handle = msgpack::unpack(reinterpret_cast<const char*>(raw.data()), raw.size(), offset, nullptr, nullptr, limit);
+    if (offset != raw.size()) corrupt("bytes follow the saved values");
+  } catch (const Error&) {
+    throw;
+  } catch (const std::exception&) {
+    corrupt("the body is not well-formed");
+  }
+  const msgpack::object& top = handle.get();
+  if (top.type != msgpack::type::ARRAY) corrupt("the body is not a list of values");
+  Reader reader{options, raw.size()};
+  std::vector<vxNamedValue> out;
+  for (std::uint32_t i = 0; i < top.via.array.size; ++i) {
+    const msgpack::object& entry = top.via.array.ptr[i];
+    Reader::expectArray(entry, 2, "an entry is not a name and a value");
+    const msgpack::object& name = entry.via.array.ptr[0];
+    if (name.type != msgpack::type::STR || name.via.str.size == 0 || name.via.str.size > kMaxNameBytes)
+      corrupt("a value's name is not text");
+    out.push_back({std::string(name.via.str.ptr, name.via.str.size), reader.value(entry.via.array.ptr[1], 0)});
+  }
+  return out;
+}
+
+void vxSaveValuesFile(const std::string& path, std::span<const std::pair<std::string, const vxArray*>> values) {
+  const std::vector<std::uint8_t> bytes = vxSerializeValues(values);
+  std::string tmp = path + ".tmpXXXXXX";
+  const int fd = ::mkstemp(tmp.data());
+  if (fd < 0) throw Error("VANTEL:vx:serialize:WriteFailed", path, std::strerror(errno));
+  auto fail = [&](int err) {
+    ::close(fd);
+    ::unlink(tmp.c_str());
+    throw Error("VANTEL:vx:serialize:WriteFailed", path, std::strerror(err));
+  };
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t w = ::write(fd, bytes.data() + done, bytes.size() - done);
+    if (w < 0) {
+      if (errno == EINTR) continue;
+      fail(errno);
+    }
+    done += static_cast<std::size_t>(w);
+  }
+  ::fchmod(fd, 0644);
+  if (::fsync(fd) != 0) fail(errno);
+  if (::close(fd) != 0) {
+    const int err = errno;
+    ::unlink(tmp.c_str());
+    throw Error("VANTEL:vx:serialize:WriteFailed", path, std::strerror(err));
+  }
+  if (std::rename(tmp.c_str(), path.c_str()) != 0) {
+    const int err = errno;
+    ::unlink(tmp.c_str());
+    throw Error("VANTEL:vx:serialize:WriteFailed", path, std::strerror(err));
+  }
+}
+
+std::vector<vxNamedValue> vxLoadValuesFile(const std::string& path, const vxReadOptions& options) {
+  std::ifstream in(path, std::ios::binary | std::ios::ate);
+  if (!in) throw Error("VANTEL:vx:serialize:ReadFailed", path);
+  const std::streamoff size = in.tellg();
+  if (size < 0) throw Error("VANTEL:vx:serialize:ReadFailed", path);
+  if (static_cast<std::uint64_t>(size) > kMaxRawBytes + kHeaderBytes) throw Error("VANTEL:vx:serialize:TooLarge");
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size));
+  in.seekg(0);
+  if (size && !in.read(reinterpret_cast<char*>(bytes.data()), size)) throw Error("VANTEL:vx:serialize:ReadFailed", path);
+  return vxDeserializeValues(bytes, options);
+}
