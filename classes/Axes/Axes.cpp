@@ -138,6 +138,13 @@ AutoManual modeFrom(COSValue value) {
 }
 }  // namespace
 
+// Going from auto to manual keeps the limits as they read now.
+void Axes::setLimModeImpl(int dimension, COSValue value) {
+  const AutoManual mode = modeFrom(value);
+  if (mode == AutoManual::Manual && limitModes_[dimension] == AutoManual::Auto) limits_[dimension] = limits(dimension);
+  limitModes_[dimension] = mode;
+}
+
 COSValue Axes::getXLimImpl(COSPropInfo*, const COSClient*, COSInterface*) { return getLimImpl(0); }
 COSValue Axes::getYLimImpl(COSPropInfo*, const COSClient*, COSInterface*) { return getLimImpl(1); }
 COSValue Axes::getZLimImpl(COSPropInfo*, const COSClient*, COSInterface*) { return getLimImpl(2); }
@@ -154,9 +161,9 @@ COSValue Axes::getYLimModeImpl(COSPropInfo*, const COSClient*, COSInterface*) {
 COSValue Axes::getZLimModeImpl(COSPropInfo*, const COSClient*, COSInterface*) {
   return COSValue(vxCreateString(modeText(limitModes_[2])));
 }
-void Axes::setXLimModeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSValue v) { limitModes_[0] = modeFrom(v); }
-void Axes::setYLimModeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSValue v) { limitModes_[1] = modeFrom(v); }
-void Axes::setZLimModeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSValue v) { limitModes_[2] = modeFrom(v); }
+void Axes::setXLimModeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSValue v) { setLimModeImpl(0, v); }
+void Axes::setYLimModeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSValue v) { setLimModeImpl(1, v); }
+void Axes::setZLimModeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSValue v) { setLimModeImpl(2, v); }
 
 graphics::datatype::RGBAColor Axes::takeNextColor() {
   const graphics::datatype::ColorOrder& order = getColorOrder();

@@ -27,6 +27,9 @@ class AxesCopyElementMI final : public sgutils::CopyableSubclassCopyElementMI {
 
 }  // namespace
 
-void Axes::addMethods(COSClass* cls, COSID classId) { cls->addMethod(new AxesCopyElementMI(classId)); }
+void Axes::addMethods(COSClass* cls, COSID classId) {
+  cls->addMethod(new AxesCopyElementMI(classId));
+  addChildrenMethod(cls, classId);
+}
 
 }  // namespace sgclasses

@@ -45,7 +45,7 @@ HandlerInput readInput(int nrhs, const COSValue* prhs, int minimum) {
   if (!in.object) throw Error("VANTEL:sg:DeletedObject");
   const vxArray* name = arrayOf(prhs[1]);
   if (name && (vxIsChar(name) || vxIsString(name))) in.name = vxArrayToStdString(name);
-  if (in.name.empty()) throw Error("VANTEL:sg:InvalidProperty", in.object->getClass()->getName(), "''");
+  if (in.name.empty()) throw Error("VANTEL:sg:InvalidProperty", "''", in.object->getClass()->getName());
   return in;
 }
 

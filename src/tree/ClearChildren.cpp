@@ -39,10 +39,13 @@ bool serializable(const vxArray* children, std::size_t index) {
   return vxGetScalar(value.get()) != 0;
 }
 
-matrix::unique_vxArray readChildren(const COSInterfacePtr& owner) {
+// With `includeHidden` an axes gives its children through its own method
+// (which leaves out what belongs to the axes itself); otherwise every owner
+// gives the visible "Children".
+matrix::unique_vxArray readChildren(const COSInterfacePtr& owner, bool includeHidden) {
   matrix::unique_vxArray self(omCreateVCOSScalar(owner));
   static const COSID axes("vantel.graphics.axis.Axes");
-  if (owner->getClass() && owner->getClass()->isSubclassOf(axes)) {
+  if (includeHidden && owner->getClass() && owner->getClass()->isSubclassOf(axes)) {
     vxArray* out[1] = {nullptr};
     const vxArray* in[] = {self.get()};
     if (omCallMethod(owner->getClass()->getID(), "getAllchildChildren", COSGetPublicClient(), 1, out, 1, in, true))
@@ -84,9 +87,9 @@ void clearChildren(const COSInterfacePtr& owner, const std::vector<COSInterfaceP
   matrix::unique_vxArray children;
   if (includeHidden) {
     ScopeShowHiddenHandlesOn showHidden;
-    children = readChildren(owner);
+    children = readChildren(owner, true);
   } else {
-    children = readChildren(owner);
+    children = readChildren(owner, false);
   }
   deleteChildren(children.get(), owner, exempt, includeHidden);
 }

@@ -14,9 +14,10 @@ struct vxArray;
 
 namespace sgutils {
 
-// Reads the owner's children (with `includeHidden`, under
-// ScopeShowHiddenHandlesOn: an axes gives them through its method
-// "getAllchildChildren", others through "Children") and deletes them.
+// Reads the owner's children and deletes them. With `includeHidden`, under
+// ScopeShowHiddenHandlesOn, an axes gives them through its method
+// "getAllchildChildren" and others through "Children"; without it every
+// owner gives its visible "Children".
 SGUTILS_API void clearChildren(const COSInterfacePtr& owner, const std::vector<COSInterfacePtr>& exempt,
                                bool includeHidden);
 // The deleting step on a given array of children.
