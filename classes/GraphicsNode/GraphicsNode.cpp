@@ -11,6 +11,7 @@
 #include "sgdatatypes/HandleNumberTable.h"
 #include "sgutils/objects/CurrentAxes.gen.h"
 #include "sgutils/objects/GraphicsUIProperties.gen.h"
+#include "sgutils/objects/Layoutable.gen.h"
 #include "sgutils/objects/Legacy.gen.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
@@ -41,6 +42,13 @@ COSInterfacePtr parentOf(const vxArray* array) {
   throw Error("VANTEL:sgclasses:InvalidParentValue", vxGetClassName(array));
 }
 
+// An object that takes part in layouts hears of its new parent: under a
+// layout kind it keeps its Layout, elsewhere it leaves the layout.
+void tellLayoutableOfParent(COSInterface* object, COSInterface* parent) {
+  if (void* slot = object->getInstanceData(graphics::mixin::Layoutable::classID()))
+    static_cast<graphics::mixin::Layoutable*>(static_cast<SGReference*>(slot))->layoutableValidateParentAndState(parent);
+}
+
 }  // namespace
 
 bool GraphicsNode::acceptsParent(COSInterface*) const { return false; }
@@ -59,6 +67,7 @@ void GraphicsNode::setParentImpl(COSPropInfo*, const COSClient*, COSInterface* o
 void GraphicsNode::reparent(COSInterface* object, COSInterface* parent) {
   if (!parent) {
     object->unhookFromOwner();
+    tellLayoutableOfParent(object, nullptr);
     return;
   }
   if (parent->isDestroyed() || parent->isBeingDestroyed()) throw Error("VANTEL:sg:DeletedObject");
@@ -70,6 +79,7 @@ void GraphicsNode::reparent(COSInterface* object, COSInterface* parent) {
   if (object->getOwnerObject() == parent) return;
   object->unhookFromOwner();
   parent->hookChild(object);
+  tellLayoutableOfParent(object, parent);
   applyDefaultProperties(COSInterfacePtr(parent), false);
   parentChanged(object, parent);
   // After the defaults: a themed property whose mode a default made manual
@@ -79,7 +89,8 @@ void GraphicsNode::reparent(COSInterface* object, COSInterface* parent) {
 
 void GraphicsNode::runOtherLineSetups(COSInterfacePtr object) {
   static const COSID lines[] = {graphics::internal::GraphicsUIProperties::classID(),
-                                graphics::internal::Legacy::classID(), graphics::mixin::CurrentAxes::classID()};
+                                graphics::internal::Legacy::classID(), graphics::mixin::CurrentAxes::classID(),
+                                graphics::mixin::Layoutable::classID()};
   for (const COSID& id : lines) {
     auto* block = static_cast<SGReference*>(object->getInstanceData(id));
     if (block && block != static_cast<SGReference*>(this)) block->Setup(object);

@@ -4,10 +4,13 @@
 #include <cmath>
 #include <limits>
 
+#include "PickShapes.h"
 #include "sgclasses/ClassNames.h"
 #include "sgutils/interaction/HitEventData.h"
 #include "sgutils/objects/Figure.gen.h"
 #include "sgutils/objects/Line.gen.h"
+#include "sgutils/objects/Patch.gen.h"
+#include "sgutils/objects/Text.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "vcos/COSClass.h"
 #include "vcos/ObjectArray.h"
@@ -80,15 +83,29 @@ Nearest nearestOnLine(const Line& line, double x, double y, double sx, double sy
 }
 
 // Newest child first: what was added last lies on top.
-COSInterfacePtr pickBelow(COSInterface* container, double x, double y, double sx, double sy, std::array<double, 3>& point) {
+COSInterfacePtr pickBelow(COSInterface* axes, COSInterface* container, double x, double y, double sx, double sy,
+                          std::array<double, 3>& point) {
   static const COSID group(kGroupClass);
   for (COSInterface* child = container->getNewestChild(); child; child = child->getOlderSibling()) {
     if (child->isDestroyed() || child->isBeingDestroyed() || !hittableGeometry(child)) continue;
-    if (child->getClass()->isSubclassOf(group)) {
-      if (COSInterfacePtr found = pickBelow(child, x, y, sx, sy, point)) return found;
+    const COSClass* cls = child->getClass();
+    if (cls->isSubclassOf(group)) {
+      if (COSInterfacePtr found = pickBelow(axes, child, x, y, sx, sy, point)) return found;
       continue;
     }
-    if (!child->getClass()->isSubclassOf(Line::classID())) continue;
+    if (cls->isSubclassOf(Text::classID())) {
+      if (pick::hitsText(*sgutils::blockOf<Text>(child, Text::classID()), axes, x, y, sx, sy, kTolerance)) {
+        point = {x, y, 0};
+        return COSInterfacePtr(child);
+      }
+      continue;
+    }
+    if (cls->isSubclassOf(Patch::classID())) {
+      if (pick::hitsPatch(*sgutils::blockOf<Patch>(child, Patch::classID()), x, y, sx, sy, kTolerance, point))
+        return COSInterfacePtr(child);
+      continue;
+    }
+    if (!cls->isSubclassOf(Line::classID())) continue;
     const Line* line = sgutils::blockOf<Line>(child, Line::classID());
     if (!line || !line->isDataValid()) continue;
     const Nearest near = nearestOnLine(*line, x, y, sx, sy);
@@ -128,7 +145,7 @@ COSInterfacePtr reportHit(COSInterface* object, graphics::eventdata::HitImpl hit
 COSInterfacePtr pickInAxes(COSInterface* axes, double x, double y, std::array<double, 3>& point) {
   const std::array<double, 2> xl = limits(axes, "XLim"), yl = limits(axes, "YLim");
   point = {x, y, 0};
-  if (COSInterfacePtr line = pickBelow(axes, x, y, xl[1] - xl[0], yl[1] - yl[0], point)) return line;
+  if (COSInterfacePtr line = pickBelow(axes, axes, x, y, xl[1] - xl[0], yl[1] - yl[0], point)) return line;
   return COSInterfacePtr(axes);
 }
 

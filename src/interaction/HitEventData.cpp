@@ -2,6 +2,9 @@
 
 #include <utility>
 
+#include "sgutils/objects/Hit.gen.h"
+#include "sgutils/propinfos/BlockOf.h"
+#include "vcos/BuiltinClasses.h"
 #include "vcos/COSClient.h"
 
 namespace graphics::eventdata {
@@ -21,7 +24,11 @@ void fireHitEvent(const COSInterfacePtr& object, const HitImpl& hit) {
   if (!object || object->isDestroyed() || object->isBeingDestroyed()) return;
   // Event data is counted like any object; the reference frees it.
   COSInterfacePtr data(new HitEventData(object.get(), hit));
-  object->notifyEvent(COSGetPublicClient(), hitEventId(), static_cast<COSEventData*>(data.get()));
+  // As an object of the Hit class, a language callback reads the hit's values.
+  auto* eventData = static_cast<HitEventData*>(data.get());
+  vcos::bindEventData(eventData, Hit::getClassInstance());
+  if (Hit* block = sgutils::blockOf<Hit>(eventData, Hit::classID())) block->assign(hit);
+  object->notifyEvent(COSGetPublicClient(), hitEventId(), eventData);
 }
 
 }  // namespace graphics::eventdata

@@ -6,6 +6,9 @@
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Picking.h"
 #include "sgutils/interaction/HitEventData.h"
+#include "support/ErrorId.h"
+#include "vcos/BuiltinClasses.h"
+#include "vcos/COSClass.h"
 #include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSListenerOp.h"
@@ -126,6 +129,32 @@ TEST_F(ClassesTest, PickFindsTheTopmostVisibleLineNearThePoint) {
   set(s.group, "Visible", word("on").get());
   set(s.line, "YData", Arr(vxCreateDoubleScalar(10)).get());
   EXPECT_EQ(sgclasses::pickInAxes(s.axes.get(), 5, 10, at).get(), s.axes.get());
+}
+
+TEST_F(ClassesTest, AHitArrivesAsAnObjectOfTheHitClassWithItsValues) {
+  Scene s = makeScene();
+  COSInterfacePtr received;
+  COSInterfacePtr listener =
+      COSListener::createListener(COSListenerOp::fromFunction([&](COSInterface* source, COSEventData* data) {
+        received = vcos::eventDataObject(source, data);
+      }));
+  s.line->addListener(COSID("Hit"), COSListener::toListener(listener));
+  sgclasses::reportHit(s.line.get(), HitImpl{2, {4, 8, 0}, {}});
+  ASSERT_TRUE(received);
+  EXPECT_STREQ(received->getClass()->getName(), "vantel.graphics.eventdata.Hit");
+  EXPECT_EQ(vxGetScalar(get(received, "Button").get()), 2.0);
+  EXPECT_EQ(vxGetPr(get(received, "IntersectionPoint").get())[1], 8.0);
+  EXPECT_EQ(omGetArrayElement(get(received, "Primitive").get(), 0).get(), s.line.get());
+  EXPECT_EQ(omGetArrayElement(get(received, "Source").get(), 0).get(), s.line.get());
+  EXPECT_EQ(text(received, "EventName"), "Hit");
+  received = {};
+
+  // Only classes of event data take native event data.
+  COSInterfacePtr plain(new COSEventData(s.line.get(), COSID("Hit")));
+  EXPECT_EQ(sgtest::errorId([&] {
+              vcos::bindEventData(static_cast<COSEventData*>(plain.get()), s.line->getClass());
+            }),
+            "VANTEL:vcos:NotEventDataClass");
 }
 
 }  // namespace

@@ -83,8 +83,9 @@ void registerViewBuiltins() {
               "(HitTest, PickableParts, Visible), which becomes its figure's CurrentObject and runs its "
               "ButtonDownFcn. Returns that object, or [] when none takes it.");
   r.add<bPick>("pick", "target = pick(ax, [x y])\n[target, primitive] = pick(ax, [x y])",
-               "Finds the topmost line of the axes within 1% of its extent of the point (data "
-               "coordinates), or the axes itself, and reports a hit on it as hit does.");
+               "Finds the topmost line, patch or text of the axes at the point (data coordinates; a "
+               "line or outline within 1% of the axes' extent, inside a patch's face or a text's box), "
+               "or the axes itself, and reports a hit on it as hit does.");
 }
 
 }  // namespace sgsh::builtins

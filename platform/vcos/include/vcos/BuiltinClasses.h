@@ -7,6 +7,7 @@
 #include "foundation/PlatformExport.h"
 #include "vcos/COSInterfacePtr.h"
 
+class COSClass;
 class COSEventData;
 
 namespace vcos {
@@ -21,5 +22,12 @@ VCOS_API void registerBuiltinClasses();
 // is, core data described by a new "event.EventData" (or, when it names a
 // property, "event.PropertyEvent"); null for no data.
 VCOS_API COSInterfacePtr eventDataObject(COSInterface* source, COSEventData* data);
+
+// Makes native event data an object of the event data class `cls` (a class
+// derived from "event.EventData"), with the data's source and event name as
+// its Source and EventName, so that a callback receives it as it is, with the
+// properties of that class. Call it before the data is sent. Raises
+// "VANTEL:vcos:NotEventDataClass" for another class.
+VCOS_API void bindEventData(COSEventData* data, COSClass* cls);
 
 }  // namespace vcos

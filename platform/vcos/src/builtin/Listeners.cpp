@@ -23,6 +23,7 @@
 #include "vcos/src/builtin/BuiltinNames.h"
 #include "vcos/src/builtin/Callbacks.h"
 #include "vcos/src/core/Access.h"
+#include "vcos/src/core/ObjectOps.h"
 #include "vx/vxCell.h"
 #include "vx/vxCreate.h"
 #include "vx/vxObjectStorage.h"
@@ -373,4 +374,12 @@ void keepWithSources(const COSInterfacePtr& listenerObject) {
 COSInterfacePtr vcos::eventDataObject(COSInterface* source, COSEventData* data) {
   if (!data) return nullptr;
   return builtin::describeEvent(source, data, data->getProperty() != nullptr, data->getEventName());
+}
+
+void vcos::bindEventData(COSEventData* data, COSClass* cls) {
+  if (!cls->isSubclassOf(builtin::names().eventData)) throw Error("VANTEL:vcos:NotEventDataClass", cls->getName());
+  vcos::internal::ObjectOps::bindToClass(data, cls);
+  auto* block = static_cast<builtin::EventDataBlock*>(data->getInstanceData(builtin::names().eventData));
+  block->source = data->getSourceWeak();
+  block->eventName = data->getEventName();
 }

@@ -1,0 +1,26 @@
+// How an object in a layout reports its position in another object's units.
+// A layout container installs a strategy of its own; this default one hands
+// the given position back unchanged.
+#pragma once
+
+#include "sgdatatypes/Position.h"
+#include "sgutils/SgutilsExport.h"
+#include "vcos/COSInterfacePtr.h"
+#include "vx/vxTypes.h"
+
+namespace sgutils {
+
+class SGUTILS_API PositionReportStrategy {
+ public:
+  PositionReportStrategy() = default;
+  PositionReportStrategy(const PositionReportStrategy&) = delete;
+  PositionReportStrategy& operator=(const PositionReportStrategy&) = delete;
+  virtual ~PositionReportStrategy() = default;
+
+  // `units` may be null (not given); `target` may be empty.
+  virtual graphics::datatype::Position getRelativePosition(const COSInterfacePtr& target,
+                                                           const graphics::datatype::Position& position,
+                                                           const vxArray* units) const;
+};
+
+}  // namespace sgutils

@@ -1,0 +1,11 @@
+#include "sgutils/interaction/PositionReportStrategy.h"
+
+namespace sgutils {
+
+graphics::datatype::Position PositionReportStrategy::getRelativePosition(const COSInterfacePtr&,
+                                                                         const graphics::datatype::Position& position,
+                                                                         const vxArray*) const {
+  return position;
+}
+
+}  // namespace sgutils

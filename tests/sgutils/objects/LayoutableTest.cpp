@@ -1,0 +1,228 @@
+// Layoutable on a generated test class: the Layout value and its check, the
+// observers it tells, what a new parent does to it, and the position
+// strategy; and the tiled chart options it holds.
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "MixinTestSupport.h"
+#include "sgutils/objects/ConcreteLayoutable.gen.h"
+#include "sgutils/objects/Layout.gen.h"
+#include "sgutils/objects/MockLayoutObserver.gen.h"
+#include "sgutils/objects/MixinMethod.h"
+#include "support/ErrorId.h"
+#include "vcos/COSClass.h"
+
+namespace sgtest {
+namespace {
+
+// One call of handleChildLayoutPropChanged: who heard, of whom, and the old layout.
+struct LayoutCall {
+  COSInterface* observer;
+  COSInterface* child;
+  COSInterface* oldLayout;
+};
+std::vector<LayoutCall>& layoutCalls() {
+  static std::vector<LayoutCall> calls;
+  return calls;
+}
+
+COSInterface* element(const COSValue& value) {
+  const auto* array = value.asPointer<const vxArray>();
+  return array && omIsVCOS(array) && vxGetNumberOfElements(array) == 1 ? omGetArrayElement(array, 0).get() : nullptr;
+}
+
+void handleChildLayoutPropChanged(const COSClient*, int&, COSValue*, int nrhs, const COSValue* prhs) {
+  ASSERT_EQ(nrhs, 3);
+  layoutCalls().push_back({element(prhs[0]), element(prhs[1]), element(prhs[2])});
+}
+
+}  // namespace
+
+void MockLayoutObserver::addMethods(COSClass* cls, COSID classId) {
+  sgutils::addMixinMethod(cls, classId, "handleChildLayoutPropChanged", &handleChildLayoutPropChanged,
+                          {"observer", "child", "oldLayout"}, {});
+}
+
+namespace mixins {
+namespace {
+
+using graphics::mixin::Layoutable;
+
+COSInterfacePtr makeLayoutObject(const char* className) {
+  static const bool done = [] {
+    registerMixinTestClasses();
+    using namespace sgutils::generated;
+    registerConcreteLayoutable();
+    registerMockLayoutObserver();
+    registerLayout();
+    return true;
+  }();
+  (void)done;
+  return make(className);
+}
+
+Layoutable& layoutable(const COSInterfacePtr& object) {
+  return *static_cast<Layoutable*>(static_cast<SGReference*>(object->getInstanceData(Layoutable::classID())));
+}
+
+class LayoutableTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    layoutCalls().clear();
+    object = makeLayoutObject("sg2utils.ConcreteLayoutable");
+    options = makeLayoutObject("vantel.graphics.layout.TiledChartLayoutOptions");
+  }
+  void TearDown() override {
+    for (auto& o : made) remove(o);
+    remove(object);
+    remove(options);
+    layoutCalls().clear();
+  }
+  COSInterfacePtr another(const char* className) { return made.emplace_back(makeLayoutObject(className)); }
+
+  COSInterfacePtr object, options;
+  std::vector<COSInterfacePtr> made;
+};
+
+TEST_F(LayoutableTest, TiledOptionsStartAtTileOneSpanningOneCellAndCheckTheirValues) {
+  EXPECT_EQ(vxGetScalar(get(options, "Tile").get()), 1.0);
+  Arr span = get(options, "TileSpan");
+  ASSERT_EQ(vxGetNumberOfElements(span.get()), 2u);
+  EXPECT_EQ(vxGetPr(span.get())[0], 1.0);
+  EXPECT_EQ(vxGetPr(span.get())[1], 1.0);
+  EXPECT_EQ(getText(options, "TileMode"), "auto");
+
+  Arr rowColumn(vxCreateDoubleMatrix(1, 2, vxREAL));
+  vxGetPr(rowColumn.get())[0] = 2;
+  vxGetPr(rowColumn.get())[1] = 3;
+  set(options, "Tile", rowColumn.get());
+  EXPECT_EQ(getText(options, "TileMode"), "manual");
+  Arr tile = get(options, "Tile");
+  ASSERT_EQ(vxGetNumberOfElements(tile.get()), 2u);
+  EXPECT_EQ(vxGetPr(tile.get())[1], 3.0);
+
+  Arr zero(vxCreateDoubleScalar(0));
+  EXPECT_EQ(errorId([&] { set(options, "Tile", zero.get()); }), "VANTEL:datatypes:InvalidTile");
+  EXPECT_EQ(errorId([&] { set(options, "TileSpan", zero.get()); }), "VANTEL:datatypes:InvalidTiledGridSize");
+  EXPECT_TRUE(options->getClass()->isSubclassOf(COSID("vantel.ui.layout.LayoutOptions")));
+}
+
+TEST_F(LayoutableTest, LayoutTakesOptionsOrEmptyAndRefusesOtherObjectsLeavingTheOldValue) {
+  EXPECT_TRUE(vxIsEmpty(get(object, "Layout").get()));
+  Arr value = obj(options);
+  set(object, "Layout", value.get());
+  EXPECT_EQ(getObject(object, "Layout").get(), options.get());
+
+  Arr stranger = obj(another("sg2utils.MockLayoutObserver"));
+  EXPECT_EQ(errorId([&] { set(object, "Layout", stranger.get()); }), "VANTEL:datatypes:InvalidLayout");
+  EXPECT_EQ(getObject(object, "Layout").get(), options.get());
+
+  set(object, "Layout", empty().get());
+  EXPECT_TRUE(vxIsEmpty(get(object, "Layout").get()));
+}
+
+TEST_F(LayoutableTest, ObserversHearEachChangeInOrderWithTheOldLayout) {
+  COSInterfacePtr first = another("sg2utils.MockLayoutObserver");
+  COSInterfacePtr second = another("sg2utils.MockLayoutObserver");
+  Layoutable& block = layoutable(object);
+  // The same observer twice is told twice.
+  block.addLayoutPropertyValueChangeObserver(first);
+  block.addLayoutPropertyValueChangeObserver(second);
+  block.addLayoutPropertyValueChangeObserver(first);
+
+  Arr value = obj(options);
+  set(object, "Layout", value.get());
+  ASSERT_EQ(layoutCalls().size(), 3u);
+  EXPECT_EQ(layoutCalls()[0].observer, first.get());
+  EXPECT_EQ(layoutCalls()[1].observer, second.get());
+  EXPECT_EQ(layoutCalls()[2].observer, first.get());
+  EXPECT_EQ(layoutCalls()[0].child, object.get());
+  EXPECT_EQ(layoutCalls()[0].oldLayout, nullptr);
+
+  // Removing once leaves the second entry; the old layout is handed on.
+  block.removeLayoutPropertyValueChangeObserver(first);
+  EXPECT_EQ(block.observerCount(), 2u);
+  layoutCalls().clear();
+  block.resetLayout(object.get());
+  ASSERT_EQ(layoutCalls().size(), 2u);
+  EXPECT_EQ(layoutCalls()[0].observer, second.get());
+  EXPECT_EQ(layoutCalls()[1].observer, first.get());
+  EXPECT_EQ(layoutCalls()[1].oldLayout, options.get());
+
+  // A deleted observer is passed over and stays; an unknown one changes nothing.
+  remove(second);
+  block.removeLayoutPropertyValueChangeObserver(another("sg2utils.MockLayoutObserver"));
+  block.removeLayoutPropertyValueChangeObserver(second);
+  EXPECT_EQ(block.observerCount(), 2u);
+  layoutCalls().clear();
+  set(object, "Layout", value.get());
+  ASSERT_EQ(layoutCalls().size(), 1u);
+  EXPECT_EQ(layoutCalls()[0].observer, first.get());
+
+  // The container's own store tells nobody.
+  layoutCalls().clear();
+  Arr none = empty();
+  block.setLayoutFromLayoutContainer(none.get());
+  EXPECT_TRUE(layoutCalls().empty());
+  EXPECT_TRUE(block.getLayout().isEmpty());
+}
+
+TEST_F(LayoutableTest, TheMethodsReachTheObserversAndTheParentCheckFromTheLanguage) {
+  COSInterfacePtr observer = another("sg2utils.MockLayoutObserver");
+  Arr self = obj(object), watcher = obj(observer);
+  const vxArray* inputs[] = {self.get(), watcher.get()};
+  vxArray* outputs[1] = {nullptr};
+  ASSERT_TRUE(omCallMethod(object->getClass()->getID(), "addLayoutPropertyValueChangeObserver", COSGetPublicClient(),
+                           0, outputs, 2, inputs, true));
+  Arr value = obj(options);
+  set(object, "Layout", value.get());
+  EXPECT_EQ(layoutCalls().size(), 1u);
+
+  COSInterfacePtr container = another("vantel.graphics.layout.Layout");
+  Arr parent = obj(container);
+  const vxArray* parentInputs[] = {self.get(), parent.get()};
+  ASSERT_TRUE(omCallMethod(object->getClass()->getID(), "layoutableValidateParentAndState", COSGetPublicClient(), 0,
+                           outputs, 2, parentInputs, true));
+  ASSERT_TRUE(omCallMethod(object->getClass()->getID(), "allowManualPositionSet", COSGetPublicClient(), 1, outputs,
+                           1, inputs, true));
+  Arr allowed(outputs[0]);
+  EXPECT_EQ(vxGetScalar(allowed.get()), 0.0);
+}
+
+TEST_F(LayoutableTest, ANewParentKeepsTheLayoutUnderALayoutKindAndClearsItElsewhere) {
+  Layoutable& block = layoutable(object);
+  Arr value = obj(options);
+  set(object, "Layout", value.get());
+  EXPECT_TRUE(block.allowManualPositionSet());
+
+  block.layoutableValidateParentAndState(another("vantel.graphics.layout.Layout").get());
+  EXPECT_FALSE(block.allowManualPositionSet());
+  EXPECT_EQ(getObject(object, "Layout").get(), options.get());
+  EXPECT_EQ(block.strategy(), nullptr);
+
+  // A plain parent: out of the layout, with a default strategy, telling no observer.
+  block.addLayoutPropertyValueChangeObserver(another("sg2utils.MockLayoutObserver"));
+  block.layoutableValidateParentAndState(another("sg2utils.ConcreteLayoutable").get());
+  EXPECT_TRUE(block.allowManualPositionSet());
+  EXPECT_TRUE(vxIsEmpty(get(object, "Layout").get()));
+  EXPECT_NE(block.strategy(), nullptr);
+  EXPECT_TRUE(layoutCalls().empty());
+
+  block.layoutableValidateParentAndState(another("vantel.graphics.layout.Layout").get());
+  block.layoutableValidateParentAndState(nullptr);
+  EXPECT_TRUE(block.allowManualPositionSet());
+}
+
+TEST_F(LayoutableTest, TheDefaultStrategyReportsThePositionUnchangedAndIsMadeOnFirstUse) {
+  Layoutable& block = layoutable(object);
+  ASSERT_EQ(block.strategy(), nullptr);
+  const graphics::datatype::Position where{10, 20, 300, 400};
+  const auto reported = block.getRelativePosition(object.get(), where, nullptr, {});
+  EXPECT_NE(block.strategy(), nullptr);
+  EXPECT_EQ(reported, where);
+}
+
+}  // namespace
+}  // namespace mixins
+}  // namespace sgtest
