@@ -12,6 +12,7 @@
 #include "sgutils/objects/CurrentAxes.gen.h"
 #include "sgutils/objects/GraphicsUIProperties.gen.h"
 #include "sgutils/objects/Legacy.gen.h"
+#include "sgutils/objects/Themeable.gen.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSPropInfo.h"
@@ -79,7 +80,8 @@ void GraphicsNode::reparent(COSInterface* object, COSInterface* parent) {
 
 void GraphicsNode::runOtherLineSetups(COSInterfacePtr object) {
   static const COSID lines[] = {graphics::internal::GraphicsUIProperties::classID(),
-                                graphics::internal::Legacy::classID(), graphics::mixin::CurrentAxes::classID()};
+                                graphics::internal::Legacy::classID(), graphics::mixin::CurrentAxes::classID(),
+                                graphics::mixin::Themeable::classID()};
   for (const COSID& id : lines) {
     auto* block = static_cast<SGReference*>(object->getInstanceData(id));
     if (block && block != static_cast<SGReference*>(this)) block->Setup(object);
