@@ -114,6 +114,24 @@ vxArray* GraphicsTheme::getThemeAttributeValue(const std::string& attribute) {
 
 void GraphicsTheme::singleColorThemeOverride(const RGBAColor* color) {
   overrideColor_ = color ? std::make_unique<RGBAColor>(*color) : nullptr;
+  resolved_.clear();
+}
+
+const vxArray* GraphicsTheme::resolvedThemeAttributeValue(const std::string& attribute) {
+  auto it = resolved_.find(attribute);
+  if (it == resolved_.end()) it = resolved_.emplace(attribute, getThemeAttributeValue(attribute)).first;
+  return it->second.get();
+}
+
+// Any change of the theme's own properties may change what an attribute resolves to.
+void GraphicsTheme::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
+  resolved_.clear();
+  GeneratedBlock::doPostSet(std::move(object), property, flags);
+}
+
+void GraphicsTheme::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+  resolved_.clear();
+  GeneratedBlock::doPostSet(std::move(object), property, limitsDirty, objectDirty);
 }
 
 void GraphicsTheme::copyStateFrom(const GraphicsTheme& other) {

@@ -119,20 +119,18 @@ bool setResolved(const COSInterfacePtr& object, COSPropInfo* target, COSPropInfo
   return true;
 }
 
-// The theme's values, each attribute asked once per application.
+// The theme's values: the theme keeps each attribute's value until it
+// changes, so a new object under a themed figure does not ask afresh.
 class ValueCache {
  public:
-  explicit ValueCache(const ThemeInfo& theme) : theme_(theme) {}
+  explicit ValueCache(const ThemeInfo& theme)
+      : theme_(theme.isValid() ? GraphicsTheme::fromObject(theme.getThemeCosi()) : nullptr) {}
   const vxArray* get(const std::string& attribute) {
-    auto it = values_.find(&attribute);
-    if (it == values_.end()) it = values_.emplace(&attribute, theme_.getThemeAttributeValue(attribute)).first;
-    return it->second.get();
+    return theme_ ? theme_->resolvedThemeAttributeValue(attribute) : nullptr;
   }
 
  private:
-  const ThemeInfo& theme_;
-  // Keyed by the table's own string: one attribute text, one address.
-  std::unordered_map<const std::string*, matrix::unique_vxArray> values_;
+  GraphicsTheme* theme_;
 };
 
 bool setPVPairOn(const COSInterfacePtr& object, const std::string& property, const vxArray* value,
