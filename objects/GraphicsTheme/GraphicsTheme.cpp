@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 #include "foundation/core/except/Error.h"
 #include "foundation/uithemes/ThemeColors.h"
@@ -119,7 +120,12 @@ void GraphicsTheme::singleColorThemeOverride(const RGBAColor* color) {
 
 const vxArray* GraphicsTheme::resolvedThemeAttributeValue(const std::string& attribute) {
   auto it = resolved_.find(attribute);
-  if (it == resolved_.end()) it = resolved_.emplace(attribute, getThemeAttributeValue(attribute)).first;
+  if (it == resolved_.end()) {
+    matrix::unique_vxArray value(getThemeAttributeValue(attribute));
+    // Kept past the call that asked for it.
+    vxSetArrayScope(value.get(), vxSCOPE_PERSISTENT);
+    it = resolved_.emplace(attribute, std::move(value)).first;
+  }
   return it->second.get();
 }
 
