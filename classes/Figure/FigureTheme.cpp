@@ -3,6 +3,7 @@
 // figure's tree whose mode is auto; new children take it when parented.
 #include "sgclasses/Theming.h"
 
+#include <utility>
 #include <vector>
 
 #include "sgclasses/Objects.h"
@@ -15,6 +16,7 @@
 #include "sgutils/themes/ThemeUtils.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSInterface.h"
+#include "vcos/COSPropInfo.h"
 #include "vcos/ObjectArray.h"
 #include "vx/vx.h"
 
@@ -87,9 +89,23 @@ void Figure::alwaysUseDesktopTheme(bool flag) {
   alwaysUseDesktopTheme_ = flag;
   // Off: the theme stays until the preferences next change.
   if (!flag) return;
-  setThemeMode(graphics::datatype::AutoManual::Auto, graphics::datatype::PrivateClient);
+  {
+    // The theme of the desktop follows here, whatever the mode's own answer would be.
+    const bool was = std::exchange(settingModeItself_, true);
+    setThemeMode(graphics::datatype::AutoManual::Auto, graphics::datatype::PrivateClient);
+    settingModeItself_ = was;
+  }
   matrix::unique_vxArray made(GraphicsTheme::builtinThemeFactory(sgutils::themes::desktopThemeSetting().isDark()));
   changeTheme(omGetArrayElement(made.get(), 0));
+}
+
+void Figure::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+  GraphicsContainer::doPostSet(object, property, limitsDirty, objectDirty);
+  static const COSID themeMode("ThemeMode");
+  // Only a change reaches here: manual back to auto.
+  if (property && !settingModeItself_ && property->getID() == themeMode &&
+      getThemeMode() == graphics::datatype::AutoManual::Auto)
+    respondToThemePreferences();
 }
 
 void Figure::changeTheme(COSInterfacePtr theme) {
@@ -101,6 +117,12 @@ void Figure::changeTheme(COSInterfacePtr theme) {
   static const COSID themeChanged("ThemeChanged");
   if (!object->isDestroyed() && !object->isBeingDestroyed())
     object->notifyEvent(COSGetPublicClient(), themeChanged, nullptr);
+}
+
+COSInterfacePtr themeContainerOf(const COSInterface* object) {
+  for (const COSInterface* up = object; up; up = up->getOwnerObject())
+    if (sgutils::blockOf<Figure>(up, Figure::classID())) return COSInterfacePtr(const_cast<COSInterface*>(up));
+  return {};
 }
 
 COSInterfacePtr themeFromAncestors(const COSInterface* object) {

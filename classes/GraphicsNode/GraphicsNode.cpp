@@ -13,6 +13,7 @@
 #include "sgutils/objects/GraphicsUIProperties.gen.h"
 #include "sgutils/objects/Layoutable.gen.h"
 #include "sgutils/objects/Legacy.gen.h"
+#include "sgutils/objects/Themeable.gen.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSPropInfo.h"
@@ -90,7 +91,8 @@ void GraphicsNode::reparent(COSInterface* object, COSInterface* parent) {
 void GraphicsNode::runOtherLineSetups(COSInterfacePtr object) {
   static const COSID lines[] = {graphics::internal::GraphicsUIProperties::classID(),
                                 graphics::internal::Legacy::classID(), graphics::mixin::CurrentAxes::classID(),
-                                graphics::mixin::Layoutable::classID()};
+                                graphics::mixin::Layoutable::classID(),
+                                graphics::mixin::Themeable::classID()};
   for (const COSID& id : lines) {
     auto* block = static_cast<SGReference*>(object->getInstanceData(id));
     if (block && block != static_cast<SGReference*>(this)) block->Setup(object);

@@ -9,6 +9,8 @@
 #include "sgclasses/Enumerations.h"
 #include "sgdatatypes/Registration.h"
 #include "sgclasses/Objects.h"
+#include "sgclasses/Theming.h"
+#include "sgutils/themes/ThemeUtils.h"
 #include "sgutils/startup/Startup.h"
 #include "sgutils/objects/Axes.gen.h"
 #include "sgutils/objects/ContextMenu.gen.h"
@@ -80,6 +82,8 @@ void registerClasses() {
     registerDisplayData();
     // findobj walks a container's children in place, as its Children lists them.
     sgutils::setChildListingLookup(&ContainerChildren::listingOf);
+    // The figure is the theme container of its tree.
+    sgutils::themes::setGoverningThemeLookup(&themeFromAncestors);
     return true;
   }();
   (void)done;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 #include "foundation/core/except/Error.h"
 #include "foundation/uithemes/ThemeColors.h"
@@ -114,6 +115,29 @@ vxArray* GraphicsTheme::getThemeAttributeValue(const std::string& attribute) {
 
 void GraphicsTheme::singleColorThemeOverride(const RGBAColor* color) {
   overrideColor_ = color ? std::make_unique<RGBAColor>(*color) : nullptr;
+  resolved_.clear();
+}
+
+const vxArray* GraphicsTheme::resolvedThemeAttributeValue(const std::string& attribute) {
+  auto it = resolved_.find(attribute);
+  if (it == resolved_.end()) {
+    matrix::unique_vxArray value(getThemeAttributeValue(attribute));
+    // Kept past the call that asked for it.
+    vxSetArrayScope(value.get(), vxSCOPE_PERSISTENT);
+    it = resolved_.emplace(attribute, std::move(value)).first;
+  }
+  return it->second.get();
+}
+
+// Any change of the theme's own properties may change what an attribute resolves to.
+void GraphicsTheme::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
+  resolved_.clear();
+  GeneratedBlock::doPostSet(std::move(object), property, flags);
+}
+
+void GraphicsTheme::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+  resolved_.clear();
+  GeneratedBlock::doPostSet(std::move(object), property, limitsDirty, objectDirty);
 }
 
 void GraphicsTheme::copyStateFrom(const GraphicsTheme& other) {

@@ -14,6 +14,7 @@
 #include "builtins/PrintBuiltins.h"
 #include "builtins/ViewBuiltins.h"
 #include "builtins/ThemeShellBuiltins.h"
+#include "builtins/ThemeValueBuiltins.h"
 #include "builtins/GraphicsBuiltins.h"
 #include "foundation/core/except/Error.h"
 #include "sgclasses/Registration.h"
@@ -37,6 +38,7 @@ class GraphicsLibrary {
     sgsh::builtins::registerPrintBuiltins();
     sgsh::builtins::registerViewBuiltins();
     sgsh::builtins::registerThemeShellBuiltins();
+    sgsh::builtins::registerThemeValueBuiltins();
     Dl_info info{};
     if (dladdr(reinterpret_cast<void*>(&VLInitialize_sgutils), &info) == 0 || !info.dli_fname) return;
     // Already loaded: this only takes a handle of our own to it.

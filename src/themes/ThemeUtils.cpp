@@ -6,6 +6,7 @@
 
 
 #include "sgutils/objects/GraphicsTheme.gen.h"
+#include "sgutils/objects/Themeable.gen.h"
 #include "sgutils/propinfos/ForceHonorModesScopeGuard.h"
 #include "sgutils/propinfos/RelatedProperties.h"
 #include "sgutils/themes/ThemeMappingTable.h"
@@ -16,6 +17,7 @@
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
 #include "vcos/ConvertedValue.h"
+#include "vcos/ObjectArray.h"
 #include "vx/vx.h"
 
 namespace sgutils::themes {
@@ -117,23 +119,46 @@ bool setResolved(const COSInterfacePtr& object, COSPropInfo* target, COSPropInfo
   return true;
 }
 
-// The theme's values, each attribute asked once per application.
+// The theme's values: the theme keeps each attribute's value until it
+// changes, so a new object under a themed figure does not ask afresh.
 class ValueCache {
  public:
-  explicit ValueCache(const ThemeInfo& theme) : theme_(theme) {}
+  explicit ValueCache(const ThemeInfo& theme)
+      : theme_(theme.isValid() ? GraphicsTheme::fromObject(theme.getThemeCosi()) : nullptr) {}
   const vxArray* get(const std::string& attribute) {
-    auto it = values_.find(&attribute);
-    if (it == values_.end()) it = values_.emplace(&attribute, theme_.getThemeAttributeValue(attribute)).first;
-    return it->second.get();
+    return theme_ ? theme_->resolvedThemeAttributeValue(attribute) : nullptr;
   }
 
  private:
-  const ThemeInfo& theme_;
-  // Keyed by the table's own string: one attribute text, one address.
-  std::unordered_map<const std::string*, matrix::unique_vxArray> values_;
+  GraphicsTheme* theme_;
 };
 
-bool applyWithCache(const COSInterfacePtr& object, ValueCache& values, bool overrideManualValues) {
+bool setPVPairOn(const COSInterfacePtr& object, const std::string& property, const vxArray* value,
+                 bool overrideManualValues);
+
+// An object with custom mappings: its combined map is its own, so the names
+// are resolved and the attributes asked per object (custom mappings are rare).
+bool applyCombined(const COSInterfacePtr& object, const graphics::mixin::Themeable& themeable, const ThemeInfo& theme,
+                   bool overrideManualValues) {
+  const ThemeMap map = themeable.getCombinedThemeAttributeMap(object.get());
+  if (map.empty()) return true;
+  ForceHonorModesScopeGuard guard(object.get(), true);
+  for (const auto& [property, attribute] : map) {
+    if (property.empty()) continue;
+    matrix::unique_vxArray value = theme.getThemeAttributeValue(attribute);
+    setPVPairOn(object, property, value.get(), overrideManualValues);
+    if (object->isDestroyed()) return false;
+  }
+  return true;
+}
+
+bool applyWithCache(const COSInterfacePtr& object, ValueCache& values, const ThemeInfo& theme,
+                    bool overrideManualValues) {
+  // Only an object with a Themeable side takes part in theming.
+  const auto* themeable = graphics::mixin::Themeable::fromObject(object.get());
+  if (!themeable) return true;
+  if (themeable->hasCustomThemePropertyMappings())
+    return applyCombined(object, *themeable, theme, overrideManualValues);
   const COSClass* cls = object->getClass();
   const ThemeMap* map = findBuiltinThemeMap(cls->getName());
   if (!map || map->empty()) return true;
@@ -145,17 +170,15 @@ bool applyWithCache(const COSInterfacePtr& object, ValueCache& values, bool over
   return true;
 }
 
-void walk(const COSInterfacePtr& node, ValueCache& values) {
+void walk(const COSInterfacePtr& node, ValueCache& values, const ThemeInfo& theme) {
   if (!isLive(node.get())) return;
-  applyWithCache(node, values, false);
+  applyWithCache(node, values, theme, false);
   for (COSInterface* child = node->getOldestChild(); child; child = child->getNewerSibling())
-    walk(COSInterfacePtr(child), values);
+    walk(COSInterfacePtr(child), values, theme);
 }
 
-}  // namespace
-
-bool setPVPair(const COSInterfacePtr& object, const std::string& property, const vxArray* value,
-               bool overrideManualValues) {
+bool setPVPairOn(const COSInterfacePtr& object, const std::string& property, const vxArray* value,
+                 bool overrideManualValues) {
   if (!value || isEmptyText(value) || !isLive(object.get())) return false;
   const COSClass* cls = object->getClass();
   COSPropInfo* target = settableOn(cls, property + "_I");
@@ -164,16 +187,57 @@ bool setPVPair(const COSInterfacePtr& object, const std::string& property, const
   return setResolved(object, target, modeOn(cls, property), value, overrideManualValues);
 }
 
+}  // namespace
+
+bool setPVPair(const COSInterfacePtr& object, const std::string& property, const vxArray* value,
+               bool overrideManualValues) {
+  return setPVPairOn(object, property, value, overrideManualValues);
+}
+
 bool applyThemeValues(const COSInterfacePtr& object, const ThemeInfo& theme, bool overrideManualValues) {
   if (!isLive(object.get()) || !theme.isValid()) return true;
   ValueCache values(theme);
-  return applyWithCache(object, values, overrideManualValues);
+  return applyWithCache(object, values, theme, overrideManualValues);
 }
 
 void applyThemeToSubtree(const COSInterfacePtr& node, const ThemeInfo& theme) {
   if (!theme.isValid()) return;
   ValueCache values(theme);
-  walk(node, values);
+  walk(node, values, theme);
+}
+
+}  // namespace sgutils::themes
+
+namespace sgutils::themes {
+
+namespace {
+GoverningThemeLookup& lookupSlot() noexcept {
+  static GoverningThemeLookup lookup = nullptr;
+  return lookup;
+}
+}  // namespace
+
+void setGoverningThemeLookup(GoverningThemeLookup lookup) noexcept { lookupSlot() = lookup; }
+
+COSInterfacePtr getGoverningTheme(const COSInterface* object) {
+  GoverningThemeLookup lookup = lookupSlot();
+  return lookup && object ? lookup(object) : COSInterfacePtr();
+}
+
+void setPropertyToThemedValue(const COSInterfacePtr& object, const std::string& property, bool assumeLightTheme) {
+  if (!isLive(object.get())) return;
+  const auto* themeable = graphics::mixin::Themeable::fromObject(object.get());
+  if (!themeable) return;
+  ThemeInfo theme(getGoverningTheme(object.get()));
+  matrix::unique_vxArray light;
+  if (!theme.isValid() && assumeLightTheme) {
+    light.reset(GraphicsTheme::builtinThemeFactory(false));
+    if (light) theme = ThemeInfo(omGetArrayElement(light.get(), 0));
+  }
+  if (!theme.isValid()) return;
+  const std::string attribute = themeable->getCombinedThemePropertyMapping(object.get(), property);
+  matrix::unique_vxArray value = theme.getThemeAttributeValue(attribute);
+  setPVPair(object, property, value.get(), false);
 }
 
 }  // namespace sgutils::themes

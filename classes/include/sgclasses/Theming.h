@@ -12,6 +12,9 @@ namespace sgclasses {
 // none is there or that figure has no theme.
 SGCLASSES_API COSInterfacePtr themeFromAncestors(const COSInterface* object);
 
+// The nearest figure at or above `object` (its theme container), or null.
+SGCLASSES_API COSInterfacePtr themeContainerOf(const COSInterface* object);
+
 // Applies that theme to `object` and everything below it; nothing happens
 // without one. Called when an object gets a new parent.
 SGCLASSES_API void applyThemeFromAncestors(COSInterface* object);

@@ -48,4 +48,19 @@ SGUTILS_API bool setPVPair(const COSInterfacePtr& object, const std::string& pro
 // their children, oldest child first.
 SGUTILS_API void applyThemeToSubtree(const COSInterfacePtr& node, const ThemeInfo& theme);
 
+// Finds the theme that governs an object: the one of its nearest theme
+// container. The container classes live above this library, so they
+// install the look-up at start-up; without one no object has a theme.
+using GoverningThemeLookup = COSInterfacePtr (*)(const COSInterface* object);
+SGUTILS_API void setGoverningThemeLookup(GoverningThemeLookup lookup) noexcept;
+// The theme object that governs `object`, or null.
+SGUTILS_API COSInterfacePtr getGoverningTheme(const COSInterface* object);
+
+// Sets one property of an object to its themed value: the governing theme's
+// value of the attribute that the object's combined map gives the property,
+// through setPVPair (a manual property keeps its value). Without a governing
+// theme, the built-in light theme when `assumeLightTheme`, else nothing.
+SGUTILS_API void setPropertyToThemedValue(const COSInterfacePtr& object, const std::string& property,
+                                          bool assumeLightTheme);
+
 }  // namespace sgutils::themes
