@@ -278,13 +278,10 @@ void TreePainter::paintLeaf(COSInterface* object, const Frame& f,
     // goes back to the picture's however the drawing ends.
     Surface fresh(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
     Context rc(cairo_create(fresh.get()));
-    struct Restore {
-      cairo_t*& slot;
-      cairo_t* saved;
-      ~Restore() { slot = saved; }
-    } restore{cr_, cr_};
-    cr_ = rc.get();
-    (this->*paint)(object, f);
+    {
+      DrawInto into(cr_, rc.get());
+      (this->*paint)(object, f);
+    }
     rc.reset();
     drawing = drawn_->store(object, f, std::move(fresh));
   }
@@ -337,12 +334,7 @@ void TreePainter::paintRuns(COSInterface* axes, const Frame& f, COSInterface* sk
       run.image.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, iw, ih));
       cairo_surface_set_device_offset(run.image.get(), -ix, -iy);
       Context rc(cairo_create(run.image.get()));
-      struct Restore {
-        cairo_t*& slot;
-        cairo_t* saved;
-        ~Restore() { slot = saved; }
-      } restore{cr_, cr_};
-      cr_ = rc.get();
+      DrawInto into(cr_, rc.get());
       for (std::size_t i = begin; i < end; ++i) {
         paintLeaf(leaves[i].first, f, leaves[i].second);
         run.members.push_back(leaves[i].first);

@@ -53,6 +53,20 @@ class TreePainter {
   void label(const std::string& text, double x, double y, double h, double v, double sizePt, bool bold,
              const std::string& font, double rotationDeg);
 
+  // While it lives, the painter draws into another context; the painter's
+  // own comes back however the drawing ends.
+  class DrawInto {
+   public:
+    DrawInto(cairo_t*& slot, cairo_t* other) : slot_(slot), saved_(slot) { slot_ = other; }
+    ~DrawInto() { slot_ = saved_; }
+    DrawInto(const DrawInto&) = delete;
+    DrawInto& operator=(const DrawInto&) = delete;
+
+   private:
+    cairo_t*& slot_;
+    cairo_t* saved_;
+  };
+
   cairo_t* cr_;
   double width_, height_, scale_;
   RenderStats stats_;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "ClassesTestSupport.h"
+#include "ThemeColorRows.h"
 #include "foundation/uithemes/ThemeColors.h"
 #include "sgclasses/ClassNames.h"
 #include "sgdatatypes/RGBAColor.h"
@@ -20,19 +21,6 @@ using sgclasses::create;
 using sgclasses::root;
 
 Arr textArray(const char* s) { return Arr(vxCreateString(s)); }
-
-// The colour the colour service gives a variable, as the 1-by-3 row a get reads.
-std::string serviceRow(const std::string& variable, const char* style) {
-  const RGBAColor c(*uithemes::utils::getColor(variable, style));
-  return std::to_string(c.red()) + " " + std::to_string(c.green()) + " " + std::to_string(c.blue());
-}
-
-std::string row(const COSInterfacePtr& object, const char* name) {
-  Arr a = get(object, name);
-  const double* p = vxGetPr(a.get());
-  EXPECT_EQ(vxGetNumberOfElements(a.get()), 3u) << name;
-  return std::to_string(p[0]) + " " + std::to_string(p[1]) + " " + std::to_string(p[2]);
-}
 
 // Every colour row of the object's class holds the service's value for `style`.
 void expectThemed(const COSInterfacePtr& object, const char* style) {

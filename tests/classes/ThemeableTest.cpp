@@ -3,6 +3,7 @@
 #include <string>
 
 #include "ClassesTestSupport.h"
+#include "ThemeColorRows.h"
 #include "foundation/uithemes/ThemeColors.h"
 #include "sgclasses/ClassNames.h"
 #include "sgdatatypes/RGBAColor.h"
@@ -27,18 +28,6 @@ constexpr const char* kPrimary = "--cv-color-primary";
 constexpr const char* kLineSecondary = "--cv-graphics-colorNeutral-line-secondary";
 
 Arr textArray(const char* s) { return Arr(vxCreateString(s)); }
-
-std::string serviceRow(const std::string& variable, const char* style) {
-  const RGBAColor c(*uithemes::utils::getColor(variable, style));
-  return std::to_string(c.red()) + " " + std::to_string(c.green()) + " " + std::to_string(c.blue());
-}
-
-std::string row(const COSInterfacePtr& object, const char* name) {
-  Arr a = get(object, name);
-  const double* p = vxGetPr(a.get());
-  EXPECT_EQ(vxGetNumberOfElements(a.get()), 3u) << name;
-  return std::to_string(p[0]) + " " + std::to_string(p[1]) + " " + std::to_string(p[2]);
-}
 
 Themeable& themeableOf(const COSInterfacePtr& object) {
   Themeable* block = Themeable::fromObject(object.get());
