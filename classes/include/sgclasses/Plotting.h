@@ -38,7 +38,7 @@ SGCLASSES_API COSInterfacePtr plot(const COSInterfacePtr& axes, const vxArray* x
                                    const LineSpec& spec, std::span<const vxArray* const> pairs = {});
 
 // One data group of a plot call: y (and x, or null for 1..n) and the line
-// specification that follows it.
+// spec (colour, style, marker) that follows it.
 struct PlotSeries {
   const vxArray* x = nullptr;
   const vxArray* y = nullptr;
