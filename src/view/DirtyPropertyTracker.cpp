@@ -2,12 +2,18 @@
 
 namespace vantel::graphics {
 
-void DirtyPropertyTracker::appendDirtyProperty(const std::string& name) {
-  if (names_.insert(name).second) dirty_.push_back(name);
+bool DirtyPropertyTracker::addName(std::string_view name) {
+  if (names_.contains(name)) return false;
+  names_.emplace(name);
+  return true;
 }
 
-void DirtyPropertyTracker::appendPriorityProperty(const std::string& name) {
-  if (names_.insert(name).second) priority_.push_back(name);
+void DirtyPropertyTracker::appendDirtyProperty(std::string_view name) {
+  if (addName(name)) dirty_.emplace_back(name);
+}
+
+void DirtyPropertyTracker::appendPriorityProperty(std::string_view name) {
+  if (addName(name)) priority_.emplace_back(name);
 }
 
 std::vector<std::string> DirtyPropertyTracker::getDirtyProperties() const {

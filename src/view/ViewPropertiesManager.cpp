@@ -66,7 +66,7 @@ void ViewPropertiesManager::setStrategy(COSInterface* self) {
   cacheReady_ = !custom;
 }
 
-void ViewPropertiesManager::markViewPropertyDirty(COSInterface* self, const std::string& name) {
+void ViewPropertiesManager::markViewPropertyDirty(COSInterface* self, std::string_view name) {
   setStrategy(self);
   if (strategy_) strategy_->markDirty(name);
 }

@@ -5,7 +5,7 @@
 namespace sgutils {
 
 ViewPropertiesStrategy::~ViewPropertiesStrategy() = default;
-void ViewPropertiesStrategy::markDirty(std::string name) { tracker_.appendDirtyProperty(name); }
+void ViewPropertiesStrategy::markDirty(std::string_view name) { tracker_.appendDirtyProperty(name); }
 void ViewPropertiesStrategy::markClean() { tracker_.clearDirtyProperties(); }
 std::vector<std::string> ViewPropertiesStrategy::getDirtyProperties() const { return tracker_.getDirtyProperties(); }
 bool ViewPropertiesStrategy::hasDirtyProperties() const { return tracker_.hasDirtyProperties(); }
@@ -41,9 +41,9 @@ std::unique_ptr<ViewPropertiesStrategy> LegacyRuntimeViewStrategy::getInstance(c
 
 // One final "_I" goes: the internal face and the visible name are one name
 // to this view.
-void LegacyRuntimeViewStrategy::markDirty(std::string name) {
-  if (name.ends_with("_I")) name.resize(name.size() - 2);
-  ViewPropertiesStrategy::markDirty(std::move(name));
+void LegacyRuntimeViewStrategy::markDirty(std::string_view name) {
+  if (name.ends_with("_I")) name.remove_suffix(2);
+  ViewPropertiesStrategy::markDirty(name);
 }
 
 }  // namespace sgutils

@@ -3,7 +3,9 @@
 // leading; the ordinary names follow in the order they were first marked.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -13,11 +15,12 @@ namespace vantel::graphics {
 
 class SGUTILS_API DirtyPropertyTracker {
  public:
-  // A name already present (in either list) stays where it is.
-  void appendDirtyProperty(const std::string& name);
-  void appendPriorityProperty(const std::string& name);
+  // A name already present (in either list) stays where it is; only a new
+  // name is copied, so marking the same property again allocates nothing.
+  void appendDirtyProperty(std::string_view name);
+  void appendPriorityProperty(std::string_view name);
 
-  bool hasDirtyProperty(const std::string& name) const { return names_.contains(name); }
+  bool hasDirtyProperty(std::string_view name) const { return names_.contains(name); }
   bool hasDirtyProperties() const noexcept { return !names_.empty(); }
 
   // Priority names from last to first, then the others from first to last.
@@ -26,7 +29,14 @@ class SGUTILS_API DirtyPropertyTracker {
   void clearDirtyProperties() noexcept;
 
  private:
-  std::unordered_set<std::string> names_;
+  // Looked up by string_view without making a string.
+  struct NameHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view s) const noexcept { return std::hash<std::string_view>{}(s); }
+  };
+  bool addName(std::string_view name);
+
+  std::unordered_set<std::string, NameHash, std::equal_to<>> names_;
   std::vector<std::string> dirty_;
   std::vector<std::string> priority_;
 };

@@ -13,7 +13,7 @@ class SGUTILS_API LegacyRuntimeViewStrategy : public ViewPropertiesStrategy {
  public:
   explicit LegacyRuntimeViewStrategy(std::string className);
   static std::unique_ptr<ViewPropertiesStrategy> getInstance(const std::string& className);
-  void markDirty(std::string name) override;
+  void markDirty(std::string_view name) override;
   const std::string& className() const noexcept { return className_; }
 
  private:

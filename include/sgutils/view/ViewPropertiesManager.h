@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "sgutils/SgutilsExport.h"
@@ -20,7 +21,7 @@ class SGUTILS_API ViewPropertiesManager {
  public:
   // `self` is the object this manager belongs to (not held).
   void setStrategy(COSInterface* self);
-  void markViewPropertyDirty(COSInterface* self, const std::string& name);
+  void markViewPropertyDirty(COSInterface* self, std::string_view name);
   // Each entry of a cell array of names; raises "VANTEL:sgutils:NotCellArray"
   // for anything else.
   void markViewPropertiesDirty(COSInterface* self, const vxArray* names);

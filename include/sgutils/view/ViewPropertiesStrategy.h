@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "sgutils/SgutilsExport.h"
@@ -14,7 +15,7 @@ namespace sgutils {
 class SGUTILS_API ViewPropertiesStrategy {
  public:
   virtual ~ViewPropertiesStrategy();
-  virtual void markDirty(std::string name);
+  virtual void markDirty(std::string_view name);
   virtual void markClean();
   virtual std::vector<std::string> getDirtyProperties() const;
   virtual bool hasDirtyProperties() const;
