@@ -17,6 +17,7 @@
 #include "foundation/io/Printing.h"
 #include "foundation/text/Utf.h"
 #include "sgutils/classinfo/GraphicsDisplayData.h"
+#include "src/classinfo/HeterogeneousDisplay.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
@@ -234,14 +235,7 @@ void displayScalar(const vxArray* array) {
 // Every graphics array may mix classes; it is shown as a mixed one when
 // some live element is not of the array's own class (an array of lines with
 // a deleted member stays an array of lines).
-bool isHeterogeneous(const vxArray* array) {
-  if (!vxIsHeterogeneousArray(array)) return false;
-  const COSClass* cls = vcos::array::classOf(array);
-  for (vxSize i = 0, n = vxGetNumberOfElements(array); i < n; ++i)
-    if (const COSInterfacePtr object = omGetLiveArrayElement(array, i))
-      if (object->getClass() != cls) return true;
-  return false;
-}
+bool isHeterogeneous(const vxArray* array) { return detail::isHeterogeneousForDisplay(array); }
 
 // The class text of an array's header: "graphics" for a heterogeneous one.
 std::string arrayClassText(const vxArray* array, bool heterogeneous) {

@@ -13,6 +13,8 @@
 #include "sgutils/classinfo/ResetMI.h"
 #include "sgutils/classinfo/EqMI.h"
 #include "sgutils/classinfo/IsChildPropertyMI.h"
+#include "sgutils/classinfo/MethodAliasMI.h"
+#include "sgutils/classinfo/OverloadCustomCompactDisplayProviderMI.h"
 #include "sgutils/classinfo/NeMI.h"
 #include "sgutils/classinfo/SGDoubleHandleMI.h"
 #include "sgutils/classinfo/SGHandleConvertMI.h"
@@ -241,6 +243,10 @@ void SGHandleClassInfo::addMembers(COSClass* cls) {
   cls->addMethod(new SGCloMI(me));
   cls->addMethod(new SGGetDispMI(me));
   cls->addMethod(new SGSetDispMI(me));
+  cls->addMethod(new OverloadCustomCompactDisplayProviderMI(me, "compactRepresentationForSingleLine"));
+  cls->addMethod(new OverloadCustomCompactDisplayProviderMI(me, "compactRepresentationForColumn"));
+  // A longer name of clo that says what it does.
+  cls->addMethod(new MethodAliasMI(me, "clearChildren", "clo"));
   cls->addEvent(new ResetEI);
 }
 

@@ -164,6 +164,16 @@ std::string scalarText(const vxArray* a) {
   return numberTexts(a)[0];
 }
 
+std::string summaryIn(const vxArray* a, ObjectBridge::CompactForm form) {
+  if (a && vxIsObject(a)) {
+    // A class with a compact display decides how its objects stand in a
+    // struct or cell.
+    std::string compact = ObjectBridge::current().compactText(a, form);
+    if (!compact.empty()) return compact;
+  }
+  return summaryText(a);
+}
+
 // The lines of a 2-D page of a non-scalar array.
 std::string page(const vxArray* a) {
   const vxSize m = vxGetM(a), n = vxGetN(a);
@@ -178,7 +188,8 @@ std::string page(const vxArray* a) {
     return grid(cells, m, n, true);
   }
   if (vxIsCell(a)) {
-    for (vxSize i = 0; i < m * n; ++i) cells[i] = "{" + summaryText(vxGetCell(a, i)) + "}";
+    for (vxSize i = 0; i < m * n; ++i)
+      cells[i] = "{" + summaryIn(vxGetCell(a, i), ObjectBridge::CompactForm::Column) + "}";
     return grid(cells, m, n, true);
   }
   return grid(numberTexts(a), m, n);
@@ -194,7 +205,7 @@ std::string structBody(const vxArray* a) {
     for (std::size_t f = 0; f < names.size(); ++f) {
       out += kIndent;
       out.append(w - names[f].size(), ' ');
-      out += names[f] + ": " + summaryText(vxGetFieldByNumber(a, 0, static_cast<int>(f))) + "\n";
+      out += names[f] + ": " + summaryIn(vxGetFieldByNumber(a, 0, static_cast<int>(f)), ObjectBridge::CompactForm::SingleLine) + "\n";
     }
     return out;
   }

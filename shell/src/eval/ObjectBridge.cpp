@@ -159,6 +159,19 @@ class VcosBridge final : public ObjectBridge {
     return name.empty() ? "  " + line : name + " = " + line;
   }
 
+  std::string compactText(const vxArray* objects, CompactForm form) override {
+    COSClass* cls = vcos::array::classOf(objects);
+    const char* method =
+        form == CompactForm::Column ? "compactRepresentationForColumn" : "compactRepresentationForSingleLine";
+    if (!cls || !cls->findMethod(COSID(method))) return {};
+    const Value configuration(vxCreateString(form == CompactForm::Column ? "Column" : "SingleLine"));
+    const vxArray* in[2] = {objects, configuration.get()};
+    vxArray* out[1] = {nullptr};
+    omCallMethod(cls->getName(), method, COSGetPublicClient(), 1, out, 2, in, /*dispatchOnObject=*/true);
+    const Value text(out[0]);
+    return text && vxIsChar(text.get()) ? vxArrayToStdString(text.get()) : std::string();
+  }
+
  private:
   bool invoke(COSClass* cls, const std::string& name, const std::vector<const vxArray*>& in, int nargout,
               std::vector<Value>& out) {

@@ -65,6 +65,12 @@ class ObjectBridge {
                           int nargout, std::vector<Value>& out) = 0;
   // The display of a variable holding objects.
   virtual std::string display(const std::string& name, const vxArray* objects) = 0;
+  // Where objects are shown inside another value: a field of a struct (one
+  // line) or an element of a cell (a cell of a column).
+  enum class CompactForm { SingleLine, Column };
+  // The class's compact representation of the objects in that place, or
+  // empty when the class provides none.
+  virtual std::string compactText(const vxArray* /*objects*/, CompactForm /*form*/) { return {}; }
 
   static ObjectBridge& current();
   // Installs a bridge; returns the previous one.

@@ -2,6 +2,8 @@
 #include "vcos/BuiltinClasses.h"
 
 #include "vcos/COSNamespaceInfo.h"
+#include "vcos/CompactRepresentation.h"
+#include "vcos/FunctionDispatcher.h"
 #include "vcos/COSPackage.h"
 #include "vcos/src/builtin/BuiltinClassInfo.h"
 #include "vcos/src/builtin/ClassMembers.h"
@@ -53,4 +55,7 @@ void vcos::registerBuiltinClasses() {
     if (!package) package = COSPackage::addNamespace(new builtin::BuiltinNamespace(row.package));
     package->addClass(new builtin::ClassInfo(row));
   }
+  // The compact display of objects is a function that classes call by name.
+  FunctionDispatcher::instance().registerBuiltin(kDimensionsAndClassNameRepresentation,
+                                                 &dimensionsAndClassNameRepresentation);
 }
