@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "foundation/core/except/Error.h"
+#include "sgutils/classinfo/SGDefaultFactoryPropHandlerBaseMI.h"
 #include "sgutils/classinfo/SGFilterDefaultFactoryPropMI.h"
 #include "sgutils/classinfo/SGGetDefaultPropValueMI.h"
 #include "sgutils/classinfo/SGGetDispMI.h"
@@ -16,7 +17,9 @@
 #include "sgutils/defaults/DefaultPropString.h"
 #include "vcos/COSCasts.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSMethodSignature.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/COSTypeRepository.h"
 #include "vcos/FunctionDispatcher.h"
 #include "vcos/ObjectArray.h"
 #include "vx/matrix.h"
@@ -65,8 +68,30 @@ bool isRemoveWord(const vxArray* value) {
 
 }  // namespace
 
+namespace {
+
+COSMethodSignaturePtr handlerSignature(const char* name, SGDefaultFactoryPropHandlerBaseMI::ValueInput value) {
+  // Method inputs are arrays, and the platform's "<class> scalar" types
+  // hold one object rather than an array: the input takes the class's array
+  // type, and the handler works on element 0. The type exists once the
+  // platform class does (start-up makes it); without it the input is untyped.
+  static const COSID objectType("vantel.mixin.internal.DefaultFactoryPropHandler");
+  std::vector<COSMethodSignature::Argument> inputs{{COSID("object"), COSTypeRepository::getType(objectType), false},
+                                                   {COSID("name"), COSDataTypePtr(), false}};
+  if (value == SGDefaultFactoryPropHandlerBaseMI::ValueInput::Optional)
+    inputs.push_back({COSID("value"), COSDataTypePtr(), true});
+  return COSMethodSignature::createMethodSignature(COSID(name), std::move(inputs),
+                                                   {{COSID("value"), COSDataTypePtr(), false}});
+}
+
+}  // namespace
+
+SGDefaultFactoryPropHandlerBaseMI::SGDefaultFactoryPropHandlerBaseMI(COSID classId, const char* name,
+                                                                     ValueInput value)
+    : COSMethodBase(classId, COSID(name), PublicAccess, "", handlerSignature(name, value)) {}
+
 SGFilterDefaultFactoryPropMI::SGFilterDefaultFactoryPropMI(COSID classId)
-    : COSMethodBase(classId, COSID("filterDefaultFactoryPropName"), PublicAccess, "") {}
+    : SGDefaultFactoryPropHandlerBaseMI(classId, "filterDefaultFactoryPropName") {}
 
 void SGFilterDefaultFactoryPropMI::invoke(const COSClient*, int& nlhs, COSValue* plhs, int nrhs,
                                           const COSValue* prhs) const {
@@ -83,7 +108,7 @@ void SGFilterDefaultFactoryPropMI::invoke(const COSClient*, int& nlhs, COSValue*
 }
 
 SGGetDefaultPropValueMI::SGGetDefaultPropValueMI(COSID classId)
-    : COSMethodBase(classId, COSID("getDefaultPropValue"), PublicAccess, "") {}
+    : SGDefaultFactoryPropHandlerBaseMI(classId, "getDefaultPropValue") {}
 
 void SGGetDefaultPropValueMI::invoke(const COSClient*, int& nlhs, COSValue* plhs, int nrhs,
                                      const COSValue* prhs) const {
@@ -92,7 +117,7 @@ void SGGetDefaultPropValueMI::invoke(const COSClient*, int& nlhs, COSValue* plhs
 }
 
 SGSetDefaultPropValueMI::SGSetDefaultPropValueMI(COSID classId)
-    : COSMethodBase(classId, COSID("setDefaultPropValue"), PublicAccess, "") {}
+    : SGDefaultFactoryPropHandlerBaseMI(classId, "setDefaultPropValue", ValueInput::Optional) {}
 
 void SGSetDefaultPropValueMI::invoke(const COSClient*, int& nlhs, COSValue* plhs, int nrhs,
                                      const COSValue* prhs) const {
@@ -117,7 +142,7 @@ void SGSetDefaultPropValueMI::invoke(const COSClient*, int& nlhs, COSValue* plhs
 }
 
 SGGetFactoryPropValueMI::SGGetFactoryPropValueMI(COSID classId)
-    : COSMethodBase(classId, COSID("getFactoryPropValue"), PublicAccess, "") {}
+    : SGDefaultFactoryPropHandlerBaseMI(classId, "getFactoryPropValue") {}
 
 void SGGetFactoryPropValueMI::invoke(const COSClient*, int& nlhs, COSValue* plhs, int nrhs,
                                      const COSValue* prhs) const {

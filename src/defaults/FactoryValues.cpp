@@ -12,6 +12,9 @@
 #include "sgdatatypes/ClassNameMap.h"
 #include "sgutils/defaults/DefaultProp.h"
 #include "sgutils/defaults/FactoryBuiltins.h"
+#include "sgutils/themes/ThemeBuiltins.h"
+#include "sgutils/themes/ThemeMappingTable.h"
+#include "sgutils/themes/ThemeSettings.h"
 #include "src/builtins/TextArgument.h"
 #include "src/defaults/DefaultValueConversion.h"
 #include "vcos/COSClass.h"
@@ -20,6 +23,7 @@
 #include "vcos/COSTypeRepository.h"
 #include "vx/matrix.h"
 #include "vx/vxCreate.h"
+#include "vx/vxQuery.h"
 #include "vx/vxStruct.h"
 
 namespace sgutils {
@@ -82,6 +86,28 @@ std::string fullClassName(const DefaultPropString& name) {
   return ns.empty() ? name.getClassName() : ns + "." + name.getClassName();
 }
 
+// The value that a themed property of the class takes under the built-in
+// theme of the automatic style (the graphics setting, else the desktop's);
+// null for a property that no theme row names or an attribute the theme
+// does not give.
+matrix::unique_vxArray expectedThemeValue(const std::string& className, const std::string& propName) {
+  const themes::ThemeMap* row = themes::findBuiltinThemeMap(className);
+  if (!row) return nullptr;
+  const auto attribute = row->find(propName);
+  if (attribute == row->end()) return nullptr;
+  const bool dark = themes::computeAutoTheme(themes::desktopThemeSetting()).isDark();
+  vxArray* made[1] = {nullptr};
+  (dark ? darkThemeBuiltin : lightThemeBuiltin)(1, made, 0, nullptr);
+  const matrix::unique_vxArray theme(made[0]);
+  const matrix::unique_vxArray attributeName(vxCreateString(attribute->second.c_str()));
+  vxArray* out[1] = {nullptr};
+  const vxArray* in[2] = {theme.get(), attributeName.get()};
+  getAttributeValue(1, out, 2, in);
+  matrix::unique_vxArray value(out[0]);
+  if (!value || (vxIsChar(value.get()) && vxIsEmpty(value.get()))) return nullptr;
+  return value;
+}
+
 }  // namespace
 
 matrix::unique_vxArray DefaultProp::getFactoryValue(const DefaultPropString& name) {
@@ -92,9 +118,10 @@ matrix::unique_vxArray DefaultProp::getFactoryValue(const DefaultPropString& nam
     classFactoryValues(1, out, 1, args);
     return matrix::unique_vxArray(out[0]);
   }
-  // With themes that follow the figure automatically, the factory value of
-  // a themed property would be the theme's; themes are not part of the
-  // library yet, so the class's value stands.
+  // With themes that follow the desktop automatically, a themed property's
+  // factory value is the one of the theme in force.
+  if (themes::automaticFigureThemesOn())
+    if (matrix::unique_vxArray themed = expectedThemeValue(fullClassName(name), name.getPropName())) return themed;
   const COSPropInfo* property = resolve(name);
   if (!property) throw foundation::core::except::Error("VANTEL:sgutils:InvalidClass", name.getClassName(),
                                                        name.getNamespaceName());

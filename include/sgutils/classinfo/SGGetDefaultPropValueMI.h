@@ -4,9 +4,9 @@
 #pragma once
 
 #include "sgutils/SgutilsExport.h"
-#include "vcos/COSMethodBase.h"
+#include "sgutils/classinfo/SGDefaultFactoryPropHandlerBaseMI.h"
 
-class SGUTILS_API SGGetDefaultPropValueMI : public COSMethodBase {
+class SGUTILS_API SGGetDefaultPropValueMI : public SGDefaultFactoryPropHandlerBaseMI {
  public:
   explicit SGGetDefaultPropValueMI(COSID classId);
   void invoke(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) const override;

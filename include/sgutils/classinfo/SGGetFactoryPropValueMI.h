@@ -5,9 +5,9 @@
 #pragma once
 
 #include "sgutils/SgutilsExport.h"
-#include "vcos/COSMethodBase.h"
+#include "sgutils/classinfo/SGDefaultFactoryPropHandlerBaseMI.h"
 
-class SGUTILS_API SGGetFactoryPropValueMI : public COSMethodBase {
+class SGUTILS_API SGGetFactoryPropValueMI : public SGDefaultFactoryPropHandlerBaseMI {
  public:
   explicit SGGetFactoryPropValueMI(COSID classId);
   void invoke(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) const override;
