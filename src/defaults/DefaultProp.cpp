@@ -115,6 +115,11 @@ bool parsedClassOf(const char* fieldName, std::string& out) {
 struct ParsedField {
   bool parsed = false;
   std::string fullClass;
+  // The property name left once "default" and the short class name are
+  // taken out, made on the first application and kept with the short name
+  // it was made for.
+  std::string strippedFor;
+  std::string stripped;
 };
 
 struct NameHash {
@@ -128,7 +133,7 @@ COSID storePropertyId() {
   return id;
 }
 
-const ParsedField& parsedField(const char* fieldName) {
+ParsedField& parsedField(const char* fieldName) {
   static std::unordered_map<std::string, ParsedField, NameHash, std::equal_to<>> index;
   constexpr std::size_t kMaxNames = 4096;
   if (const auto it = index.find(std::string_view(fieldName)); it != index.end()) return it->second;
@@ -322,37 +327,78 @@ void DefaultProp::clear() {
   }
 }
 
-void DefaultProp::appendPairsOfShortName(PropValuePairs& pairs, const std::string& shortName, bool stripNames) const {
-  const vxArray* s = store();
-  if (!s) return;
+namespace {
+
+// The full class name that a short class name maps to, as the pairs of a
+// store are matched against it.
+const std::string* mappedClassOf(const std::string& shortName) {
   const auto& classes = sgdatatypes::typemap::getClassNameMap();
   auto entry = classes.find(shortName);
   // An unknown short name compares against the map's first entry, which a
   // stored name of another class does not match.
   if (entry == classes.end()) entry = classes.begin();
-  if (entry == classes.end()) return;
+  return entry == classes.end() ? nullptr : &entry->second;
+}
+
+// The short name and mapped class of the last class that defaults were
+// applied for: new objects come in runs of one class, and each of their
+// ancestors with a store asks again. The class-name maps are fixed for the
+// process, so the entry never goes stale. Interpreter thread only.
+struct LastClass {
+  std::string className, shortName;
+  const std::string* mapped = nullptr;
+  bool known = false;
+};
+
+}  // namespace
+
+void DefaultProp::appendPairsOfShortName(PropValuePairs& pairs, const std::string& shortName, bool stripNames) const {
+  if (!store()) return;
+  if (const std::string* mapped = mappedClassOf(shortName)) appendPairsOfClass(pairs, shortName, *mapped, stripNames);
+}
+
+void DefaultProp::appendPairsOfClass(PropValuePairs& pairs, const std::string& shortName, const std::string& mapped,
+                                     bool stripNames) const {
+  const vxArray* s = store();
+  if (!s) return;
   const int n = vxGetNumberOfFields(s);
   for (int f = 0; f < n; ++f) {
     const char* fieldName = vxGetFieldNameByNumber(s, f);
-    const ParsedField& field = parsedField(fieldName);
-    if (!field.parsed || !equalsIgnoringCase(field.fullClass, entry->second)) continue;
+    ParsedField& field = parsedField(fieldName);
+    // The parsed class is spelled as the map spells it, so the exact
+    // comparison settles nearly every field without the case rule.
+    if (!field.parsed || (field.fullClass != mapped && !equalsIgnoringCase(field.fullClass, mapped)))
+      continue;
     const vxArray* value = vxGetFieldByNumber(s, 0, f);
-    std::string name(fieldName);
-    if (stripNames) {
+    matrix::unique_vxArray copy(value ? sharedCopyOf(value) : nullptr);
+    if (!stripNames) {
+      pairs.emplace_back(fieldName, std::move(copy));
+      continue;
+    }
+    if (field.strippedFor != shortName) {
+      std::string name(fieldName);
       eraseFirstIgnoringCase(name, "default");
       eraseFirstIgnoringCase(name, shortName);
+      field.stripped = std::move(name);
+      field.strippedFor = shortName;
     }
-    pairs.emplace_back(std::move(name), matrix::unique_vxArray(value ? sharedCopyOf(value) : nullptr));
+    pairs.emplace_back(field.stripped, std::move(copy));
   }
 }
 
 void DefaultProp::appendDefaults(PropValuePairs& pairs, const std::string& className) const {
   if (!store()) return;
-  const auto& reverse = sgdatatypes::typemap::getReverseClassNameMap();
-  const auto it = reverse.find(className);
-  // A class without a short name cannot have defaults.
-  if (it == reverse.end()) return;
-  appendPairsOfShortName(pairs, it->second, /*stripNames=*/true);
+  static LastClass last;
+  if (!last.known || last.className != className) {
+    const auto& reverse = sgdatatypes::typemap::getReverseClassNameMap();
+    const auto it = reverse.find(className);
+    last.className = className;
+    last.known = true;
+    // A class without a short name cannot have defaults.
+    last.mapped = it == reverse.end() ? nullptr : mappedClassOf(it->second);
+    last.shortName = it == reverse.end() ? std::string() : it->second;
+  }
+  if (last.mapped) appendPairsOfClass(pairs, last.shortName, *last.mapped, /*stripNames=*/true);
 }
 
 matrix::unique_vxArray DefaultProp::getClassDefaults(const std::string& name) const {

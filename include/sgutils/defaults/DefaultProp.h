@@ -90,6 +90,9 @@ class SGUTILS_API DefaultProp {
   vxArray* store() const noexcept;
   vxArray* ensureStore();
   void appendPairsOfShortName(PropValuePairs& pairs, const std::string& shortName, bool stripNames) const;
+  // The same with the full class name that the short name maps to.
+  void appendPairsOfClass(PropValuePairs& pairs, const std::string& shortName, const std::string& mapped,
+                          bool stripNames) const;
 
   COSInterfacePtr object_;
   COSID propertyId_;
