@@ -387,11 +387,15 @@ void DefaultProp::appendPairsOfClass(PropValuePairs& pairs, const std::string& s
 }
 
 void DefaultProp::appendDefaults(PropValuePairs& pairs, const std::string& className) const {
+  appendDefaults(pairs, std::string_view(className));
+}
+
+void DefaultProp::appendDefaults(PropValuePairs& pairs, std::string_view className) const {
   if (!store()) return;
   static LastClass last;
   if (!last.known || last.className != className) {
     const auto& reverse = sgdatatypes::typemap::getReverseClassNameMap();
-    const auto it = reverse.find(className);
+    const auto it = reverse.find(std::string(className));
     last.className = className;
     last.known = true;
     // A class without a short name cannot have defaults.

@@ -38,10 +38,17 @@ const AutoManualType& autoManual() {
   return t;
 }
 
-COSPropInfo* findOn(COSInterface* object, COSID name) {
-  COSInterfacePtr found;
-  object->findProperty(found, name);
-  return cosiToProp(found.get());
+COSPropInfo* findOn(COSInterface* object, COSID name) { return object->findPropertyInfo(name); }
+
+// The property of exactly that name, of the class or dynamic. The mode and
+// internal faces are looked for by their exact names: a miss must not fall
+// back to the case-folded and truncated matching of user input, which
+// would also gather every property of the class to match a prefix.
+COSPropInfo* findExactOn(COSInterface* object, COSID name) {
+  if (COSPropInfo* p = object->getClass()->findPropertyExact(name)) return p;
+  COSInterfacePtr dynamic;
+  object->findDynamicProperty(dynamic, name);
+  return cosiToProp(dynamic.get());
 }
 
 // The interned names of a default's property, its mode and its internal
@@ -81,16 +88,21 @@ bool isManual(COSInterface* object, const COSPropInfo* mode) {
   return byte && *byte != 0;
 }
 
-void collect(const COSInterfacePtr& node, const COSInterfacePtr& object, std::string& className, PropValuePairs& pairs) {
+void collect(const COSInterfacePtr& node, const COSInterfacePtr& object, const char*& className,
+             PropValuePairs& pairs) {
   if (!node || node->isBeingDestroyed()) return;
   COSInterfacePtr owner;
   node->getOwner(owner);
   if (owner) collect(owner, object, className, pairs);
   DefaultProp defaults(node);
   if (!defaults.getDefaultPropArray()) return;
-  // The class name is built only once some ancestor has a store.
-  if (className.empty()) className = object->getClass()->getName();
-  defaults.appendDefaults(pairs, className);
+  // The class name is asked for only once some ancestor has a store; room
+  // for a few pairs is made once rather than by growing one pair at a time.
+  if (!className) {
+    className = object->getClass()->getName();
+    pairs.reserve(pairs.size() + 8);
+  }
+  defaults.appendDefaults(pairs, std::string_view(className));
 }
 
 }  // namespace
@@ -111,9 +123,9 @@ void DefaultProp::setPVPairs(const COSInterfacePtr& object, const PropValuePairs
       modes.emplace_back(ids.name, pair.second.get());  // modes go last
       continue;
     }
-    if (COSPropInfo* mode = findOn(self, ids.mode); mode && isManual(self, mode)) continue;
+    if (COSPropInfo* mode = findExactOn(self, ids.mode); mode && isManual(self, mode)) continue;
     // The internal face keeps the mode automatic.
-    COSPropInfo* target = findOn(self, ids.internal);
+    COSPropInfo* target = findExactOn(self, ids.internal);
     if (!target || target->getMemberSetAccess() != PublicAccess) target = property;
     if (target->getMemberSetAccess() != PublicAccess) continue;
     if (resetOnly && !target->isResetAllowed()) continue;
@@ -134,7 +146,7 @@ void collectDefaultPairs(SGReference& block, const COSInterfacePtr& parent, Prop
   if (!parent) return;
   const COSInterfacePtr object = block.getCOSReference();
   if (!object) return;
-  std::string className;
+  const char* className = nullptr;
   collect(parent, object, className, pairs);
 }
 

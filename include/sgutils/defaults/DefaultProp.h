@@ -13,6 +13,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "sgutils/SgutilsExport.h"
 #include "sgutils/defaults/DefaultPropString.h"
@@ -67,6 +68,8 @@ class SGUTILS_API DefaultProp {
   // Appends this object's defaults for the class of that full name, as
   // property names ("Color") with shared copies of the values.
   void appendDefaults(PropValuePairs& pairs, const std::string& className) const;
+  // The same for a class name that the caller holds (no copy is made).
+  void appendDefaults(PropValuePairs& pairs, std::string_view className) const;
 
   // Applies pairs to an object in order, as the public client: mode
   // properties after all others, nothing to a property whose mode is
