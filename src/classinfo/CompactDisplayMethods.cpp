@@ -17,9 +17,10 @@ using foundation::core::except::Error;
 namespace {
 
 COSMethodSignaturePtr compactSignature(const char* name) {
-  return COSMethodSignature::createMethodSignature(
-      COSID(name), {{COSID("object"), COSDataTypePtr(), false}, {COSID("displayConfiguration"), COSDataTypePtr(), true}},
-      {{COSID("rep"), COSDataTypePtr(), false}});
+  return COSMethodSignature::createMethodSignature(COSID(name),
+                                                   {{COSID("object"), COSDataTypePtr(), false},
+                                                    {COSID("displayConfiguration"), COSDataTypePtr(), true}},
+                                                   {{COSID("rep"), COSDataTypePtr(), false}});
 }
 
 }  // namespace

@@ -205,7 +205,8 @@ std::string structBody(const vxArray* a) {
     for (std::size_t f = 0; f < names.size(); ++f) {
       out += kIndent;
       out.append(w - names[f].size(), ' ');
-      out += names[f] + ": " + summaryIn(vxGetFieldByNumber(a, 0, static_cast<int>(f)), ObjectBridge::CompactForm::SingleLine) + "\n";
+      const vxArray* value = vxGetFieldByNumber(a, 0, static_cast<int>(f));
+      out += names[f] + ": " + summaryIn(value, ObjectBridge::CompactForm::SingleLine) + "\n";
     }
     return out;
   }
