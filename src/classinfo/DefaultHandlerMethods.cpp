@@ -152,8 +152,20 @@ void SGGetFactoryPropValueMI::invoke(const COSClient*, int& nlhs, COSValue* plhs
 
 // ---- getdisp, setdisp
 
+namespace {
+
+// getdisp and setdisp pass any inputs and outputs on; their signature is
+// of the legacy class "sgsetget".
+COSMethodSignaturePtr setGetDispSignature() {
+  return COSMethodSignature::createMethodSignature(COSID("sgsetget"), {{COSID("varargin"), COSDataTypePtr(), true}},
+                                                   {{COSID("varargout"), COSDataTypePtr(), true}},
+                                                   COSMethodSignature::VarArgIn | COSMethodSignature::VarArgOut);
+}
+
+}  // namespace
+
 SGSetGetDispBaseMI::SGSetGetDispBaseMI(COSID classId, const char* name)
-    : COSMethodBase(classId, COSID(name), PublicAccess, "") {}
+    : COSMethodBase(classId, COSID(name), PublicAccess, "", setGetDispSignature()) {}
 
 void SGSetGetDispBaseMI::invoke(const COSClient*, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) const {
   std::vector<const vxArray*> in(static_cast<std::size_t>(nrhs));
