@@ -11,6 +11,7 @@
 
 #include "builtins/CallbackBuiltins.h"
 #include "builtins/CopyBuiltins.h"
+#include "builtins/ExportViewBuiltins.h"
 #include "builtins/PrintBuiltins.h"
 #include "builtins/ViewBuiltins.h"
 #include "builtins/ThemeShellBuiltins.h"
@@ -37,6 +38,7 @@ class GraphicsLibrary {
     sgsh::builtins::registerCopyBuiltins();
     sgsh::builtins::registerPrintBuiltins();
     sgsh::builtins::registerViewBuiltins();
+    sgsh::builtins::registerExportViewBuiltins();
     sgsh::builtins::registerThemeShellBuiltins();
     sgsh::builtins::registerThemeValueBuiltins();
     Dl_info info{};

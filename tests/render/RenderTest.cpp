@@ -19,6 +19,7 @@
 #include "sgclasses/Drawnow.h"
 #include "sgrender/FigureRenderer.h"
 #include "sgrender/FigureView.h"
+#include "sgrender/FigureViews.h"
 #include "sgrender/TickSteps.h"
 #include "support/ErrorId.h"
 #include "support/PropertyAccess.h"
@@ -419,6 +420,71 @@ TEST_F(RenderTest, ViewPicturesMatchAFullDrawAndCheckInput) {
   figure_->deleteObject(COSGetPublicClient());
   EXPECT_EQ(sgtest::errorId([&] { view.exportTo((dir_ / "x.png").string()); }), "VANTEL:sg:DeletedObject");
   EXPECT_EQ(filesIn(), before);
+}
+
+// The views behind the export built-ins: one per figure, made on its first
+// export, gone when the figure goes (by delete or with the root), while the
+// figure never waits on its view to go.
+TEST_F(RenderTest, FigureViewsFollowTheirFigures) {
+  using sgrender::FigureViews;
+  COSInterfacePtr red = line({0, 10}, {2, 2}, row({1, 0, 0}));
+  COSInterfacePtr blue = line({0, 10}, {5, 5}, row({0, 0, 1}));
+  const fs::path file = dir_ / "views.png";
+  const std::size_t before = FigureViews::count();
+  EXPECT_EQ(FigureViews::find(figure_.get()), nullptr);
+  EXPECT_EQ(FigureViews::exportFigure(figure_, file.string()).lines, 2u);
+  ASSERT_NE(FigureViews::find(figure_.get()), nullptr);
+  EXPECT_EQ(FigureViews::count(), before + 1);
+
+  sgtest::set(red, "Color", row({0, 1, 0}).get());
+  const sgrender::RenderStats stats = FigureViews::exportFigure(figure_, file.string());
+  EXPECT_EQ(stats.lines, 1u);
+  EXPECT_EQ(stats.reused, 1u);
+  EXPECT_EQ(FigureViews::find(figure_.get())->lastStats().reused, 1u);
+  EXPECT_EQ(FigureViews::count(), before + 1);
+  EXPECT_TRUE(near(Picture(file).at(100, 65), {0, 255, 0}));
+
+  // Objects that are not figures make no view and give their errors.
+  EXPECT_EQ(sgtest::errorId([&] { FigureViews::exportFigure(axes_, file.string()); }), "VANTEL:sgrender:NotFigure");
+  EXPECT_EQ(sgtest::errorId([&] { FigureViews::exportFigure(COSInterfacePtr(), file.string()); }),
+            "VANTEL:sg:DeletedObject");
+  EXPECT_EQ(FigureViews::count(), before + 1);
+
+  // A second figure's view; deleting the first drops only its own, and the
+  // deleted figure's export makes no new one.
+  COSInterfacePtr other = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  FigureViews::exportFigure(other, (dir_ / "other.png").string());
+  EXPECT_EQ(FigureViews::count(), before + 2);
+  const COSInterface* gone = figure_.get();
+  figure_->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(FigureViews::find(gone), nullptr);
+  EXPECT_EQ(FigureViews::count(), before + 1);
+  EXPECT_EQ(sgtest::errorId([&] { FigureViews::exportFigure(figure_, file.string()); }), "VANTEL:sg:DeletedObject");
+  EXPECT_EQ(FigureViews::count(), before + 1);
+  // The last reference of a figure that is still in the tree is the tree's:
+  // the view must not hold it, or it would never go.
+  const COSInterface* second = other.get();
+  other.reset();
+  sgclasses::releaseRoot();
+  EXPECT_EQ(FigureViews::find(second), nullptr);
+  EXPECT_EQ(FigureViews::count(), before);
+}
+
+// Patch vertices with a third column are drawn from above, as lines with
+// ZData are: the picture is that of their X and Y.
+TEST_F(RenderTest, PatchWith3DVerticesIsDrawnFromAbove) {
+  COSInterfacePtr patch = sgclasses::create(sgclasses::kPatchClass, axes_);
+  Arr verts(vxCreateDoubleMatrix(4, 3, vxREAL));
+  const double v[] = {2, 8, 8, 2, 2, 2, 8, 8, 1, 5, -3, 9};  // column-major: x, y, z
+  std::copy(std::begin(v), std::end(v), vxGetPr(verts.get()));
+  sgtest::set(patch, "Vertices", verts.get());
+  sgtest::set(patch, "Faces", row({1, 2, 3, 4}).get());
+  sgtest::set(patch, "FaceColor", row({0, 0, 1}).get());
+  const fs::path file = dir_ / "patch3d.png";
+  EXPECT_EQ(FigureRenderer::exportFigure(figure_, file.string()).patches, 1u);
+  Picture pic(file);
+  EXPECT_TRUE(near(pic.at(100, 50), {0, 0, 255}));
+  EXPECT_TRUE(near(pic.at(55, 30), {255, 255, 255}));
 }
 
 }  // namespace
