@@ -7,6 +7,8 @@
 #include <array>
 
 #include "sgdatatypes/HandleOrEmpty.h"
+#include "sgutils/objects/GraphicsCoreProperties.gen.h"
+#include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/objects/MixinMethod.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSDataType.h"
@@ -33,6 +35,21 @@ void Layoutable::setLayout(COSInterface* object, LayoutOrEmpty value) {
   validateLayoutPropertyValue(value);
   LayoutOrEmpty old = std::exchange(layout_, std::move(value));
   notifyLayoutChangeObservers(object, old);
+  if (!(old == layout_)) markLayoutForViews(object);
+}
+
+void Layoutable::markLayoutForViews(COSInterface* object) {
+  // The views hear of a new Layout as of any other property: through the
+  // object's own doPostSet, where a concrete graphics object writes the
+  // name down and queues itself for the next drawnow. Layout's data lies in
+  // a block of its own, so the stub row's doPostSet reaches only this one.
+  if (!object || object->isBeingDestroyed() || object->isDestroyed()) return;
+  using graphics::internal::GraphicsCoreProperties;
+  auto* core = sgutils::blockOf<GraphicsCoreProperties>(object, GraphicsCoreProperties::classID());
+  if (!core) return;
+  static const COSID layoutName("Layout");
+  if (COSPropInfo* property = object->getClass()->findPropertyExact(layoutName))
+    core->doPostSet(COSInterfacePtr(object), property, /*limitsDirty=*/false, /*objectDirty=*/true);
 }
 
 void Layoutable::validateLayoutPropertyValue(LayoutOrEmpty) {}

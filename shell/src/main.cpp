@@ -14,6 +14,7 @@
 #include "builtins/ExportViewBuiltins.h"
 #include "builtins/PrintBuiltins.h"
 #include "builtins/ViewBuiltins.h"
+#include "builtins/ViewInfoBuiltins.h"
 #include "builtins/ThemeShellBuiltins.h"
 #include "builtins/ThemeValueBuiltins.h"
 #include "builtins/GraphicsBuiltins.h"
@@ -39,6 +40,7 @@ class GraphicsLibrary {
     sgsh::builtins::registerPrintBuiltins();
     sgsh::builtins::registerViewBuiltins();
     sgsh::builtins::registerExportViewBuiltins();
+    sgsh::builtins::registerViewInfoBuiltins();
     sgsh::builtins::registerThemeShellBuiltins();
     sgsh::builtins::registerThemeValueBuiltins();
     Dl_info info{};
