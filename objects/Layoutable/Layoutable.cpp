@@ -100,7 +100,8 @@ void Layoutable::setStrategy(std::unique_ptr<sgutils::PositionReportStrategy> st
 void Layoutable::resetPositionReportStrategy() { setStrategy(std::make_unique<sgutils::PositionReportStrategy>()); }
 
 graphics::datatype::Position Layoutable::getRelativePosition(COSInterface*, const graphics::datatype::Position& position,
-                                                             const vxArray* units, const COSInterfacePtr& target) {
+                                                             std::optional<graphics::datatype::Units> units,
+                                                             const COSInterfacePtr& target) {
   if (!strategy_) resetPositionReportStrategy();
   return strategy_->getRelativePosition(target, position, units);
 }
@@ -189,7 +190,13 @@ void getRelativePositionMethod(const COSClient*, int& nlhs, COSValue* plhs, int 
   Layoutable* block = selfBlock(nrhs, prhs, object);
   if (!block || nrhs < 2) return;
   const auto position = graphics::datatype::Position::fromArray(prhs[1].asPointer<const vxArray>());
-  const vxArray* units = nrhs > 2 ? prhs[2].asPointer<const vxArray>() : nullptr;
+  // Units are converted here, so a strategy is handed a checked value and a
+  // name that is none of them raises before any strategy runs; an empty
+  // array is units not given.
+  const vxArray* unitsArg = nrhs > 2 ? prhs[2].asPointer<const vxArray>() : nullptr;
+  std::optional<graphics::datatype::Units> units;
+  if (unitsArg && !vxIsEmpty(unitsArg))
+    units = graphics::datatype::enumerationFromArray<graphics::datatype::Units>(unitsArg);
   const COSInterfacePtr target = handleInput(nrhs, prhs, 3);
   nlhs = 1;
   plhs[0] = COSValue(block->getRelativePosition(object.get(), position, units, target).toArray());
