@@ -36,24 +36,23 @@ constexpr std::array<double, 2> kDefaultLimits[3] = {{0, 1}, {0, 1}, {-1, 1}};
 struct Range {
   double lo = std::numeric_limits<double>::infinity();
   double hi = -std::numeric_limits<double>::infinity();
+  // On a log scale only positive values have a place.
+  bool positiveOnly = false;
+  void take(double v) {
+    if (!std::isfinite(v) || (positiveOnly && !(v > 0))) return;
+    lo = std::min(lo, v);
+    hi = std::max(hi, v);
+  }
   void add(const vxArray* data) {
     if (!data || !vxIsDouble(data) || vxIsComplex(data)) return;
     const double* values = vxGetPr(data);
-    for (std::size_t i = 0, n = vxGetNumberOfElements(data); i < n; ++i)
-      if (std::isfinite(values[i])) {
-        lo = std::min(lo, values[i]);
-        hi = std::max(hi, values[i]);
-      }
+    for (std::size_t i = 0, n = vxGetNumberOfElements(data); i < n; ++i) take(values[i]);
   }
   // One column of an n-by-k matrix (the vertices of a patch).
   void addColumn(const vxArray* data, std::size_t column) {
     if (!data || !vxIsDouble(data) || vxIsComplex(data) || vxGetN(data) <= column) return;
     const double* values = vxGetPr(data) + column * vxGetM(data);
-    for (std::size_t i = 0, n = vxGetM(data); i < n; ++i)
-      if (std::isfinite(values[i])) {
-        lo = std::min(lo, values[i]);
-        hi = std::max(hi, values[i]);
-      }
+    for (std::size_t i = 0, n = vxGetM(data); i < n; ++i) take(values[i]);
   }
 };
 
@@ -103,8 +102,16 @@ void Axes::makeTitle(COSInterfacePtr object) {
 
 std::array<double, 2> Axes::limits(int dimension) const {
   if (limitModes_[dimension] == AutoManual::Manual) return limits_[dimension];
+  const bool log = (dimension == 0 && getXScale() == AxisScale::Log) || (dimension == 1 && getYScale() == AxisScale::Log);
   Range range;
+  range.positiveOnly = log;
   collect(getCOSObject(), dimension, range);
+  if (log) {
+    // A decade each way around a single value; no data: one decade.
+    if (range.lo > range.hi) return {1, 10};
+    if (range.lo == range.hi) return {range.lo / 10, range.hi * 10};
+    return {range.lo, range.hi};
+  }
   if (range.lo > range.hi) return kDefaultLimits[dimension];
   if (range.lo == range.hi) return {range.lo - 1, range.hi + 1};
   return {range.lo, range.hi};

@@ -41,6 +41,17 @@ std::array<double, 2> limits(COSInterface* axes, const char* name) {
   return {v[0], v[1]};
 }
 
+// Limits on a log scale: a lower limit that is not positive (set by hand)
+// becomes three decades below the upper; with no positive upper limit the
+// axis stays linear.
+bool logLimits(COSInterface* axes, const char* scale, std::array<double, 2>& lim) {
+  if (props::text(axes, scale) != "log" || !(lim[1] > 0)) return false;
+  if (!(lim[0] > 0)) lim[0] = lim[1] / 1000;
+  return true;
+}
+
+bool finite(double x, double y) { return std::isfinite(x) && std::isfinite(y); }
+
 std::string tickLabel(double t) {
   char buf[32];
   std::snprintf(buf, sizeof buf, "%g", t);
@@ -146,10 +157,12 @@ void TreePainter::paintAxes(COSInterface* axes) {
   ++stats_.axes;
   std::vector<double> pos = props::numbers(axes, "Position");
   if (pos.size() < 4) return;
-  const auto xl = limits(axes, "XLim");
-  const auto yl = limits(axes, "YLim");
+  auto xl = limits(axes, "XLim");
+  auto yl = limits(axes, "YLim");
+  const bool xlog = logLimits(axes, "XScale", xl);
+  const bool ylog = logLimits(axes, "YScale", yl);
   Frame f{pos[0] * width_, height_ - (pos[1] + pos[3]) * height_, pos[2] * width_, pos[3] * height_,
-          xl[0], xl[1], yl[0], yl[1]};
+          xl[0], xl[1], yl[0], yl[1], xlog, ylog};
   if (auto c = props::color(axes, "Color")) {
     setColor(*c);
     cairo_rectangle(cr_, f.x0, f.y0, f.w, f.h);
@@ -157,10 +170,30 @@ void TreePainter::paintAxes(COSInterface* axes) {
   }
   const int maxX = std::max(2, int(f.w / (80 * scale_)) + 1);
   const int maxY = std::max(2, int(f.h / (50 * scale_)) + 1);
-  const std::vector<double> xt = TickSteps::ticksFor(f.xlo, f.xhi, maxX);
-  const std::vector<double> yt = TickSteps::ticksFor(f.ylo, f.yhi, maxY);
+  const std::vector<double> xt = TickSteps::ticksFor(f.xlo, f.xhi, maxX, f.xlog);
+  const std::vector<double> yt = TickSteps::ticksFor(f.ylo, f.yhi, maxY, f.ylog);
 
-  // Grid under the data, in the grid colour at its alpha.
+  // Minor grid, then grid, under the data, each in its colour at its alpha.
+  cairo_set_line_width(cr_, 0.5 * kPxPerPt * scale_);
+  setDash("-", 1);
+  const auto minorGrid = props::color(axes, "MinorGridColor");
+  const double minorAlpha = props::number(axes, "MinorGridAlpha", 0.25);
+  if (minorGrid && props::isOn(axes, "XMinorGrid")) {
+    setColor(*minorGrid, minorAlpha);
+    for (double t : TickSteps::minorTicksFor(f.xlo, f.xhi, maxX, f.xlog)) {
+      cairo_move_to(cr_, f.px(t), f.y0);
+      cairo_line_to(cr_, f.px(t), f.y0 + f.h);
+    }
+    cairo_stroke(cr_);
+  }
+  if (minorGrid && props::isOn(axes, "YMinorGrid")) {
+    setColor(*minorGrid, minorAlpha);
+    for (double t : TickSteps::minorTicksFor(f.ylo, f.yhi, maxY, f.ylog)) {
+      cairo_move_to(cr_, f.x0, f.py(t));
+      cairo_line_to(cr_, f.x0 + f.w, f.py(t));
+    }
+    cairo_stroke(cr_);
+  }
   const auto grid = props::color(axes, "GridColor");
   const double gridAlpha = props::number(axes, "GridAlpha", 0.15);
   cairo_set_line_width(cr_, 0.5 * kPxPerPt * scale_);
@@ -219,12 +252,12 @@ void TreePainter::paintTicks(COSInterface* axes, const Frame& f) {
       cairo_move_to(cr_, f.x0, f.y0);
       cairo_line_to(cr_, f.x0 + f.w, f.y0);
     }
-    for (double t : TickSteps::ticksFor(f.xlo, f.xhi, maxX)) {
+    for (double t : TickSteps::ticksFor(f.xlo, f.xhi, maxX, f.xlog)) {
       cairo_move_to(cr_, f.px(t), f.y0 + f.h);
       cairo_line_to(cr_, f.px(t), f.y0 + f.h - tick);
     }
     cairo_stroke(cr_);
-    for (double t : TickSteps::ticksFor(f.xlo, f.xhi, maxX)) {
+    for (double t : TickSteps::ticksFor(f.xlo, f.xhi, maxX, f.xlog)) {
       setColor(*xc);
       label(tickLabel(t), f.px(t), f.y0 + f.h + 3 * scale_, 0.5, 0, fontPt, false, "", 0);
     }
@@ -237,12 +270,12 @@ void TreePainter::paintTicks(COSInterface* axes, const Frame& f) {
       cairo_move_to(cr_, f.x0 + f.w, f.y0);
       cairo_line_to(cr_, f.x0 + f.w, f.y0 + f.h);
     }
-    for (double t : TickSteps::ticksFor(f.ylo, f.yhi, maxY)) {
+    for (double t : TickSteps::ticksFor(f.ylo, f.yhi, maxY, f.ylog)) {
       cairo_move_to(cr_, f.x0, f.py(t));
       cairo_line_to(cr_, f.x0 + tick, f.py(t));
     }
     cairo_stroke(cr_);
-    for (double t : TickSteps::ticksFor(f.ylo, f.yhi, maxY)) {
+    for (double t : TickSteps::ticksFor(f.ylo, f.yhi, maxY, f.ylog)) {
       setColor(*yc);
       label(tickLabel(t), f.x0 - 4 * scale_, f.py(t), 1, 0.5, fontPt, false, "", 0);
     }
@@ -347,7 +380,7 @@ void TreePainter::paintRuns(COSInterface* axes, const Frame& f, COSInterface* sk
 
 void TreePainter::paintTextInAxes(COSInterface* text, const Frame& f) {
   std::vector<double> p = props::numbers(text, "Position");
-  if (p.size() >= 2) paintText(text, f.px(p[0]), f.py(p[1]), -1, -1);
+  if (p.size() >= 2 && finite(f.px(p[0]), f.py(p[1]))) paintText(text, f.px(p[0]), f.py(p[1]), -1, -1);
 }
 
 void TreePainter::paintLine(COSInterface* line, const Frame& f) {
@@ -379,8 +412,10 @@ void TreePainter::paintLine(COSInterface* line, const Frame& f) {
     if (dense) cairo_set_antialias(cr_, CAIRO_ANTIALIAS_FAST);
     ColumnReducer path(cr_);
     for (std::size_t i = 0; i < x.size(); ++i) {
-      if (!std::isfinite(x[i]) || !std::isfinite(y[i])) path.liftPen();  // a NaN breaks the line
-      else path.add(f.px(x[i]), f.py(y[i]));
+      // A NaN breaks the line, and so does a value a log scale has no place for.
+      const double dx = f.px(x[i]), dy = f.py(y[i]);
+      if (!finite(dx, dy)) path.liftPen();
+      else path.add(dx, dy);
     }
     path.liftPen();
     cairo_stroke(cr_);
@@ -406,8 +441,8 @@ void TreePainter::paintMarkers(COSInterface* line, const Frame& f, const std::ve
   cairo_set_line_width(cr_, props::number(line, "LineWidth", 0.5) * kPxPerPt * scale_);
   const char m = marker[0];
   for (std::size_t i = 0; i < x.size(); ++i) {
-    if (!std::isfinite(x[i]) || !std::isfinite(y[i])) continue;
     const double cx = f.px(x[i]), cy = f.py(y[i]);
+    if (!finite(cx, cy)) continue;
     bool closed = true;
     switch (m) {
       case 'o': case 'c': cairo_new_sub_path(cr_); cairo_arc(cr_, cx, cy, r, 0, 2 * M_PI); break;
@@ -479,7 +514,8 @@ void TreePainter::paintPatch(COSInterface* patch, const Frame& f) {
   for (const auto& poly : polys) {
     if (poly.size() < 2) continue;
     cairo_new_path(cr_);
-    for (const auto& p : poly) cairo_line_to(cr_, f.px(p[0]), f.py(p[1]));
+    for (const auto& p : poly)
+      if (finite(f.px(p[0]), f.py(p[1]))) cairo_line_to(cr_, f.px(p[0]), f.py(p[1]));
     cairo_close_path(cr_);
     if (face) {
       setColor(*face, alpha);

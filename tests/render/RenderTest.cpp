@@ -294,6 +294,26 @@ TEST(TickSteps, ReadableStepsWithinTheLimits) {
   EXPECT_TRUE(TickSteps::ticksFor(0, INFINITY, 5).empty());
 }
 
+TEST(TickSteps, LogScalesTickByDecadesAndMinorGridsFillBetween) {
+  using sgrender::TickSteps;
+  EXPECT_EQ(TickSteps::ticksFor(0.5, 1000, 6, true), (std::vector<double>{1, 10, 100, 1000}));
+  // Too many decades for the room: every second one.
+  EXPECT_EQ(TickSteps::ticksFor(1, 1e6, 4, true), (std::vector<double>{1, 100, 1e4, 1e6}));
+  // Less than two decades: the linear steps read better.
+  EXPECT_EQ(TickSteps::ticksFor(2, 8, 4, true), TickSteps::ticksFor(2, 8, 4));
+  const std::vector<double> minorLog = TickSteps::minorTicksFor(1, 100, 6, true);
+  ASSERT_EQ(minorLog.size(), 16u);  // 2..9 and 20..90
+  EXPECT_EQ(minorLog.front(), 2);
+  EXPECT_EQ(minorLog.back(), 90);
+  // Linear: fifths of a step of 1 or 5, quarters of a step of 2, ticks left out.
+  const std::vector<double> fifths = TickSteps::minorTicksFor(0, 2, 3);  // step 1
+  ASSERT_EQ(fifths.size(), 8u);
+  EXPECT_NEAR(fifths.front(), 0.2, 1e-12);
+  EXPECT_NEAR(fifths[4], 1.2, 1e-12);
+  EXPECT_EQ(TickSteps::minorTicksFor(0, 4, 3).size(), 6u);  // step 2: 0.5 1 1.5 2.5 3 3.5
+  EXPECT_TRUE(TickSteps::minorTicksFor(1, 1, 3).empty());
+}
+
 }  // namespace
 
 namespace {
@@ -468,6 +488,37 @@ TEST_F(RenderTest, FigureViewsFollowTheirFigures) {
   sgclasses::releaseRoot();
   EXPECT_EQ(FigureViews::find(second), nullptr);
   EXPECT_EQ(FigureViews::count(), before);
+}
+
+// A log scale places values by their logarithm and has no place for the
+// others; the minor grid shows only when asked for.
+TEST_F(RenderTest, LogScalesPlaceDataByDecadesAndMinorGridsShowWhenOn) {
+  // A box 180 pixels wide (10..190), room for a tick at each decade.
+  sgtest::set(axes_, "Position", row({0.05, 0.25, 0.9, 0.5}).get());
+  sgtest::set(axes_, "XScale", str("log").get());
+  sgtest::set(axes_, "XLim", row({1, 100}).get());
+  sgtest::set(axes_, "MinorGridColor", row({0, 0, 0}).get());
+  sgtest::set(axes_, "MinorGridAlpha", Arr(vxCreateDoubleScalar(1)).get());
+  line({10, 10}, {0, 10}, row({1, 0, 0}));     // x = 10: halfway across
+  line({0, 10, 100}, {2, 2, 2}, row({0, 1, 0}));  // x = 0 has no place: starts at 10
+  const fs::path file = dir_ / "log.png";
+  FigureRenderer::exportFigure(figure_, file.string());
+  {
+    Picture pic(file);
+    EXPECT_TRUE(near(pic.at(100, 35), {255, 0, 0}));
+    EXPECT_TRUE(near(pic.at(55, 65), {255, 255, 255}));
+    EXPECT_TRUE(near(pic.at(145, 65), {0, 255, 0}));
+    EXPECT_TRUE(near(pic.at(37, 40), {255, 255, 255}));  // x = 2, no minor grid yet
+  }
+  sgtest::set(axes_, "XMinorGrid", str("on").get());
+  FigureRenderer::exportFigure(figure_, file.string());
+  const Rgb minor = Picture(file).at(37, 40);  // x = 2 at 37.09
+  EXPECT_LT(minor.r + minor.g + minor.b, 600);
+  // Auto limits on a log scale take the positive data only.
+  sgtest::set(axes_, "XLimMode", str("auto").get());
+  Arr lim = sgtest::get(axes_, "XLim");
+  EXPECT_EQ(vxGetPr(lim.get())[0], 10);
+  EXPECT_EQ(vxGetPr(lim.get())[1], 100);
 }
 
 // Patch vertices with a third column are drawn from above, as lines with
