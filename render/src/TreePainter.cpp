@@ -11,6 +11,7 @@
 #include "CairoHandles.h"
 #include "DrawnObjects.h"
 #include "Properties.h"
+#include "sgclasses/AxesTexts.h"
 #include "sgclasses/ClassNames.h"
 #include "sgrender/TickSteps.h"
 #include "vcos/COSInterface.h"
@@ -178,6 +179,8 @@ void TreePainter::paintAxes(COSInterface* axes) {
   setDash("-", 1);
   const auto minorGrid = props::color(axes, "MinorGridColor");
   const double minorAlpha = props::number(axes, "MinorGridAlpha", 0.25);
+  // Dotted, so that it reads as the lesser grid at any alpha.
+  setDash(":", 0.5 * kPxPerPt * scale_);
   if (minorGrid && props::isOn(axes, "XMinorGrid")) {
     setColor(*minorGrid, minorAlpha);
     for (double t : TickSteps::minorTicksFor(f.xlo, f.xhi, maxX, f.xlog)) {
@@ -194,6 +197,7 @@ void TreePainter::paintAxes(COSInterface* axes) {
     }
     cairo_stroke(cr_);
   }
+  setDash("-", 1);
   const auto grid = props::color(axes, "GridColor");
   const double gridAlpha = props::number(axes, "GridAlpha", 0.15);
   cairo_set_line_width(cr_, 0.5 * kPxPerPt * scale_);
@@ -216,26 +220,30 @@ void TreePainter::paintAxes(COSInterface* axes) {
   }
 
   // The data, clipped to the axes' rectangle.
-  matrix::unique_vxArray titleValue = props::value(axes, "Title");
-  COSInterfacePtr title;
-  if (vxIsObject(titleValue.get()) && vxGetNumberOfElements(titleValue.get()) == 1)
-    title = omGetArrayElement(titleValue.get(), 0);
+  // Read without making a label the axes does not have yet.
+  const auto [title, xLabel, yLabel] = sgclasses::axesOwnTexts(axes);
+  const OwnTexts own{title.get(), xLabel.get(), yLabel.get()};
   cairo_save(cr_);
   cairo_rectangle(cr_, f.x0, f.y0, f.w, f.h);
   cairo_clip(cr_);
   if (drawn_ && cairo_surface_get_type(cairo_get_target(cr_)) == CAIRO_SURFACE_TYPE_IMAGE)
-    paintRuns(axes, f, title.get());
+    paintRuns(axes, f, own);
   else
-    paintChildren(axes, f, title.get());
+    paintChildren(axes, f, own);
   cairo_restore(cr_);
 
-  paintTicks(axes, f);
-  // The title is centred above the box, outside the clip.
-  if (title && !title->isDestroyed() && props::isOn(title.get(), "Visible"))
-    paintText(title.get(), f.x0 + f.w / 2, f.y0 - 6 * scale_, 0.5, 1);
+  const std::array<double, 2> tickText = paintTicks(axes, f);
+  // Outside the clip: the title centred above the box, the x label centred
+  // below the tick labels, the y label (turned upright by its Rotation)
+  // centred left of them.
+  auto shown = [](const COSInterfacePtr& t) { return t && !t->isDestroyed() && props::isOn(t.get(), "Visible"); };
+  if (shown(title)) paintText(title.get(), f.x0 + f.w / 2, f.y0 - 6 * scale_, 0.5, 1);
+  if (shown(xLabel)) paintText(xLabel.get(), f.x0 + f.w / 2, f.y0 + f.h + 6 * scale_ + tickText[0], 0.5, 0);
+  if (shown(yLabel)) paintText(yLabel.get(), f.x0 - 8 * scale_ - tickText[1], f.y0 + f.h / 2, 0.5, 1);
 }
 
-void TreePainter::paintTicks(COSInterface* axes, const Frame& f) {
+std::array<double, 2> TreePainter::paintTicks(COSInterface* axes, const Frame& f) {
+  std::array<double, 2> extent{0, 0};
   const double lw = props::number(axes, "LineWidth", 0.5) * kPxPerPt * scale_;
   const double fontPt = props::number(axes, "FontSize", 10);
   const bool box = props::isOn(axes, "Box");
@@ -259,7 +267,8 @@ void TreePainter::paintTicks(COSInterface* axes, const Frame& f) {
     cairo_stroke(cr_);
     for (double t : TickSteps::ticksFor(f.xlo, f.xhi, maxX, f.xlog)) {
       setColor(*xc);
-      label(tickLabel(t), f.px(t), f.y0 + f.h + 3 * scale_, 0.5, 0, fontPt, false, "", 0);
+      const auto size = label(tickLabel(t), f.px(t), f.y0 + f.h + 3 * scale_, 0.5, 0, fontPt, false, "", 0);
+      extent[0] = std::max(extent[0], double(size[1]));
     }
   }
   if (auto yc = props::color(axes, "YColor")) {
@@ -277,14 +286,16 @@ void TreePainter::paintTicks(COSInterface* axes, const Frame& f) {
     cairo_stroke(cr_);
     for (double t : TickSteps::ticksFor(f.ylo, f.yhi, maxY, f.ylog)) {
       setColor(*yc);
-      label(tickLabel(t), f.x0 - 4 * scale_, f.py(t), 1, 0.5, fontPt, false, "", 0);
+      const auto size = label(tickLabel(t), f.x0 - 4 * scale_, f.py(t), 1, 0.5, fontPt, false, "", 0);
+      extent[1] = std::max(extent[1], double(size[0]));
     }
   }
+  return extent;
 }
 
-void TreePainter::paintChildren(COSInterface* parent, const Frame& f, COSInterface* skip) {
+void TreePainter::paintChildren(COSInterface* parent, const Frame& f, const OwnTexts& skip) {
   for (COSInterface* child : childrenInDrawOrder(parent)) {
-    if (child == skip || !props::isOn(child, "Visible")) continue;
+    if (std::find(skip.begin(), skip.end(), child) != skip.end() || !props::isOn(child, "Visible")) continue;
     if (sgclasses::isOfClass(child, {sgclasses::kLineClass})) {
       paintLeaf(child, f, &TreePainter::paintLine);
     } else if (sgclasses::isOfClass(child, {sgclasses::kPatchClass})) {
@@ -292,7 +303,7 @@ void TreePainter::paintChildren(COSInterface* parent, const Frame& f, COSInterfa
     } else if (sgclasses::isOfClass(child, {sgclasses::kTextClass})) {
       paintLeaf(child, f, &TreePainter::paintTextInAxes);
     } else if (sgclasses::isOfClass(child, {sgclasses::kGroupClass})) {
-      paintChildren(child, f, nullptr);
+      paintChildren(child, f, OwnTexts{});
     }
   }
 }
@@ -330,18 +341,18 @@ void TreePainter::paintLeaf(COSInterface* object, const Frame& f,
   }
 }
 
-void TreePainter::collectLeaves(COSInterface* parent, COSInterface* skip,
+void TreePainter::collectLeaves(COSInterface* parent, const OwnTexts& skip,
                                 std::vector<std::pair<COSInterface*, PaintFn>>& out) {
   for (COSInterface* child : childrenInDrawOrder(parent)) {
-    if (child == skip || !props::isOn(child, "Visible")) continue;
+    if (std::find(skip.begin(), skip.end(), child) != skip.end() || !props::isOn(child, "Visible")) continue;
     if (sgclasses::isOfClass(child, {sgclasses::kLineClass})) out.emplace_back(child, &TreePainter::paintLine);
     else if (sgclasses::isOfClass(child, {sgclasses::kPatchClass})) out.emplace_back(child, &TreePainter::paintPatch);
     else if (sgclasses::isOfClass(child, {sgclasses::kTextClass})) out.emplace_back(child, &TreePainter::paintTextInAxes);
-    else if (sgclasses::isOfClass(child, {sgclasses::kGroupClass})) collectLeaves(child, nullptr, out);
+    else if (sgclasses::isOfClass(child, {sgclasses::kGroupClass})) collectLeaves(child, OwnTexts{}, out);
   }
 }
 
-void TreePainter::paintRuns(COSInterface* axes, const Frame& f, COSInterface* skip) {
+void TreePainter::paintRuns(COSInterface* axes, const Frame& f, const OwnTexts& skip) {
   std::vector<std::pair<COSInterface*, PaintFn>> leaves;
   collectLeaves(axes, skip, leaves);
   std::vector<DrawnObjects::Run>& runs = drawn_->runsOf(axes, f);
@@ -543,8 +554,8 @@ void TreePainter::paintText(COSInterface* text, double x, double y, double hAlig
         props::text(text, "FontName"), props::number(text, "Rotation", 0));
 }
 
-void TreePainter::label(const std::string& text, double x, double y, double h, double v, double sizePt, bool bold,
-                        const std::string& font, double rotationDeg) {
+std::array<int, 2> TreePainter::label(const std::string& text, double x, double y, double h, double v, double sizePt,
+                                      bool bold, const std::string& font, double rotationDeg) {
   std::unique_ptr<PangoLayout, LayoutDeleter> layout(pango_cairo_create_layout(cr_));
   // The generic family names of the classes map to fontconfig's.
   const std::string family = font.empty() || font == "SansSerif" || font == "Helvetica" ? "Sans" : font;
@@ -561,6 +572,7 @@ void TreePainter::label(const std::string& text, double x, double y, double h, d
   cairo_move_to(cr_, -h * w, -v * hgt);
   pango_cairo_show_layout(cr_, layout.get());
   cairo_restore(cr_);
+  return {w, hgt};
 }
 
 }  // namespace sgrender

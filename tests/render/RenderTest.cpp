@@ -3,6 +3,7 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -13,6 +14,7 @@
 #include <vector>
 #include <unistd.h>
 
+#include "sgclasses/AxesTexts.h"
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Objects.h"
 #include "sgclasses/Registration.h"
@@ -508,17 +510,63 @@ TEST_F(RenderTest, LogScalesPlaceDataByDecadesAndMinorGridsShowWhenOn) {
     EXPECT_TRUE(near(pic.at(100, 35), {255, 0, 0}));
     EXPECT_TRUE(near(pic.at(55, 65), {255, 255, 255}));
     EXPECT_TRUE(near(pic.at(145, 65), {0, 255, 0}));
-    EXPECT_TRUE(near(pic.at(37, 40), {255, 255, 255}));  // x = 2, no minor grid yet
+    for (int y = 26; y < 74; ++y) EXPECT_TRUE(near(pic.at(37, y), {255, 255, 255}));  // x = 2, no minor grid yet
   }
   sgtest::set(axes_, "XMinorGrid", str("on").get());
   FigureRenderer::exportFigure(figure_, file.string());
-  const Rgb minor = Picture(file).at(37, 40);  // x = 2 at 37.09
-  EXPECT_LT(minor.r + minor.g + minor.b, 600);
+  {
+    // x = 2 at 37.09: a dotted line down the box.
+    Picture pic(file);
+    int darkest = 765;
+    for (int y = 26; y < 74; ++y) darkest = std::min(darkest, pic.at(37, y).r + pic.at(37, y).g + pic.at(37, y).b);
+    EXPECT_LT(darkest, 600);
+    EXPECT_TRUE(near(pic.at(55, 40), {255, 255, 255}));  // between minor lines
+  }
   // Auto limits on a log scale take the positive data only.
   sgtest::set(axes_, "XLimMode", str("auto").get());
   Arr lim = sgtest::get(axes_, "XLim");
   EXPECT_EQ(vxGetPr(lim.get())[0], 10);
   EXPECT_EQ(vxGetPr(lim.get())[1], 100);
+}
+
+// The labels are drawn outside the box, below the x tick labels and left of
+// the y ones; an axes whose labels were never asked for has none.
+TEST_F(RenderTest, AxisLabelsAreDrawnBelowAndLeftOfTheBox) {
+  // Box 60..180 across, 10..60 down: room below and to the left.
+  sgtest::set(axes_, "Position", row({0.3, 0.4, 0.6, 0.5}).get());
+  auto inked = [&](const fs::path& file, int x0, int y0, int x1, int y1) {
+    Picture pic(file);
+    int n = 0;
+    for (int y = y0; y < y1; ++y)
+      for (int x = x0; x < x1; ++x) n += !near(pic.at(x, y), {51, 102, 153}, 40);
+    return n;
+  };
+  const fs::path file = dir_ / "labels.png";
+  FigureRenderer::exportFigure(figure_, file.string());
+  EXPECT_EQ(sgclasses::axesOwnTexts(axes_.get())[1], nullptr);  // drawing made no label
+  const int belowBefore = inked(file, 90, 82, 150, 100), leftBefore = inked(file, 0, 15, 34, 55);
+
+  Arr xLabel = sgtest::get(axes_, "XLabel"), yLabel = sgtest::get(axes_, "YLabel");
+  COSInterfacePtr x = omGetArrayElement(xLabel.get(), 0), y = omGetArrayElement(yLabel.get(), 0);
+  sgtest::set(x, "String", str("MMMM").get());
+  sgtest::set(y, "String", str("MMMM").get());
+  sgtest::set(x, "Color", row({0, 0, 0}).get());
+  sgtest::set(y, "Color", row({0, 0, 0}).get());
+  EXPECT_EQ(FigureRenderer::exportFigure(figure_, file.string()).texts, 2u);
+  EXPECT_EQ(belowBefore, 0);
+  EXPECT_EQ(leftBefore, 0);
+  EXPECT_GT(inked(file, 90, 82, 150, 100), 20);
+  EXPECT_GT(inked(file, 0, 15, 34, 55), 20);
+  // Upright: the y label is taller than wide.
+  Picture pic(file);
+  int top = 100, bottom = 0, left = 200, right = 0;
+  for (int py = 0; py < 100; ++py)
+    for (int px = 0; px < 34; ++px)
+      if (near(pic.at(px, py), {0, 0, 0}, 60)) {
+        top = std::min(top, py), bottom = std::max(bottom, py);
+        left = std::min(left, px), right = std::max(right, px);
+      }
+  EXPECT_GT(bottom - top, 2 * (right - left));
 }
 
 // Patch vertices with a third column are drawn from above, as lines with
