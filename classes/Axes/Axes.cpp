@@ -36,24 +36,23 @@ constexpr std::array<double, 2> kDefaultLimits[3] = {{0, 1}, {0, 1}, {-1, 1}};
 struct Range {
   double lo = std::numeric_limits<double>::infinity();
   double hi = -std::numeric_limits<double>::infinity();
+  // On a log scale only positive values have a place.
+  bool positiveOnly = false;
+  void take(double v) {
+    if (!std::isfinite(v) || (positiveOnly && !(v > 0))) return;
+    lo = std::min(lo, v);
+    hi = std::max(hi, v);
+  }
   void add(const vxArray* data) {
     if (!data || !vxIsDouble(data) || vxIsComplex(data)) return;
     const double* values = vxGetPr(data);
-    for (std::size_t i = 0, n = vxGetNumberOfElements(data); i < n; ++i)
-      if (std::isfinite(values[i])) {
-        lo = std::min(lo, values[i]);
-        hi = std::max(hi, values[i]);
-      }
+    for (std::size_t i = 0, n = vxGetNumberOfElements(data); i < n; ++i) take(values[i]);
   }
   // One column of an n-by-k matrix (the vertices of a patch).
   void addColumn(const vxArray* data, std::size_t column) {
     if (!data || !vxIsDouble(data) || vxIsComplex(data) || vxGetN(data) <= column) return;
     const double* values = vxGetPr(data) + column * vxGetM(data);
-    for (std::size_t i = 0, n = vxGetM(data); i < n; ++i)
-      if (std::isfinite(values[i])) {
-        lo = std::min(lo, values[i]);
-        hi = std::max(hi, values[i]);
-      }
+    for (std::size_t i = 0, n = vxGetM(data); i < n; ++i) take(values[i]);
   }
 };
 
@@ -88,23 +87,66 @@ void Axes::parentChanged(COSInterface* object, COSInterface* parent) {
     sgutils::blockOf<Root>(root, Root::classID())->setCurrentFigure(COSInterfacePtr(parent));
 }
 
-void Axes::makeTitle(COSInterfacePtr object) {
+namespace {
+// A hidden, centred text child of the axes, held weakly (the tree holds it).
+COSInterfacePtr makeOwnText(COSInterface* axes, double rotation) {
   matrix::unique_vxArray made(omConstructObjectWithClient(kTextClass, 0, nullptr, COSGetPublicClient()));
   COSInterfacePtr text = omGetArrayElement(made.get(), 0);
   Text* block = sgutils::blockOf<Text>(text.get(), Text::classID());
   block->setHandleVisibility(graphics::datatype::HandleVisibility::Off, graphics::datatype::PrivateClient);
   block->setHorizontalAlignment(HorizontalAlignment::Center, graphics::datatype::PrivateClient);
-  block->reparent(text.get(), object.get());
-  // A copy of the axes makes its own title and takes the values of this one
-  // (AxesCopy.cpp), so the title is no object of its own in a copy.
+  if (rotation != 0) block->setRotation(rotation, graphics::datatype::PrivateClient);
+  block->reparent(text.get(), axes);
+  // A copy of the axes makes its own texts and takes the values of these
+  // (AxesCopy.cpp), so they are no objects of their own in a copy.
   if (sgutils::CopyableData* data = sgutils::Copyable::dataOf(text.get())) data->copyable = false;
-  title_ = COSInterfacePtr(text.get(), COSWeakReference);
+  return COSInterfacePtr(text.get(), COSWeakReference);
+}
+
+COSValue ownTextValue(const COSInterfacePtr& held) {
+  COSInterface* text = held.get();
+  if (!text || text->isDestroyed()) return COSValue(vxCreateDoubleMatrix(0, 0, vxREAL));
+  return COSValue(omCreateVCOSScalar(COSInterfacePtr(text)));
+}
+
+// A text object given for one of the axes' own texts, moved under the axes.
+COSInterfacePtr adoptOwnText(COSInterface* axes, COSValue value, const char* errorId) {
+  const auto* array = value.asPointer<const vxArray>();
+  COSInterfacePtr text = array && omIsVCOS(array) && vxGetNumberOfElements(array) == 1
+                             ? omGetLiveArrayElement(array, 0)
+                             : COSInterfacePtr();
+  if (!text || !isOfClass(text.get(), {kTextClass})) throw Error(errorId);
+  sgutils::blockOf<Text>(text.get(), Text::classID())->reparent(text.get(), axes);
+  return COSInterfacePtr(text.get(), COSWeakReference);
+}
+}  // namespace
+
+void Axes::makeTitle(COSInterfacePtr object) { title_ = makeOwnText(object.get(), 0); }
+
+COSInterfacePtr Axes::label(COSInterface* object, int axis, bool make) {
+  COSInterfacePtr& held = axis == 0 ? xLabel_ : yLabel_;
+  if (held && !held->isDestroyed() && !held->isBeingDestroyed()) return held;
+  if (!make || !object || object->isBeingDestroyed() || object->isDestroyed()) return {};
+  held = makeOwnText(object, axis == 0 ? 0 : 90);
+  return held;
+}
+
+bool Axes::isOwnText(const COSInterface* child) const {
+  return child && (child == title_.get() || child == xLabel_.get() || child == yLabel_.get());
 }
 
 std::array<double, 2> Axes::limits(int dimension) const {
   if (limitModes_[dimension] == AutoManual::Manual) return limits_[dimension];
+  const bool log = (dimension == 0 && getXScale() == AxisScale::Log) || (dimension == 1 && getYScale() == AxisScale::Log);
   Range range;
+  range.positiveOnly = log;
   collect(getCOSObject(), dimension, range);
+  if (log) {
+    // A decade each way around a single value; no data: one decade.
+    if (range.lo > range.hi) return {1, 10};
+    if (range.lo == range.hi) return {range.lo / 10, range.hi * 10};
+    return {range.lo, range.hi};
+  }
   if (range.lo > range.hi) return kDefaultLimits[dimension];
   if (range.lo == range.hi) return {range.lo - 1, range.hi + 1};
   return {range.lo, range.hi};
@@ -177,7 +219,7 @@ graphics::datatype::RGBAColor Axes::takeNextColor() {
 void Axes::clearForPlot(std::span<const COSInterfacePtr> keep) {
   std::vector<COSInterfacePtr> doomed;
   for (COSInterface* child = getCOSObject()->getNewestChild(); child; child = child->getOlderSibling())
-    if (child != title_.get() && !child->isBeingDestroyed() &&
+    if (!isOwnText(child) && !child->isBeingDestroyed() &&
         std::find(keep.begin(), keep.end(), COSInterfacePtr(child)) == keep.end())
       doomed.emplace_back(child);
   for (const COSInterfacePtr& child : doomed)
@@ -186,20 +228,22 @@ void Axes::clearForPlot(std::span<const COSInterfacePtr> keep) {
   limitModes_ = {};
 }
 
-COSValue Axes::getTitleImpl(COSPropInfo*, const COSClient*, COSInterface*) {
-  COSInterface* text = title_.get();
-  if (!text || text->isDestroyed()) return COSValue(vxCreateDoubleMatrix(0, 0, vxREAL));
-  return COSValue(omCreateVCOSScalar(COSInterfacePtr(text)));
+COSValue Axes::getTitleImpl(COSPropInfo*, const COSClient*, COSInterface*) { return ownTextValue(title_); }
+COSValue Axes::getXLabelImpl(COSPropInfo*, const COSClient*, COSInterface* object) {
+  return ownTextValue(label(object, 0, true));
+}
+COSValue Axes::getYLabelImpl(COSPropInfo*, const COSClient*, COSInterface* object) {
+  return ownTextValue(label(object, 1, true));
 }
 
 void Axes::setTitleImpl(COSPropInfo*, const COSClient*, COSInterface* object, COSValue value) {
-  const auto* array = value.asPointer<const vxArray>();
-  COSInterfacePtr text = array && omIsVCOS(array) && vxGetNumberOfElements(array) == 1
-                             ? omGetLiveArrayElement(array, 0)
-                             : COSInterfacePtr();
-  if (!text || !isOfClass(text.get(), {kTextClass})) throw Error("VANTEL:sgclasses:TitleNotText");
-  sgutils::blockOf<Text>(text.get(), Text::classID())->reparent(text.get(), object);
-  title_ = COSInterfacePtr(text.get(), COSWeakReference);
+  title_ = adoptOwnText(object, value, "VANTEL:sgclasses:TitleNotText");
+}
+void Axes::setXLabelImpl(COSPropInfo*, const COSClient*, COSInterface* object, COSValue value) {
+  xLabel_ = adoptOwnText(object, value, "VANTEL:sgclasses:LabelNotText");
+}
+void Axes::setYLabelImpl(COSPropInfo*, const COSClient*, COSInterface* object, COSValue value) {
+  yLabel_ = adoptOwnText(object, value, "VANTEL:sgclasses:LabelNotText");
 }
 
 }  // namespace sgclasses

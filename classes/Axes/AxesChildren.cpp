@@ -1,7 +1,7 @@
 // The method "getAllchildChildren" of an axes: every child, hidden ones
-// included, except the axes' own title. Clearing an axes with its hidden
-// children (clo with reset) reads its children through it, so the title,
-// which the axes makes once and keeps for its whole life, survives.
+// included, except the axes' own title and labels. Clearing an axes with its
+// hidden children (clo with reset) reads its children through it, so those
+// texts, which the axes makes once and keeps for its whole life, survive.
 #include "sgutils/objects/Axes.gen.h"
 
 #include <vector>
@@ -22,7 +22,7 @@ class AxesAllChildrenMI final : public COSMethodBase {
  public:
   explicit AxesAllChildrenMI(COSID classId)
       : COSMethodBase(classId, COSID("getAllchildChildren"), PublicAccess,
-                      "All children of the axes, hidden ones included, without its title.") {}
+                      "All children of the axes, hidden ones included, without its title and labels.") {}
 
   void invoke(const COSClient*, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) const override {
     if (nlhs > 1) matrix::detail::error_maxlhs();
@@ -39,11 +39,11 @@ class AxesAllChildrenMI final : public COSMethodBase {
       sgutils::ScopeShowHiddenHandlesOn showHidden;
       children.reset(vxGetProperty(self, 0, "Children"));
     }
-    const COSInterfacePtr title = sgutils::blockOf<Axes>(axes.get(), Axes::classID())->title();
+    const Axes* block = sgutils::blockOf<Axes>(axes.get(), Axes::classID());
     std::vector<COSInterfacePtr> kept;
     if (children && omIsVCOS(children.get()))
       for (std::size_t i = 0, n = vxGetNumberOfElements(children.get()); i < n; ++i)
-        if (COSInterfacePtr child = omGetArrayElement(children.get(), i); child && child != title)
+        if (COSInterfacePtr child = omGetArrayElement(children.get(), i); child && !block->isOwnText(child.get()))
           kept.push_back(std::move(child));
     if (kept.empty()) {
       plhs[0] = COSValue(omCreateVCOSEmpty("vantel.graphics.Graphics"));

@@ -1,5 +1,7 @@
 // The copy of an axes: the default copy, then the values of the source's
-// title onto the title that the new axes made for itself.
+// title and labels onto those that the new axes made for itself.
+#include <utility>
+
 #include "sgutils/copy/Copyable.h"
 #include "sgutils/copy/CopyableMethod.h"
 #include "sgutils/objects/Axes.gen.h"
@@ -18,10 +20,16 @@ class AxesCopyElementMI final : public sgutils::CopyableSubclassCopyElementMI {
     const COSInterfacePtr source = omGetLiveArrayElement(prhs[0].asPointer<const vxArray>(), 0);
     const COSInterfacePtr copy = omGetLiveArrayElement(plhs[0].asPointer<const vxArray>(), 0);
     if (!source || !copy) return;
-    const COSInterfacePtr sourceTitle = sgutils::blockOf<Axes>(source.get(), Axes::classID())->title();
-    const COSInterfacePtr copyTitle = sgutils::blockOf<Axes>(copy.get(), Axes::classID())->title();
-    if (sourceTitle && copyTitle && !sourceTitle->isDestroyed() && !copyTitle->isDestroyed())
-      sgutils::Copyable::copyValueProperties(sourceTitle, copyTitle, client);
+    Axes* from = sgutils::blockOf<Axes>(source.get(), Axes::classID());
+    Axes* to = sgutils::blockOf<Axes>(copy.get(), Axes::classID());
+    // A label is made in the copy only where the source has one.
+    std::pair<COSInterfacePtr, COSInterfacePtr> texts[] = {{from->title(), to->title()}, {}, {}};
+    for (int axis = 0; axis < 2; ++axis)
+      if (COSInterfacePtr sourceLabel = from->label(source.get(), axis, false))
+        texts[axis + 1] = {sourceLabel, to->label(copy.get(), axis, true)};
+    for (const auto& [sourceText, copyText] : texts)
+      if (sourceText && copyText && !sourceText->isDestroyed() && !copyText->isDestroyed())
+        sgutils::Copyable::copyValueProperties(sourceText, copyText, client);
   }
 };
 

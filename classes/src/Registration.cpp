@@ -75,6 +75,7 @@ void registerClasses() {
     registerEnumeration<FontWeight>("vantel.graphics.datatype.FontWeight");
     registerEnumeration<HorizontalAlignment>("vantel.graphics.datatype.HorizontalAlignment");
     registerEnumeration<VerticalAlignment>("vantel.graphics.datatype.VerticalAlignment");
+    registerEnumeration<AxisScale>("vantel.graphics.datatype.AxisScale");
     using namespace sgutils::generated;
     for (auto fn : {&registerGraphicsNode, &registerGraphicsContainer, &registerRoot, &registerFigure, &registerAxes,
                     &registerLine, &registerText, &registerPatch, &registerGroup, &registerContextMenu})

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "sgclasses/ViewInfo.h"
 #include "sgutils/objects/GraphicsNode.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/view/ViewPropertiesManager.h"
@@ -13,16 +14,6 @@ std::vector<ViewUpdateListener*>& views() {
   static std::vector<ViewUpdateListener*> list;
   return list;
 }
-// The object and every ancestor are visible (a walk up: the cost follows the
-// depth, not the tree).
-bool inVisibleHierarchy(COSInterface* object) {
-  for (COSInterface* up = object; up; up = up->getOwnerObject()) {
-    auto* node = sgutils::blockOf<GraphicsNode>(up, GraphicsNode::classID());
-    if (node && !node->getVisible()) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 ViewUpdateListener::~ViewUpdateListener() = default;
@@ -44,8 +35,7 @@ void tellViews(COSInterface* object, graphics::mixin::ViewPropertiesManager& man
   if (!manager.hasDirtyProperties()) return;
   if (!views().empty()) {
     const std::vector<std::string> names = manager.getDirtyPropertyStrings();
-    sgutils::UpdateViewInfo info;
-    info.setIsInVisibleHierarchy(inVisibleHierarchy(object));
+    const sgutils::UpdateViewInfo info = updateViewInfoFor(object);
     // A copy: a view may unregister while it is told.
     const std::vector<ViewUpdateListener*> listeners = views();
     for (ViewUpdateListener* view : listeners) view->viewPropertiesChanged(object, names, info);

@@ -7,6 +7,8 @@
 #include <array>
 
 #include "sgdatatypes/HandleOrEmpty.h"
+#include "sgutils/objects/GraphicsCoreProperties.gen.h"
+#include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/objects/MixinMethod.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSDataType.h"
@@ -33,6 +35,21 @@ void Layoutable::setLayout(COSInterface* object, LayoutOrEmpty value) {
   validateLayoutPropertyValue(value);
   LayoutOrEmpty old = std::exchange(layout_, std::move(value));
   notifyLayoutChangeObservers(object, old);
+  if (!(old == layout_)) markLayoutForViews(object);
+}
+
+void Layoutable::markLayoutForViews(COSInterface* object) {
+  // The views hear of a new Layout as of any other property: through the
+  // object's own doPostSet, where a concrete graphics object writes the
+  // name down and queues itself for the next drawnow. Layout's data lies in
+  // a block of its own, so the stub row's doPostSet reaches only this one.
+  if (!object || object->isBeingDestroyed() || object->isDestroyed()) return;
+  using graphics::internal::GraphicsCoreProperties;
+  auto* core = sgutils::blockOf<GraphicsCoreProperties>(object, GraphicsCoreProperties::classID());
+  if (!core) return;
+  static const COSID layoutName("Layout");
+  if (COSPropInfo* property = object->getClass()->findPropertyExact(layoutName))
+    core->doPostSet(COSInterfacePtr(object), property, /*limitsDirty=*/false, /*objectDirty=*/true);
 }
 
 void Layoutable::validateLayoutPropertyValue(LayoutOrEmpty) {}
@@ -83,7 +100,8 @@ void Layoutable::setStrategy(std::unique_ptr<sgutils::PositionReportStrategy> st
 void Layoutable::resetPositionReportStrategy() { setStrategy(std::make_unique<sgutils::PositionReportStrategy>()); }
 
 graphics::datatype::Position Layoutable::getRelativePosition(COSInterface*, const graphics::datatype::Position& position,
-                                                             const vxArray* units, const COSInterfacePtr& target) {
+                                                             std::optional<graphics::datatype::Units> units,
+                                                             const COSInterfacePtr& target) {
   if (!strategy_) resetPositionReportStrategy();
   return strategy_->getRelativePosition(target, position, units);
 }
@@ -172,7 +190,13 @@ void getRelativePositionMethod(const COSClient*, int& nlhs, COSValue* plhs, int 
   Layoutable* block = selfBlock(nrhs, prhs, object);
   if (!block || nrhs < 2) return;
   const auto position = graphics::datatype::Position::fromArray(prhs[1].asPointer<const vxArray>());
-  const vxArray* units = nrhs > 2 ? prhs[2].asPointer<const vxArray>() : nullptr;
+  // Units are converted here, so a strategy is handed a checked value and a
+  // name that is none of them raises before any strategy runs; an empty
+  // array is units not given.
+  const vxArray* unitsArg = nrhs > 2 ? prhs[2].asPointer<const vxArray>() : nullptr;
+  std::optional<graphics::datatype::Units> units;
+  if (unitsArg && !vxIsEmpty(unitsArg))
+    units = graphics::datatype::enumerationFromArray<graphics::datatype::Units>(unitsArg);
   const COSInterfacePtr target = handleInput(nrhs, prhs, 3);
   nlhs = 1;
   plhs[0] = COSValue(block->getRelativePosition(object.get(), position, units, target).toArray());

@@ -15,7 +15,8 @@ FigureView::~FigureView() = default;
 
 RenderStats FigureView::exportTo(const std::string& path, double scale) {
   sgclasses::drawnow();
-  return writePicture(figure_, path, scale, drawn_.get());
+  last_ = writePicture(figure_, path, scale, drawn_.get());
+  return last_;
 }
 
 std::size_t FigureView::keptObjects() const { return drawn_->size(); }

@@ -11,6 +11,7 @@
 #include "CairoHandles.h"
 #include "DrawnObjects.h"
 #include "Properties.h"
+#include "sgclasses/AxesTexts.h"
 #include "sgclasses/ClassNames.h"
 #include "sgrender/TickSteps.h"
 #include "vcos/COSInterface.h"
@@ -40,6 +41,17 @@ std::array<double, 2> limits(COSInterface* axes, const char* name) {
   if (v.size() < 2 || !(v[1] > v[0])) return {0, 1};
   return {v[0], v[1]};
 }
+
+// Limits on a log scale: a lower limit that is not positive (set by hand)
+// becomes three decades below the upper; with no positive upper limit the
+// axis stays linear.
+bool logLimits(COSInterface* axes, const char* scale, std::array<double, 2>& lim) {
+  if (props::text(axes, scale) != "log" || !(lim[1] > 0)) return false;
+  if (!(lim[0] > 0)) lim[0] = lim[1] / 1000;
+  return true;
+}
+
+bool finite(double x, double y) { return std::isfinite(x) && std::isfinite(y); }
 
 std::string tickLabel(double t) {
   char buf[32];
@@ -146,10 +158,12 @@ void TreePainter::paintAxes(COSInterface* axes) {
   ++stats_.axes;
   std::vector<double> pos = props::numbers(axes, "Position");
   if (pos.size() < 4) return;
-  const auto xl = limits(axes, "XLim");
-  const auto yl = limits(axes, "YLim");
+  auto xl = limits(axes, "XLim");
+  auto yl = limits(axes, "YLim");
+  const bool xlog = logLimits(axes, "XScale", xl);
+  const bool ylog = logLimits(axes, "YScale", yl);
   Frame f{pos[0] * width_, height_ - (pos[1] + pos[3]) * height_, pos[2] * width_, pos[3] * height_,
-          xl[0], xl[1], yl[0], yl[1]};
+          xl[0], xl[1], yl[0], yl[1], xlog, ylog};
   if (auto c = props::color(axes, "Color")) {
     setColor(*c);
     cairo_rectangle(cr_, f.x0, f.y0, f.w, f.h);
@@ -157,10 +171,33 @@ void TreePainter::paintAxes(COSInterface* axes) {
   }
   const int maxX = std::max(2, int(f.w / (80 * scale_)) + 1);
   const int maxY = std::max(2, int(f.h / (50 * scale_)) + 1);
-  const std::vector<double> xt = TickSteps::ticksFor(f.xlo, f.xhi, maxX);
-  const std::vector<double> yt = TickSteps::ticksFor(f.ylo, f.yhi, maxY);
+  const std::vector<double> xt = TickSteps::ticksFor(f.xlo, f.xhi, maxX, f.xlog);
+  const std::vector<double> yt = TickSteps::ticksFor(f.ylo, f.yhi, maxY, f.ylog);
 
-  // Grid under the data, in the grid colour at its alpha.
+  // Minor grid, then grid, under the data, each in its colour at its alpha.
+  cairo_set_line_width(cr_, 0.5 * kPxPerPt * scale_);
+  setDash("-", 1);
+  const auto minorGrid = props::color(axes, "MinorGridColor");
+  const double minorAlpha = props::number(axes, "MinorGridAlpha", 0.25);
+  // Dotted, so that it reads as the lesser grid at any alpha.
+  setDash(":", 0.5 * kPxPerPt * scale_);
+  if (minorGrid && props::isOn(axes, "XMinorGrid")) {
+    setColor(*minorGrid, minorAlpha);
+    for (double t : TickSteps::minorTicksFor(f.xlo, f.xhi, maxX, f.xlog)) {
+      cairo_move_to(cr_, f.px(t), f.y0);
+      cairo_line_to(cr_, f.px(t), f.y0 + f.h);
+    }
+    cairo_stroke(cr_);
+  }
+  if (minorGrid && props::isOn(axes, "YMinorGrid")) {
+    setColor(*minorGrid, minorAlpha);
+    for (double t : TickSteps::minorTicksFor(f.ylo, f.yhi, maxY, f.ylog)) {
+      cairo_move_to(cr_, f.x0, f.py(t));
+      cairo_line_to(cr_, f.x0 + f.w, f.py(t));
+    }
+    cairo_stroke(cr_);
+  }
+  setDash("-", 1);
   const auto grid = props::color(axes, "GridColor");
   const double gridAlpha = props::number(axes, "GridAlpha", 0.15);
   cairo_set_line_width(cr_, 0.5 * kPxPerPt * scale_);
@@ -183,26 +220,30 @@ void TreePainter::paintAxes(COSInterface* axes) {
   }
 
   // The data, clipped to the axes' rectangle.
-  matrix::unique_vxArray titleValue = props::value(axes, "Title");
-  COSInterfacePtr title;
-  if (vxIsObject(titleValue.get()) && vxGetNumberOfElements(titleValue.get()) == 1)
-    title = omGetArrayElement(titleValue.get(), 0);
+  // Read without making a label the axes does not have yet.
+  const auto [title, xLabel, yLabel] = sgclasses::axesOwnTexts(axes);
+  const OwnTexts own{title.get(), xLabel.get(), yLabel.get()};
   cairo_save(cr_);
   cairo_rectangle(cr_, f.x0, f.y0, f.w, f.h);
   cairo_clip(cr_);
   if (drawn_ && cairo_surface_get_type(cairo_get_target(cr_)) == CAIRO_SURFACE_TYPE_IMAGE)
-    paintRuns(axes, f, title.get());
+    paintRuns(axes, f, own);
   else
-    paintChildren(axes, f, title.get());
+    paintChildren(axes, f, own);
   cairo_restore(cr_);
 
-  paintTicks(axes, f);
-  // The title is centred above the box, outside the clip.
-  if (title && !title->isDestroyed() && props::isOn(title.get(), "Visible"))
-    paintText(title.get(), f.x0 + f.w / 2, f.y0 - 6 * scale_, 0.5, 1);
+  const std::array<double, 2> tickText = paintTicks(axes, f);
+  // Outside the clip: the title centred above the box, the x label centred
+  // below the tick labels, the y label (turned upright by its Rotation)
+  // centred left of them.
+  auto shown = [](const COSInterfacePtr& t) { return t && !t->isDestroyed() && props::isOn(t.get(), "Visible"); };
+  if (shown(title)) paintText(title.get(), f.x0 + f.w / 2, f.y0 - 6 * scale_, 0.5, 1);
+  if (shown(xLabel)) paintText(xLabel.get(), f.x0 + f.w / 2, f.y0 + f.h + 6 * scale_ + tickText[0], 0.5, 0);
+  if (shown(yLabel)) paintText(yLabel.get(), f.x0 - 8 * scale_ - tickText[1], f.y0 + f.h / 2, 0.5, 1);
 }
 
-void TreePainter::paintTicks(COSInterface* axes, const Frame& f) {
+std::array<double, 2> TreePainter::paintTicks(COSInterface* axes, const Frame& f) {
+  std::array<double, 2> extent{0, 0};
   const double lw = props::number(axes, "LineWidth", 0.5) * kPxPerPt * scale_;
   const double fontPt = props::number(axes, "FontSize", 10);
   const bool box = props::isOn(axes, "Box");
@@ -219,14 +260,15 @@ void TreePainter::paintTicks(COSInterface* axes, const Frame& f) {
       cairo_move_to(cr_, f.x0, f.y0);
       cairo_line_to(cr_, f.x0 + f.w, f.y0);
     }
-    for (double t : TickSteps::ticksFor(f.xlo, f.xhi, maxX)) {
+    for (double t : TickSteps::ticksFor(f.xlo, f.xhi, maxX, f.xlog)) {
       cairo_move_to(cr_, f.px(t), f.y0 + f.h);
       cairo_line_to(cr_, f.px(t), f.y0 + f.h - tick);
     }
     cairo_stroke(cr_);
-    for (double t : TickSteps::ticksFor(f.xlo, f.xhi, maxX)) {
+    for (double t : TickSteps::ticksFor(f.xlo, f.xhi, maxX, f.xlog)) {
       setColor(*xc);
-      label(tickLabel(t), f.px(t), f.y0 + f.h + 3 * scale_, 0.5, 0, fontPt, false, "", 0);
+      const auto size = label(tickLabel(t), f.px(t), f.y0 + f.h + 3 * scale_, 0.5, 0, fontPt, false, "", 0);
+      extent[0] = std::max(extent[0], double(size[1]));
     }
   }
   if (auto yc = props::color(axes, "YColor")) {
@@ -237,21 +279,23 @@ void TreePainter::paintTicks(COSInterface* axes, const Frame& f) {
       cairo_move_to(cr_, f.x0 + f.w, f.y0);
       cairo_line_to(cr_, f.x0 + f.w, f.y0 + f.h);
     }
-    for (double t : TickSteps::ticksFor(f.ylo, f.yhi, maxY)) {
+    for (double t : TickSteps::ticksFor(f.ylo, f.yhi, maxY, f.ylog)) {
       cairo_move_to(cr_, f.x0, f.py(t));
       cairo_line_to(cr_, f.x0 + tick, f.py(t));
     }
     cairo_stroke(cr_);
-    for (double t : TickSteps::ticksFor(f.ylo, f.yhi, maxY)) {
+    for (double t : TickSteps::ticksFor(f.ylo, f.yhi, maxY, f.ylog)) {
       setColor(*yc);
-      label(tickLabel(t), f.x0 - 4 * scale_, f.py(t), 1, 0.5, fontPt, false, "", 0);
+      const auto size = label(tickLabel(t), f.x0 - 4 * scale_, f.py(t), 1, 0.5, fontPt, false, "", 0);
+      extent[1] = std::max(extent[1], double(size[0]));
     }
   }
+  return extent;
 }
 
-void TreePainter::paintChildren(COSInterface* parent, const Frame& f, COSInterface* skip) {
+void TreePainter::paintChildren(COSInterface* parent, const Frame& f, const OwnTexts& skip) {
   for (COSInterface* child : childrenInDrawOrder(parent)) {
-    if (child == skip || !props::isOn(child, "Visible")) continue;
+    if (std::find(skip.begin(), skip.end(), child) != skip.end() || !props::isOn(child, "Visible")) continue;
     if (sgclasses::isOfClass(child, {sgclasses::kLineClass})) {
       paintLeaf(child, f, &TreePainter::paintLine);
     } else if (sgclasses::isOfClass(child, {sgclasses::kPatchClass})) {
@@ -259,7 +303,7 @@ void TreePainter::paintChildren(COSInterface* parent, const Frame& f, COSInterfa
     } else if (sgclasses::isOfClass(child, {sgclasses::kTextClass})) {
       paintLeaf(child, f, &TreePainter::paintTextInAxes);
     } else if (sgclasses::isOfClass(child, {sgclasses::kGroupClass})) {
-      paintChildren(child, f, nullptr);
+      paintChildren(child, f, OwnTexts{});
     }
   }
 }
@@ -297,18 +341,18 @@ void TreePainter::paintLeaf(COSInterface* object, const Frame& f,
   }
 }
 
-void TreePainter::collectLeaves(COSInterface* parent, COSInterface* skip,
+void TreePainter::collectLeaves(COSInterface* parent, const OwnTexts& skip,
                                 std::vector<std::pair<COSInterface*, PaintFn>>& out) {
   for (COSInterface* child : childrenInDrawOrder(parent)) {
-    if (child == skip || !props::isOn(child, "Visible")) continue;
+    if (std::find(skip.begin(), skip.end(), child) != skip.end() || !props::isOn(child, "Visible")) continue;
     if (sgclasses::isOfClass(child, {sgclasses::kLineClass})) out.emplace_back(child, &TreePainter::paintLine);
     else if (sgclasses::isOfClass(child, {sgclasses::kPatchClass})) out.emplace_back(child, &TreePainter::paintPatch);
     else if (sgclasses::isOfClass(child, {sgclasses::kTextClass})) out.emplace_back(child, &TreePainter::paintTextInAxes);
-    else if (sgclasses::isOfClass(child, {sgclasses::kGroupClass})) collectLeaves(child, nullptr, out);
+    else if (sgclasses::isOfClass(child, {sgclasses::kGroupClass})) collectLeaves(child, OwnTexts{}, out);
   }
 }
 
-void TreePainter::paintRuns(COSInterface* axes, const Frame& f, COSInterface* skip) {
+void TreePainter::paintRuns(COSInterface* axes, const Frame& f, const OwnTexts& skip) {
   std::vector<std::pair<COSInterface*, PaintFn>> leaves;
   collectLeaves(axes, skip, leaves);
   std::vector<DrawnObjects::Run>& runs = drawn_->runsOf(axes, f);
@@ -347,7 +391,7 @@ void TreePainter::paintRuns(COSInterface* axes, const Frame& f, COSInterface* sk
 
 void TreePainter::paintTextInAxes(COSInterface* text, const Frame& f) {
   std::vector<double> p = props::numbers(text, "Position");
-  if (p.size() >= 2) paintText(text, f.px(p[0]), f.py(p[1]), -1, -1);
+  if (p.size() >= 2 && finite(f.px(p[0]), f.py(p[1]))) paintText(text, f.px(p[0]), f.py(p[1]), -1, -1);
 }
 
 void TreePainter::paintLine(COSInterface* line, const Frame& f) {
@@ -379,8 +423,10 @@ void TreePainter::paintLine(COSInterface* line, const Frame& f) {
     if (dense) cairo_set_antialias(cr_, CAIRO_ANTIALIAS_FAST);
     ColumnReducer path(cr_);
     for (std::size_t i = 0; i < x.size(); ++i) {
-      if (!std::isfinite(x[i]) || !std::isfinite(y[i])) path.liftPen();  // a NaN breaks the line
-      else path.add(f.px(x[i]), f.py(y[i]));
+      // A NaN breaks the line, and so does a value a log scale has no place for.
+      const double dx = f.px(x[i]), dy = f.py(y[i]);
+      if (!finite(dx, dy)) path.liftPen();
+      else path.add(dx, dy);
     }
     path.liftPen();
     cairo_stroke(cr_);
@@ -406,8 +452,8 @@ void TreePainter::paintMarkers(COSInterface* line, const Frame& f, const std::ve
   cairo_set_line_width(cr_, props::number(line, "LineWidth", 0.5) * kPxPerPt * scale_);
   const char m = marker[0];
   for (std::size_t i = 0; i < x.size(); ++i) {
-    if (!std::isfinite(x[i]) || !std::isfinite(y[i])) continue;
     const double cx = f.px(x[i]), cy = f.py(y[i]);
+    if (!finite(cx, cy)) continue;
     bool closed = true;
     switch (m) {
       case 'o': case 'c': cairo_new_sub_path(cr_); cairo_arc(cr_, cx, cy, r, 0, 2 * M_PI); break;
@@ -479,7 +525,8 @@ void TreePainter::paintPatch(COSInterface* patch, const Frame& f) {
   for (const auto& poly : polys) {
     if (poly.size() < 2) continue;
     cairo_new_path(cr_);
-    for (const auto& p : poly) cairo_line_to(cr_, f.px(p[0]), f.py(p[1]));
+    for (const auto& p : poly)
+      if (finite(f.px(p[0]), f.py(p[1]))) cairo_line_to(cr_, f.px(p[0]), f.py(p[1]));
     cairo_close_path(cr_);
     if (face) {
       setColor(*face, alpha);
@@ -507,8 +554,8 @@ void TreePainter::paintText(COSInterface* text, double x, double y, double hAlig
         props::text(text, "FontName"), props::number(text, "Rotation", 0));
 }
 
-void TreePainter::label(const std::string& text, double x, double y, double h, double v, double sizePt, bool bold,
-                        const std::string& font, double rotationDeg) {
+std::array<int, 2> TreePainter::label(const std::string& text, double x, double y, double h, double v, double sizePt,
+                                      bool bold, const std::string& font, double rotationDeg) {
   std::unique_ptr<PangoLayout, LayoutDeleter> layout(pango_cairo_create_layout(cr_));
   // The generic family names of the classes map to fontconfig's.
   const std::string family = font.empty() || font == "SansSerif" || font == "Helvetica" ? "Sans" : font;
@@ -525,6 +572,7 @@ void TreePainter::label(const std::string& text, double x, double y, double h, d
   cairo_move_to(cr_, -h * w, -v * hgt);
   pango_cairo_show_layout(cr_, layout.get());
   cairo_restore(cr_);
+  return {w, hgt};
 }
 
 }  // namespace sgrender

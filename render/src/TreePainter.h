@@ -30,12 +30,15 @@ class TreePainter {
   using Frame = AxesFrame;
 
   void paintAxes(COSInterface* axes);
-  void paintChildren(COSInterface* parent, const Frame& f, COSInterface* skip);
+  // The axes' own texts (title and labels), drawn outside its box, not
+  // among its children.
+  using OwnTexts = std::array<const COSInterface*, 3>;
+  void paintChildren(COSInterface* parent, const Frame& f, const OwnTexts& skip);
   using PaintFn = void (TreePainter::*)(COSInterface*, const Frame&);
   // The visible lines, patches and texts below `parent` in drawing order.
-  void collectLeaves(COSInterface* parent, COSInterface* skip, std::vector<std::pair<COSInterface*, PaintFn>>& out);
+  void collectLeaves(COSInterface* parent, const OwnTexts& skip, std::vector<std::pair<COSInterface*, PaintFn>>& out);
   // An axes' objects onto pixels through the runs `drawn_` keeps.
-  void paintRuns(COSInterface* axes, const Frame& f, COSInterface* skip);
+  void paintRuns(COSInterface* axes, const Frame& f, const OwnTexts& skip);
   // Paints one line, patch or text of an axes, through `drawn_` if any.
   void paintLeaf(COSInterface* object, const Frame& f, void (TreePainter::*paint)(COSInterface*, const Frame&));
   void paintTextInAxes(COSInterface* text, const Frame& f);
@@ -43,15 +46,18 @@ class TreePainter {
   void paintPatch(COSInterface* patch, const Frame& f);
   // Alignments below 0 take the text's own properties.
   void paintText(COSInterface* text, double x, double y, double hAlign, double vAlign);
-  void paintTicks(COSInterface* axes, const Frame& f);
+  // Axis lines, ticks and tick labels; gives the height of the x tick
+  // labels and the width of the widest y tick label.
+  std::array<double, 2> paintTicks(COSInterface* axes, const Frame& f);
   void paintMarkers(COSInterface* line, const Frame& f, const std::vector<double>& x, const std::vector<double>& y);
 
   void setColor(const std::array<double, 3>& c, double alpha = 1.0);
   void setDash(const std::string& style, double width);
   // Draws `text` with its given point at (x, y): h 0 left, 0.5 centre, 1
   // right; v 0 top, 0.5 middle, 1 bottom.
-  void label(const std::string& text, double x, double y, double h, double v, double sizePt, bool bold,
-             const std::string& font, double rotationDeg);
+  // Gives the text's width and height before rotation.
+  std::array<int, 2> label(const std::string& text, double x, double y, double h, double v, double sizePt, bool bold,
+                           const std::string& font, double rotationDeg);
 
   // While it lives, the painter draws into another context; the painter's
   // own comes back however the drawing ends.

@@ -11,8 +11,10 @@
 
 #include "builtins/CallbackBuiltins.h"
 #include "builtins/CopyBuiltins.h"
+#include "builtins/ExportViewBuiltins.h"
 #include "builtins/PrintBuiltins.h"
 #include "builtins/ViewBuiltins.h"
+#include "builtins/ViewInfoBuiltins.h"
 #include "builtins/ThemeShellBuiltins.h"
 #include "builtins/ThemeValueBuiltins.h"
 #include "builtins/GraphicsBuiltins.h"
@@ -37,6 +39,8 @@ class GraphicsLibrary {
     sgsh::builtins::registerCopyBuiltins();
     sgsh::builtins::registerPrintBuiltins();
     sgsh::builtins::registerViewBuiltins();
+    sgsh::builtins::registerExportViewBuiltins();
+    sgsh::builtins::registerViewInfoBuiltins();
     sgsh::builtins::registerThemeShellBuiltins();
     sgsh::builtins::registerThemeValueBuiltins();
     Dl_info info{};

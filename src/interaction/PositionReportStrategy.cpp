@@ -4,7 +4,7 @@ namespace sgutils {
 
 graphics::datatype::Position PositionReportStrategy::getRelativePosition(const COSInterfacePtr&,
                                                                          const graphics::datatype::Position& position,
-                                                                         const vxArray*) const {
+                                                                         std::optional<graphics::datatype::Units>) const {
   return position;
 }
 

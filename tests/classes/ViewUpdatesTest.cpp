@@ -1,6 +1,7 @@
 // What a registered view is told by drawnow: the names of the view
 // properties of each changed object, once each, then nothing until the next
 // change.
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <vector>
@@ -23,16 +24,26 @@ using Names = std::vector<std::string>;
 struct RecordingView : sgclasses::ViewUpdateListener {
   std::map<const COSInterface*, std::vector<Names>> told;
   std::map<const COSInterface*, bool> visible;
+  std::map<const COSInterface*, sgutils::UpdateViewInfo> infos;
   void viewPropertiesChanged(COSInterface* object, const Names& names, const sgutils::UpdateViewInfo& info) override {
     told[object].push_back(names);
     EXPECT_TRUE(info.isInVisibleHierarchyInitialized());
+    EXPECT_TRUE(info.isInDrawnowSyncableHierarchyInitialized());
     visible[object] = info.getIsInVisibleHierarchy();
+    infos.insert_or_assign(object, info);
   }
   std::vector<Names> of(const COSInterfacePtr& object) const {
     auto it = told.find(object.get());
     return it == told.end() ? std::vector<Names>{} : it->second;
   }
 };
+
+Arr row(std::initializer_list<double> values) {
+  Arr a(vxCreateDoubleMatrix(1, values.size(), vxREAL));
+  double* p = vxGetPr(a.get());
+  for (double v : values) *p++ = v;
+  return a;
+}
 
 graphics::mixin::ViewPropertiesManager& managerOf(const COSInterfacePtr& object) {
   return sgutils::blockOf<sgclasses::GraphicsNode>(object.get(), sgclasses::GraphicsNode::classID())->viewProperties();
@@ -156,6 +167,77 @@ TEST_F(ClassesTest, DeletedObjectsAndUnregisteredViewsHearNothing) {
   sgclasses::drawnow();
   EXPECT_EQ(view.of(kept).size(), 1u);
   EXPECT_EQ(later.of(kept), (std::vector<Names>{{"Marker"}}));
+}
+
+// Each object comes with what its containers tell it: the frame it is
+// placed in, the background it lies on, whether drawnow reaches it.
+TEST_F(ClassesTest, TheViewIsToldTheObjectsSurroundings) {
+  COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  set(figure, "Position", row({10, 20, 400, 200}).get());
+  set(figure, "Color", row({0.5, 0.5, 0.5}).get());
+  COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  set(axes, "Position", row({0.25, 0.5, 0.5, 0.25}).get());
+  set(axes, "Color", row({1, 1, 0}).get());
+  COSInterfacePtr group = sgclasses::create(sgclasses::kGroupClass, axes);
+  COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, group);
+  COSInterfacePtr loose = sgclasses::create(sgclasses::kLineClass, COSInterfacePtr());
+  RecordingView view;
+  sgclasses::ScopedViewRegistration registration(view);
+  sgclasses::drawnow();
+  using Rect = gui_objects::Rectangle2d;
+  const sgutils::UpdateViewInfo& ofFigure = view.infos.at(figure.get());
+  EXPECT_EQ(ofFigure.getRefFrame(), (Rect{10, 20, 400, 200}));
+  EXPECT_EQ(ofFigure.getScreenResolution(), 96);
+  EXPECT_TRUE(ofFigure.isInDrawnowSyncableHierarchy());
+  EXPECT_EQ(view.infos.at(axes.get()).getRefFrame(), (Rect{0, 0, 400, 200}));
+  EXPECT_EQ(view.infos.at(axes.get()).getColor(), graphics::datatype::RGBAColor(0.5, 0.5, 0.5));
+  // Below the axes, inside a group too: the axes' box and colour.
+  for (const COSInterfacePtr& inAxes : {group, line}) {
+    const sgutils::UpdateViewInfo& info = view.infos.at(inAxes.get());
+    EXPECT_EQ(info.getRefFrame(), (Rect{100, 100, 200, 50}));
+    EXPECT_EQ(info.getColor(), graphics::datatype::RGBAColor(1, 1, 0));
+    EXPECT_TRUE(info.isInDrawnowSyncableHierarchy());
+  }
+  // An object in no figure: nothing to place it in, and drawnow does not
+  // keep it in step; its Visible still counts.
+  const sgutils::UpdateViewInfo& ofLoose = view.infos.at(loose.get());
+  EXPECT_FALSE(ofLoose.isInDrawnowSyncableHierarchy());
+  EXPECT_EQ(ofLoose.getRefFrame(), Rect{});
+  EXPECT_TRUE(ofLoose.getIsInVisibleHierarchy());
+
+  // A changed box reaches the next update; an axes without colour shows the
+  // figure's.
+  set(axes, "Color", Arr(vxCreateString("none")).get());
+  set(figure, "Position", row({0, 0, 800, 400}).get());
+  set(line, "LineWidth", Arr(vxCreateDoubleScalar(2)).get());
+  sgclasses::drawnow();
+  EXPECT_EQ(view.infos.at(line.get()).getRefFrame(), (Rect{200, 200, 400, 100}));
+  EXPECT_EQ(view.infos.at(line.get()).getColor(), graphics::datatype::RGBAColor(0.5, 0.5, 0.5));
+  loose->deleteObject(COSGetPublicClient());
+}
+
+// A new Layout is a changed view property of the object, once however often
+// it is set, and not for an equal value.
+TEST_F(ClassesTest, ANewLayoutReachesTheView) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  Arr made(omConstructObjectWithClient("vantel.graphics.layout.TiledChartLayoutOptions", 0, nullptr,
+                                       COSGetPublicClient()));
+  COSInterfacePtr options = omGetArrayElement(made.get(), 0);
+  sgclasses::drawnow();
+  RecordingView view;
+  sgclasses::ScopedViewRegistration registration(view);
+  Arr value(omCreateVCOSScalar(options));
+  set(axes, "Layout", value.get());
+  set(axes, "Layout", value.get());
+  sgclasses::drawnow();
+  EXPECT_EQ(view.of(axes), (std::vector<Names>{{"Layout"}}));
+  set(axes, "Layout", value.get());
+  sgclasses::drawnow();
+  EXPECT_EQ(view.of(axes).size(), 1u);
+  set(axes, "Layout", Arr(vxCreateDoubleMatrix(0, 0, vxREAL)).get());
+  sgclasses::drawnow();
+  EXPECT_EQ(view.of(axes), (std::vector<Names>{{"Layout"}, {"Layout"}}));
+  options->deleteObject(COSGetPublicClient());
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -13,12 +14,14 @@
 #include <vector>
 #include <unistd.h>
 
+#include "sgclasses/AxesTexts.h"
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Objects.h"
 #include "sgclasses/Registration.h"
 #include "sgclasses/Drawnow.h"
 #include "sgrender/FigureRenderer.h"
 #include "sgrender/FigureView.h"
+#include "sgrender/FigureViews.h"
 #include "sgrender/TickSteps.h"
 #include "support/ErrorId.h"
 #include "support/PropertyAccess.h"
@@ -293,6 +296,26 @@ TEST(TickSteps, ReadableStepsWithinTheLimits) {
   EXPECT_TRUE(TickSteps::ticksFor(0, INFINITY, 5).empty());
 }
 
+TEST(TickSteps, LogScalesTickByDecadesAndMinorGridsFillBetween) {
+  using sgrender::TickSteps;
+  EXPECT_EQ(TickSteps::ticksFor(0.5, 1000, 6, true), (std::vector<double>{1, 10, 100, 1000}));
+  // Too many decades for the room: every second one.
+  EXPECT_EQ(TickSteps::ticksFor(1, 1e6, 4, true), (std::vector<double>{1, 100, 1e4, 1e6}));
+  // Less than two decades: the linear steps read better.
+  EXPECT_EQ(TickSteps::ticksFor(2, 8, 4, true), TickSteps::ticksFor(2, 8, 4));
+  const std::vector<double> minorLog = TickSteps::minorTicksFor(1, 100, 6, true);
+  ASSERT_EQ(minorLog.size(), 16u);  // 2..9 and 20..90
+  EXPECT_EQ(minorLog.front(), 2);
+  EXPECT_EQ(minorLog.back(), 90);
+  // Linear: fifths of a step of 1 or 5, quarters of a step of 2, ticks left out.
+  const std::vector<double> fifths = TickSteps::minorTicksFor(0, 2, 3);  // step 1
+  ASSERT_EQ(fifths.size(), 8u);
+  EXPECT_NEAR(fifths.front(), 0.2, 1e-12);
+  EXPECT_NEAR(fifths[4], 1.2, 1e-12);
+  EXPECT_EQ(TickSteps::minorTicksFor(0, 4, 3).size(), 6u);  // step 2: 0.5 1 1.5 2.5 3 3.5
+  EXPECT_TRUE(TickSteps::minorTicksFor(1, 1, 3).empty());
+}
+
 }  // namespace
 
 namespace {
@@ -419,6 +442,148 @@ TEST_F(RenderTest, ViewPicturesMatchAFullDrawAndCheckInput) {
   figure_->deleteObject(COSGetPublicClient());
   EXPECT_EQ(sgtest::errorId([&] { view.exportTo((dir_ / "x.png").string()); }), "VANTEL:sg:DeletedObject");
   EXPECT_EQ(filesIn(), before);
+}
+
+// The views behind the export built-ins: one per figure, made on its first
+// export, gone when the figure goes (by delete or with the root), while the
+// figure never waits on its view to go.
+TEST_F(RenderTest, FigureViewsFollowTheirFigures) {
+  using sgrender::FigureViews;
+  COSInterfacePtr red = line({0, 10}, {2, 2}, row({1, 0, 0}));
+  COSInterfacePtr blue = line({0, 10}, {5, 5}, row({0, 0, 1}));
+  const fs::path file = dir_ / "views.png";
+  const std::size_t before = FigureViews::count();
+  EXPECT_EQ(FigureViews::find(figure_.get()), nullptr);
+  EXPECT_EQ(FigureViews::exportFigure(figure_, file.string()).lines, 2u);
+  ASSERT_NE(FigureViews::find(figure_.get()), nullptr);
+  EXPECT_EQ(FigureViews::count(), before + 1);
+
+  sgtest::set(red, "Color", row({0, 1, 0}).get());
+  const sgrender::RenderStats stats = FigureViews::exportFigure(figure_, file.string());
+  EXPECT_EQ(stats.lines, 1u);
+  EXPECT_EQ(stats.reused, 1u);
+  EXPECT_EQ(FigureViews::find(figure_.get())->lastStats().reused, 1u);
+  EXPECT_EQ(FigureViews::count(), before + 1);
+  EXPECT_TRUE(near(Picture(file).at(100, 65), {0, 255, 0}));
+
+  // Objects that are not figures make no view and give their errors.
+  EXPECT_EQ(sgtest::errorId([&] { FigureViews::exportFigure(axes_, file.string()); }), "VANTEL:sgrender:NotFigure");
+  EXPECT_EQ(sgtest::errorId([&] { FigureViews::exportFigure(COSInterfacePtr(), file.string()); }),
+            "VANTEL:sg:DeletedObject");
+  EXPECT_EQ(FigureViews::count(), before + 1);
+
+  // A second figure's view; deleting the first drops only its own, and the
+  // deleted figure's export makes no new one.
+  COSInterfacePtr other = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  FigureViews::exportFigure(other, (dir_ / "other.png").string());
+  EXPECT_EQ(FigureViews::count(), before + 2);
+  const COSInterface* gone = figure_.get();
+  figure_->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(FigureViews::find(gone), nullptr);
+  EXPECT_EQ(FigureViews::count(), before + 1);
+  EXPECT_EQ(sgtest::errorId([&] { FigureViews::exportFigure(figure_, file.string()); }), "VANTEL:sg:DeletedObject");
+  EXPECT_EQ(FigureViews::count(), before + 1);
+  // The last reference of a figure that is still in the tree is the tree's:
+  // the view must not hold it, or it would never go.
+  const COSInterface* second = other.get();
+  other.reset();
+  sgclasses::releaseRoot();
+  EXPECT_EQ(FigureViews::find(second), nullptr);
+  EXPECT_EQ(FigureViews::count(), before);
+}
+
+// A log scale places values by their logarithm and has no place for the
+// others; the minor grid shows only when asked for.
+TEST_F(RenderTest, LogScalesPlaceDataByDecadesAndMinorGridsShowWhenOn) {
+  // A box 180 pixels wide (10..190), room for a tick at each decade.
+  sgtest::set(axes_, "Position", row({0.05, 0.25, 0.9, 0.5}).get());
+  sgtest::set(axes_, "XScale", str("log").get());
+  sgtest::set(axes_, "XLim", row({1, 100}).get());
+  sgtest::set(axes_, "MinorGridColor", row({0, 0, 0}).get());
+  sgtest::set(axes_, "MinorGridAlpha", Arr(vxCreateDoubleScalar(1)).get());
+  line({10, 10}, {0, 10}, row({1, 0, 0}));     // x = 10: halfway across
+  line({0, 10, 100}, {2, 2, 2}, row({0, 1, 0}));  // x = 0 has no place: starts at 10
+  const fs::path file = dir_ / "log.png";
+  FigureRenderer::exportFigure(figure_, file.string());
+  {
+    Picture pic(file);
+    EXPECT_TRUE(near(pic.at(100, 35), {255, 0, 0}));
+    EXPECT_TRUE(near(pic.at(55, 65), {255, 255, 255}));
+    EXPECT_TRUE(near(pic.at(145, 65), {0, 255, 0}));
+    for (int y = 26; y < 74; ++y) EXPECT_TRUE(near(pic.at(37, y), {255, 255, 255}));  // x = 2, no minor grid yet
+  }
+  sgtest::set(axes_, "XMinorGrid", str("on").get());
+  FigureRenderer::exportFigure(figure_, file.string());
+  {
+    // x = 2 at 37.09: a dotted line down the box.
+    Picture pic(file);
+    int darkest = 765;
+    for (int y = 26; y < 74; ++y) darkest = std::min(darkest, pic.at(37, y).r + pic.at(37, y).g + pic.at(37, y).b);
+    EXPECT_LT(darkest, 600);
+    EXPECT_TRUE(near(pic.at(55, 40), {255, 255, 255}));  // between minor lines
+  }
+  // Auto limits on a log scale take the positive data only.
+  sgtest::set(axes_, "XLimMode", str("auto").get());
+  Arr lim = sgtest::get(axes_, "XLim");
+  EXPECT_EQ(vxGetPr(lim.get())[0], 10);
+  EXPECT_EQ(vxGetPr(lim.get())[1], 100);
+}
+
+// The labels are drawn outside the box, below the x tick labels and left of
+// the y ones; an axes whose labels were never asked for has none.
+TEST_F(RenderTest, AxisLabelsAreDrawnBelowAndLeftOfTheBox) {
+  // Box 60..180 across, 10..60 down: room below and to the left.
+  sgtest::set(axes_, "Position", row({0.3, 0.4, 0.6, 0.5}).get());
+  auto inked = [&](const fs::path& file, int x0, int y0, int x1, int y1) {
+    Picture pic(file);
+    int n = 0;
+    for (int y = y0; y < y1; ++y)
+      for (int x = x0; x < x1; ++x) n += !near(pic.at(x, y), {51, 102, 153}, 40);
+    return n;
+  };
+  const fs::path file = dir_ / "labels.png";
+  FigureRenderer::exportFigure(figure_, file.string());
+  EXPECT_EQ(sgclasses::axesOwnTexts(axes_.get())[1], nullptr);  // drawing made no label
+  const int belowBefore = inked(file, 90, 82, 150, 100), leftBefore = inked(file, 0, 15, 34, 55);
+
+  Arr xLabel = sgtest::get(axes_, "XLabel"), yLabel = sgtest::get(axes_, "YLabel");
+  COSInterfacePtr x = omGetArrayElement(xLabel.get(), 0), y = omGetArrayElement(yLabel.get(), 0);
+  sgtest::set(x, "String", str("MMMM").get());
+  sgtest::set(y, "String", str("MMMM").get());
+  sgtest::set(x, "Color", row({0, 0, 0}).get());
+  sgtest::set(y, "Color", row({0, 0, 0}).get());
+  EXPECT_EQ(FigureRenderer::exportFigure(figure_, file.string()).texts, 2u);
+  EXPECT_EQ(belowBefore, 0);
+  EXPECT_EQ(leftBefore, 0);
+  EXPECT_GT(inked(file, 90, 82, 150, 100), 20);
+  EXPECT_GT(inked(file, 0, 15, 34, 55), 20);
+  // Upright: the y label is taller than wide.
+  Picture pic(file);
+  int top = 100, bottom = 0, left = 200, right = 0;
+  for (int py = 0; py < 100; ++py)
+    for (int px = 0; px < 34; ++px)
+      if (near(pic.at(px, py), {0, 0, 0}, 60)) {
+        top = std::min(top, py), bottom = std::max(bottom, py);
+        left = std::min(left, px), right = std::max(right, px);
+      }
+  EXPECT_GT(bottom - top, 2 * (right - left));
+}
+
+// Patch vertices with a third column are drawn from above, as lines with
+// ZData are: the picture is that of their X and Y.
+TEST_F(RenderTest, PatchWith3DVerticesIsDrawnFromAbove) {
+  COSInterfacePtr patch = sgclasses::create(sgclasses::kPatchClass, axes_);
+  Arr verts(vxCreateDoubleMatrix(4, 3, vxREAL));
+  const double v[] = {2, 8, 8, 2, 2, 2, 8, 8, 1, 5, -3, 9};  // column-major: x, y, z
+  std::copy(std::begin(v), std::end(v), vxGetPr(verts.get()));
+  sgtest::set(patch, "Vertices", verts.get());
+  sgtest::set(patch, "Faces", row({1, 2, 3, 4}).get());
+  sgtest::set(patch, "FaceColor", row({0, 0, 1}).get());
+  const fs::path file = dir_ / "patch3d.png";
+  EXPECT_EQ(FigureRenderer::exportFigure(figure_, file.string()).patches, 1u);
+  Picture pic(file);
+  EXPECT_TRUE(near(pic.at(100, 50), {0, 0, 255}));
+  EXPECT_TRUE(near(pic.at(55, 30), {255, 255, 255}));
 }
 
 }  // namespace

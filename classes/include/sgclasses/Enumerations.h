@@ -17,6 +17,9 @@ enum class Marker : unsigned char { None = 0, Circle, Plus, Asterisk, Point, Cro
 enum class FontWeight : unsigned char { Normal = 0, Bold = 1 };
 enum class HorizontalAlignment : unsigned char { Left = 0, Center = 1, Right = 2 };
 enum class VerticalAlignment : unsigned char { Middle = 0, Top = 1, Bottom = 2, Baseline = 3, Cap = 4 };
+// Axes XScale and YScale: values along the axis evenly ("linear") or by
+// their logarithm ("log").
+enum class AxisScale : unsigned char { Linear = 0, Log = 1 };
 
 }  // namespace sgclasses
 
@@ -57,6 +60,11 @@ template <>
 struct EnumerationTraits<sgclasses::VerticalAlignment> {
   static constexpr const char* names[] = {"middle", "top", "bottom", "baseline", "cap"};
   static constexpr EnumerationDescription description{"VerticalAlignment", names, 5};
+};
+template <>
+struct EnumerationTraits<sgclasses::AxisScale> {
+  static constexpr const char* names[] = {"linear", "log"};
+  static constexpr EnumerationDescription description{"AxisScale", names, 2};
 };
 
 }  // namespace graphics::datatype

@@ -20,8 +20,8 @@ class SGCLASSES_API ViewUpdateListener {
  public:
   virtual ~ViewUpdateListener();
   // `names` in the order the object's strategy gives them; never empty.
-  // `info` tells what the object's surroundings are: today whether the
-  // object and all its ancestors are visible (initialised on every call).
+  // `info` tells what the object's surroundings are (updateViewInfoFor in
+  // sgclasses/ViewInfo.h says which fields are filled and how).
   virtual void viewPropertiesChanged(COSInterface* object, const std::vector<std::string>& names,
                                      const sgutils::UpdateViewInfo& info) = 0;
 };

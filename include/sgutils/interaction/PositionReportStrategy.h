@@ -3,10 +3,12 @@
 // the given position back unchanged.
 #pragma once
 
+#include <optional>
+
 #include "sgdatatypes/Position.h"
+#include "sgdatatypes/Units.h"
 #include "sgutils/SgutilsExport.h"
 #include "vcos/COSInterfacePtr.h"
-#include "vx/vxTypes.h"
 
 namespace sgutils {
 
@@ -17,10 +19,10 @@ class SGUTILS_API PositionReportStrategy {
   PositionReportStrategy& operator=(const PositionReportStrategy&) = delete;
   virtual ~PositionReportStrategy() = default;
 
-  // `units` may be null (not given); `target` may be empty.
+  // `units` is empty when not given; `target` may be empty.
   virtual graphics::datatype::Position getRelativePosition(const COSInterfacePtr& target,
                                                            const graphics::datatype::Position& position,
-                                                           const vxArray* units) const;
+                                                           std::optional<graphics::datatype::Units> units) const;
 };
 
 }  // namespace sgutils

@@ -31,6 +31,8 @@ class SGRENDER_API FigureView final : public sgclasses::ViewUpdateListener {
   const COSInterfacePtr& figure() const { return figure_; }
   // The number of objects whose drawing is kept.
   std::size_t keptObjects() const;
+  // What the last export that wrote a picture drew and replayed.
+  const RenderStats& lastStats() const { return last_; }
 
   void viewPropertiesChanged(COSInterface* object, const std::vector<std::string>& names,
                              const sgutils::UpdateViewInfo& info) override;
@@ -38,6 +40,7 @@ class SGRENDER_API FigureView final : public sgclasses::ViewUpdateListener {
  private:
   COSInterfacePtr figure_;
   std::unique_ptr<DrawnObjects> drawn_;
+  RenderStats last_;
   sgclasses::ScopedViewRegistration registration_;
 };
 

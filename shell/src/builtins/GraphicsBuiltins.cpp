@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "builtins/BuiltinSupport.h"
+#include "sgclasses/AxesTexts.h"
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Drawnow.h"
 #include "sgclasses/FigureNumbers.h"
@@ -252,11 +253,12 @@ void bHold(Interpreter&, int, Out&, Args in) {
     throw Error("VANTEL:sgsh:BadHoldWord", word);
 }
 
-// Deletes the visible children of `owner` except `keep`.
-void deleteChildren(const COSInterfacePtr& owner, const COSInterface* keep) {
+// Deletes the visible children of `owner` except those in `keep`.
+void deleteChildren(const COSInterfacePtr& owner, std::initializer_list<const COSInterface*> keep) {
   std::vector<COSInterfacePtr> doomed;
   for (COSInterface* child = owner->getNewestChild(); child; child = child->getOlderSibling())
-    if (child != keep && !child->isBeingDestroyed()) doomed.emplace_back(child);
+    if (std::find(keep.begin(), keep.end(), child) == keep.end() && !child->isBeingDestroyed())
+      doomed.emplace_back(child);
   for (const COSInterfacePtr& child : doomed)
     if (!child->isDestroyed()) child->deleteObject(COSGetPublicClient());
 }
@@ -268,13 +270,15 @@ void bCla(Interpreter&, int, Out&, Args in) {
   matrix::unique_vxArray self(omCreateVCOSScalar(axes));
   matrix::unique_vxArray title(vxGetProperty(self.get(), 0, "Title"));
   COSInterfacePtr keep = liveGraphics(title.get());
-  deleteChildren(axes, keep.get());
+  // The labels stay with the title (read without making any).
+  const auto own = sgclasses::axesOwnTexts(axes.get());
+  deleteChildren(axes, {keep.get(), own[1].get(), own[2].get()});
 }
 
 void bClf(Interpreter&, int, Out&, Args in) {
   checkArgs("clf", in, 0, 1);
   COSInterfacePtr figure = in.empty() ? sgclasses::currentFigure(false) : objectArg("clf", in[0]);
-  if (figure) deleteChildren(figure, nullptr);
+  if (figure) deleteChildren(figure, {});
 }
 
 // close, close(f) (figures, or their numbers), close all.
@@ -282,7 +286,7 @@ void bClose(Interpreter&, int, Out&, Args in) {
   checkArgs("close", in, 0, 1);
   if (!in.empty() && ops::isText(in[0].get())) {
     if (ops::textOf(in[0].get()) != "all") throw Error("VANTEL:sgsh:BadCloseWord", ops::textOf(in[0].get()));
-    deleteChildren(sgclasses::root(), nullptr);
+    deleteChildren(sgclasses::root(), {});
     return;
   }
   if (in.empty()) {

@@ -1,5 +1,6 @@
 // print, exportgraphics and saveas: a figure written as a picture, its
-// format chosen by the file's extension.
+// format chosen by the file's extension. Each figure's exports go through
+// its one view, so an export redraws only what changed since the last.
 #include "builtins/PrintBuiltins.h"
 
 #include <cstdlib>
@@ -7,7 +8,7 @@
 
 #include "builtins/BuiltinSupport.h"
 #include "sgdatatypes/HandleNumberTable.h"
-#include "sgrender/FigureRenderer.h"
+#include "sgrender/FigureViews.h"
 #include "vcos/COSInterface.h"
 #include "vcos/ObjectArray.h"
 
@@ -46,7 +47,7 @@ void bPrint(Interpreter&, int, Out&, Args in) {
     if (!end || *end != '\0') throw Error("VANTEL:sgsh:print:BadOption");
     scale = dpi / kScreenDpi;
   }
-  sgrender::FigureRenderer::exportFigure(figureOf(in[0].get(), "print"), fileOf(in[1].get(), "print"), scale);
+  sgrender::FigureViews::exportFigure(figureOf(in[0].get(), "print"), fileOf(in[1].get(), "print"), scale);
 }
 
 // exportgraphics(f, file) and exportgraphics(f, file, 'Resolution', dpi).
@@ -58,14 +59,14 @@ void bExportgraphics(Interpreter&, int, Out&, Args in) {
     if (!ops::isText(in[2].get()) || ops::textOf(in[2].get()) != "Resolution") throw Error("VANTEL:sgsh:print:BadOption");
     scale = scaleOfDpi(in[3].get());
   }
-  sgrender::FigureRenderer::exportFigure(figureOf(in[0].get(), "exportgraphics"),
+  sgrender::FigureViews::exportFigure(figureOf(in[0].get(), "exportgraphics"),
                                          fileOf(in[1].get(), "exportgraphics"), scale);
 }
 
 // saveas(f, file): the figure at its own size.
 void bSaveas(Interpreter&, int, Out&, Args in) {
   checkArgs("saveas", in, 2, 2);
-  sgrender::FigureRenderer::exportFigure(figureOf(in[0].get(), "saveas"), fileOf(in[1].get(), "saveas"));
+  sgrender::FigureViews::exportFigure(figureOf(in[0].get(), "saveas"), fileOf(in[1].get(), "saveas"));
 }
 
 }  // namespace

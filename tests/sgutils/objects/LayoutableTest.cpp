@@ -3,6 +3,9 @@
 // strategy; and the tiled chart options it holds.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
+#include <optional>
 #include <vector>
 
 #include "MixinTestSupport.h"
@@ -218,9 +221,50 @@ TEST_F(LayoutableTest, TheDefaultStrategyReportsThePositionUnchangedAndIsMadeOnF
   Layoutable& block = layoutable(object);
   ASSERT_EQ(block.strategy(), nullptr);
   const graphics::datatype::Position where{10, 20, 300, 400};
-  const auto reported = block.getRelativePosition(object.get(), where, nullptr, {});
+  const auto reported = block.getRelativePosition(object.get(), where, std::nullopt, {});
   EXPECT_NE(block.strategy(), nullptr);
   EXPECT_EQ(reported, where);
+}
+
+// A strategy that writes down the units and target it is asked with.
+struct RecordingStrategy : sgutils::PositionReportStrategy {
+  mutable std::vector<std::optional<graphics::datatype::Units>> units;
+  mutable std::vector<COSInterfacePtr> targets;
+  graphics::datatype::Position getRelativePosition(const COSInterfacePtr& target,
+                                                   const graphics::datatype::Position& position,
+                                                   std::optional<graphics::datatype::Units> u) const override {
+    units.push_back(u);
+    targets.push_back(target);
+    return graphics::datatype::Position(position.left() + 1, position.bottom(), position.width(), position.height());
+  }
+};
+
+TEST_F(LayoutableTest, GetRelativePositionHandsTheStrategyCheckedUnits) {
+  auto strategy = std::make_unique<RecordingStrategy>();
+  const RecordingStrategy& seen = *strategy;
+  layoutable(object).setStrategy(std::move(strategy));
+  Arr self = obj(object), position(vxCreateDoubleMatrix(1, 4, vxREAL)), target = obj(options);
+  std::fill_n(vxGetPr(position.get()), 4, 0.5);
+  Arr none = empty();
+  auto call = [&](const vxArray* units, const vxArray* to) {
+    const vxArray* inputs[] = {self.get(), position.get(), units, to ? to : none.get()};
+    vxArray* outputs[1] = {nullptr};
+    omCallMethod(object->getClass()->getID(), "getRelativePosition", COSGetPublicClient(), 1, outputs, 4, inputs,
+                 false);
+    Arr result(outputs[0]);
+    return vxGetPr(result.get())[0];
+  };
+  Arr normalized = text("normalized"), pixels = text("pixels"), bad = text("furlongs");
+  EXPECT_EQ(call(normalized.get(), target.get()), 1.5);
+  call(pixels.get(), nullptr);
+  call(none.get(), nullptr);
+  EXPECT_EQ(errorId([&] { call(bad.get(), nullptr); }), "VANTEL:datatypes:InvalidEnumerationValue");
+  ASSERT_EQ(seen.units.size(), 3u);  // the bad name never reached it
+  EXPECT_EQ(seen.units[0], graphics::datatype::Units::Normalized);
+  EXPECT_EQ(seen.targets[0].get(), options.get());
+  EXPECT_EQ(seen.units[1], graphics::datatype::Units::Pixels);
+  EXPECT_EQ(seen.targets[1].get(), nullptr);
+  EXPECT_EQ(seen.units[2], std::nullopt);
 }
 
 }  // namespace

@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <memory>
 #include <thread>
 
 #include "sgutils/TestGraphicsClasses.h"
 #include "sgutils/propinfos/PropertyModelClasses.h"
 #include "sgutils/view/Duration.h"
+#include "sgutils/view/JavaViewObject.h"
 #include "sgutils/view/NullSceneViewerParent.h"
 #include "sgutils/view/Timestamp.h"
 #include "sgutils/view/UpdateViewResults.h"
@@ -39,6 +41,32 @@ TEST(UpdateViewResultsEvents, RangesAppendInArrivalOrderAndShareTheData) {
   for (const auto& event : results.getEvents()) names.push_back(event->getEventName().c_str());
   EXPECT_EQ(names, (std::vector<std::string>{"B", "C", "D"}));
   EXPECT_EQ(results.getEvents().front().get(), std::next(first.begin())->get());
+}
+
+// A Java view holds its peer: one made from a raw reference leaves it to the
+// Java layer, one made from a shared peer (and every copy) shares it, and the
+// peer goes once, with its last holder, also through the base class.
+TEST(JavaViewObjects, ShareTheirPeerAndOwnARawReferenceNever) {
+  int released = 0;
+  alignas(8) static unsigned char storage[8];
+  auto* raw = reinterpret_cast<_jobject*>(storage);
+  {
+    sgutils::JavaViewObject fromRaw(raw);
+    EXPECT_EQ(fromRaw.getJavaPeer().get(), raw);
+  }  // nothing to release: destroying a borrowed reference would be a fault
+  {
+    boost::shared_ptr<_jobject> peer(raw, [&](_jobject*) { ++released; });
+    std::unique_ptr<sgutils::ViewObject> view =
+        std::make_unique<sgutils::JavaViewObject>(graphics::datatype::JavaPeer(peer));
+    sgutils::JavaViewObject copy(*static_cast<sgutils::JavaViewObject*>(view.get()));
+    peer.reset();
+    EXPECT_EQ(copy.getJavaPeer().get(), raw);
+    EXPECT_EQ(copy.getJavaPeer().use_count(), 3);  // the two views and this answer
+    view.reset();
+    EXPECT_EQ(released, 0);
+  }
+  EXPECT_EQ(released, 1);
+  EXPECT_FALSE(sgutils::JavaViewObject(graphics::datatype::JavaPeer()).getJavaPeer());
 }
 
 TEST(ViewClocks, TimestampIsMillisecondsOfTheSystemClock) {
