@@ -1,4 +1,5 @@
 #include "sgutils/themes/ThemeUtils.h"
+#include "sgutils/themes/ModeBackToAuto.h"
 
 #include <string>
 #include <unordered_map>
@@ -6,7 +7,9 @@
 
 
 #include "sgutils/objects/GraphicsTheme.gen.h"
+#include "sgutils/lifecycle/ObjectCtorMI.h"
 #include "sgutils/objects/Themeable.gen.h"
+#include "sgutils/propinfos/PropInfoLookup.h"
 #include "sgutils/propinfos/ForceHonorModesScopeGuard.h"
 #include "sgutils/propinfos/RelatedProperties.h"
 #include "sgutils/themes/ThemeMappingTable.h"
@@ -18,6 +21,7 @@
 #include "vcos/COSTypeRepository.h"
 #include "vcos/ConvertedValue.h"
 #include "vcos/ObjectArray.h"
+#include "vcos/ObjectCalls.h"
 #include "vx/vx.h"
 
 namespace sgutils::themes {
@@ -51,6 +55,7 @@ struct Slot {
   const std::string* attribute;
   COSPropInfo* target;
   COSPropInfo* mode;
+  DerivedThemeValue derived;
 };
 
 struct ClassSlots {
@@ -58,7 +63,26 @@ struct ClassSlots {
   // while its properties are remembered here.
   COSInterfacePtr cls;
   std::vector<Slot> slots;
+  // The class overrides the class method "applyThemeValues".
+  bool callsApplyMethod = false;
 };
+
+struct DerivedEntry {
+  COSID classId;
+  COSID property;
+  DerivedThemeValue fn;
+};
+
+std::vector<DerivedEntry>& derivedEntries() {
+  static std::vector<DerivedEntry> entries;
+  return entries;
+}
+
+DerivedThemeValue derivedFor(const COSClass* cls, std::string_view property) {
+  for (const DerivedEntry& e : derivedEntries())
+    if (property == e.property.c_str() && cls->isSubclassOf(e.classId)) return e.fn;
+  return nullptr;
+}
 
 COSPropInfo* settableOn(const COSClass* cls, const std::string& name) {
   COSPropInfo* p = cls->findPropertyExact(COSID(name));
@@ -73,18 +97,47 @@ COSPropInfo* modeOn(const COSClass* cls, const std::string& name) {
 }
 
 // The resolved rows of a class; the names are built once per class, not per
-// object, so a walk over many objects of one class builds no string.
-const std::vector<Slot>& slotsFor(const COSClass* cls, const ThemeMap& map) {
+// object, so a walk over many objects of one class builds no string. The
+// class's map is kept by Themeable for the life of the process.
+const ClassSlots& slotsFor(const COSClass* cls) {
   static std::unordered_map<const COSClass*, ClassSlots> cache;
   auto it = cache.find(cls);
-  if (it != cache.end()) return it->second.slots;
+  if (it != cache.end()) return it->second;
   ClassSlots entry{COSInterfacePtr(const_cast<COSClass*>(cls), COSWeakReference), {}};
-  for (const auto& [property, attribute] : map) {
+  for (const auto& [property, attribute] : graphics::mixin::Themeable::classThemeMap(cls)) {
     COSPropInfo* target = settableOn(cls, property + "_I");
     if (!target) target = settableOn(cls, property);
-    entry.slots.push_back({&property, &attribute, target, modeOn(cls, property)});
+    entry.slots.push_back({&property, &attribute, target, modeOn(cls, property), derivedFor(cls, property)});
   }
-  return (cache[cls] = std::move(entry)).slots;
+  COSClass* themeable = graphics::mixin::Themeable::getClassInstance();
+  entry.callsApplyMethod =
+      themeable && isMethodOverridden(*themeable, *const_cast<COSClass*>(cls), "applyThemeValues");
+  return cache.emplace(cls, std::move(entry)).first->second;
+}
+
+// The class method "applyThemeValues" of a class that overrides it, for what
+// a plain property set cannot do; its logical output is the result.
+bool callApplyMethod(const COSInterfacePtr& object, const ThemeInfo& theme) {
+  COSClass* cls = object->getClass();
+  matrix::unique_vxArray self(omCreateVCOSScalar(object)), themeArray(omCreateVCOSScalar(theme.getThemeCosi()));
+  const vxArray* inputs[] = {self.get(), themeArray.get()};
+  vxArray* out[1] = {nullptr};
+  static const COSID method("applyThemeValues");
+  if (!omCallMethod(cls->getID(), method, privateClientOf(cls), 1, out, 2, inputs, /*dispatchOnObject=*/true))
+    return true;
+  matrix::unique_vxArray result(out[0]);
+  return !result || vxIsEmpty(result.get()) || vxGetScalar(result.get()) != 0;
+}
+
+// The value a slot takes: what the object works out itself, where it does,
+// else the theme's value of the attribute.
+const vxArray* slotValue(const Slot& slot, const COSInterface* object, const vxArray* themed,
+                         matrix::unique_vxArray& owned) {
+  if (slot.derived) {
+    owned = slot.derived(object);
+    if (owned) return owned.get();
+  }
+  return themed;
 }
 
 bool isManual(const COSInterfacePtr& object, COSPropInfo* mode) {
@@ -145,7 +198,11 @@ bool applyCombined(const COSInterfacePtr& object, const graphics::mixin::Themeab
   ForceHonorModesScopeGuard guard(object.get(), true);
   for (const auto& [property, attribute] : map) {
     if (property.empty()) continue;
-    matrix::unique_vxArray value = theme.getThemeAttributeValue(attribute);
+    matrix::unique_vxArray value;
+    // A custom mapping is the user's word; otherwise the object may work the value out itself.
+    if (themeable.getCustomThemePropertyMapping(property).empty())
+      if (DerivedThemeValue derived = derivedFor(object->getClass(), property)) value = derived(object.get());
+    if (!value) value = theme.getThemeAttributeValue(attribute);
     setPVPairOn(object, property, value.get(), overrideManualValues);
     if (object->isDestroyed()) return false;
   }
@@ -157,17 +214,21 @@ bool applyWithCache(const COSInterfacePtr& object, ValueCache& values, const The
   // Only an object with a Themeable side takes part in theming.
   const auto* themeable = graphics::mixin::Themeable::fromObject(object.get());
   if (!themeable) return true;
-  if (themeable->hasCustomThemePropertyMappings())
-    return applyCombined(object, *themeable, theme, overrideManualValues);
   const COSClass* cls = object->getClass();
-  const ThemeMap* map = findBuiltinThemeMap(cls->getName());
-  if (!map || map->empty()) return true;
-  ForceHonorModesScopeGuard guard(object.get(), true);
-  for (const Slot& slot : slotsFor(cls, *map)) {
-    setResolved(object, slot.target, slot.mode, values.get(*slot.attribute), overrideManualValues);
-    if (object->isDestroyed()) return false;
+  const ClassSlots& entry = slotsFor(cls);
+  if (themeable->hasCustomThemePropertyMappings() || graphics::mixin::Themeable::asksInstanceThemeMap(cls)) {
+    if (!applyCombined(object, *themeable, theme, overrideManualValues)) return false;
+  } else if (!entry.slots.empty()) {
+    ForceHonorModesScopeGuard guard(object.get(), true);
+    matrix::unique_vxArray owned;
+    for (const Slot& slot : entry.slots) {
+      const vxArray* value = slotValue(slot, object.get(), values.get(*slot.attribute), owned);
+      setResolved(object, slot.target, slot.mode, value, overrideManualValues);
+      if (object->isDestroyed()) return false;
+    }
   }
-  return true;
+  if (!entry.callsApplyMethod) return true;
+  return callApplyMethod(object, theme) && !object->isDestroyed();
 }
 
 void walk(const COSInterfacePtr& node, ValueCache& values, const ThemeInfo& theme) {
@@ -219,6 +280,17 @@ GoverningThemeLookup& lookupSlot() noexcept {
 
 void setGoverningThemeLookup(GoverningThemeLookup lookup) noexcept { lookupSlot() = lookup; }
 
+void modeSetBackToAuto(COSInterface* object, const COSPropInfo* mode) {
+  if (!isLive(object) || !mode || !graphics::mixin::Themeable::fromObject(object)) return;
+  const std::string_view name = mode->getName();
+  if (!name.ends_with("Mode")) return;
+  setPropertyToThemedValue(COSInterfacePtr(object), std::string(name.substr(0, name.size() - 4)), false);
+}
+
+void registerDerivedThemeValue(COSID classId, COSID property, DerivedThemeValue derived) {
+  derivedEntries().push_back({classId, property, derived});
+}
+
 COSInterfacePtr getGoverningTheme(const COSInterface* object) {
   GoverningThemeLookup lookup = lookupSlot();
   return lookup && object ? lookup(object) : COSInterfacePtr();
@@ -236,7 +308,10 @@ void setPropertyToThemedValue(const COSInterfacePtr& object, const std::string& 
   }
   if (!theme.isValid()) return;
   const std::string attribute = themeable->getCombinedThemePropertyMapping(object.get(), property);
-  matrix::unique_vxArray value = theme.getThemeAttributeValue(attribute);
+  matrix::unique_vxArray value;
+  if (!attribute.empty() && themeable->getCustomThemePropertyMapping(property).empty())
+    if (DerivedThemeValue derived = derivedFor(object->getClass(), property)) value = derived(object.get());
+  if (!value) value = theme.getThemeAttributeValue(attribute);
   setPVPair(object, property, value.get(), false);
 }
 

@@ -31,8 +31,10 @@ class SGUTILS_API ThemeInfo {
 };
 
 // Sets every themed property of one object to the theme's value, in byte
-// order of the property names. Nothing to do (no row, no valid theme) is
-// success; false only when the object was deleted meanwhile.
+// order of the property names, then calls the class method
+// "applyThemeValues" of a class that overrides it. Nothing to do (no map, no
+// valid theme) is success; false when the object was deleted meanwhile or
+// the class method said false.
 SGUTILS_API bool applyThemeValues(const COSInterfacePtr& object, const ThemeInfo& theme,
                                   bool overrideManualValues);
 
@@ -55,6 +57,15 @@ using GoverningThemeLookup = COSInterfacePtr (*)(const COSInterface* object);
 SGUTILS_API void setGoverningThemeLookup(GoverningThemeLookup lookup) noexcept;
 // The theme object that governs `object`, or null.
 SGUTILS_API COSInterfacePtr getGoverningTheme(const COSInterface* object);
+
+// A themed property whose value an object may work out itself rather than
+// take from the theme (a plotted line's Color follows its axes' themed
+// colour order). The function gives the value, or null when the object does
+// not work it out now, and the theme's attribute value applies. Registered
+// once per class (subclasses included) and property at start-up; a custom
+// mapping of the property on an object wins over it.
+using DerivedThemeValue = matrix::unique_vxArray (*)(const COSInterface* object);
+SGUTILS_API void registerDerivedThemeValue(COSID classId, COSID property, DerivedThemeValue derived);
 
 // Sets one property of an object to its themed value: the governing theme's
 // value of the attribute that the object's combined map gives the property,
