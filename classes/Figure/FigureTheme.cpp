@@ -12,6 +12,7 @@
 #include "sgutils/objects/Figure.gen.h"
 #include "sgutils/objects/GraphicsTheme.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
+#include "sgutils/themes/ThemeChangedEventData.h"
 #include "sgutils/themes/ThemeSettings.h"
 #include "sgutils/themes/ThemeUtils.h"
 #include "vcos/COSClient.h"
@@ -111,12 +112,12 @@ void Figure::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limit
 void Figure::changeTheme(COSInterfacePtr theme) {
   COSInterface* object = getCOSObject();
   if (theme.get() == theme_.get() || !isLive(object)) return;
-  theme_ = std::move(theme);
+  COSInterfacePtr previous = std::exchange(theme_, std::move(theme));
   sgutils::themes::applyThemeToSubtree(COSInterfacePtr(object), sgutils::themes::ThemeInfo(theme_));
-  // Once per change, after the tree has its new values; ThemeChangedFcn runs from it.
-  static const COSID themeChanged("ThemeChanged");
-  if (!object->isDestroyed() && !object->isBeingDestroyed())
-    object->notifyEvent(COSGetPublicClient(), themeChanged, nullptr);
+  // Once per change, after the tree has its new values, with the new and the
+  // previous theme; ThemeChangedFcn runs from it.
+  graphics::eventdata::fireThemeChangedEvent(COSInterfacePtr(object),
+                                             graphics::eventdata::ThemeChangedDataImpl(theme_, previous));
 }
 
 COSInterfacePtr themeContainerOf(const COSInterface* object) {
