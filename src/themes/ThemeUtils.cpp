@@ -7,7 +7,10 @@
 
 
 #include "sgutils/objects/GraphicsTheme.gen.h"
+#include "foundation/log/LogRecord.h"
+#include "foundation/log/Logger.h"
 #include "sgutils/lifecycle/ObjectCtorMI.h"
+#include "sgutils/objects/ThemeContainer.gen.h"
 #include "sgutils/objects/Themeable.gen.h"
 #include "sgutils/propinfos/PropInfoLookup.h"
 #include "sgutils/propinfos/ForceHonorModesScopeGuard.h"
@@ -26,6 +29,7 @@
 
 namespace sgutils::themes {
 
+using foundation::log::kDebug;
 using graphics::theme::GraphicsTheme;
 
 namespace {
@@ -147,11 +151,37 @@ bool isManual(const COSInterfacePtr& object, COSPropInfo* mode) {
   return value && *value == AutoManual::Manual;
 }
 
-// Steps shared by both entry points, once the faces are known.
-bool setResolved(const COSInterfacePtr& object, COSPropInfo* target, COSPropInfo* mode, const vxArray* value,
-                 bool overrideManualValues) {
-  if (!value || isEmptyText(value) || !target) return false;
-  if (!overrideManualValues && isManual(object, mode)) return false;
+foundation::log::Logger& propertyLog() {
+  static foundation::log::Logger& lg = foundation::log::channel("theme::property");
+  return lg;
+}
+
+foundation::log::Logger& visitorLog() {
+  static foundation::log::Logger& lg = foundation::log::channel("theme::visitor");
+  return lg;
+}
+
+constexpr const char* kSetPV = "sgutils::themes::setPVPair - ";
+
+// Steps shared by both entry points, once the faces are known. Each skip
+// writes its line when the channel is on; nothing is built otherwise.
+bool setResolved(const COSInterfacePtr& object, const std::string& name, COSPropInfo* target, COSPropInfo* mode,
+                 const vxArray* value, bool overrideManualValues) {
+  FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << "setting property " << name;
+  if (!value || isEmptyText(value)) {
+    FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << name << " value is null, skip.";
+    return false;
+  }
+  if (!target) {
+    FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << name << " cosProp is null, skip.";
+    return false;
+  }
+  if (std::string_view(target->getName()).ends_with("_I"))
+    FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << "using  " << target->getName() << " property.";
+  if (!overrideManualValues && isManual(object, mode)) {
+    FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << name << " is in Manual mode, skip.";
+    return false;
+  }
   static const COSID any("any");
   COSDataTypePtr type = target->getDataType();
   COSValue typed = COSValue(value);
@@ -167,8 +197,12 @@ bool setResolved(const COSInterfacePtr& object, COSPropInfo* target, COSPropInfo
   const COSValue current = target->getValue(object.get());
   const bool equal = type->isEqual(current, typed);
   target->releaseValue(object.get(), current);
-  if (equal) return false;
+  if (equal) {
+    FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << name << " is unchanged, skip.";
+    return false;
+  }
   object->setPropertyValue(COSGetPublicClient(), target, typed);
+  FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << "success settting " << name << ".";
   return true;
 }
 
@@ -223,7 +257,7 @@ bool applyWithCache(const COSInterfacePtr& object, ValueCache& values, const The
     matrix::unique_vxArray owned;
     for (const Slot& slot : entry.slots) {
       const vxArray* value = slotValue(slot, object.get(), values.get(*slot.attribute), owned);
-      setResolved(object, slot.target, slot.mode, value, overrideManualValues);
+      setResolved(object, *slot.property, slot.target, slot.mode, value, overrideManualValues);
       if (object->isDestroyed()) return false;
     }
   }
@@ -240,12 +274,12 @@ void walk(const COSInterfacePtr& node, ValueCache& values, const ThemeInfo& them
 
 bool setPVPairOn(const COSInterfacePtr& object, const std::string& property, const vxArray* value,
                  bool overrideManualValues) {
-  if (!value || isEmptyText(value) || !isLive(object.get())) return false;
+  if (!isLive(object.get())) return false;
   const COSClass* cls = object->getClass();
   COSPropInfo* target = settableOn(cls, property + "_I");
   if (!target) target = settableOn(cls, property);
   // The mode is asked about the public name, whichever face is written.
-  return setResolved(object, target, modeOn(cls, property), value, overrideManualValues);
+  return setResolved(object, property, target, modeOn(cls, property), value, overrideManualValues);
 }
 
 }  // namespace
@@ -256,6 +290,8 @@ bool setPVPair(const COSInterfacePtr& object, const std::string& property, const
 }
 
 bool applyThemeValues(const COSInterfacePtr& object, const ThemeInfo& theme, bool overrideManualValues) {
+  FOUNDATION_LOG(propertyLog(), kDebug) << "sgutils::themes::applyThemeValues - overrideManualValues input is "
+                                        << overrideManualValues;
   if (!isLive(object.get()) || !theme.isValid()) return true;
   ValueCache values(theme);
   return applyWithCache(object, values, theme, overrideManualValues);
@@ -263,6 +299,7 @@ bool applyThemeValues(const COSInterfacePtr& object, const ThemeInfo& theme, boo
 
 void applyThemeToSubtree(const COSInterfacePtr& node, const ThemeInfo& theme) {
   if (!theme.isValid()) return;
+  FOUNDATION_LOG(visitorLog(), kDebug) << "TVI from node: " << (node ? node->getClass()->getName() : "");
   ValueCache values(theme);
   walk(node, values, theme);
 }
@@ -296,23 +333,65 @@ COSInterfacePtr getGoverningTheme(const COSInterface* object) {
   return lookup && object ? lookup(object) : COSInterfacePtr();
 }
 
+namespace {
+
+// The nearest theme container at or above `object`, or null.
+const COSInterface* nearestContainer(const COSInterface* object) {
+  for (const COSInterface* up = object; up; up = up->getOwnerObject())
+    if (graphics::mixin::ThemeContainer::fromObject(up)) return up;
+  return nullptr;
+}
+
+COSInterfacePtr builtinLightTheme(matrix::unique_vxArray& holder) {
+  holder.reset(GraphicsTheme::builtinThemeFactory(false));
+  return holder ? omGetArrayElement(holder.get(), 0) : COSInterfacePtr();
+}
+
+}  // namespace
+
 void setPropertyToThemedValue(const COSInterfacePtr& object, const std::string& property, bool assumeLightTheme) {
   if (!isLive(object.get())) return;
   const auto* themeable = graphics::mixin::Themeable::fromObject(object.get());
   if (!themeable) return;
+  if (propertyLog().isOn(kDebug)) {
+    const COSInterface* container = nearestContainer(object.get());
+    FOUNDATION_LOG(propertyLog(), kDebug) << "setThemePropertyValue for object of class: "
+                                          << object->getClass()->getName() << ". Parent of class "
+                                          << (container ? container->getClass()->getName() : "");
+  }
   ThemeInfo theme(getGoverningTheme(object.get()));
+  if (theme.isValid()) FOUNDATION_LOG(propertyLog(), kDebug) << "setPropertyToThemedValue: get theme from theme container.";
   matrix::unique_vxArray light;
   if (!theme.isValid() && assumeLightTheme) {
-    light.reset(GraphicsTheme::builtinThemeFactory(false));
-    if (light) theme = ThemeInfo(omGetArrayElement(light.get(), 0));
+    theme = ThemeInfo(builtinLightTheme(light));
+    FOUNDATION_LOG(propertyLog(), kDebug) << "setPropertyToThemedValue: assuming light theme.";
   }
   if (!theme.isValid()) return;
+  FOUNDATION_LOG(propertyLog(), kDebug) << "setPropertyToThemedValue: valid theme - setting PV pair.";
   const std::string attribute = themeable->getCombinedThemePropertyMapping(object.get(), property);
   matrix::unique_vxArray value;
   if (!attribute.empty() && themeable->getCustomThemePropertyMapping(property).empty())
     if (DerivedThemeValue derived = derivedFor(object->getClass(), property)) value = derived(object.get());
   if (!value) value = theme.getThemeAttributeValue(attribute);
   setPVPair(object, property, value.get(), false);
+}
+
+void restoreThemeOnReset(const COSInterfacePtr& object, bool restoreLightIfNoTheme) {
+  if (!isLive(object.get())) return;
+  const COSInterface* container = nearestContainer(object.get());
+  if (container)
+    FOUNDATION_LOG(visitorLog(), kDebug) << "Applying theme to new child of class " << object->getClass()->getName()
+                                         << ". Parent of class " << container->getClass()->getName();
+  const graphics::mixin::ThemeContainer* block =
+      container ? graphics::mixin::ThemeContainer::fromObject(container) : nullptr;
+  if (block && block->getThemeCOSI()) {
+    block->startApplyingTheme(object);
+    return;
+  }
+  if (!restoreLightIfNoTheme) return;
+  // Outside any themed container: back on the light values.
+  matrix::unique_vxArray light;
+  graphics::mixin::ThemeContainer::startApplyingTheme(object, builtinLightTheme(light));
 }
 
 }  // namespace sgutils::themes

@@ -74,4 +74,10 @@ SGUTILS_API void registerDerivedThemeValue(COSID classId, COSID property, Derive
 SGUTILS_API void setPropertyToThemedValue(const COSInterfacePtr& object, const std::string& property,
                                           bool assumeLightTheme);
 
+// Gives a reset object its theme again: the theme of its nearest theme
+// container, applied to it and its subtree. Without a container, or with one
+// that holds no theme, the built-in light theme when `restoreLightIfNoTheme`,
+// else nothing. The frame calls it after a reset (its themeOnReset hook).
+SGUTILS_API void restoreThemeOnReset(const COSInterfacePtr& object, bool restoreLightIfNoTheme);
+
 }  // namespace sgutils::themes
