@@ -10,6 +10,7 @@
 #include "foundation/log/LogRecord.h"
 #include "foundation/log/Logger.h"
 #include "sgutils/lifecycle/ObjectCtorMI.h"
+#include "sgutils/objects/CustomThemeable.gen.h"
 #include "sgutils/objects/ThemeContainer.gen.h"
 #include "sgutils/objects/Themeable.gen.h"
 #include "sgutils/propinfos/PropInfoLookup.h"
@@ -248,6 +249,11 @@ bool applyWithCache(const COSInterfacePtr& object, ValueCache& values, const The
   // Only an object with a Themeable side takes part in theming.
   const auto* themeable = graphics::mixin::Themeable::fromObject(object.get());
   if (!themeable) return true;
+  // An object that draws from the whole theme gets it first.
+  if (auto* custom = graphics::mixin::CustomThemeable::fromObject(object.get())) {
+    custom->updateTheme(theme.getThemeCosi());
+    if (!isLive(object.get())) return false;
+  }
   const COSClass* cls = object->getClass();
   const ClassSlots& entry = slotsFor(cls);
   if (themeable->hasCustomThemePropertyMappings() || graphics::mixin::Themeable::asksInstanceThemeMap(cls)) {
