@@ -79,12 +79,20 @@ void ThemeContainer::setThemeImpl(COSPropInfo*, const COSClient*, COSInterface*,
   COSInterfacePtr theme = themeIn(value.asPointer<const vxArray>());
   if (!sgutils::themes::anyFigureThemesOn() && !alwaysUseDesktopTheme_) return;
   // A theme given from outside is the user's: preference changes pass it by.
-  {
+  const AutoManual oldMode = getThemeMode();
+  const auto setModeItself = [this](AutoManual mode) {
     const bool was = std::exchange(settingModeItself_, true);
-    setThemeMode(AutoManual::Manual, graphics::datatype::PrivateClient);
+    setThemeMode(mode, graphics::datatype::PrivateClient);
     settingModeItself_ = was;
+  };
+  setModeItself(AutoManual::Manual);
+  try {
+    changeTheme(std::move(theme));
+  } catch (...) {
+    // A change that could not be made leaves the mode as it was too.
+    if (isLive(getCOSObject())) setModeItself(oldMode);
+    throw;
   }
-  changeTheme(std::move(theme));
 }
 
 void ThemeContainer::respondToThemePreferences() {
@@ -127,7 +135,16 @@ void ThemeContainer::changeTheme(COSInterfacePtr theme) {
   COSInterface* object = getCOSObject();
   if (theme.get() == theme_.get() || !isLive(object)) return;
   COSInterfacePtr previous = std::exchange(theme_, std::move(theme));
-  startApplyingTheme(COSInterfacePtr(object), theme_);
+  // All or nothing: a walk that raises takes its values back, and the
+  // container keeps the theme it had.
+  if (isLive(theme_.get())) {
+    try {
+      sgutils::themes::applyThemeToSubtree(COSInterfacePtr(object), sgutils::themes::ThemeInfo(theme_), true);
+    } catch (...) {
+      theme_ = std::move(previous);
+      throw;
+    }
+  }
   // Once per change, after the tree has its new values, with the new and the
   // previous theme; ThemeChangedFcn runs from it.
   graphics::eventdata::fireThemeChangedEvent(COSInterfacePtr(object),

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 
@@ -164,6 +165,29 @@ foundation::log::Logger& visitorLog() {
 
 constexpr const char* kSetPV = "sgutils::themes::setPVPair - ";
 
+// The value each set of an all-or-nothing walk replaced, so that a walk that
+// raises can be taken back; newest last.
+struct JournalEntry {
+  COSInterfacePtr object;
+  COSPropInfo* target;
+  ConvertedValue old;
+};
+std::vector<JournalEntry>* activeJournal = nullptr;
+// Counts the sets a walk would make instead of making them.
+std::size_t* activeDryRun = nullptr;
+
+void rollBack(std::vector<JournalEntry>& journal) noexcept {
+  for (auto it = journal.rbegin(); it != journal.rend(); ++it) {
+    if (!isLive(it->object.get())) continue;
+    try {
+      it->object->setPropertyValue(COSGetPublicClient(), it->target, it->old.get());
+    } catch (...) {
+      // The first failure is the one the caller sees; the rest goes back as far as it can.
+    }
+  }
+  journal.clear();
+}
+
 // Steps shared by both entry points, once the faces are known. Each skip
 // writes its line when the channel is on; nothing is built otherwise.
 bool setResolved(const COSInterfacePtr& object, const std::string& name, COSPropInfo* target, COSPropInfo* mode,
@@ -197,10 +221,19 @@ bool setResolved(const COSInterfacePtr& object, const std::string& name, COSProp
   // over a large tree where little changes stays cheap.
   const COSValue current = target->getValue(object.get());
   const bool equal = type->isEqual(current, typed);
-  target->releaseValue(object.get(), current);
+  if (equal || !activeJournal) target->releaseValue(object.get(), current);
   if (equal) {
     FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << name << " is unchanged, skip.";
     return false;
+  }
+  if (activeDryRun) {
+    ++*activeDryRun;
+    return false;
+  }
+  if (activeJournal) {
+    ConvertedValue old(type, type->copy(current));
+    target->releaseValue(object.get(), current);
+    activeJournal->push_back({object, target, std::move(old)});
   }
   object->setPropertyValue(COSGetPublicClient(), target, typed);
   FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << "success settting " << name << ".";
@@ -250,7 +283,7 @@ bool applyWithCache(const COSInterfacePtr& object, ValueCache& values, const The
   const auto* themeable = graphics::mixin::Themeable::fromObject(object.get());
   if (!themeable) return true;
   // An object that draws from the whole theme gets it first.
-  if (auto* custom = graphics::mixin::CustomThemeable::fromObject(object.get())) {
+  if (auto* custom = activeDryRun ? nullptr : graphics::mixin::CustomThemeable::fromObject(object.get())) {
     custom->updateTheme(theme.getThemeCosi());
     if (!isLive(object.get())) return false;
   }
@@ -267,7 +300,7 @@ bool applyWithCache(const COSInterfacePtr& object, ValueCache& values, const The
       if (object->isDestroyed()) return false;
     }
   }
-  if (!entry.callsApplyMethod) return true;
+  if (!entry.callsApplyMethod || activeDryRun) return true;
   return callApplyMethod(object, theme) && !object->isDestroyed();
 }
 
@@ -303,11 +336,46 @@ bool applyThemeValues(const COSInterfacePtr& object, const ThemeInfo& theme, boo
   return applyWithCache(object, values, theme, overrideManualValues);
 }
 
-void applyThemeToSubtree(const COSInterfacePtr& node, const ThemeInfo& theme) {
+void applyThemeToSubtree(const COSInterfacePtr& node, const ThemeInfo& theme, bool allOrNothing) {
   if (!theme.isValid()) return;
   FOUNDATION_LOG(visitorLog(), kDebug) << "TVI from node: " << (node ? node->getClass()->getName() : "");
   ValueCache values(theme);
+  if (!allOrNothing) {
+    walk(node, values, theme);
+    return;
+  }
+  std::vector<JournalEntry> journal;
+  // A walk started by a listener of this one keeps a journal of its own.
+  struct Scope {
+    std::vector<JournalEntry>* saved;
+    explicit Scope(std::vector<JournalEntry>* mine) : saved(std::exchange(activeJournal, mine)) {}
+    ~Scope() { activeJournal = saved; }
+  };
+  try {
+    Scope scope(&journal);
+    walk(node, values, theme);
+  } catch (...) {
+    rollBack(journal);
+    throw;
+  }
+}
+
+std::size_t countUnthemedValues(const COSInterfacePtr& node, const ThemeInfo& theme) {
+  if (!theme.isValid()) return 0;
+  std::size_t count = 0;
+  struct Scope {
+    std::size_t* saved;
+    std::vector<JournalEntry>* savedJournal;
+    explicit Scope(std::size_t* mine)
+        : saved(std::exchange(activeDryRun, mine)), savedJournal(std::exchange(activeJournal, nullptr)) {}
+    ~Scope() {
+      activeDryRun = saved;
+      activeJournal = savedJournal;
+    }
+  } scope(&count);
+  ValueCache values(theme);
   walk(node, values, theme);
+  return count;
 }
 
 }  // namespace sgutils::themes

@@ -5,6 +5,7 @@
 // override manual values.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <utility>
 
@@ -47,8 +48,14 @@ SGUTILS_API bool setPVPair(const COSInterfacePtr& object, const std::string& pro
                            bool overrideManualValues);
 
 // applyThemeValues on `node` and every object below it, parents before
-// their children, oldest child first.
-SGUTILS_API void applyThemeToSubtree(const COSInterfacePtr& node, const ThemeInfo& theme);
+// their children, oldest child first. With `allOrNothing`, a walk that
+// raises sets every value it changed back (newest first) before the error
+// passes on, so no object is left half-themed.
+SGUTILS_API void applyThemeToSubtree(const COSInterfacePtr& node, const ThemeInfo& theme, bool allOrNothing = false);
+
+// How many property sets a walk of `theme` over `node` and its subtree would
+// make now: 0 when every themed value there is the theme's. Sets nothing.
+SGUTILS_API std::size_t countUnthemedValues(const COSInterfacePtr& node, const ThemeInfo& theme);
 
 // Finds the theme that governs an object: the one of its nearest theme
 // container. The container classes live above this library, so they
