@@ -62,6 +62,7 @@ struct Slot {
   COSPropInfo* target;
   COSPropInfo* mode;
   DerivedThemeValue derived;
+  COSDataTypePtr type;  // the target's; null without a target
 };
 
 struct ClassSlots {
@@ -71,6 +72,10 @@ struct ClassSlots {
   std::vector<Slot> slots;
   // The class overrides the class method "applyThemeValues".
   bool callsApplyMethod = false;
+  // Objects of the class keep the whole theme (CustomThemeable).
+  bool customThemeable = false;
+  // The class has no map of its own and asks each object for one.
+  bool asksInstance = false;
 };
 
 struct DerivedEntry {
@@ -107,18 +112,30 @@ COSPropInfo* modeOn(const COSClass* cls, const std::string& name) {
 // class's map is kept by Themeable for the life of the process.
 const ClassSlots& slotsFor(const COSClass* cls) {
   static std::unordered_map<const COSClass*, ClassSlots> cache;
+  // Runs of one class (a walk over many lines, lines made one after the
+  // other) skip the hash.
+  static const COSClass* lastClass = nullptr;
+  static const ClassSlots* lastSlots = nullptr;
+  if (cls == lastClass) return *lastSlots;
   auto it = cache.find(cls);
-  if (it != cache.end()) return it->second;
-  ClassSlots entry{COSInterfacePtr(const_cast<COSClass*>(cls), COSWeakReference), {}};
-  for (const auto& [property, attribute] : graphics::mixin::Themeable::classThemeMap(cls)) {
-    COSPropInfo* target = settableOn(cls, property + "_I");
-    if (!target) target = settableOn(cls, property);
-    entry.slots.push_back({&property, &attribute, target, modeOn(cls, property), derivedFor(cls, property)});
+  if (it == cache.end()) {
+    ClassSlots entry{COSInterfacePtr(const_cast<COSClass*>(cls), COSWeakReference), {}};
+    for (const auto& [property, attribute] : graphics::mixin::Themeable::classThemeMap(cls)) {
+      COSPropInfo* target = settableOn(cls, property + "_I");
+      if (!target) target = settableOn(cls, property);
+      entry.slots.push_back({&property, &attribute, target, modeOn(cls, property), derivedFor(cls, property),
+                             target ? target->getDataType() : COSDataTypePtr()});
+    }
+    COSClass* themeable = graphics::mixin::Themeable::getClassInstance();
+    entry.callsApplyMethod =
+        themeable && isMethodOverridden(*themeable, *const_cast<COSClass*>(cls), "applyThemeValues");
+    entry.customThemeable = cls->isSubclassOf(graphics::mixin::CustomThemeable::classID());
+    entry.asksInstance = graphics::mixin::Themeable::asksInstanceThemeMap(cls);
+    it = cache.emplace(cls, std::move(entry)).first;
   }
-  COSClass* themeable = graphics::mixin::Themeable::getClassInstance();
-  entry.callsApplyMethod =
-      themeable && isMethodOverridden(*themeable, *const_cast<COSClass*>(cls), "applyThemeValues");
-  return cache.emplace(cls, std::move(entry)).first->second;
+  lastClass = cls;
+  lastSlots = &it->second;
+  return it->second;
 }
 
 // The class method "applyThemeValues" of a class that overrides it, for what
@@ -135,21 +152,10 @@ bool callApplyMethod(const COSInterfacePtr& object, const ThemeInfo& theme) {
   return !result || vxIsEmpty(result.get()) || vxGetScalar(result.get()) != 0;
 }
 
-// The value a slot takes: what the object works out itself, where it does,
-// else the theme's value of the attribute.
-const vxArray* slotValue(const Slot& slot, const COSInterface* object, const vxArray* themed,
-                         matrix::unique_vxArray& owned) {
-  if (slot.derived) {
-    owned = slot.derived(object);
-    if (owned) return owned.get();
-  }
-  return themed;
-}
-
 bool isManual(const COSInterfacePtr& object, COSPropInfo* mode) {
   if (!mode) return false;
   // Mode words point at process-lifetime bytes: nothing to give back.
-  const auto* value = object->getPropertyValue(COSGetPublicClient(), mode).asPointer<const AutoManual>();
+  const auto* value = mode->getValue(object.get()).asPointer<const AutoManual>();
   return value && *value == AutoManual::Manual;
 }
 
@@ -188,34 +194,14 @@ void rollBack(std::vector<JournalEntry>& journal) noexcept {
   journal.clear();
 }
 
-// Steps shared by both entry points, once the faces are known. Each skip
-// writes its line when the channel is on; nothing is built otherwise.
-bool setResolved(const COSInterfacePtr& object, const std::string& name, COSPropInfo* target, COSPropInfo* mode,
-                 const vxArray* value, bool overrideManualValues) {
-  FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << "setting property " << name;
-  if (!value || isEmptyText(value)) {
-    FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << name << " value is null, skip.";
-    return false;
-  }
-  if (!target) {
-    FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << name << " cosProp is null, skip.";
-    return false;
-  }
-  if (std::string_view(target->getName()).ends_with("_I"))
-    FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << "using  " << target->getName() << " property.";
+// The last steps, once the faces and the typed value are known: the mode,
+// the comparison with what the object holds, the set. `typed` stays the
+// caller's.
+bool setTyped(const COSInterfacePtr& object, const std::string& name, COSPropInfo* target, COSPropInfo* mode,
+              COSValue typed, const COSDataTypePtr& type, bool overrideManualValues) {
   if (!overrideManualValues && isManual(object, mode)) {
     FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << name << " is in Manual mode, skip.";
     return false;
-  }
-  static const COSID any("any");
-  COSDataTypePtr type = target->getDataType();
-  COSValue typed = COSValue(value);
-  ConvertedValue owned(type, COSValue());
-  if (type.getID() != any) {
-    COSTypeConversion* conversion = COSTypeRepository::getConversion(any, type.getID());
-    if (!conversion) return false;
-    owned = ConvertedValue(type, conversion->convert(COSValue(value)));
-    typed = owned.get();
   }
   // An equal value sets nothing and so marks nothing dirty: a theme change
   // over a large tree where little changes stays cheap.
@@ -240,6 +226,44 @@ bool setResolved(const COSInterfacePtr& object, const std::string& name, COSProp
   return true;
 }
 
+COSID anyType() {
+  static const COSID any("any");
+  return any;
+}
+
+bool checkFaces(const std::string& name, const vxArray* value, COSPropInfo* target) {
+  FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << "setting property " << name;
+  if (!value || isEmptyText(value)) {
+    FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << name << " value is null, skip.";
+    return false;
+  }
+  if (!target) {
+    FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << name << " cosProp is null, skip.";
+    return false;
+  }
+  if (propertyLog().isOn(kDebug) && std::string_view(target->getName()).ends_with("_I"))
+    FOUNDATION_LOG(propertyLog(), kDebug) << kSetPV << "using  " << target->getName() << " property.";
+  return true;
+}
+
+// A value as an array: converted to the face's type here. Each skip writes
+// its line when the channel is on; nothing is built otherwise.
+bool setResolved(const COSInterfacePtr& object, const std::string& name, COSPropInfo* target, COSPropInfo* mode,
+                 const vxArray* value, bool overrideManualValues) {
+  if (!checkFaces(name, value, target)) return false;
+  static const COSID any("any");
+  COSDataTypePtr type = target->getDataType();
+  COSValue typed = COSValue(value);
+  ConvertedValue owned(type, COSValue());
+  if (type.getID() != any) {
+    COSTypeConversion* conversion = COSTypeRepository::getConversion(any, type.getID());
+    if (!conversion) return false;
+    owned = ConvertedValue(type, conversion->convert(COSValue(value)));
+    typed = owned.get();
+  }
+  return setTyped(object, name, target, mode, typed, type, overrideManualValues);
+}
+
 // The theme's values: the theme keeps each attribute's value until it
 // changes, so a new object under a themed figure does not ask afresh.
 class ValueCache {
@@ -248,6 +272,10 @@ class ValueCache {
       : theme_(theme.isValid() ? GraphicsTheme::fromObject(theme.getThemeCosi()) : nullptr) {}
   const vxArray* get(const std::string& attribute) {
     return theme_ ? theme_->resolvedThemeAttributeValue(attribute) : nullptr;
+  }
+  // Converted to the slot's type and kept with the theme; null when there is none.
+  const COSValue* typed(const std::string* attribute, const COSDataTypePtr& type) {
+    return theme_ ? theme_->resolvedTypedValue(attribute, type) : nullptr;
   }
 
  private:
@@ -282,21 +310,35 @@ bool applyWithCache(const COSInterfacePtr& object, ValueCache& values, const The
   // Only an object with a Themeable side takes part in theming.
   const auto* themeable = graphics::mixin::Themeable::fromObject(object.get());
   if (!themeable) return true;
-  // An object that draws from the whole theme gets it first.
-  if (auto* custom = activeDryRun ? nullptr : graphics::mixin::CustomThemeable::fromObject(object.get())) {
-    custom->updateTheme(theme.getThemeCosi());
-    if (!isLive(object.get())) return false;
-  }
   const COSClass* cls = object->getClass();
   const ClassSlots& entry = slotsFor(cls);
-  if (themeable->hasCustomThemePropertyMappings() || graphics::mixin::Themeable::asksInstanceThemeMap(cls)) {
+  // An object that draws from the whole theme gets it first.
+  if (entry.customThemeable && !activeDryRun)
+    if (auto* custom = graphics::mixin::CustomThemeable::fromObject(object.get())) {
+      custom->updateTheme(theme.getThemeCosi());
+      if (!isLive(object.get())) return false;
+    }
+  if (entry.asksInstance || themeable->hasCustomThemePropertyMappings()) {
     if (!applyCombined(object, *themeable, theme, overrideManualValues)) return false;
   } else if (!entry.slots.empty()) {
     ForceHonorModesScopeGuard guard(object.get(), true);
     matrix::unique_vxArray owned;
     for (const Slot& slot : entry.slots) {
-      const vxArray* value = slotValue(slot, object.get(), values.get(*slot.attribute), owned);
-      setResolved(object, *slot.property, slot.target, slot.mode, value, overrideManualValues);
+      if (slot.derived && (owned = slot.derived(object.get()))) {
+        // Worked out by the object itself: converted here, as any array.
+        setResolved(object, *slot.property, slot.target, slot.mode, owned.get(), overrideManualValues);
+      } else if (!slot.target || slot.type.getID() == anyType()) {
+        setResolved(object, *slot.property, slot.target, slot.mode, values.get(*slot.attribute), overrideManualValues);
+      } else {
+        // The theme's value, converted once per theme and type and kept with the theme.
+        const COSValue* typed = values.typed(slot.attribute, slot.type);
+        if (!typed) {
+          checkFaces(*slot.property, nullptr, slot.target);
+        } else {
+          if (propertyLog().isOn(kDebug)) checkFaces(*slot.property, values.get(*slot.attribute), slot.target);
+          setTyped(object, *slot.property, slot.target, slot.mode, *typed, slot.type, overrideManualValues);
+        }
+      }
       if (object->isDestroyed()) return false;
     }
   }
