@@ -18,7 +18,9 @@
 #include "sgclasses/Drawnow.h"
 #include "sgclasses/Objects.h"
 #include "sgclasses/Registration.h"
+#include "sgclasses/Theming.h"
 #include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/themes/ThemeUtils.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSEventData.h"
 #include "vcos/COSInterface.h"
@@ -278,11 +280,25 @@ struct Operation {
 // The opcode byte picks a row. Copy, theme changes and save/load join here
 // as rows of their own once those operations exist; appending keeps the
 // meaning of the existing corpus.
+// Sets the Theme of the object (a figure takes it; anything else refuses).
+// After a change that went through, every themed value below the figure is
+// its theme's: no object is left half-themed.
+void opTheme(State& s, Bytes& in) {
+  COSInterfacePtr o = pick(s, in.next());
+  static const char* const kThemes[] = {"light", "dark", "", "white"};
+  Arr value(vxCreateString(kThemes[in.next() % std::size(kThemes)]));
+  onObject(o, "theme", [&] { setProperty(o, "Theme", value.get()); });
+  if (o->isDestroyed()) return;
+  const COSInterfacePtr theme = sgclasses::themeFromAncestors(o.get());
+  if (theme && sgutils::themes::countUnthemedValues(o, sgutils::themes::ThemeInfo(theme)) != 0)
+    throw Violation{"a theme change left an object half-themed"};
+}
+
 constexpr Operation kOperations[] = {
     {"create", opCreate},         {"set", opSet},       {"get", opGet},
     {"reset", opReset},           {"reparent", opReparent}, {"reorder", opReorder},
     {"delete", opDelete},         {"add listener", opAddListener}, {"remove listener", opRemoveListener},
-    {"drop", opDrop},             {"drawnow", opDrawnow},
+    {"drop", opDrop},             {"drawnow", opDrawnow},    {"theme", opTheme},
 };
 
 // ---- consistency

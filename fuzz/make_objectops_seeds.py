@@ -6,7 +6,8 @@ table in ObjectOps.cpp) and its bytes. Pool indices count the objects made
 so far; an index past the pool names the root."""
 import pathlib
 
-CREATE, SET, GET, RESET, REPARENT, REORDER, DELETE, ADD_L, REMOVE_L, DROP, DRAWNOW = range(11)
+CREATE, SET, GET, RESET, REPARENT, REORDER, DELETE, ADD_L, REMOVE_L, DROP, DRAWNOW, THEME = range(12)
+LIGHT, DARK, NO_THEME, WHITE = range(4)
 FIG, AXES, LINE, TEXT, PATCH, GROUP, MENU = range(7)
 ROOT, EMPTY = 0xC8, 0xFF
 
@@ -29,6 +30,9 @@ SEEDS = {
         REPARENT, 1, EMPTY, SET, 1, 2, 0xE2, DROP, 1, REPARENT, 0, EMPTY, DROP, 0, CREATE, FIG, ROOT,
         SET, 0, 1, 0xE0, REORDER, ROOT, 1, 0, REORDER, ROOT, 2, 0],
     "root_deleted": [CREATE, FIG, ROOT, DELETE, ROOT, CREATE, FIG, ROOT, SET, ROOT, 3, 8, RESET, ROOT],
+    "theme_changes_with_listeners": tree() + [
+        THEME, 0, DARK, SET, 2, 3, 7, THEME, 0, LIGHT, ADD_L, 2, 3, 1, 4, ADD_L, 0, 2, 2, 9, THEME, 0, DARK,
+        REPARENT, 6, 1, THEME, 0, WHITE, THEME, 1, DARK, RESET, 2, THEME, 0, NO_THEME, DELETE, 1, THEME, 0, DARK],
 }
 
 def main():

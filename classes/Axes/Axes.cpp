@@ -207,11 +207,12 @@ void Axes::setXLimModeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSVal
 void Axes::setYLimModeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSValue v) { setLimModeImpl(1, v); }
 void Axes::setZLimModeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSValue v) { setLimModeImpl(2, v); }
 
-graphics::datatype::RGBAColor Axes::takeNextColor() {
+graphics::datatype::RGBAColor Axes::takeNextColor(double* taken) {
   const graphics::datatype::ColorOrder& order = getColorOrder();
   const std::size_t rows = std::max<std::size_t>(order.rows(), 1);
   const double index = std::max(1.0, std::floor(colorOrderIndex_));
   colorOrderIndex_ = index + 1;
+  if (taken) *taken = index;
   if (order.rows() == 0) return graphics::datatype::RGBAColor();
   return order.at((static_cast<std::size_t>(index) - 1) % rows);
 }

@@ -1,13 +1,19 @@
-// The copy of an axes: the default copy, then the values of the source's
-// title and labels onto those that the new axes made for itself.
+// The class methods of an axes: its copy (the default copy, then the values
+// of the source's title and labels onto those that the new axes made for
+// itself) and its theme map.
+#include <string>
 #include <utility>
 
 #include "sgutils/copy/Copyable.h"
 #include "sgutils/copy/CopyableMethod.h"
+
 #include "sgutils/objects/Axes.gen.h"
+#include "sgutils/objects/MixinMethod.h"
+#include "sgutils/themes/ThemeMappingTable.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "vcos/COSClass.h"
 #include "vcos/ObjectArray.h"
+#include "vx/vx.h"
 
 namespace sgclasses {
 namespace {
@@ -33,10 +39,26 @@ class AxesCopyElementMI final : public sgutils::CopyableSubclassCopyElementMI {
   }
 };
 
+// The class's theme map: its row of the built-in table, and the colour order
+// following the theme's discrete colour list.
+void themeMapMethod(const COSClient*, int& nlhs, COSValue* plhs, int, const COSValue*) {
+  vxArray* map = vxCreateStructMatrix(1, 1, 0, nullptr);
+  auto put = [map](const std::string& property, const std::string& attribute) {
+    const int field = vxAddField(map, property.c_str());
+    vxSetFieldByNumber(map, 0, field, vxCreateString(attribute.c_str()));
+  };
+  if (const sgutils::themes::ThemeMap* row = sgutils::themes::findBuiltinThemeMap(Axes::getClassInstance()->getName()))
+    for (const auto& [property, attribute] : *row) put(property, attribute);
+  put("ColorOrder", "DiscreteColorList");
+  if (nlhs < 1) nlhs = 1;
+  plhs[0] = COSValue(map);
+}
+
 }  // namespace
 
 void Axes::addMethods(COSClass* cls, COSID classId) {
   cls->addMethod(new AxesCopyElementMI(classId));
+  sgutils::addMixinMethod(cls, classId, "getThemeMap", &themeMapMethod, {}, {"map"}, /*isStatic=*/true);
   addChildrenMethod(cls, classId);
 }
 

@@ -9,6 +9,7 @@
 #include "sgutils/objects/CurrentAxes.gen.h"
 #include "sgutils/objects/MixinMethod.h"
 #include "sgutils/objects/Root.gen.h"
+#include "sgutils/objects/ThemeContainer.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "vcos/COSIterator.h"
 #include "vcos/ObjectArray.h"
@@ -64,6 +65,12 @@ void Figure::addOwnMethods(COSClass* cls, COSID classId) {
                           {"object", "candidate"}, {"object", "axes"});
 }
 
+void Figure::setupThemeContainer(COSInterfacePtr object) {
+  // Its ThemeChangedFcn listens to ThemeChanged from here on.
+  if (graphics::mixin::ThemeContainer* container = graphics::mixin::ThemeContainer::fromObject(object.get()))
+    container->attachGeneratedCallbacks(object);
+}
+
 COSInterfacePtr Figure::plotTarget() const {
   COSInterfacePtr self = getCOSReference();
   return self ? graphics::mixin::CurrentAxes::getCurrentObjectAndAxes(self).second : COSInterfacePtr();
@@ -83,7 +90,8 @@ void Figure::parentChanged(COSInterface* object, COSInterface* parent) {
   number_ = number;
   if (Root* root = sgutils::blockOf<Root>(parent, Root::classID())) root->setCurrentFigure(COSInterfacePtr(object));
   // A new figure in automatic ThemeMode takes the theme the settings give.
-  respondToThemePreferences();
+  if (graphics::mixin::ThemeContainer* container = graphics::mixin::ThemeContainer::fromObject(object))
+    container->respondToThemePreferences();
 }
 
 COSInterfacePtr Figure::currentAxes() const {

@@ -182,9 +182,13 @@ std::vector<COSInterfacePtr> plot(const COSInterfacePtr& axes, std::span<const P
   if (block.getNextPlot() == NextPlot::Replace) block.clearForPlot(made);
   for (const COSInterfacePtr& line : made) {
     Line* lineBlock = sgutils::blockOf<Line>(line.get(), Line::classID());
-    // A plot without a colour of its own takes the next one; the mode stays auto.
-    if (lineBlock->getColorMode() == graphics::datatype::AutoManual::Auto)
-      lineBlock->setColor(block.takeNextColor(), graphics::datatype::PrivateClient);
+    // A plot without a colour of its own takes the next one and keeps its
+    // place in the order, which a theme change follows; the mode stays auto.
+    if (lineBlock->getColorMode() == graphics::datatype::AutoManual::Auto) {
+      double index = 0;
+      lineBlock->setColor(block.takeNextColor(&index), graphics::datatype::PrivateClient);
+      lineBlock->setSeriesIndex(index, graphics::datatype::PrivateClient);
+    }
   }
   makeCurrent(axes);
   return made;

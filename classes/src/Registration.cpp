@@ -85,6 +85,8 @@ void registerClasses() {
     sgutils::setChildListingLookup(&ContainerChildren::listingOf);
     // The figure is the theme container of its tree.
     sgutils::themes::setGoverningThemeLookup(&themeFromAncestors);
+    // A plotted line's colour follows its axes' themed colour order.
+    sgutils::themes::registerDerivedThemeValue(Line::classID(), COSID("Color"), &Line::seriesColor);
     return true;
   }();
   (void)done;

@@ -115,6 +115,7 @@ vxArray* GraphicsTheme::getThemeAttributeValue(const std::string& attribute) {
 
 void GraphicsTheme::singleColorThemeOverride(const RGBAColor* color) {
   overrideColor_ = color ? std::make_unique<RGBAColor>(*color) : nullptr;
+  typed_.clear();
   resolved_.clear();
 }
 
@@ -129,13 +130,26 @@ const vxArray* GraphicsTheme::resolvedThemeAttributeValue(const std::string& att
   return it->second.get();
 }
 
+const COSValue* GraphicsTheme::resolvedTypedValue(const std::string* attribute, const COSDataTypePtr& type) {
+  if (const COSValue* kept = typed_.find(attribute, type.getID())) return kept;
+  static const COSID any("any");
+  COSTypeConversion* conversion = COSTypeRepository::getConversion(any, type.getID());
+  if (!conversion) return nullptr;
+  const vxArray* value = resolvedThemeAttributeValue(*attribute);
+  // An attribute the theme cannot resolve gives no value (asked again next time).
+  if (vxIsChar(value) && vxIsEmpty(value)) return nullptr;
+  return typed_.add(attribute, type, conversion->convert(COSValue(value)));
+}
+
 // Any change of the theme's own properties may change what an attribute resolves to.
 void GraphicsTheme::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
+  typed_.clear();
   resolved_.clear();
   GeneratedBlock::doPostSet(std::move(object), property, flags);
 }
 
 void GraphicsTheme::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+  typed_.clear();
   resolved_.clear();
   GeneratedBlock::doPostSet(std::move(object), property, limitsDirty, objectDirty);
 }

@@ -1,12 +1,15 @@
-// The hand-written half of Themeable: the custom per-instance mappings, the
-// combined map the theme application reads, and the structure form in which
+// The hand-written half of Themeable: the class's map (class method or
+// table), the custom per-instance mappings, the combined map the theme
+// application reads, and the structure form in which
 // the custom mappings are saved and loaded.
 #include "sgutils/objects/Themeable.gen.h"
 
 #include <algorithm>
 #include <cctype>
+#include <unordered_map>
 
 #include "foundation/core/except/Error.h"
+#include "sgutils/lifecycle/ObjectCtorMI.h"
 #include "sgutils/lifecycle/SGReference.h"
 #include "sgutils/objects/MixinMethod.h"
 #include "sgutils/propinfos/PropInfoLookup.h"
@@ -16,6 +19,7 @@
 #include "vcos/COSClass.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/ObjectArray.h"
+#include "vcos/ObjectCalls.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "vcos/COSClient.h"
 #include "vx/vx.h"
@@ -192,12 +196,85 @@ Themeable* Themeable::fromObject(const COSInterface* object) noexcept {
   return slot ? static_cast<Themeable*>(static_cast<SGReference*>(slot)) : nullptr;
 }
 
-ThemeMap Themeable::getThemeMap(std::string_view className) { return sgutils::themes::builtinThemeMap(className); }
+namespace {
+
+// Folds a structure of text fields into a map, in field order; a later field
+// overwrites an earlier key.
+void fold(const vxArray* given, ThemeMap& map) {
+  if (!given || !vxIsStruct(given) || vxGetNumberOfElements(given) < 1) return;
+  for (int field = 0, count = vxGetNumberOfFields(given); field < count; ++field) {
+    const vxArray* text = vxGetFieldByNumber(given, 0, field);
+    if (!text || !(vxIsChar(text) || vxIsString(text))) continue;
+    map.insert_or_assign(vxGetFieldNameByNumber(given, field), vxArrayToStdString(text));
+  }
+}
+
+bool overrides(const COSClass* cls, const std::string& method) {
+  COSClass* mine = Themeable::getClassInstance();
+  return cls && mine && sgutils::isMethodOverridden(*mine, *const_cast<COSClass*>(cls), method);
+}
+
+// What a class says once about theming, kept for the theme walk. The weak
+// reference keeps the class's memory, so no other class takes its address.
+struct ClassThemeInfo {
+  COSInterfacePtr cls;
+  ThemeMap map;
+  bool asksInstance = false;
+};
+
+const ClassThemeInfo& classInfo(const COSClass* cls) {
+  static std::unordered_map<const COSClass*, ClassThemeInfo> cache;
+  if (auto it = cache.find(cls); it != cache.end()) return it->second;
+  ClassThemeInfo info{COSInterfacePtr(const_cast<COSClass*>(cls), COSWeakReference), Themeable::getThemeMap(cls),
+                      false};
+  static const std::string instanceMethod("getThemeAttributeMap");
+  info.asksInstance = info.map.empty() && overrides(cls, instanceMethod);
+  return cache.emplace(cls, std::move(info)).first->second;
+}
+
+}  // namespace
+
+ThemeMap Themeable::getThemeMap(const COSClass* cls) {
+  ThemeMap map;
+  if (!cls) return map;
+  static const std::string method("getThemeMap");
+  if (overrides(cls, method)) {
+    vxArray* out[1] = {nullptr};
+    omCallMethod(cls->getID(), COSID(method), sgutils::privateClientOf(const_cast<COSClass*>(cls)), 1, out, 0,
+                 nullptr, /*dispatchOnObject=*/false);
+    matrix::unique_vxArray result(out[0]);
+    fold(result.get(), map);
+    return map;
+  }
+  if (const ThemeMap* row = sgutils::themes::findBuiltinThemeMap(cls->getName())) map = *row;
+  return map;
+}
+
+ThemeMap Themeable::getThemeMap(std::string_view className) {
+  if (COSClass* cls = COSClass::getClass(COSID(className))) return getThemeMap(cls);
+  return sgutils::themes::builtinThemeMap(className);
+}
+
+const ThemeMap& Themeable::classThemeMap(const COSClass* cls) { return classInfo(cls).map; }
+
+bool Themeable::asksInstanceThemeMap(const COSClass* cls) { return classInfo(cls).asksInstance; }
 
 ThemeMap Themeable::getCombinedThemeAttributeMap(const COSInterface* object) const {
   ThemeMap map;
   if (!object) return map;
-  map = getThemeMap(object->getClass()->getName());
+  const COSClass* cls = object->getClass();
+  map = classThemeMap(cls);
+  if (map.empty() && asksInstanceThemeMap(cls)) {
+    // The instance's own map, asked only when its class has none.
+    matrix::unique_vxArray self(omCreateVCOSScalar(COSInterfacePtr(const_cast<COSInterface*>(object))));
+    const vxArray* inputs[] = {self.get()};
+    vxArray* out[1] = {nullptr};
+    static const COSID method("getThemeAttributeMap");
+    omCallMethod(cls->getID(), method, sgutils::privateClientOf(const_cast<COSClass*>(cls)), 1, out, 1, inputs,
+                 /*dispatchOnObject=*/true);
+    matrix::unique_vxArray result(out[0]);
+    fold(result.get(), map);
+  }
   for (const auto& [property, attribute] : custom_) map.insert_or_assign(property, attribute);
   return map;
 }
@@ -205,10 +282,15 @@ ThemeMap Themeable::getCombinedThemeAttributeMap(const COSInterface* object) con
 std::string Themeable::getCombinedThemePropertyMapping(const COSInterface* object, std::string_view property) const {
   if (auto it = custom_.find(property); it != custom_.end()) return it->second;
   if (!object) return {};
-  const ThemeMap* row = sgutils::themes::findBuiltinThemeMap(object->getClass()->getName());
-  if (!row) return {};
-  auto it = row->find(property);
-  return it == row->end() ? std::string() : it->second;
+  const COSClass* cls = object->getClass();
+  if (asksInstanceThemeMap(cls)) {
+    const ThemeMap map = getCombinedThemeAttributeMap(object);
+    auto it = map.find(property);
+    return it == map.end() ? std::string() : it->second;
+  }
+  const ThemeMap& row = classThemeMap(cls);
+  auto it = row.find(property);
+  return it == row.end() ? std::string() : it->second;
 }
 
 std::string Themeable::getCustomThemePropertyMapping(std::string_view property) const {

@@ -26,6 +26,7 @@
 #include "sgutils/defaults/DefaultNameAccess.h"
 #include "sgutils/defaults/FactoryBuiltins.h"
 #include "sgutils/persistence/DoubleOrTypedHandleConversion.h"
+#include "sgutils/themes/ThemeUtils.h"
 #include "src/classinfo/SupportClasses.h"
 #include "src/startup/DatatypesBridge.h"
 #include "vcos/BuiltinClasses.h"
@@ -142,6 +143,8 @@ extern "C" void VLInitialize_sgutils() {
   vcos::FunctionDispatcher::instance().registerBuiltin("rootfactoryvalues", &rootFactoryValues);
   // Every class added from here on takes numbers and empties for its types.
   sgutils::frameHooks().converterReplacer = &sgutils::DoubleOrTypedHandleConversion::replaceConverters;
+  // A reset object takes its container's theme again.
+  sgutils::frameHooks().themeOnReset = &sgutils::themes::restoreThemeOnReset;
 
   unsigned char& flag = initFlagSlot();
   if (flag == 0) {

@@ -13,6 +13,9 @@
 #include "foundation/core/except/IMsgIDException.h"
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Drawnow.h"
+#include "sgclasses/Theming.h"
+#include "sgutils/objects/GraphicsTheme.gen.h"
+#include "sgutils/themes/ThemeUtils.h"
 #include "sgutils/defaults/DefaultNameAccess.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "vcos/COSClass.h"
@@ -240,6 +243,38 @@ std::vector<Operation> operations() {
                    return k;
                  },
                  [](std::vector<COSInterfacePtr>& k) { SGHandle::Reset(k[2]); }, nullptr});
+  // A theme change is all or nothing: a raise in the walk leaves the figure
+  // its light theme, one in ThemeChanged's listener (after the walk) the dark
+  // one; either way every themed value below it is its theme's.
+  ops.push_back({"change the theme of a figure",
+                 [] {
+                   auto k = figureAndAxes();
+                   for (int i = 0; i < 2; ++i) k.push_back(sgclasses::create(sgclasses::kLineClass, k[1]));
+                   k.push_back(sgclasses::create(sgclasses::kTextClass, k[1]));
+                   Arr red(vxCreateDoubleMatrix(1, 3, vxREAL));
+                   vxGetPr(red.get())[0] = 1;
+                   set(k[3], "Color", red.get());
+                   // Both themes are kept here, so the run frees nothing whichever wins.
+                   for (bool dark : {false, true}) {
+                     Arr made(graphics::theme::GraphicsTheme::builtinThemeFactory(dark));
+                     k.push_back(omGetArrayElement(made.get(), 0));
+                   }
+                   Arr light(omCreateVCOSScalar(k[5]));
+                   set(k[0], "Theme", light.get());
+                   return k;
+                 },
+                 [](std::vector<COSInterfacePtr>& k) {
+                   Arr dark(omCreateVCOSScalar(k[6]));
+                   set(k[0], "Theme", dark.get());
+                 },
+                 [](std::vector<COSInterfacePtr>& k) {
+                   const COSInterfacePtr theme = sgclasses::themeFromAncestors(k[0].get());
+                   ASSERT_NE(theme, nullptr);
+                   EXPECT_EQ(sgutils::themes::countUnthemedValues(k[0], sgutils::themes::ThemeInfo(theme)), 0u);
+                   EXPECT_EQ(text(k[0], "ThemeMode"), "manual");
+                   Arr kept = get(k[3], "Color");
+                   EXPECT_EQ(vxGetPr(kept.get())[0], 1.0);
+                 }});
   // Deletion does not stop for a raising listener: it ends, then the error
   // is passed on.
   ops.push_back({"delete an axes whose lines have listeners",

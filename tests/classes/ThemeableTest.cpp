@@ -1,6 +1,7 @@
 // Per-object theme mappings and the resolved values a theme keeps, through
 // the real classes.
 #include <string>
+#include <string_view>
 
 #include "ClassesTestSupport.h"
 #include "ThemeColorRows.h"
@@ -8,6 +9,7 @@
 #include "sgclasses/ClassNames.h"
 #include "sgdatatypes/RGBAColor.h"
 #include "sgutils/objects/GraphicsTheme.gen.h"
+#include "sgutils/objects/Line.gen.h"
 #include "sgutils/objects/Themeable.gen.h"
 #include "sgutils/themes/ThemeMappingTable.h"
 #include "sgutils/themes/ThemeUtils.h"
@@ -111,6 +113,61 @@ TEST_F(ClassesTest, AThemeResolvesItsAttributesAfreshOnceItChangesInPlace) {
   theme->singleColorThemeOverride(&red);
   EXPECT_DOUBLE_EQ(vxGetPr(theme->resolvedThemeAttributeValue(kPrimary))[0], 1.0);
   theme->singleColorThemeOverride(nullptr);
+}
+
+// The class-method layer: a class that overrides "getThemeMap" takes only
+// what the method gives (the axes adds its colour order to its table row);
+// a custom mapping still wins over it, and the table itself is unchanged.
+TEST_F(ClassesTest, AClassThemeMapMethodReplacesTheTableRow) {
+  COSInterfacePtr figure = create(sgclasses::kFigureClass, root());
+  COSInterfacePtr axes = create(sgclasses::kAxesClass, figure);
+  const sgutils::themes::ThemeMap row = sgutils::themes::builtinThemeMap(axes->getClass()->getName());
+  ASSERT_FALSE(row.empty());
+  EXPECT_EQ(row.count("ColorOrder"), 0u);
+  const sgutils::themes::ThemeMap classMap = Themeable::getThemeMap(axes->getClass());
+  EXPECT_EQ(classMap.size(), row.size() + 1);
+  EXPECT_EQ(classMap.at("ColorOrder"), "DiscreteColorList");
+  EXPECT_EQ(Themeable::getThemeMap(std::string_view(axes->getClass()->getName())), classMap);
+  // A class without an override keeps its row; a null class has no map.
+  COSInterfacePtr line = create(sgclasses::kLineClass, axes);
+  EXPECT_EQ(Themeable::getThemeMap(line->getClass()), sgutils::themes::builtinThemeMap(line->getClass()->getName()));
+  EXPECT_TRUE(Themeable::getThemeMap(static_cast<const COSClass*>(nullptr)).empty());
+
+  Themeable& t = themeableOf(axes);
+  EXPECT_EQ(t.getCombinedThemePropertyMapping(axes.get(), "ColorOrder"), "DiscreteColorList");
+  t.addCustomThemePropertyMapping("ColorOrder", "DiscreteColorListExtended");
+  set(figure, "Theme", textArray("dark").get());
+  EXPECT_EQ(vxGetM(get(axes, "ColorOrder").get()), 12u);
+  t.removeCustomThemePropertyMapping("ColorOrder");
+  set(figure, "Theme", textArray("light").get());
+  Arr order = get(axes, "ColorOrder");
+  ASSERT_EQ(vxGetM(order.get()), 7u);
+  EXPECT_DOUBLE_EQ(vxGetPr(order.get())[7], 0.447);  // "gem": the green of #0072BD
+}
+
+// A plotted line's colour is worked out from its series index and its axes'
+// colour order, on a theme change and when its mode goes back to auto; it
+// does not depend on the order of the walk reaching the axes first.
+TEST_F(ClassesTest, ASeriesLineTakesItsRowOfTheThemedColourOrder) {
+  COSInterfacePtr figure = create(sgclasses::kFigureClass, root());
+  COSInterfacePtr axes = create(sgclasses::kAxesClass, figure);
+  COSInterfacePtr line = create(sgclasses::kLineClass, axes);
+  Arr nine(vxCreateDoubleScalar(9));  // past the end of 7 rows: row 2
+  set(line, "SeriesIndex", nine.get());
+  set(figure, "Theme", textArray("dark").get());
+  const RGBAColor glow2 = RGBAColor(std::string_view("#F57729"));
+  Arr c = get(line, "Color");
+  EXPECT_NEAR(vxGetPr(c.get())[0], glow2.red(), 1e-3);
+  EXPECT_NEAR(vxGetPr(c.get())[2], glow2.blue(), 1e-3);
+  // Without an axes parent nothing is worked out: the theme's line colour.
+  EXPECT_EQ(sgclasses::Line::seriesColor(axes.get()), nullptr);
+  Arr zero(vxCreateDoubleScalar(0));
+  set(line, "SeriesIndex", zero.get());
+  Arr red(vxCreateDoubleMatrix(1, 3, vxREAL));
+  vxGetPr(red.get())[0] = 1;
+  set(line, "Color", red.get());
+  set(line, "ColorMode", textArray("auto").get());
+  EXPECT_EQ(row(line, "Color"), serviceRow(kLineSecondary, "dark"));
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
 // The mode face `XMode` of a generated property triple, of type AutoManual.
 // Its value word points at a byte of the mode's value. Writing the mode from
 // manual back to auto is the one transition that marks the object, through
-// doPostSet(false, true): the system takes the property over again.
+// doPostSet(false, true): the system takes the property over again, and a
+// themed property takes its themed value.
 //
 // `PI` gives:
 //   static unsigned char readMode(const Class&);
@@ -12,6 +13,7 @@
 #include "sgutils/propinfos/FactoryDefaultInitializers.h"
 #include "sgutils/propinfos/PropInfoBase.h"
 #include "sgutils/propinfos/WebPropertyChecks.h"
+#include "sgutils/themes/ModeBackToAuto.h"
 #include "sgdatatypes/Enumeration.h"
 
 namespace sgutils {
@@ -48,7 +50,10 @@ class ModePropInfo : public PropInfoBase, public ModePropertyFactoryDefaultIniti
     const auto* next = value.asPointer<const unsigned char>();
     const bool changed = isTransitionToAuto(&old, next);
     PI::storeMode(*block, next ? *next : 0);
-    if (changed) block->doPostSet(COSInterfacePtr(instance), this, false, true);
+    if (changed) {
+      block->doPostSet(COSInterfacePtr(instance), this, false, true);
+      themes::modeSetBackToAuto(instance, this);
+    }
   }
 
   virtual bool isTransitionToAuto(const unsigned char* oldMode, const unsigned char* newMode) const {

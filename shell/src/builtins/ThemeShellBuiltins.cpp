@@ -5,7 +5,7 @@
 #include "eval/ObjectBridge.h"
 #include "foundation/settings/Settings.h"
 #include "sgclasses/Theming.h"
-#include "sgutils/objects/Figure.gen.h"
+#include "sgutils/objects/ThemeContainer.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "vcos/COSInterface.h"
 #include "vcos/ObjectArray.h"
@@ -56,8 +56,7 @@ void bFigureUseDesktopTheme(Interpreter&, int, Out&, Args in) {
   const vxArray* figures = in[0].get();
   COSInterfacePtr figure =
       omIsVCOS(figures) && vxGetNumberOfElements(figures) == 1 ? omGetLiveArrayElement(figures, 0) : nullptr;
-  sgclasses::Figure* block = figure ? sgutils::blockOf<sgclasses::Figure>(figure.get(), sgclasses::Figure::classID())
-                                    : nullptr;
+  graphics::mixin::ThemeContainer* block = graphics::mixin::ThemeContainer::fromObject(figure.get());
   if (!block || figure->isBeingDestroyed()) throw Error("VANTEL:graphics:themes:InvalidThemeContainer");
   bool flag = true;
   if (in.size() == 2) {
