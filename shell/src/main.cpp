@@ -11,6 +11,7 @@
 
 #include "builtins/CallbackBuiltins.h"
 #include "builtins/CopyBuiltins.h"
+#include "builtins/GraphicsFileBuiltins.h"
 #include "builtins/PrintBuiltins.h"
 #include "builtins/ViewBuiltins.h"
 #include "builtins/ThemeShellBuiltins.h"
@@ -35,6 +36,7 @@ class GraphicsLibrary {
     sgsh::builtins::registerGraphicsBuiltins();
     sgsh::builtins::registerCallbackBuiltins();
     sgsh::builtins::registerCopyBuiltins();
+    sgsh::builtins::registerGraphicsFileBuiltins();
     sgsh::builtins::registerPrintBuiltins();
     sgsh::builtins::registerViewBuiltins();
     sgsh::builtins::registerThemeShellBuiltins();

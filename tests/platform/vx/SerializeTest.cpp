@@ -101,7 +101,7 @@ struct Sample {
 
 // Frames a MessagePack body the way the writer does (uncompressed), so the
 // reader's structural checks are reached past the checksum.
-std::vector<std::uint8_t> frame(const msgpack::sbuffer& body, std::uint32_t version = vxSerializeFormatVersion) {
+std::vector<std::uint8_t> frame(const msgpack::sbuffer& body, std::uint32_t version = 1) {
   std::vector<std::uint8_t> out = {'S', 'G', 'V', 'X', 'D', 'A', 'T', 0x1a};
   auto put = [&](std::uint64_t v, int n) {
     for (int i = 0; i < n; ++i) out.push_back(static_cast<std::uint8_t>(v >> (8 * i)));

@@ -1,0 +1,45 @@
+// Not installed. Builds the objects of a saved set's object table: makes
+// them while the set is read, then sets their properties, hooks the trees
+// and places the tops. A failure anywhere deletes every object it made.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include "sgutils/persistence/GraphicsFile.h"
+#include "vcos/COSInterfacePtr.h"
+#include "vx/vxSerialize.h"
+
+namespace sgutils::persistence {
+
+class GraphicsLoader {
+ public:
+  explicit GraphicsLoader(const GraphicsLoadOptions& options) : options_(options) {}
+  ~GraphicsLoader();
+  GraphicsLoader(const GraphicsLoader&) = delete;
+  GraphicsLoader& operator=(const GraphicsLoader&) = delete;
+
+  std::vector<vxNamedValue> load(std::span<const std::uint8_t> bytes);
+
+ private:
+  void makeObjects(std::span<const vxSavedObjectHead> heads);
+  vxArray* makeObjectArray(const std::string& className, std::span<const vxSize> dims,
+                           std::span<const std::int64_t> indexes);
+  void setFields(const vxSavedDocument& document);
+  void hookChildren(const vxSavedDocument& document);
+  void placeTopLevel(const vxSavedDocument& document);
+  void runCreateCallbacks(const vxSavedDocument& document);
+  void deleteMade() noexcept;
+
+  const GraphicsLoadOptions& options_;
+  std::vector<COSInterfacePtr> objects_;      // by table index
+  std::vector<std::int64_t> madeBy_;          // by table index
+  std::vector<COSInterfacePtr> constructed_;  // what a failure deletes, in making order
+  std::unordered_map<const COSInterface*, std::size_t> partOwner_;  // part -> its owner's index
+  std::vector<std::size_t> topLevel_;         // objects neither hooked nor parts
+  bool done_ = false;
+};
+
+}  // namespace sgutils::persistence
