@@ -6,6 +6,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "foundation/core/except/IMsgIDException.h"
+#include "sgdatatypes/CallbackListeners.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/persistence/SavedFieldsExtension.h"
 #include "src/copy/ArrayValue.h"
@@ -13,10 +14,12 @@
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSInterface.h"
+#include "vcos/COSListener.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
+#include "vcos/VxProperty.h"
 #include "vx/vxCreate.h"
 #include "vx/vxQuery.h"
 
@@ -215,6 +218,7 @@ void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
   std::unordered_map<const COSInterface*, std::size_t> indexOf;
   for (std::size_t i = 0; i < objects_.size(); ++i) indexOf.emplace(objects_[i].get(), i);
   std::vector<bool> hooked(objects_.size(), false);
+  children_.assign(objects_.size(), {});
   for (std::size_t i = 0; i < document.objects.size(); ++i)
     for (const vxNamedValue& field : document.objects[i].fields) {
       if (field.name != GraphicsFile::kChildrenField) continue;
@@ -230,6 +234,7 @@ void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
         if (found == indexOf.end() || found->second <= i || hooked[found->second] || madeBy_[found->second] >= 0)
           throw Error("VANTEL:sg:load:BadChildren");
         hooked[found->second] = true;
+        children_[i].push_back(found->second);
         setParent(child, objects_[i]);
       }
     }
@@ -247,7 +252,56 @@ void GraphicsLoader::placeTopLevel(const vxSavedDocument&) {
   }
 }
 
-void GraphicsLoader::runCreateCallbacks(const vxSavedDocument&) {}
+// The creation pass of one loaded object: its CreateFcn, then each of its
+// loaded children's pass followed by the defaults the child takes from its
+// parent, so that a loaded child gets its defaults after its callbacks.
+void GraphicsLoader::createPass(std::size_t index) {
+  if (passDone_[index]) return;
+  passDone_[index] = true;
+  const COSInterfacePtr& object = objects_[index];
+  static const COSID createFcn("CreateFcn");
+  if (const COSPropInfo* property = object->findPropertyInfo(createFcn)) {
+    matrix::unique_vxArray value;
+    {
+      const COSValue read = property->getValue(object.get());
+      value = copy::toArray(property->getDataType(), read);
+      property->releaseValue(object.get(), read);
+    }
+    if (value && !vxIsEmpty(value.get())) {
+      // An axes is current in its figure while its callback runs.
+      static const COSID abstractAxes("vantel.graphics.axis.AbstractAxes");
+      static const COSID axes("vantel.graphics.axis.Axes");
+      COSClass* cls = object->getClass();
+      if (COSInterface* figure = object->getOwnerObject();
+          figure && (cls->isSubclassOf(abstractAxes) || cls->isSubclassOf(axes))) {
+        static const COSID currentAxes("CurrentAxes");
+        if (figure->findPropertyInfo(currentAxes)) {
+          matrix::unique_vxArray owner(omCreateVCOSScalar(COSInterfacePtr(figure)));
+          matrix::unique_vxArray self(omCreateVCOSScalar(object));
+          vxSetProperty(owner.get(), 0, "CurrentAxes", self.get());
+        }
+      }
+      // The listener that runs CreateFcn when an object is made, made once
+      // per load and released with the loader.
+      if (!createFcnRunner_) createFcnRunner_ = graphics::datatype::createListener("CreateFcn", false, false);
+      COSListener::toListener(createFcnRunner_)->fire(object.get(), nullptr);
+    }
+  }
+  // The callback may have deleted the object.
+  if (object->isBeingDestroyed() || object->isDestroyed()) return;
+  for (std::size_t child : children_[index]) {
+    const COSInterfacePtr& c = objects_[child];
+    if (c->isBeingDestroyed() || c->isDestroyed()) continue;
+    createPass(child);
+    if (c->isBeingDestroyed() || c->isDestroyed()) continue;
+    if (SGHandle* handle = SGHandle::fromObject(c.get())) handle->applyDefaultProperties(object, false);
+  }
+}
+
+void GraphicsLoader::runCreateCallbacks(const vxSavedDocument&) {
+  passDone_.assign(objects_.size(), false);
+  for (std::size_t i : topLevel_) createPass(i);
+}
 
 void GraphicsLoader::deleteMade() noexcept {
   // The newest first: children were made after their parents.

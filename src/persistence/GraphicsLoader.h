@@ -31,6 +31,7 @@ class GraphicsLoader {
   void hookChildren(const vxSavedDocument& document);
   void placeTopLevel(const vxSavedDocument& document);
   void runCreateCallbacks(const vxSavedDocument& document);
+  void createPass(std::size_t index);
   void deleteMade() noexcept;
 
   const GraphicsLoadOptions& options_;
@@ -38,7 +39,10 @@ class GraphicsLoader {
   std::vector<std::int64_t> madeBy_;          // by table index
   std::vector<COSInterfacePtr> constructed_;  // what a failure deletes, in making order
   std::unordered_map<const COSInterface*, std::size_t> partOwner_;  // part -> its owner's index
-  std::vector<std::size_t> topLevel_;         // objects neither hooked nor parts
+  std::vector<std::size_t> topLevel_;
+  std::vector<std::vector<std::size_t>> children_;  // loaded children by index, in saved order
+  std::vector<bool> passDone_;
+  COSInterfacePtr createFcnRunner_;         // objects neither hooked nor parts
   bool done_ = false;
 };
 
