@@ -91,6 +91,8 @@ std::vector<vxNamedValue> GraphicsLoader::load(std::span<const std::uint8_t> byt
     hookChildren(document);
     placeTopLevel(document);
     runCreateCallbacks(document);
+    for (const COSInterfacePtr& object : objects_)
+      if (SGHandle* handle = SGHandle::fromObject(object.get())) handle->setLoadedFromFile(true);
     done_ = true;
     return std::move(document.values);
   } catch (const IMsgIDException& e) {
@@ -210,7 +212,6 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
           if (extension->load && extension->load(object, field)) break;
       }
     }
-    if (SGHandle* handle = SGHandle::fromObject(object.get())) handle->setLoadedFromFile(true);
   }
 }
 
