@@ -104,7 +104,9 @@ std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t 
   for (COSInterface* c = object->getOldestChild(); c; c = c->getNewerSibling()) {
     COSInterfacePtr child(c);
     if (child->isBeingDestroyed() || !SGHandle::fromObject(c) || indexOf(c) >= 0) continue;
-    if (!ChildStrategy::isChildSerializable(child)) continue;
+    // A class without "Serializable" has no way to opt out: its children are saved.
+    static const COSID serializable("Serializable");
+    if (c->findPropertyInfo(serializable) && !ChildStrategy::isChildSerializable(child)) continue;
     if (isMadeByOwner(c)) {
       // Saved as a part of the owner when a property of the owner holds it;
       // the owner makes it again on load.

@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <memory>
 #include <set>
 
 #define MSGPACK_NO_BOOST 1
@@ -49,6 +50,24 @@ std::uint64_t checksum(std::span<const std::uint8_t> bytes) {
   }
   return h;
 }
+
+// Compression contexts are kept per thread: making one allocates several
+// megabytes, which would cost more than compressing a small file.
+struct ZstdContexts {
+  ZSTD_CCtx* compress = ZSTD_createCCtx();
+  ZSTD_DCtx* decompress = ZSTD_createDCtx();
+  ZstdContexts() = default;
+  ZstdContexts(const ZstdContexts&) = delete;
+  ZstdContexts& operator=(const ZstdContexts&) = delete;
+  ~ZstdContexts() {
+    ZSTD_freeCCtx(compress);
+    ZSTD_freeDCtx(decompress);
+  }
+  static ZstdContexts& local() {
+    thread_local ZstdContexts contexts;
+    return contexts;
+  }
+};
 
 [[noreturn]] void corrupt(const char* what) { throw Error("VANTEL:vx:serialize:Corrupt", what); }
 
@@ -334,7 +353,7 @@ std::vector<std::uint8_t> unframe(std::span<const std::uint8_t> bytes, std::uint
   if (flags & kFlagZstd) {
     if (ZSTD_getFrameContentSize(body.data(), body.size()) != rawLength) corrupt("the compressed size does not match");
     raw.resize(rawLength);
-    const std::size_t n = ZSTD_decompress(raw.data(), raw.size(), body.data(), body.size());
+    const std::size_t n = ZSTD_decompressDCtx(ZstdContexts::local().decompress, raw.data(), raw.size(), body.data(), body.size());
     if (ZSTD_isError(n) || n != rawLength) corrupt("the compressed body does not decompress");
   } else {
     if (rawLength != body.size()) corrupt("the body length does not match");
@@ -351,17 +370,21 @@ namespace {
 std::vector<std::uint8_t> frame(const msgpack::sbuffer& buffer, std::uint32_t version) {
   if (buffer.size() > kMaxRawBytes) throw Error("VANTEL:vx:serialize:TooLarge");
   std::span<const std::uint8_t> raw(reinterpret_cast<const std::uint8_t*>(buffer.data()), buffer.size());
-  std::vector<std::uint8_t> out(sizeof kMagic);
-  std::memcpy(out.data(), kMagic, sizeof kMagic);
-  std::vector<std::uint8_t> packed(ZSTD_compressBound(raw.size()));
-  const std::size_t n = ZSTD_compress(packed.data(), packed.size(), raw.data(), raw.size(), 3);
+  // The compressed bytes go straight behind the header; the buffer is not
+  // zeroed first.
+  const std::size_t bound = ZSTD_compressBound(raw.size());
+  auto packed = std::make_unique_for_overwrite<std::uint8_t[]>(bound);
+  const std::size_t n = ZSTD_compressCCtx(ZstdContexts::local().compress, packed.get(), bound, raw.data(), raw.size(), 3);
   const bool useZstd = !ZSTD_isError(n) && n < raw.size();
+  std::vector<std::uint8_t> out;
+  out.reserve(kHeaderBytes + (useZstd ? n : raw.size()));
+  out.insert(out.end(), kMagic, kMagic + sizeof kMagic);
   putLE(out, version, 4);
   putLE(out, useZstd ? kFlagZstd : 0, 4);
   putLE(out, useZstd ? n : raw.size(), 8);
   putLE(out, raw.size(), 8);
   putLE(out, checksum(raw), 8);
-  if (useZstd) out.insert(out.end(), packed.begin(), packed.begin() + static_cast<std::ptrdiff_t>(n));
+  if (useZstd) out.insert(out.end(), packed.get(), packed.get() + n);
   else out.insert(out.end(), raw.begin(), raw.end());
   return out;
 }
