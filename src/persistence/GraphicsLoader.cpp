@@ -6,6 +6,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "foundation/core/except/IMsgIDException.h"
+#include "foundation/log/Logger.h"
 #include "sgdatatypes/CallbackListeners.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/persistence/SavedFieldsExtension.h"
@@ -29,6 +30,11 @@ using foundation::core::except::IMsgIDException;
 namespace sgutils::persistence {
 
 namespace {
+
+// The verbosity bits of the serialization channel's lines.
+constexpr std::uint32_t kLoadingBit = 1u << 2;
+constexpr std::uint32_t kSetBit = 1u << 8;
+constexpr std::uint32_t kConversionBit = 1u << 9;
 
 const COSID& graphicsClassId() {
   static const COSID id("vantel.graphics.Graphics");
@@ -72,6 +78,11 @@ bool isLoaderIdentifier(const std::string& id) {
 }
 
 }  // namespace
+
+foundation::log::Logger& serializationLog() {
+  static foundation::log::Logger& lg = foundation::log::channel("graphics::object_serialization");
+  return lg;
+}
 
 GraphicsLoader::~GraphicsLoader() {
   if (!done_) deleteMade();
@@ -166,9 +177,12 @@ vxArray* GraphicsLoader::makeObjectArray(const std::string& className, std::span
 }
 
 void GraphicsLoader::setFields(const vxSavedDocument& document) {
+  foundation::log::Logger& lg = serializationLog();
   for (std::size_t i = 0; i < document.objects.size(); ++i) {
     const COSInterfacePtr& object = objects_[i];
     const SavedPropertyList& list = SavedPropertyList::of(object->getClass());
+    if (lg.isOn(foundation::log::kInfo))
+      lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customLoad ") + object->getClass()->getName());
     // Values first, then modes: setting a value may turn its mode manual,
     // and the saved mode is the one the object ends with.
     for (int pass = 0; pass < 2; ++pass) {
@@ -191,13 +205,20 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
           auto owner = partOwner_.find(part);
           if (owner != partOwner_.end() && owner->second == i) continue;
         }
+        if (lg.isOn(kLoadingBit)) lg.write(kLoadingBit, "    Loading property: " + field.name);
+        // A value that no longer fits is dropped, and the others load.
         const COSDataTypePtr type = property->getDataType();
+        copy::OwnedValue converted;
         try {
-          copy::OwnedValue converted(type, copy::fromArray(type, value));
+          converted = copy::OwnedValue(type, copy::fromArray(type, value));
+        } catch (const IMsgIDException&) {
+          if (lg.isOn(kConversionBit)) lg.write(kConversionBit, "        Failed datatype conversion");
+          continue;
+        }
+        try {
           vcos::omCopyPropertyWithNoPermissionCheck(object, property, converted.get());
         } catch (const IMsgIDException&) {
-          // A value that no longer fits is dropped, as a failed set of one
-          // property in a struct load is.
+          if (lg.isOn(kSetBit)) lg.write(kSetBit, "        set." + field.name + " failed");
         }
       }
     }

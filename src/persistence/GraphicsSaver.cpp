@@ -7,7 +7,9 @@
 #include "sgutils/persistence/SavedFieldsExtension.h"
 #include "sgutils/tree/ChildStrategy.h"
 #include "src/copy/ArrayValue.h"
+#include "src/persistence/GraphicsLoader.h"
 #include "src/persistence/SavedPropertyList.h"
+#include "foundation/log/Logger.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSPropInfo.h"
@@ -95,6 +97,8 @@ std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t 
   index_.emplace(object.get(), index);
   objects_.push_back(object);
   views_.push_back({{object->getClass()->getName(), madeBy, std::move(madeByProperty)}, {}});
+  if (foundation::log::Logger& lg = serializationLog(); lg.isOn(foundation::log::kInfo))
+    lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customSave ") + object->getClass()->getName());
   readFields(static_cast<std::size_t>(index));
 
   // Children oldest first, hidden ones too; the ones not saved

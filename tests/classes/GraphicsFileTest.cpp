@@ -10,6 +10,8 @@
 #include "classes/ClassesTestSupport.h"
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Drawnow.h"
+#include "foundation/log/LogCapture.h"
+#include "foundation/log/Logger.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/persistence/GraphicsFile.h"
 #include "support/ErrorId.h"
@@ -262,6 +264,36 @@ TEST_F(GraphicsFileTest, ObjectsThatDoNotFitTogetherLoadNothing) {
   EXPECT_EQ(liveCount(), live);
   first->deleteObject(COSGetPublicClient());
   second->deleteObject(COSGetPublicClient());
+}
+
+// A saved value that no longer fits its property is dropped, with a log
+// line, and the object's other values load.
+TEST_F(GraphicsFileTest, AValueThatNoLongerFitsIsDroppedAndTheOthersLoad) {
+  namespace lg = foundation::log;
+  Arr bad = textArr("no colour"), tag = textArr("kept");
+  const std::vector<vxSavedObjectView> table = {
+      {{sgclasses::kLineClass, -1, ""}, {{"Color_I", bad.get()}, {"Tag_I", tag.get()}, {"NoSuchProperty", tag.get()}}}};
+  const Bytes bytes = vxSerializeDocument({}, table, {});
+  lg::setChannelLevel("graphics::object_serialization", (1u << 2) | (1u << 8) | (1u << 9));
+  lg::LogCapture capture;
+  sgutils::GraphicsLoadOptions keep;
+  // The top is kept by a value of the test: a line saved alone has no parent.
+  COSInterfacePtr line;
+  keep.parentOfTopLevel = [&](const COSInterfacePtr& object) {
+    line = object;
+    return COSInterfacePtr();
+  };
+  GraphicsFile::deserialize(bytes, keep);
+  lg::setChannelLevel("graphics::object_serialization", 0);
+  ASSERT_TRUE(line);
+  EXPECT_EQ(text(line, "Tag"), "kept");
+  std::vector<std::string> lines;
+  for (const auto& r : capture.records())
+    if (r.channel == "graphics::object_serialization") lines.push_back(r.text);
+  EXPECT_EQ(lines, (std::vector<std::string>{"BaseObjectCOSInfo::customLoad vantel.graphics.primitive.Line",
+                                             "    Loading property: Color_I", "        Failed datatype conversion",
+                                             "    Loading property: Tag_I"}));
+  line->deleteObject(COSGetPublicClient());
 }
 
 TEST_F(GraphicsFileTest, ANewerFormatVersionIsRefusedWithItsOwnIdentifier) {
