@@ -77,12 +77,13 @@ TEST(GraphicsFileReplay, CorpusAndRegressionsLoadOrAreRefused) {
 }
 
 TEST(GraphicsFileReplay, DamagedBodiesLoadOrAreRefused) {
-  // Past the checksum: each prefix of a well-formed body, and the body with
-  // any one byte changed, is a new body that reaches the loader's checks.
+  // Past the checksum: prefixes of a well-formed body, and the body with one
+  // byte changed, are new bodies that reach the loader's checks. Every third
+  // byte keeps the run short under the sanitizers; the fuzz target goes on.
   const std::vector<std::uint8_t> body = bytesOf(std::filesystem::path(SG_SOURCE_ROOT) / "fuzz/corpus/graphicsfile/small");
   for (std::size_t n = 0; n < body.size(); n += 7)
     ASSERT_EQ(sgfuzz::loadGraphicsBody(std::span(body).first(n)), "") << n;
-  for (std::size_t i = 0; i < body.size(); ++i) {
+  for (std::size_t i = 0; i < body.size(); i += 3) {
     std::vector<std::uint8_t> damaged = body;
     damaged[i] ^= 0x5a;
     ASSERT_EQ(sgfuzz::loadGraphicsBody(damaged), "") << "byte " << i;
