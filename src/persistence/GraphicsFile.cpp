@@ -11,7 +11,7 @@ namespace sgutils {
 
 std::vector<std::uint8_t> GraphicsFile::serialize(Values values) {
   persistence::GraphicsSaver saver;
-  for (const auto& [name, value] : values) saver.addObjectsIn(value);
+  saver.addObjectsIn(values);
   return saver.serialize(values);
 }
 

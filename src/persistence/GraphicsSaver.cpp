@@ -1,5 +1,8 @@
 #include "src/persistence/GraphicsSaver.h"
 
+#include <unordered_set>
+
+
 #include "sgutils/copy/Copyable.h"
 #include "sgutils/copy/CopyableData.h"
 #include "sgutils/lifecycle/SGHandle.h"
@@ -72,18 +75,33 @@ const char* propertyHolding(COSInterface* owner, const COSInterface* child) {
 
 }  // namespace
 
-void GraphicsSaver::addObjectsIn(const vxArray* value) {
+void GraphicsSaver::collect(const vxArray* value, std::vector<COSInterfacePtr>& out) {
   if (!value) return;
   const std::size_t n = vxGetNumberOfElements(value);
   if (omIsVCOS(value)) {
     for (std::size_t i = 0; i < n; ++i)
-      if (COSInterfacePtr object = graphicsElement(value, i); object && indexOf(object.get()) < 0) addTree(object, -1, {});
+      if (COSInterfacePtr object = graphicsElement(value, i)) out.push_back(std::move(object));
   } else if (vxIsCell(value)) {
-    for (std::size_t i = 0; i < n; ++i) addObjectsIn(vxGetCell(value, i));
+    for (std::size_t i = 0; i < n; ++i) collect(vxGetCell(value, i), out);
   } else if (vxIsStruct(value)) {
     const int nf = vxGetNumberOfFields(value);
     for (std::size_t i = 0; i < n; ++i)
-      for (int f = 0; f < nf; ++f) addObjectsIn(vxGetFieldByNumber(value, i, f));
+      for (int f = 0; f < nf; ++f) collect(vxGetFieldByNumber(value, i, f), out);
+  }
+}
+
+void GraphicsSaver::addObjectsIn(std::span<const std::pair<std::string, const vxArray*>> values) {
+  std::vector<COSInterfacePtr> found;
+  for (const auto& [name, value] : values) collect(value, found);
+  // An object below another one of the values is saved in that one's tree,
+  // so that its place there is kept.
+  std::unordered_set<const COSInterface*> all;
+  for (const COSInterfacePtr& object : found) all.insert(object.get());
+  for (const COSInterfacePtr& object : found) {
+    bool below = false;
+    for (const COSInterface* up = object->getOwnerObject(); up && !below; up = up->getOwnerObject())
+      below = all.count(up) != 0;
+    if (!below && indexOf(object.get()) < 0) addTree(object, -1, {});
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -18,12 +19,14 @@ namespace sgutils::persistence {
 
 class GraphicsSaver {
  public:
-  // Adds every graphics object found in the value (in cells and structs
-  // too) with the tree below it.
-  void addObjectsIn(const vxArray* value);
+  // Adds every graphics object found in the values (in cells and structs
+  // too) with the tree below it; an object below another found one is
+  // saved in that one's tree.
+  void addObjectsIn(std::span<const std::pair<std::string, const vxArray*>> values);
   std::vector<std::uint8_t> serialize(std::span<const std::pair<std::string, const vxArray*>> values);
 
  private:
+  static void collect(const vxArray* value, std::vector<COSInterfacePtr>& out);
   std::int64_t addTree(const COSInterfacePtr& object, std::int64_t madeBy, std::string madeByProperty);
   void readFields(std::size_t index);
   std::int64_t indexOf(const COSInterface* object) const;
