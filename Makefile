@@ -7,7 +7,8 @@
 # Further: make test-asan (tests under AddressSanitizer + UBSan), make bench,
 # make bench-anchors (the cross-system workloads and their ratios to Qt 5),
 # make fuzz-language (the language fuzz target for FUZZ_SECONDS seconds),
-# make fuzz-objectops (the object-operations target), make fuzz (both),
+# make fuzz-objectops (the object-operations target), make fuzz-graphicsfile
+# (the graphics-file loader), make fuzz (all three),
 # make install PREFIX=..., make clean.
 
 BUILD      ?= build
@@ -25,7 +26,7 @@ DEB_PACKAGES := cmake ninja-build g++ pkg-config ccache python3 \
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
-.PHONY: all deps build demo test test-unit test-install test-asan bench bench-anchors fuzz-build fuzz fuzz-language fuzz-objectops install clean
+.PHONY: all deps build demo test test-unit test-install test-asan bench bench-anchors fuzz-build fuzz fuzz-language fuzz-objectops fuzz-graphicsfile install clean
 
 all: build
 
@@ -93,7 +94,7 @@ bench-anchors: deps
 fuzz-build: deps
 	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSG_FUZZ=ON \
 	  -DSG_BUILD_TESTS=OFF -DSG_BUILD_BENCH=OFF $(CMAKE_FLAGS)
-	cmake --build $(FUZZ_BUILD) -j $(JOBS) --target language_fuzzer objectops_fuzzer
+	cmake --build $(FUZZ_BUILD) -j $(JOBS) --target language_fuzzer objectops_fuzzer graphicsfile_fuzzer
 
 fuzz-language: fuzz-build
 	mkdir -p $(FUZZ_BUILD)/corpus $(FUZZ_BUILD)/seeds $(FUZZ_BUILD)/findings
@@ -113,8 +114,18 @@ fuzz-objectops: fuzz-build
 	  nice -n 10 ./fuzz/objectops_fuzzer corpus-objectops $(CURDIR)/fuzz/corpus/objectops -max_len=1024 -timeout=20 \
 	  -rss_limit_mb=2048 -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=findings-objectops/ $(FUZZ_FLAGS)
 
+# The graphics-file target: starts from the saved-figure bodies in
+# fuzz/corpus/graphicsfile (made by fuzz/make_graphicsfile_seeds.sh) and keeps
+# what it learns in $(FUZZ_BUILD)/corpus-graphicsfile; a failed input lands in
+# $(FUZZ_BUILD)/findings-graphicsfile (keep it in fuzz/regressions/graphicsfile).
+fuzz-graphicsfile: fuzz-build
+	mkdir -p $(FUZZ_BUILD)/corpus-graphicsfile $(FUZZ_BUILD)/findings-graphicsfile
+	cd $(FUZZ_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+	  nice -n 10 ./fuzz/graphicsfile_fuzzer corpus-graphicsfile $(CURDIR)/fuzz/corpus/graphicsfile -max_len=65536 -timeout=20 \
+	  -rss_limit_mb=2048 -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=findings-graphicsfile/ $(FUZZ_FLAGS)
+
 # Every fuzz target, one after the other, each for FUZZ_SECONDS.
-fuzz: fuzz-language fuzz-objectops
+fuzz: fuzz-language fuzz-objectops fuzz-graphicsfile
 
 install: build
 	cmake --install $(BUILD) --prefix $(PREFIX)

@@ -12,6 +12,7 @@
 #include "builtins/CallbackBuiltins.h"
 #include "builtins/CopyBuiltins.h"
 #include "builtins/ExportViewBuiltins.h"
+#include "builtins/GraphicsFileBuiltins.h"
 #include "builtins/PrintBuiltins.h"
 #include "builtins/ViewBuiltins.h"
 #include "builtins/ViewInfoBuiltins.h"
@@ -37,6 +38,7 @@ class GraphicsLibrary {
     sgsh::builtins::registerGraphicsBuiltins();
     sgsh::builtins::registerCallbackBuiltins();
     sgsh::builtins::registerCopyBuiltins();
+    sgsh::builtins::registerGraphicsFileBuiltins();
     sgsh::builtins::registerPrintBuiltins();
     sgsh::builtins::registerViewBuiltins();
     sgsh::builtins::registerExportViewBuiltins();

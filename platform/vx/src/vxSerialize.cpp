@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <memory>
 #include <set>
 
 #define MSGPACK_NO_BOOST 1
@@ -50,6 +51,24 @@ std::uint64_t checksum(std::span<const std::uint8_t> bytes) {
   return h;
 }
 
+// Compression contexts are kept per thread: making one allocates several
+// megabytes, which would cost more than compressing a small file.
+struct ZstdContexts {
+  ZSTD_CCtx* compress = ZSTD_createCCtx();
+  ZSTD_DCtx* decompress = ZSTD_createDCtx();
+  ZstdContexts() = default;
+  ZstdContexts(const ZstdContexts&) = delete;
+  ZstdContexts& operator=(const ZstdContexts&) = delete;
+  ~ZstdContexts() {
+    ZSTD_freeCCtx(compress);
+    ZSTD_freeDCtx(decompress);
+  }
+  static ZstdContexts& local() {
+    thread_local ZstdContexts contexts;
+    return contexts;
+  }
+};
+
 [[noreturn]] void corrupt(const char* what) { throw Error("VANTEL:vx:serialize:Corrupt", what); }
 
 bool isNumericClass(int c) { return c >= vxDOUBLE_CLASS && c <= vxUINT64_CLASS; }
@@ -74,7 +93,7 @@ void packBytes(Packer& pk, const void* data, std::size_t n) {
 
 void packUtf16(Packer& pk, const std::u16string& s) { packBytes(pk, s.data(), s.size() * sizeof(char16_t)); }
 
-void packValue(Packer& pk, const vxArray* a, std::size_t depth) {
+void packValue(Packer& pk, const vxArray* a, std::size_t depth, const vxWriteOptions* objects) {
   if (depth > kMaxDepth) throw Error("VANTEL:vx:serialize:TooDeep", kMaxDepth);
   const vxClassID cls = vxGetClassID(a);
   const vxSize ndim = vxGetNumberOfDimensions(a);
@@ -103,7 +122,7 @@ void packValue(Packer& pk, const vxArray* a, std::size_t depth) {
       pk.pack_array(static_cast<std::uint32_t>(numel));
       for (vxSize i = 0; i < numel; ++i) {
         const vxArray* e = vxGetCell(a, i);
-        if (e) packValue(pk, e, depth + 1);
+        if (e) packValue(pk, e, depth + 1, objects);
         else pk.pack_nil();
       }
       return;
@@ -116,7 +135,7 @@ void packValue(Packer& pk, const vxArray* a, std::size_t depth) {
       for (vxSize i = 0; i < numel; ++i)
         for (int f = 0; f < nf; ++f) {
           const vxArray* e = vxGetFieldByNumber(a, i, f);
-          if (e) packValue(pk, e, depth + 1);
+          if (e) packValue(pk, e, depth + 1, objects);
           else pk.pack_nil();
         }
       return;
@@ -124,7 +143,17 @@ void packValue(Packer& pk, const vxArray* a, std::size_t depth) {
     case vxFUNCTION_CLASS:
       pk.pack(vxGetFunctionHandle(a)->text());
       return;
+    case vxOBJECT_CLASS:
+      if (!objects || !objects->objectIndex || !objects->objectClassName) break;
+      pk.pack_array(2);
+      pk.pack(objects->objectClassName(a));
+      pk.pack_array(static_cast<std::uint32_t>(numel));
+      for (vxSize i = 0; i < numel; ++i) pk.pack(objects->objectIndex(a, i));
+      return;
     default:
+      break;
+  }
+  {
       if (isNumericClass(cls)) {
         packBytes(pk, numel ? vxGetData(a) : nullptr, numel * vxGetElementSize(a));
         return;
@@ -148,6 +177,7 @@ std::uint64_t getLE(const std::uint8_t* p, int bytes) {
 struct Reader {
   const vxReadOptions& options;
   std::uint64_t rawLength;  // every element costs at least one byte of it
+  std::size_t objectCount = 0;  // entries of the object table
 
   static const msgpack::object& at(const msgpack::object& o, std::size_t i) { return o.via.array.ptr[i]; }
 
@@ -267,7 +297,7 @@ struct Reader {
         break;
     }
     if (!isNumericClass(static_cast<int>(cls))) {
-      if (cls == vxOBJECT_CLASS) throw Error("VANTEL:vx:serialize:UnsupportedClass", "object");
+      if (cls == vxOBJECT_CLASS) return objects(payload, dims, numel);
       corrupt("an unknown class id");
     }
     const std::uint64_t bytes = numel * realElementBytes(static_cast<int>(cls)) * (complex ? 2 : 1);
@@ -277,10 +307,32 @@ struct Reader {
     if (bytes) std::memcpy(vxGetData(a.get()), payload.via.bin.ptr, bytes);
     return a;
   }
+
+  // An object array: [class name, indexes into the object table].
+  matrix::unique_vxArray objects(const msgpack::object& payload, const std::vector<vxSize>& dims,
+                                 std::uint64_t numel) const {
+    if (!options.makeObjectArray) throw Error("VANTEL:vx:serialize:UnsupportedClass", "object");
+    expectArray(payload, 2, "object data is not a class and indexes");
+    const msgpack::object& name = at(payload, 0);
+    const msgpack::object& list = at(payload, 1);
+    if (name.type != msgpack::type::STR || name.via.str.size == 0 || name.via.str.size > kMaxNameBytes)
+      corrupt("an object class name is not text");
+    if (list.type != msgpack::type::ARRAY || list.via.array.size != numel) corrupt("object elements of the wrong count");
+    std::vector<std::int64_t> indexes(numel);
+    for (std::uint64_t i = 0; i < numel; ++i) {
+      const msgpack::object& e = at(list, i);
+      if (e.type == msgpack::type::NEGATIVE_INTEGER && e.via.i64 == -1) indexes[i] = -1;
+      else if (e.type == msgpack::type::POSITIVE_INTEGER && e.via.u64 < objectCount) indexes[i] = static_cast<std::int64_t>(e.via.u64);
+      else corrupt("an object index outside the object table");
+    }
+    matrix::unique_vxArray a(options.makeObjectArray(std::string(name.via.str.ptr, name.via.str.size), dims, indexes));
+    if (!a) corrupt("an object array could not be made");
+    return a;
+  }
 };
 
 // The unpacked MessagePack body of framed bytes, after every frame check.
-std::vector<std::uint8_t> unframe(std::span<const std::uint8_t> bytes) {
+std::vector<std::uint8_t> unframe(std::span<const std::uint8_t> bytes, std::uint32_t& versionOut) {
   if (bytes.size() < sizeof kMagic || std::memcmp(bytes.data(), kMagic, sizeof kMagic) != 0)
     throw Error("VANTEL:vx:serialize:NotSavedData");
   if (bytes.size() < kHeaderBytes) throw Error("VANTEL:vx:serialize:Truncated");
@@ -288,6 +340,7 @@ std::vector<std::uint8_t> unframe(std::span<const std::uint8_t> bytes) {
   const auto version = static_cast<std::uint32_t>(getLE(h + 8, 4));
   if (version > vxSerializeFormatVersion) throw Error("VANTEL:vx:serialize:NewerVersion", version, vxSerializeFormatVersion);
   if (version == 0) corrupt("the format version is 0");
+  versionOut = version;
   const auto flags = static_cast<std::uint32_t>(getLE(h + 12, 4));
   const std::uint64_t bodyLength = getLE(h + 16, 8);
   const std::uint64_t rawLength = getLE(h + 24, 8);
@@ -300,7 +353,7 @@ std::vector<std::uint8_t> unframe(std::span<const std::uint8_t> bytes) {
   if (flags & kFlagZstd) {
     if (ZSTD_getFrameContentSize(body.data(), body.size()) != rawLength) corrupt("the compressed size does not match");
     raw.resize(rawLength);
-    const std::size_t n = ZSTD_decompress(raw.data(), raw.size(), body.data(), body.size());
+    const std::size_t n = ZSTD_decompressDCtx(ZstdContexts::local().decompress, raw.data(), raw.size(), body.data(), body.size());
     if (ZSTD_isError(n) || n != rawLength) corrupt("the compressed body does not decompress");
   } else {
     if (rawLength != body.size()) corrupt("the body length does not match");
@@ -312,40 +365,92 @@ std::vector<std::uint8_t> unframe(std::span<const std::uint8_t> bytes) {
 
 }  // namespace
 
-std::vector<std::uint8_t> vxSerializeValues(std::span<const std::pair<std::string, const vxArray*>> values) {
-  msgpack::sbuffer buffer;
-  Packer pk(buffer);
-  pk.pack_array(static_cast<std::uint32_t>(values.size()));
-  for (const auto& [name, value] : values) {
-    pk.pack_array(2);
-    pk.pack(name);
-    packValue(pk, value, 0);
-  }
+namespace {
+
+std::vector<std::uint8_t> frame(const msgpack::sbuffer& buffer, std::uint32_t version) {
   if (buffer.size() > kMaxRawBytes) throw Error("VANTEL:vx:serialize:TooLarge");
   std::span<const std::uint8_t> raw(reinterpret_cast<const std::uint8_t*>(buffer.data()), buffer.size());
-
-  std::vector<std::uint8_t> out(sizeof kMagic);
-  std::memcpy(out.data(), kMagic, sizeof kMagic);
-  std::vector<std::uint8_t> packed(ZSTD_compressBound(raw.size()));
-  const std::size_t n = ZSTD_compress(packed.data(), packed.size(), raw.data(), raw.size(), 3);
+  // The compressed bytes go straight behind the header; the buffer is not
+  // zeroed first.
+  const std::size_t bound = ZSTD_compressBound(raw.size());
+  auto packed = std::make_unique_for_overwrite<std::uint8_t[]>(bound);
+  const std::size_t n = ZSTD_compressCCtx(ZstdContexts::local().compress, packed.get(), bound, raw.data(), raw.size(), 3);
   const bool useZstd = !ZSTD_isError(n) && n < raw.size();
-  putLE(out, vxSerializeFormatVersion, 4);
+  std::vector<std::uint8_t> out;
+  out.reserve(kHeaderBytes + (useZstd ? n : raw.size()));
+  out.insert(out.end(), kMagic, kMagic + sizeof kMagic);
+  putLE(out, version, 4);
   putLE(out, useZstd ? kFlagZstd : 0, 4);
   putLE(out, useZstd ? n : raw.size(), 8);
   putLE(out, raw.size(), 8);
   putLE(out, checksum(raw), 8);
-  if (useZstd) out.insert(out.end(), packed.begin(), packed.begin() + static_cast<std::ptrdiff_t>(n));
+  if (useZstd) out.insert(out.end(), packed.get(), packed.get() + n);
   else out.insert(out.end(), raw.begin(), raw.end());
   return out;
 }
 
-std::vector<vxNamedValue> vxDeserializeValues(std::span<const std::uint8_t> bytes, const vxReadOptions& options) {
-  const std::vector<std::uint8_t> raw = unframe(bytes);
+void packEntries(Packer& pk, std::span<const std::pair<std::string, const vxArray*>> values,
+                 const vxWriteOptions* objects) {
+  pk.pack_array(static_cast<std::uint32_t>(values.size()));
+  for (const auto& [name, value] : values) {
+    pk.pack_array(2);
+    pk.pack(name);
+    packValue(pk, value, 0, objects);
+  }
+}
+
+std::string nameOf(const msgpack::object& o, const char* what) {
+  if (o.type != msgpack::type::STR || o.via.str.size == 0 || o.via.str.size > kMaxNameBytes) corrupt(what);
+  return std::string(o.via.str.ptr, o.via.str.size);
+}
+
+std::vector<vxNamedValue> readEntries(const msgpack::object& list, const Reader& reader) {
+  if (list.type != msgpack::type::ARRAY) corrupt("the body is not a list of values");
+  std::vector<vxNamedValue> out;
+  for (std::uint32_t i = 0; i < list.via.array.size; ++i) {
+    const msgpack::object& entry = list.via.array.ptr[i];
+    Reader::expectArray(entry, 2, "an entry is not a name and a value");
+    std::string name = nameOf(entry.via.array.ptr[0], "a value's name is not text");
+    out.push_back({std::move(name), reader.value(entry.via.array.ptr[1], 0)});
+  }
+  return out;
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> vxSerializeValues(std::span<const std::pair<std::string, const vxArray*>> values) {
+  msgpack::sbuffer buffer;
+  Packer pk(buffer);
+  packEntries(pk, values, nullptr);
+  return frame(buffer, 1);
+}
+
+std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::string, const vxArray*>> values,
+                                              std::span<const vxSavedObjectView> objects,
+                                              const vxWriteOptions& options) {
+  msgpack::sbuffer buffer;
+  Packer pk(buffer);
+  pk.pack_array(2);
+  packEntries(pk, values, &options);
+  pk.pack_array(static_cast<std::uint32_t>(objects.size()));
+  for (const vxSavedObjectView& object : objects) {
+    pk.pack_array(4);
+    pk.pack(object.head.className);
+    pk.pack(object.head.madeBy);
+    pk.pack(object.head.madeByProperty);
+    packEntries(pk, object.fields, &options);
+  }
+  return frame(buffer, vxSerializeFormatVersion);
+}
+
+vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const vxReadOptions& options) {
+  std::uint32_t version = 0;
+  const std::vector<std::uint8_t> raw = unframe(bytes, version);
   msgpack::object_handle handle;
   try {
     // Counts can be no larger than the bytes that hold them.
     const std::size_t n = raw.size();
-    msgpack::unpack_limit limit(n, n, n, n, 0, kMaxDepth * 2 + 4);
+    msgpack::unpack_limit limit(n, n, n, n, 0, kMaxDepth * 2 + 8);
     std::size_t offset = 0;
     handle = msgpack::unpack(reinterpret_cast<const char*>(raw.data()), raw.size(), offset, nullptr, nullptr, limit);
     if (offset != raw.size()) corrupt("bytes follow the saved values");
@@ -355,22 +460,51 @@ std::vector<vxNamedValue> vxDeserializeValues(std::span<const std::uint8_t> byte
     corrupt("the body is not well-formed");
   }
   const msgpack::object& top = handle.get();
-  if (top.type != msgpack::type::ARRAY) corrupt("the body is not a list of values");
   Reader reader{options, raw.size()};
-  std::vector<vxNamedValue> out;
-  for (std::uint32_t i = 0; i < top.via.array.size; ++i) {
-    const msgpack::object& entry = top.via.array.ptr[i];
-    Reader::expectArray(entry, 2, "an entry is not a name and a value");
-    const msgpack::object& name = entry.via.array.ptr[0];
-    if (name.type != msgpack::type::STR || name.via.str.size == 0 || name.via.str.size > kMaxNameBytes)
-      corrupt("a value's name is not text");
-    out.push_back({std::string(name.via.str.ptr, name.via.str.size), reader.value(entry.via.array.ptr[1], 0)});
+  vxSavedDocument out;
+  if (version == 1) {
+    out.values = readEntries(top, reader);
+    return out;
   }
+  // Version 2: [values, object table]. The heads are checked and handed up
+  // first, so that the objects exist before any value refers to them.
+  Reader::expectArray(top, 2, "the body is not values and objects");
+  const msgpack::object& table = Reader::at(top, 1);
+  if (table.type != msgpack::type::ARRAY) corrupt("the object table is not a list");
+  std::vector<vxSavedObjectHead> heads;
+  for (std::uint32_t i = 0; i < table.via.array.size; ++i) {
+    const msgpack::object& record = Reader::at(table, i);
+    Reader::expectArray(record, 4, "an object is not a class, an owner, a property and values");
+    vxSavedObjectHead head;
+    head.className = nameOf(Reader::at(record, 0), "an object's class name is not text");
+    const msgpack::object& owner = Reader::at(record, 1);
+    if (owner.type == msgpack::type::NEGATIVE_INTEGER && owner.via.i64 == -1) head.madeBy = -1;
+    else if (owner.type == msgpack::type::POSITIVE_INTEGER && owner.via.u64 < i) head.madeBy = static_cast<std::int64_t>(owner.via.u64);
+    else corrupt("an object's owner is not an earlier object");
+    const msgpack::object& property = Reader::at(record, 2);
+    if (property.type != msgpack::type::STR || property.via.str.size > kMaxNameBytes) corrupt("an owner's property is not text");
+    head.madeByProperty.assign(property.via.str.ptr, property.via.str.size);
+    if ((head.madeBy >= 0) != !head.madeByProperty.empty()) corrupt("an owner without its property");
+    if (Reader::at(record, 3).type != msgpack::type::ARRAY) corrupt("an object's values are not a list");
+    heads.push_back(std::move(head));
+  }
+  if (!heads.empty()) {
+    if (!options.makeObjects || !options.makeObjectArray) throw Error("VANTEL:vx:serialize:UnsupportedClass", "object");
+    options.makeObjects(heads);
+  }
+  reader.objectCount = heads.size();
+  out.values = readEntries(Reader::at(top, 0), reader);
+  out.objects.reserve(heads.size());
+  for (std::uint32_t i = 0; i < table.via.array.size; ++i)
+    out.objects.push_back({std::move(heads[i]), readEntries(Reader::at(Reader::at(table, i), 3), reader)});
   return out;
 }
 
-void vxSaveValuesFile(const std::string& path, std::span<const std::pair<std::string, const vxArray*>> values) {
-  const std::vector<std::uint8_t> bytes = vxSerializeValues(values);
+std::vector<vxNamedValue> vxDeserializeValues(std::span<const std::uint8_t> bytes, const vxReadOptions& options) {
+  return vxDeserializeDocument(bytes, options).values;
+}
+
+void vxWriteFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes) {
   std::string tmp = path + ".tmpXXXXXX";
   const int fd = ::mkstemp(tmp.data());
   if (fd < 0) throw Error("VANTEL:vx:serialize:WriteFailed", path, std::strerror(errno));
@@ -402,7 +536,11 @@ void vxSaveValuesFile(const std::string& path, std::span<const std::pair<std::st
   }
 }
 
-std::vector<vxNamedValue> vxLoadValuesFile(const std::string& path, const vxReadOptions& options) {
+void vxSaveValuesFile(const std::string& path, std::span<const std::pair<std::string, const vxArray*>> values) {
+  vxWriteFileAtomically(path, vxSerializeValues(values));
+}
+
+std::vector<std::uint8_t> vxReadSavedFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary | std::ios::ate);
   if (!in) throw Error("VANTEL:vx:serialize:ReadFailed", path);
   const std::streamoff size = in.tellg();
@@ -411,5 +549,9 @@ std::vector<vxNamedValue> vxLoadValuesFile(const std::string& path, const vxRead
   std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size));
   in.seekg(0);
   if (size && !in.read(reinterpret_cast<char*>(bytes.data()), size)) throw Error("VANTEL:vx:serialize:ReadFailed", path);
-  return vxDeserializeValues(bytes, options);
+  return bytes;
+}
+
+std::vector<vxNamedValue> vxLoadValuesFile(const std::string& path, const vxReadOptions& options) {
+  return vxDeserializeValues(vxReadSavedFile(path), options);
 }

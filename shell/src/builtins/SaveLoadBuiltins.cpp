@@ -7,8 +7,15 @@
 #include <vx/vxSerialize.h>
 
 #include "builtins/BuiltinSupport.h"
+#include "builtins/SaveLoadHooks.h"
 
 namespace sgsh::builtins {
+
+SaveLoadHooks& SaveLoadHooks::instance() {
+  static SaveLoadHooks hooks;
+  return hooks;
+}
+
 namespace {
 
 // A function handle from its saved text, made the way str2func makes one.
@@ -42,14 +49,22 @@ void bSave(Interpreter& in, int, Out&, Args args) {
     if (!v) throw Error("VANTEL:sgsh:save:NoVariable", name);
     values.emplace_back(name, v->get());
   }
-  vxSaveValuesFile(file, values);
+  const SaveLoadHooks& hooks = SaveLoadHooks::instance();
+  const bool objects = hooks.holdsObjects && std::any_of(values.begin(), values.end(), [&](const auto& v) {
+                         return hooks.holdsObjects(v.second);
+                       });
+  if (objects && hooks.save) hooks.save(file, values);
+  else vxSaveValuesFile(file, values);
 }
 
 // load(file) sets the saved variables; s = load(file) returns them as the
 // fields of a struct, in saved order.
 void bLoad(Interpreter& in, int nargout, Out& out, Args args) {
   checkArgs("load", args, 1, 1);
-  std::vector<vxNamedValue> values = vxLoadValuesFile(textArg("load", args[0]), {handleFromText});
+  const std::string file = textArg("load", args[0]);
+  const SaveLoadHooks& hooks = SaveLoadHooks::instance();
+  std::vector<vxNamedValue> values =
+      hooks.load ? hooks.load(file, {handleFromText, {}, {}}) : vxLoadValuesFile(file, {handleFromText, {}, {}});
   if (nargout > 0) {
     Value s(vxCreateStructMatrix(1, 1, 0, nullptr));
     for (vxNamedValue& v : values) {
@@ -75,7 +90,7 @@ void registerSaveLoadBuiltins(BuiltinRegistry& r) {
   r.add<bSave>("save", "save(file)\nsave(file, name1, name2, ...)",
                "Saves every variable of the workspace, or the named ones, to file. Numeric, logical, "
                "char, string, cell and struct values are saved exactly; function handles as their "
-               "text. A failed save leaves an existing file unchanged.");
+               "text; graphics objects with their trees. A failed save leaves an existing file unchanged.");
   r.add<bLoad>("load", "load(file)\ns = load(file)",
                "Loads the variables saved in file into the workspace, or returns them as the fields "
                "of the struct s. A damaged file loads nothing and raises an error.");

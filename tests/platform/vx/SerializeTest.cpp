@@ -101,7 +101,7 @@ struct Sample {
 
 // Frames a MessagePack body the way the writer does (uncompressed), so the
 // reader's structural checks are reached past the checksum.
-std::vector<std::uint8_t> frame(const msgpack::sbuffer& body, std::uint32_t version = vxSerializeFormatVersion) {
+std::vector<std::uint8_t> frame(const msgpack::sbuffer& body, std::uint32_t version = 1) {
   std::vector<std::uint8_t> out = {'S', 'G', 'V', 'X', 'D', 'A', 'T', 0x1a};
   auto put = [&](std::uint64_t v, int n) {
     for (int i = 0; i < n; ++i) out.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
@@ -307,6 +307,77 @@ TEST(Serialize, TheReaderChecksStructureBeforeItAllocates) {
   bytes = frame(empty);
   bytes.push_back(0);
   EXPECT_EQ(load(bytes), "VANTEL:vx:serialize:Truncated");
+}
+
+// The object table of version 2, as the layer above sees it through the
+// callbacks: heads first and in order, indexes checked against the table,
+// owners only earlier objects; plain values stay version 1.
+TEST(Serialize, AnObjectTableIsHandedUpBeforeAnyValueAndChecked) {
+  Sample s;
+  EXPECT_EQ(vxSerializeValues(s.entries())[8], 1);
+  // A table without object arrays in its values: the heads and fields come back.
+  unique_vxArray tag = from_vantel(vxCreateString("t"));
+  const std::vector<vxSavedObjectView> table = {{{"a.Owner", -1, ""}, {{"Tag", tag.get()}}},
+                                                {{"a.Part", 0, "Title"}, {}}};
+  const std::vector<std::uint8_t> bytes = vxSerializeDocument(s.entries(), table, {});
+  EXPECT_EQ(bytes[8], vxSerializeFormatVersion);
+  std::vector<std::string> order;
+  vxReadOptions options;
+  options.makeObjects = [&](std::span<const vxSavedObjectHead> heads) {
+    for (const vxSavedObjectHead& h : heads) order.push_back(h.className + ":" + std::to_string(h.madeBy) + h.madeByProperty);
+  };
+  options.makeObjectArray = [](const std::string&, std::span<const vxSize>, std::span<const std::int64_t>) -> vxArray* {
+    return nullptr;
+  };
+  const vxSavedDocument doc = vxDeserializeDocument(bytes, options);
+  EXPECT_EQ(order, (std::vector<std::string>{"a.Owner:-1", "a.Part:0Title"}));
+  ASSERT_EQ(doc.objects.size(), 2u);
+  ASSERT_EQ(doc.objects[0].fields.size(), 1u);
+  EXPECT_EQ(vxArrayToStdString(doc.objects[0].fields[0].value.get()), "t");
+  EXPECT_EQ(doc.values.size(), 3u);
+  // A reader that makes no objects refuses a table.
+  EXPECT_EQ(idOf([&] { vxDeserializeDocument(bytes, {}); }), "VANTEL:vx:serialize:UnsupportedClass");
+
+  // Hand-made tables: an owner that is not earlier, an index outside the table.
+  using Pk = msgpack::packer<msgpack::sbuffer>;
+  auto document = [](std::int64_t owner, std::int64_t index) {
+    msgpack::sbuffer body;
+    Pk pk(body);
+    pk.pack_array(2);
+    pk.pack_array(1);  // one value: a 1-by-1 object array
+    pk.pack_array(2);
+    pk.pack(std::string("o"));
+    pk.pack_array(4);
+    pk.pack(static_cast<int>(vxOBJECT_CLASS));
+    pk.pack_array(2);
+    pk.pack(1);
+    pk.pack(1);
+    pk.pack(false);
+    pk.pack_array(2);
+    pk.pack(std::string("a.Owner"));
+    pk.pack_array(1);
+    pk.pack(index);
+    pk.pack_array(1);  // the table
+    pk.pack_array(4);
+    pk.pack(std::string("a.Owner"));
+    pk.pack(owner);
+    pk.pack(std::string(owner < 0 ? "" : "Title"));
+    pk.pack_array(0);
+    return frame(body, vxSerializeFormatVersion);
+  };
+  int arrays = 0;
+  options.makeObjects = [](std::span<const vxSavedObjectHead>) {};
+  options.makeObjectArray = [&](const std::string&, std::span<const vxSize>, std::span<const std::int64_t> indexes) {
+    ++arrays;
+    EXPECT_EQ(indexes.size(), 1u);
+    return vxCreateDoubleMatrix(0, 0, vxREAL);
+  };
+  EXPECT_EQ(idOf([&] { vxDeserializeDocument(document(-1, 0), options); }), "");
+  EXPECT_EQ(idOf([&] { vxDeserializeDocument(document(-1, -1), options); }), "");
+  EXPECT_EQ(arrays, 2);
+  EXPECT_EQ(idOf([&] { vxDeserializeDocument(document(-1, 1), options); }), "VANTEL:vx:serialize:Corrupt");
+  EXPECT_EQ(idOf([&] { vxDeserializeDocument(document(0, 0), options); }), "VANTEL:vx:serialize:Corrupt");
+  EXPECT_EQ(arrays, 2);
 }
 
 TEST(Serialize, AFailedSaveLeavesThePreviousFileAndNoTemporaryFile) {

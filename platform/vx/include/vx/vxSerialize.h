@@ -28,21 +28,87 @@ struct vxNamedValue {
   matrix::unique_vxArray value;
 };
 
+// The head of an entry of a saved object table: the object's class and,
+// for an object that another saved object makes as part of itself, that
+// object's index and the property through which it is reached (madeBy -1
+// for an object of its own).
+struct vxSavedObjectHead {
+  std::string className;
+  std::int64_t madeBy = -1;
+  std::string madeByProperty;
+};
+
+// An entry of a saved object table as the writer is given it: its head and
+// its named values (borrowed).
+struct vxSavedObjectView {
+  vxSavedObjectHead head;
+  std::vector<std::pair<std::string, const vxArray*>> fields;
+};
+
+// An entry of a saved object table as read; the values are owned.
+struct vxSavedObject {
+  vxSavedObjectHead head;
+  std::vector<vxNamedValue> fields;
+};
+
+// A saved set with an object table.
+struct vxSavedDocument {
+  std::vector<vxNamedValue> values;
+  std::vector<vxSavedObject> objects;
+};
+
+// What the writer needs to save object arrays: the class name of an object
+// array, and the index in the object table of one of its elements (-1 for
+// an element that is not in the table).
+struct vxWriteOptions {
+  std::function<std::string(const vxArray* objects)> objectClassName;
+  std::function<std::int64_t(const vxArray* objects, std::size_t element)> objectIndex;
+};
+
 // What the reader needs from the layers above it.
 struct vxReadOptions {
   // Makes a function handle from its text ("@sin", "@(x)x+1"); without it a
   // saved function handle raises VANTEL:vx:serialize:NoFunctionHandles.
   std::function<vxArray*(const std::string& text)> makeFunctionHandle;
+  // Called once, after the frame and the shape of the body are checked and
+  // before any value is made, with the heads of the object table: makes the
+  // objects. Without it a file with objects raises
+  // VANTEL:vx:serialize:UnsupportedClass.
+  std::function<void(std::span<const vxSavedObjectHead> heads)> makeObjects;
+  // Makes an object array of the class and dimensions whose elements are the
+  // objects at the indexes of the table (each checked to lie in the table,
+  // or -1 for an element not saved).
+  std::function<vxArray*(const std::string& className, std::span<const vxSize> dims,
+                         std::span<const std::int64_t> indexes)>
+      makeObjectArray;
 };
 
-// The format version this build writes; files of a newer version are refused.
-inline constexpr std::uint32_t vxSerializeFormatVersion = 1;
+// The format version this build writes for a set with an object table, and
+// the newest it reads; a set without one is written as version 1, which
+// older readers read too.
+inline constexpr std::uint32_t vxSerializeFormatVersion = 2;
 
 // The framed bytes of the values, in order. Object arrays raise
 // VANTEL:vx:serialize:UnsupportedClass.
 VX_API std::vector<std::uint8_t> vxSerializeValues(std::span<const std::pair<std::string, const vxArray*>> values);
 // The values of framed bytes, in saved order.
 VX_API std::vector<vxNamedValue> vxDeserializeValues(std::span<const std::uint8_t> bytes, const vxReadOptions& options);
+
+// The framed bytes of values and an object table (format version 2). Object
+// arrays in any value are written as indexes into the table.
+VX_API std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::string, const vxArray*>> values,
+                                                     std::span<const vxSavedObjectView> objects,
+                                                     const vxWriteOptions& options);
+// The values and object table of framed bytes (either version). Nothing read
+// is handed back on failure; objects made by options.makeObjects are the
+// caller's to remove.
+VX_API vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const vxReadOptions& options);
+
+// Writes bytes to a file atomically (see vxSaveValuesFile).
+VX_API void vxWriteFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes);
+// The bytes of a file, refused as VANTEL:vx:serialize:TooLarge when larger
+// than any saved set can be.
+VX_API std::vector<std::uint8_t> vxReadSavedFile(const std::string& path);
 
 // Writes the values to a file atomically: a temporary file beside it is
 // written, flushed and renamed over the target, so a failed save leaves the

@@ -1,0 +1,26 @@
+// Not installed. How save and load reach a writer and reader of values that
+// hold objects: the graphics built-ins install them when the graphics
+// library is there; without them such values raise the runtime's
+// VANTEL:vx:serialize:UnsupportedClass.
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <vx/vxSerialize.h>
+
+namespace sgsh::builtins {
+
+struct SaveLoadHooks {
+  // Whether a value needs the object writer.
+  std::function<bool(const vxArray*)> holdsObjects;
+  std::function<void(const std::string& path, std::span<const std::pair<std::string, const vxArray*>> values)> save;
+  std::function<std::vector<vxNamedValue>(const std::string& path, const vxReadOptions& options)> load;
+
+  static SaveLoadHooks& instance();
+};
+
+}  // namespace sgsh::builtins

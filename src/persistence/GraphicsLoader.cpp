@@ -1,0 +1,343 @@
+#include "src/persistence/GraphicsLoader.h"
+
+#include <cstring>
+#include <string>
+#include <unordered_map>
+
+#include "foundation/core/except/Error.h"
+#include "foundation/core/except/IMsgIDException.h"
+#include "foundation/log/Logger.h"
+#include "sgdatatypes/CallbackListeners.h"
+#include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/persistence/SavedFieldsExtension.h"
+#include "src/copy/ArrayValue.h"
+#include "src/persistence/SavedPropertyList.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSClient.h"
+#include "vcos/COSInterface.h"
+#include "vcos/COSListener.h"
+#include "vcos/COSObjectOperations.h"
+#include "vcos/COSPropInfo.h"
+#include "vcos/ObjectArray.h"
+#include "vcos/ObjectCalls.h"
+#include "vcos/VxProperty.h"
+#include "vx/vxCreate.h"
+#include "vx/vxQuery.h"
+
+using foundation::core::except::Error;
+using foundation::core::except::IMsgIDException;
+
+namespace sgutils::persistence {
+
+namespace {
+
+// The verbosity bits of the serialization channel's lines.
+constexpr std::uint32_t kLoadingBit = 1u << 2;
+constexpr std::uint32_t kSetBit = 1u << 8;
+constexpr std::uint32_t kConversionBit = 1u << 9;
+
+const COSID& graphicsClassId() {
+  static const COSID id("vantel.graphics.Graphics");
+  return id;
+}
+
+// The property of a saved field, looked up by name only when it is not the
+// next one of the class's list (fields are written in that order).
+const COSPropInfo* savedProperty(const SavedPropertyList& list, std::size_t& cursor, const std::string& name) {
+  const auto& properties = list.properties;
+  for (std::size_t k = cursor; k < properties.size(); ++k)
+    if (name == properties[k]->getName()) {
+      cursor = k + 1;
+      return properties[k];
+    }
+  for (std::size_t k = 0; k < cursor && k < properties.size(); ++k)
+    if (name == properties[k]->getName()) return properties[k];
+  return nullptr;
+}
+
+// The object array's single element, or null.
+COSInterface* singleElement(const vxArray* value) {
+  if (!value || !omIsVCOS(value) || vxGetNumberOfElements(value) != 1) return nullptr;
+  return omGetLiveArrayElement(value, 0).get();
+}
+
+// Sets "Parent" of the object through the public client, so the classes'
+// own rules on parents apply.
+void setParent(const COSInterfacePtr& object, const COSInterfacePtr& parent) {
+  static const COSID parentName("Parent");
+  COSPropInfo* property = object->findPropertyInfo(parentName);
+  if (!property) throw Error("VANTEL:sg:load:NoParentProperty", object->getClass()->getName());
+  const COSDataTypePtr type = property->getDataType();
+  matrix::unique_vxArray scalar(omCreateVCOSScalar(parent));
+  copy::OwnedValue value(type, copy::fromArray(type, scalar.get()));
+  object->setPropertyValue(COSGetPublicClient(), property, value.get());
+}
+
+bool isLoaderIdentifier(const std::string& id) {
+  return id.rfind("VANTEL:vx:serialize:", 0) == 0 || id.rfind("VANTEL:sg:load:", 0) == 0;
+}
+
+}  // namespace
+
+foundation::log::Logger& serializationLog() {
+  static foundation::log::Logger& lg = foundation::log::channel("graphics::object_serialization");
+  return lg;
+}
+
+GraphicsLoader::~GraphicsLoader() {
+  if (!done_) deleteMade();
+}
+
+std::vector<vxNamedValue> GraphicsLoader::load(std::span<const std::uint8_t> bytes) {
+  vxReadOptions read;
+  read.makeFunctionHandle = options_.makeFunctionHandle;
+  read.makeObjects = [this](std::span<const vxSavedObjectHead> heads) { makeObjects(heads); };
+  read.makeObjectArray = [this](const std::string& className, std::span<const vxSize> dims,
+                                std::span<const std::int64_t> indexes) {
+    return makeObjectArray(className, dims, indexes);
+  };
+  try {
+    vxSavedDocument document = vxDeserializeDocument(bytes, read);
+    setFields(document);
+    hookChildren(document);
+    placeTopLevel(document);
+    runCreateCallbacks(document);
+    for (const COSInterfacePtr& object : objects_)
+      if (SGHandle* handle = SGHandle::fromObject(object.get())) handle->setLoadedFromFile(true);
+    done_ = true;
+    return std::move(document.values);
+  } catch (const IMsgIDException& e) {
+    deleteMade();
+    if (isLoaderIdentifier(e.identifier())) throw;
+    // What the classes raise while a tree is built (a parent they refuse, a
+    // callback that fails) reaches the caller as the loader's error.
+    throw Error("VANTEL:sg:load:BadContent", e.what());
+  } catch (...) {
+    deleteMade();
+    throw;
+  }
+}
+
+void GraphicsLoader::makeObjects(std::span<const vxSavedObjectHead> heads) {
+  objects_.reserve(heads.size());
+  madeBy_.reserve(heads.size());
+  for (const vxSavedObjectHead& head : heads) {
+    COSInterfacePtr object;
+    if (head.madeBy < 0) {
+      COSClass* cls = COSClass::getClass(COSID(head.className.c_str()));
+      if (!cls || !cls->isSubclassOf(graphicsClassId()) || cls->isAbstract())
+        throw Error("VANTEL:sg:load:UnknownClass", head.className);
+      matrix::unique_vxArray made(omConstructObjectWithClient(cls->getID(), 0, nullptr, COSGetPublicClient()));
+      object = made && omIsVCOS(made.get()) && vxGetNumberOfElements(made.get()) == 1
+                   ? omGetLiveArrayElement(made.get(), 0)
+                   : COSInterfacePtr();
+      if (!object) throw Error("VANTEL:sg:load:UnknownClass", head.className);
+      constructed_.push_back(object);
+    } else {
+      // A part its owner made with itself (an axes's title): take the one
+      // the new owner made.
+      const COSInterfacePtr& owner = objects_[static_cast<std::size_t>(head.madeBy)];
+      const COSPropInfo* property = owner->findPropertyInfo(COSID(head.madeByProperty.c_str()));
+      matrix::unique_vxArray value;
+      if (property) {
+        const COSValue read = property->getValue(owner.get());
+        value = copy::toArray(property->getDataType(), read);
+        property->releaseValue(owner.get(), read);
+      }
+      COSInterface* part = singleElement(value.get());
+      if (!part || std::strcmp(part->getClass()->getName(), head.className.c_str()) != 0)
+        throw Error("VANTEL:sg:load:MissingPart", head.className, head.madeByProperty);
+      object = COSInterfacePtr(part);
+      partOwner_.emplace(part, static_cast<std::size_t>(head.madeBy));
+    }
+    objects_.push_back(std::move(object));
+    madeBy_.push_back(head.madeBy);
+  }
+}
+
+vxArray* GraphicsLoader::makeObjectArray(const std::string& className, std::span<const vxSize> dims,
+                                         std::span<const std::int64_t> indexes) {
+  COSClass* cls = COSClass::getClass(COSID(className.c_str()));
+  if (!cls) throw Error("VANTEL:sg:load:UnknownClass", className);
+  if (dims.size() != 2) throw Error("VANTEL:sg:load:BadObjectArray", className);
+  std::size_t kept = 0;
+  for (std::int64_t index : indexes) kept += index >= 0 ? 1 : 0;
+  // Elements outside the saved trees were written as none and are left out.
+  const bool whole = kept == indexes.size();
+  matrix::unique_vxArray array(whole ? omCreateVCOSMatrix(dims[0], dims[1], cls->getID())
+                                     : omCreateVCOSMatrix(kept ? 1 : 0, kept, cls->getID()));
+  std::size_t at = 0;
+  for (std::int64_t index : indexes) {
+    if (index < 0) continue;
+    const COSInterfacePtr& element = objects_[static_cast<std::size_t>(index)];
+    if (!element->getClass()->isSubclassOf(cls)) throw Error("VANTEL:sg:load:BadObjectArray", className);
+    omSetArrayElement(array.get(), at++, element);
+  }
+  return array.release();
+}
+
+void GraphicsLoader::setFields(const vxSavedDocument& document) {
+  foundation::log::Logger& lg = serializationLog();
+  for (std::size_t i = 0; i < document.objects.size(); ++i) {
+    const COSInterfacePtr& object = objects_[i];
+    const SavedPropertyList& list = SavedPropertyList::of(object->getClass());
+    if (lg.isOn(foundation::log::kInfo))
+      lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customLoad ") + object->getClass()->getName());
+    // Values first, then modes: setting a value may turn its mode manual,
+    // and the saved mode is the one the object ends with.
+    for (int pass = 0; pass < 2; ++pass) {
+      std::size_t cursor = 0;
+      for (const vxNamedValue& field : document.objects[i].fields) {
+        const vxArray* value = field.value.get();
+        if (field.name == GraphicsFile::kChildrenField) continue;
+        if (field.name == GraphicsFile::kDefaultsField) {
+          if (pass == 1) continue;
+          if (!vxIsStruct(value)) throw Error("VANTEL:sg:load:BadDefaults");
+          if (SGHandle* handle = SGHandle::fromObject(object.get())) handle->setDefaultProp(value);
+          continue;
+        }
+        const COSPropInfo* property = savedProperty(list, cursor, field.name);
+        // A property the class no longer has, or no longer keeps, is passed
+        // over: the file loads all the others.
+        if (!property || SavedPropertyList::isMode(property) != (pass == 1)) continue;
+        // A property holding a part the object made itself keeps it.
+        if (COSInterface* part = singleElement(value)) {
+          auto owner = partOwner_.find(part);
+          if (owner != partOwner_.end() && owner->second == i) continue;
+        }
+        if (lg.isOn(kLoadingBit)) lg.write(kLoadingBit, "    Loading property: " + field.name);
+        // A value that no longer fits is dropped, and the others load.
+        const COSDataTypePtr type = property->getDataType();
+        copy::OwnedValue converted;
+        try {
+          converted = copy::OwnedValue(type, copy::fromArray(type, value));
+        } catch (const IMsgIDException&) {
+          if (lg.isOn(kConversionBit)) lg.write(kConversionBit, "        Failed datatype conversion");
+          continue;
+        }
+        try {
+          vcos::omCopyPropertyWithNoPermissionCheck(object, property, converted.get());
+        } catch (const IMsgIDException&) {
+          if (lg.isOn(kSetBit)) lg.write(kSetBit, "        set." + field.name + " failed");
+        }
+      }
+    }
+    // Fields no stored property takes go to the class's extensions, last.
+    const std::vector<const SavedFieldsExtension*> extensions = SavedFieldsExtension::of(object->getClass());
+    if (!extensions.empty()) {
+      std::size_t cursor = 0;
+      for (const vxNamedValue& field : document.objects[i].fields) {
+        if (field.name == GraphicsFile::kChildrenField || field.name == GraphicsFile::kDefaultsField) continue;
+        if (savedProperty(list, cursor, field.name)) continue;
+        for (const SavedFieldsExtension* extension : extensions)
+          if (extension->load && extension->load(object, field)) break;
+      }
+    }
+  }
+}
+
+void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
+  std::unordered_map<const COSInterface*, std::size_t> indexOf;
+  for (std::size_t i = 0; i < objects_.size(); ++i) indexOf.emplace(objects_[i].get(), i);
+  std::vector<bool> hooked(objects_.size(), false);
+  children_.assign(objects_.size(), {});
+  for (std::size_t i = 0; i < document.objects.size(); ++i)
+    for (const vxNamedValue& field : document.objects[i].fields) {
+      if (field.name != GraphicsFile::kChildrenField) continue;
+      const vxArray* list = field.value.get();
+      if (!omIsVCOS(list)) throw Error("VANTEL:sg:load:BadChildren");
+      const std::size_t n = vxGetNumberOfElements(list);
+      // Oldest first: each hooked child becomes the newest.
+      for (std::size_t k = 0; k < n; ++k) {
+        const COSInterfacePtr child = omGetLiveArrayElement(list, k);
+        auto found = child ? indexOf.find(child.get()) : indexOf.end();
+        // The table lists parents before children, so a child after its
+        // parent cannot be its own ancestor.
+        if (found == indexOf.end() || found->second <= i || hooked[found->second] || madeBy_[found->second] >= 0)
+          throw Error("VANTEL:sg:load:BadChildren");
+        hooked[found->second] = true;
+        children_[i].push_back(found->second);
+        setParent(child, objects_[i]);
+      }
+    }
+  topLevel_.clear();
+  for (std::size_t i = 0; i < objects_.size(); ++i)
+    if (!hooked[i] && madeBy_[i] < 0) topLevel_.push_back(i);
+}
+
+void GraphicsLoader::placeTopLevel(const vxSavedDocument&) {
+  if (!options_.parentOfTopLevel) return;
+  for (std::size_t i : topLevel_) {
+    const COSInterfacePtr& object = objects_[i];
+    if (object->getOwnerObject()) continue;
+    if (COSInterfacePtr parent = options_.parentOfTopLevel(object)) setParent(object, parent);
+  }
+}
+
+// The creation pass of one loaded object: its CreateFcn, then each of its
+// loaded children's pass followed by the defaults the child takes from its
+// parent, so that a loaded child gets its defaults after its callbacks.
+void GraphicsLoader::createPass(std::size_t index) {
+  if (passDone_[index]) return;
+  passDone_[index] = true;
+  const COSInterfacePtr& object = objects_[index];
+  static const COSID createFcn("CreateFcn");
+  if (const COSPropInfo* property = object->findPropertyInfo(createFcn)) {
+    matrix::unique_vxArray value;
+    {
+      const COSValue read = property->getValue(object.get());
+      value = copy::toArray(property->getDataType(), read);
+      property->releaseValue(object.get(), read);
+    }
+    if (value && !vxIsEmpty(value.get())) {
+      // An axes is current in its figure while its callback runs.
+      static const COSID abstractAxes("vantel.graphics.axis.AbstractAxes");
+      static const COSID axes("vantel.graphics.axis.Axes");
+      COSClass* cls = object->getClass();
+      if (COSInterface* figure = object->getOwnerObject();
+          figure && (cls->isSubclassOf(abstractAxes) || cls->isSubclassOf(axes))) {
+        static const COSID currentAxes("CurrentAxes");
+        if (figure->findPropertyInfo(currentAxes)) {
+          matrix::unique_vxArray owner(omCreateVCOSScalar(COSInterfacePtr(figure)));
+          matrix::unique_vxArray self(omCreateVCOSScalar(object));
+          vxSetProperty(owner.get(), 0, "CurrentAxes", self.get());
+        }
+      }
+      // The listener that runs CreateFcn when an object is made, made once
+      // per load and released with the loader.
+      if (!createFcnRunner_) createFcnRunner_ = graphics::datatype::createListener("CreateFcn", false, false);
+      COSListener::toListener(createFcnRunner_)->fire(object.get(), nullptr);
+    }
+  }
+  // The callback may have deleted the object.
+  if (object->isBeingDestroyed() || object->isDestroyed()) return;
+  for (std::size_t child : children_[index]) {
+    const COSInterfacePtr& c = objects_[child];
+    if (c->isBeingDestroyed() || c->isDestroyed()) continue;
+    createPass(child);
+    if (c->isBeingDestroyed() || c->isDestroyed()) continue;
+    if (SGHandle* handle = SGHandle::fromObject(c.get())) handle->applyDefaultProperties(object, false);
+  }
+}
+
+void GraphicsLoader::runCreateCallbacks(const vxSavedDocument&) {
+  passDone_.assign(objects_.size(), false);
+  for (std::size_t i : topLevel_) createPass(i);
+}
+
+void GraphicsLoader::deleteMade() noexcept {
+  // The newest first: children were made after their parents.
+  for (auto it = constructed_.rbegin(); it != constructed_.rend(); ++it) {
+    const COSInterfacePtr& object = *it;
+    if (!object || object->isDestroyed() || object->isBeingDestroyed()) continue;
+    try {
+      object->deleteObject(COSGetPublicClient());
+    } catch (...) {
+      // Keep deleting the others; the first error is what the caller sees.
+    }
+  }
+  constructed_.clear();
+  objects_.clear();
+}
+
+}  // namespace sgutils::persistence

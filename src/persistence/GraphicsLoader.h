@@ -1,0 +1,58 @@
+// Not installed. Builds the objects of a saved set's object table: makes
+// them while the set is read, then sets their properties, hooks the trees
+// and places the tops. A failure anywhere deletes every object it made.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include "sgutils/persistence/GraphicsFile.h"
+#include "vcos/COSInterfacePtr.h"
+#include "vx/vxSerialize.h"
+
+namespace foundation::log {
+class Logger;
+}
+
+namespace sgutils::persistence {
+
+// The channel "graphics::object_serialization": bit 2 names each object
+// saved or loaded and each property loaded, bit 8 a set that failed, bit 9 a
+// conversion that failed.
+foundation::log::Logger& serializationLog();
+
+class GraphicsLoader {
+ public:
+  explicit GraphicsLoader(const GraphicsLoadOptions& options) : options_(options) {}
+  ~GraphicsLoader();
+  GraphicsLoader(const GraphicsLoader&) = delete;
+  GraphicsLoader& operator=(const GraphicsLoader&) = delete;
+
+  std::vector<vxNamedValue> load(std::span<const std::uint8_t> bytes);
+
+ private:
+  void makeObjects(std::span<const vxSavedObjectHead> heads);
+  vxArray* makeObjectArray(const std::string& className, std::span<const vxSize> dims,
+                           std::span<const std::int64_t> indexes);
+  void setFields(const vxSavedDocument& document);
+  void hookChildren(const vxSavedDocument& document);
+  void placeTopLevel(const vxSavedDocument& document);
+  void runCreateCallbacks(const vxSavedDocument& document);
+  void createPass(std::size_t index);
+  void deleteMade() noexcept;
+
+  const GraphicsLoadOptions& options_;
+  std::vector<COSInterfacePtr> objects_;      // by table index
+  std::vector<std::int64_t> madeBy_;          // by table index
+  std::vector<COSInterfacePtr> constructed_;  // what a failure deletes, in making order
+  std::unordered_map<const COSInterface*, std::size_t> partOwner_;  // part -> its owner's index
+  std::vector<std::size_t> topLevel_;
+  std::vector<std::vector<std::size_t>> children_;  // loaded children by index, in saved order
+  std::vector<bool> passDone_;
+  COSInterfacePtr createFcnRunner_;         // objects neither hooked nor parts
+  bool done_ = false;
+};
+
+}  // namespace sgutils::persistence

@@ -1,0 +1,196 @@
+#include "src/persistence/GraphicsSaver.h"
+
+#include <unordered_set>
+
+
+#include "sgutils/copy/Copyable.h"
+#include "sgutils/copy/CopyableData.h"
+#include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/persistence/GraphicsFile.h"
+#include "sgutils/persistence/SavedFieldsExtension.h"
+#include "sgutils/tree/ChildStrategy.h"
+#include "src/copy/ArrayValue.h"
+#include "src/persistence/GraphicsLoader.h"
+#include "src/persistence/SavedPropertyList.h"
+#include "foundation/log/Logger.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSInterface.h"
+#include "vcos/COSPropInfo.h"
+#include "vcos/COSVisitor.h"
+#include "vcos/ObjectArray.h"
+#include "vx/vxCell.h"
+#include "vx/vxCreate.h"
+#include "vx/vxQuery.h"
+#include "vx/vxStruct.h"
+
+namespace sgutils::persistence {
+
+namespace {
+
+// A live graphics object, or null.
+COSInterfacePtr graphicsElement(const vxArray* array, std::size_t i) {
+  COSInterfacePtr element = omGetLiveArrayElement(array, i);
+  if (!element || element->isBeingDestroyed() || !SGHandle::fromObject(element.get())) return {};
+  return element;
+}
+
+// A child its owner makes as part of itself (an axes's title): it is not
+// copyable on its own, and the owner reaches it through a property.
+bool isMadeByOwner(const COSInterface* child) {
+  const CopyableData* data = Copyable::dataOf(child);
+  return data && !data->copyable;
+}
+
+// The name of the owner's property that holds exactly `child`: any
+// property, transient ones too (an axes's Title is not saved as a value; the
+// title's own values are).
+const char* propertyHolding(COSInterface* owner, const COSInterface* child) {
+  class Finder final : public COSVisitor {
+   public:
+    Finder(COSInterface* owner, const COSInterface* child) : owner_(owner), child_(child) {}
+    bool visitProperty(COSClass*, COSPropInfo* property) override {
+      if (property->isDependent() || !copy::hasArrayForm(property->getDataType())) return true;
+      matrix::unique_vxArray value;
+      {
+        const COSValue read = property->getValue(owner_);
+        value = copy::toArray(property->getDataType(), read);
+        property->releaseValue(owner_, read);
+      }
+      if (value && omIsVCOS(value.get()) && vxGetNumberOfElements(value.get()) == 1 &&
+          omGetLiveArrayElement(value.get(), 0).get() == child_) {
+        found = property->getName();
+        return false;
+      }
+      return true;
+    }
+    const char* found = nullptr;
+
+   private:
+    COSInterface* owner_;
+    const COSInterface* child_;
+  } finder(owner, child);
+  owner->getClass()->acceptPropertyVisitor(finder);
+  return finder.found;
+}
+
+}  // namespace
+
+void GraphicsSaver::collect(const vxArray* value, std::vector<COSInterfacePtr>& out) {
+  if (!value) return;
+  const std::size_t n = vxGetNumberOfElements(value);
+  if (omIsVCOS(value)) {
+    for (std::size_t i = 0; i < n; ++i)
+      if (COSInterfacePtr object = graphicsElement(value, i)) out.push_back(std::move(object));
+  } else if (vxIsCell(value)) {
+    for (std::size_t i = 0; i < n; ++i) collect(vxGetCell(value, i), out);
+  } else if (vxIsStruct(value)) {
+    const int nf = vxGetNumberOfFields(value);
+    for (std::size_t i = 0; i < n; ++i)
+      for (int f = 0; f < nf; ++f) collect(vxGetFieldByNumber(value, i, f), out);
+  }
+}
+
+void GraphicsSaver::addObjectsIn(std::span<const std::pair<std::string, const vxArray*>> values) {
+  std::vector<COSInterfacePtr> found;
+  for (const auto& [name, value] : values) collect(value, found);
+  // An object below another one of the values is saved in that one's tree,
+  // so that its place there is kept.
+  std::unordered_set<const COSInterface*> all;
+  for (const COSInterfacePtr& object : found) all.insert(object.get());
+  for (const COSInterfacePtr& object : found) {
+    bool below = false;
+    for (const COSInterface* up = object->getOwnerObject(); up && !below; up = up->getOwnerObject())
+      below = all.count(up) != 0;
+    if (!below && indexOf(object.get()) < 0) addTree(object, -1, {});
+  }
+}
+
+std::int64_t GraphicsSaver::indexOf(const COSInterface* object) const {
+  auto found = index_.find(object);
+  return found == index_.end() ? -1 : found->second;
+}
+
+std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t madeBy, std::string madeByProperty) {
+  const auto index = static_cast<std::int64_t>(objects_.size());
+  index_.emplace(object.get(), index);
+  objects_.push_back(object);
+  views_.push_back({{object->getClass()->getName(), madeBy, std::move(madeByProperty)}, {}});
+  if (foundation::log::Logger& lg = serializationLog(); lg.isOn(foundation::log::kInfo))
+    lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customSave ") + object->getClass()->getName());
+  readFields(static_cast<std::size_t>(index));
+
+  // Children oldest first, hidden ones too; the ones not saved
+  // (Serializable off) and those already in the table are left out.
+  matrix::unique_vxArray children;
+  std::vector<COSInterfacePtr> saved;
+  for (COSInterface* c = object->getOldestChild(); c; c = c->getNewerSibling()) {
+    COSInterfacePtr child(c);
+    if (child->isBeingDestroyed() || !SGHandle::fromObject(c) || indexOf(c) >= 0) continue;
+    // A class without "Serializable" has no way to opt out: its children are saved.
+    static const COSID serializable("Serializable");
+    if (c->findPropertyInfo(serializable) && !ChildStrategy::isChildSerializable(child)) continue;
+    if (isMadeByOwner(c)) {
+      // Saved as a part of the owner when a property of the owner holds it;
+      // the owner makes it again on load.
+      if (const char* property = propertyHolding(object.get(), c)) addTree(child, index, property);
+      continue;
+    }
+    saved.push_back(child);
+    addTree(child, -1, {});
+  }
+  if (!saved.empty()) {
+    matrix::unique_vxArray list(omCreateVCOSMatrix(1, saved.size(), "vantel.graphics.Graphics"));
+    for (std::size_t i = 0; i < saved.size(); ++i) omSetArrayElement(list.get(), i, saved[i]);
+    views_[static_cast<std::size_t>(index)].fields.emplace_back(GraphicsFile::kChildrenField, list.get());
+    held_.push_back(std::move(list));
+  }
+  return index;
+}
+
+void GraphicsSaver::readFields(std::size_t index) {
+  COSInterface* object = objects_[index].get();
+  std::vector<std::pair<std::string, const vxArray*>>& fields = views_[index].fields;
+  for (const COSPropInfo* property : SavedPropertyList::of(object->getClass()).properties) {
+    matrix::unique_vxArray array;
+    {
+      const COSValue read = property->getValue(object);
+      struct Release {
+        const COSPropInfo* p;
+        COSInterface* o;
+        COSValue v;
+        ~Release() { p->releaseValue(o, v); }
+      } release{property, object, read};
+      array = copy::toArray(property->getDataType(), read);
+    }
+    if (!array) continue;
+    fields.emplace_back(property->getName(), array.get());
+    held_.push_back(std::move(array));
+  }
+  if (const SGHandle* handle = SGHandle::fromObject(object); handle && handle->getDefaultProp())
+    fields.emplace_back(GraphicsFile::kDefaultsField, handle->getDefaultProp());
+  for (const SavedFieldsExtension* extension : SavedFieldsExtension::of(object->getClass())) {
+    if (!extension->save) continue;
+    std::vector<vxNamedValue> extra;
+    extension->save(objects_[index], extra);
+    for (vxNamedValue& field : extra) {
+      if (!field.value) continue;
+      fields.emplace_back(std::move(field.name), field.value.get());
+      held_.push_back(std::move(field.value));
+    }
+  }
+  // Objects held by the values (a context menu, objects in user data) are
+  // saved where their own tree puts them; one outside every saved tree is
+  // written as none.
+}
+
+std::vector<std::uint8_t> GraphicsSaver::serialize(std::span<const std::pair<std::string, const vxArray*>> values) {
+  vxWriteOptions options;
+  options.objectClassName = [](const vxArray* a) -> std::string {
+    COSClass* cls = vcos::array::classOf(a);
+    return cls ? cls->getName() : "vantel.graphics.GraphicsPlaceholder";
+  };
+  options.objectIndex = [this](const vxArray* a, std::size_t i) { return indexOf(omGetLiveArrayElement(a, i).get()); };
+  return vxSerializeDocument(values, views_, options);
+}
+
+}  // namespace sgutils::persistence
