@@ -36,11 +36,14 @@ const COSID& contextClassId() {
 }
 
 // The whole child list of an object, hidden children included (the caller
-// holds ScopeShowHiddenHandlesOn). An object without Children has none.
-matrix::unique_vxArray fetchChildren(const COSClient* client, const COSInterfacePtr& object) {
-  static const COSID children("Children");
-  COSPropInfo* property = object->findPropertyInfo(children);
-  if (!property) return matrix::unique_vxArray(omCreateVCOSEmpty(placeholderId()));
+// holds ScopeShowHiddenHandlesOn). The caller found the "Children" property.
+const COSID& childrenName() {
+  static const COSID id("Children");
+  return id;
+}
+
+// `property` is the object's "Children".
+matrix::unique_vxArray fetchChildren(const COSClient* client, const COSInterfacePtr& object, COSPropInfo* property) {
   const COSDataTypePtr type = property->getDataType();
   if (!copy::hasArrayForm(type)) return nullptr;
   const COSValue value = object->getPropertyValue(client, property);
@@ -117,7 +120,9 @@ void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* paren
   const COSClient* client = COSGetPublicClient();
   for (auto it = std::prev(tasks.end()); it != tasks.end(); ++it) {
     CopyTask* task = it->get();
-    const matrix::unique_vxArray children = fetchChildren(client, task->source);
+    COSPropInfo* property = task->source->findPropertyInfo(childrenName());
+    if (!property) continue;  // no Children: no children
+    const matrix::unique_vxArray children = fetchChildren(client, task->source, property);
     if (!children || !omIsVCOS(children.get())) continue;
     // The list is newest first: walking it backwards plans the oldest child
     // first.

@@ -5,7 +5,6 @@
 #include "sgutils/copy/CopyContextImpl.h"
 #include "src/copy/NamedChildCopyPolicy.h"
 #include "src/copy/ReconnectHandleCopyPolicy.h"
-#include "src/copy/ShallowCopyPolicy.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSPropInfo.h"
@@ -14,20 +13,6 @@
 #include "vx/vxQuery.h"
 
 namespace sgutils::copy {
-
-ShallowCopyPolicy::~ShallowCopyPolicy() {
-  if (resolved) property->releaseValue(source.get(), value);
-}
-
-void ShallowCopyPolicy::getValue(COSValue& out) {
-  // A set value is borrowed by the property, so the value read is set as it
-  // is and released with the policy.
-  if (!resolved) {
-    value = property->getValue(source.get());
-    resolved = true;
-  }
-  out = value;
-}
 
 ArrayCopyPolicy::ArrayCopyPolicy(const COSPropInfo* property, COSInterfacePtr source, const COSClient* client)
     : PropertyCopyPolicy(property), source(std::move(source)), dataType(property->getDataType()), client(client) {}

@@ -77,12 +77,27 @@ void apply(Policy& policy, const COSInterfacePtr& target) {
   if (policy.hasValue()) vcos::omCopyPropertyWithNoPermissionCheck(target, policy.property, value);
 }
 
+// Whether the target already holds `value` in the property, as its type
+// compares. The target is a new object: a write of what it holds would only
+// tell observers and views of a change that is none.
+bool holds(const PropertyCopyEntry& entry, const COSInterfacePtr& target, COSValue value) {
+  if (!entry.type) return false;
+  COSPropInfo* property = const_cast<COSPropInfo*>(entry.property);
+  const COSValue current = property->getValue(target.get());
+  const bool same = entry.type->isEqual(current, value);
+  property->releaseValue(target.get(), current);
+  return same;
+}
+
 void copyProperties(const std::vector<PropertyCopyEntry>& entries, const COSInterfacePtr& source,
                     const COSInterfacePtr& target, const COSClient* client, bool valuesOnly) {
   for (const PropertyCopyEntry& entry : entries) {
     if (entry.kind == PropertyCopyKind::Value) {
-      ShallowCopyPolicy policy(entry.property, source);
-      apply(policy, target);
+      ShallowCopyPolicy policy(entry.property, source.get());
+      COSValue value;
+      policy.getValue(value);
+      if (!holds(entry, target, value))
+        vcos::omCopyPropertyWithNoPermissionCheck(target, entry.property, value);
     } else if (!valuesOnly) {
       NamedChildCopyPolicy policy(entry.property, source, client);
       apply(policy, target);
