@@ -11,6 +11,7 @@
 #include "sgutils/metadata/SGCustomMetaProperty.h"
 #include "src/copy/ArrayValue.h"
 #include "src/copy/ClassCopyPlan.h"
+#include "src/copy/CopyClient.h"
 #include "src/copy/CopyElement.h"
 #include "src/copy/NamedChildCopyPolicy.h"
 #include "src/copy/ReconnectHandleCopyPolicy.h"
@@ -133,15 +134,31 @@ const char* classNameOf(const vxArray* array) {
 
 }  // namespace
 
+// Deletes what the default copyElement made for a task whose copyElement
+// failed: the copy never reached the task, so nothing else would.
+void discardAllocatedCopy(CopyTask& task) noexcept {
+  COSInterface* made = task.allocatedCopy.get();
+  if (!made || made->isDestroyed() || made->isBeingDestroyed()) return;
+  const COSInterfacePtr hold(made);
+  try {
+    made->deleteObject(contextClient());
+  } catch (...) {
+    // The first error is what the caller sees.
+  }
+}
+
 void runCopyElement(CopyTask& task, const COSClient* client) {
   bool performed = false;
-  {
+  try {
     ActiveTaskScope scope(task.source, &task);
     vxArray* out[1] = {nullptr};
     const vxArray* in[1] = {task.sourceArray.get()};
     static const COSID method("copyElement");
     performed = omCallMethod(task.className, method, client, 1, out, 1, in, true);
     task.copyArray.reset(out[0]);
+  } catch (...) {
+    discardAllocatedCopy(task);
+    throw;
   }
   const vxArray* copy = task.copyArray.get();
   if (copy && performed && omIsVCOS(copy) && vxGetNumberOfElements(copy) == 1) {

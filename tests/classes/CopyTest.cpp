@@ -42,7 +42,7 @@ using sgutils::Copyable;
 // array property that refers to other objects (reconnected on copy), one that
 // names parts of its own (deep copied), and a callback-typed one.
 
-enum class Mode { Default, OwnObject, Empty, ThrowOnSecond };
+enum class Mode { Default, OwnObject, Empty, ThrowOnSecond, ThrowAfterDefault };
 Mode gMode = Mode::Default;
 int gCalls = 0;
 std::vector<std::string> gEvents;  // the order of copyElement and connectCopyToTree
@@ -93,6 +93,10 @@ class ProbeCopyElementMI final : public sgutils::CopyableSubclassCopyElementMI {
     }
     if (gMode == Mode::ThrowOnSecond && ++gCalls == 2) throw std::runtime_error("probe refuses");
     invokeDefaultImpl(client, nlhs, plhs, nrhs, prhs);
+    if (gMode == Mode::ThrowAfterDefault) {
+      matrix::destroyArray(plhs[0].asPointer<vxArray>());
+      throw std::runtime_error("probe refuses after the default");
+    }
     if (gMode == Mode::OwnObject) {
       matrix::destroyArray(plhs[0].asPointer<vxArray>());
       plhs[0] = COSValue(omConstructObjectWithClient(kProbe, 0, nullptr, client));
@@ -210,6 +214,11 @@ TEST_F(CopyTest, AFailureInTheFirstPassLeavesNoObjectBehind) {
   EXPECT_THROW(copy({line, a, b}), std::runtime_error);
   EXPECT_EQ(vcos::liveObjectCount(), live);
   EXPECT_EQ(childCount(axes), children);
+  // An override that fails after the default made the copy: the copy never
+  // reaches the transaction, and goes all the same.
+  gMode = Mode::ThrowAfterDefault;
+  EXPECT_THROW(copy({a}), std::runtime_error);
+  EXPECT_EQ(vcos::liveObjectCount(), live);
 }
 
 TEST_F(CopyTest, CopiesAreMadeBeforeAnyIsConnectedParentsFirst) {
