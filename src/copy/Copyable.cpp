@@ -132,10 +132,9 @@ const char* classNameOf(const vxArray* array) {
   return cls ? cls->getName() : "";
 }
 
-}  // namespace
-
 // Deletes what the default copyElement made for a task whose copyElement
-// failed: the copy never reached the task, so nothing else would.
+// failed, or returned something else: that copy never became the task's, so
+// nothing else would.
 void discardAllocatedCopy(CopyTask& task) noexcept {
   COSInterface* made = task.allocatedCopy.get();
   if (!made || made->isDestroyed() || made->isBeingDestroyed()) return;
@@ -147,18 +146,18 @@ void discardAllocatedCopy(CopyTask& task) noexcept {
   }
 }
 
-void runCopyElement(CopyTask& task, const COSClient* client) {
+}  // namespace
+
+namespace {
+void callCopyElement(CopyTask& task, const COSClient* client) {
   bool performed = false;
-  try {
+  {
     ActiveTaskScope scope(task.source, &task);
     vxArray* out[1] = {nullptr};
     const vxArray* in[1] = {task.sourceArray.get()};
     static const COSID method("copyElement");
     performed = omCallMethod(task.className, method, client, 1, out, 1, in, true);
     task.copyArray.reset(out[0]);
-  } catch (...) {
-    discardAllocatedCopy(task);
-    throw;
   }
   const vxArray* copy = task.copyArray.get();
   if (copy && performed && omIsVCOS(copy) && vxGetNumberOfElements(copy) == 1) {
@@ -169,6 +168,16 @@ void runCopyElement(CopyTask& task, const COSClient* client) {
     throw Error("VANTEL:copyobj:IncorrectlyAllocatedCopy", classNameOf(task.sourceArray.get()));
   }
   throw Error("VANTEL:copyobj:InvalidReturnType", classNameOf(task.sourceArray.get()));
+}
+}  // namespace
+
+void runCopyElement(CopyTask& task, const COSClient* client) {
+  try {
+    callCopyElement(task, client);
+  } catch (...) {
+    discardAllocatedCopy(task);
+    throw;
+  }
 }
 
 void defaultCopyElement(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) {
