@@ -81,7 +81,8 @@ matrix::unique_vxArray NamedChildCopyPolicy::copyOf(const vxArray* array) {
 }
 
 matrix::unique_vxArray ReconnectHandleCopyPolicy::copyOf(const vxArray* array) {
-  if (!context) return nullptr;
+  // An empty reference has no copy to point at: the copy keeps its own.
+  if (!context || vxIsEmpty(array)) return nullptr;
   matrix::unique_vxArray copies(context->getCopy(client, array));
   if (!copies || vxIsEmpty(copies.get())) return nullptr;
   return copies;
