@@ -19,6 +19,7 @@
 #include "sgclasses/Objects.h"
 #include "sgclasses/Registration.h"
 #include "sgclasses/Theming.h"
+#include "sgutils/copy/CopyContext.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/themes/ThemeUtils.h"
 #include "vcos/COSClass.h"
@@ -213,6 +214,36 @@ void opDelete(State& s, Bytes& in) {
   o->deleteObject(nullptr);
 }
 
+// A copy of one object (with its subtree) under a parent, under none, or
+// with callbacks. A copy that fails leaves no object of it alive; one that
+// succeeds is a new object below the parent asked for, and joins the pool.
+void opCopy(State& s, Bytes& in) {
+  COSInterfacePtr source = pick(s, in.next());
+  const std::uint8_t b = in.next();
+  const bool callbacks = (in.next() & 1) != 0;
+  std::vector<COSInterfacePtr> parents;
+  if (b != 0xFF) parents.push_back(pick(s, b));
+  const std::size_t liveBefore = vcos::liveObjectCount();
+  Arr made;
+  try {
+    made.reset(sgutils::CopyContext::doCopyObjects({source}, parents, callbacks));
+  } catch (...) {
+    // Listeners on the source may delete objects while it is read, so the
+    // count may fall, but no half-built copy may stay. The drawnow queue lets
+    // go of the deleted copies' memory first.
+    sgclasses::forgetDeletedDirtyObjects();
+    if (vcos::liveObjectCount() > liveBefore) throw Violation{"a failed copy left objects alive"};
+    throw;
+  }
+  for (std::size_t i = 0; i < vxGetNumberOfElements(made.get()); ++i) {
+    COSInterfacePtr copy = omGetArrayElement(made.get(), i);
+    if (!copy || copy == source) throw Violation{"a copy is no new object"};
+    if (!parents.empty() && !copy->isDestroyed() && copy->getOwnerObject() != parents.front().get())
+      throw Violation{"a copy is not below the parent it was copied to"};
+    if (s.pool.size() < kPoolLimit) s.pool.push_back(std::move(copy));
+  }
+}
+
 // What a listener does when it runs: nothing, raise, delete its source, or
 // set a property of its source.
 std::function<void(COSInterface*, COSEventData*)> listenerAction(std::uint8_t b) {
@@ -277,9 +308,6 @@ struct Operation {
   void (*run)(State&, Bytes&);
 };
 
-// The opcode byte picks a row. Copy, theme changes and save/load join here
-// as rows of their own once those operations exist; appending keeps the
-// meaning of the existing corpus.
 // Sets the Theme of the object (a figure takes it; anything else refuses).
 // After a change that went through, every themed value below the figure is
 // its theme's: no object is left half-themed.
@@ -294,11 +322,14 @@ void opTheme(State& s, Bytes& in) {
     throw Violation{"a theme change left an object half-themed"};
 }
 
+// The opcode byte picks a row. Save/load joins here as a row of its own;
+// appending keeps the meaning of the existing corpus.
 constexpr Operation kOperations[] = {
     {"create", opCreate},         {"set", opSet},       {"get", opGet},
     {"reset", opReset},           {"reparent", opReparent}, {"reorder", opReorder},
     {"delete", opDelete},         {"add listener", opAddListener}, {"remove listener", opRemoveListener},
     {"drop", opDrop},             {"drawnow", opDrawnow},    {"theme", opTheme},
+    {"copy", opCopy},
 };
 
 // ---- consistency

@@ -6,7 +6,7 @@ table in ObjectOps.cpp) and its bytes. Pool indices count the objects made
 so far; an index past the pool names the root."""
 import pathlib
 
-CREATE, SET, GET, RESET, REPARENT, REORDER, DELETE, ADD_L, REMOVE_L, DROP, DRAWNOW, THEME = range(12)
+CREATE, SET, GET, RESET, REPARENT, REORDER, DELETE, ADD_L, REMOVE_L, DROP, DRAWNOW, THEME, COPY = range(13)
 LIGHT, DARK, NO_THEME, WHITE = range(4)
 FIG, AXES, LINE, TEXT, PATCH, GROUP, MENU = range(7)
 ROOT, EMPTY = 0xC8, 0xFF
@@ -29,6 +29,9 @@ SEEDS = {
     "unhooked_objects_dropped": tree() + [
         REPARENT, 1, EMPTY, SET, 1, 2, 0xE2, DROP, 1, REPARENT, 0, EMPTY, DROP, 0, CREATE, FIG, ROOT,
         SET, 0, 1, 0xE0, REORDER, ROOT, 1, 0, REORDER, ROOT, 2, 0],
+    "copies_of_trees": tree() + [
+        SET, 2, 3, 7, COPY, 1, 0, 0, COPY, 0, ROOT, 1, COPY, 2, EMPTY, 0, COPY, 1, 2, 0, COPY, 0, 1, 0,
+        ADD_L, 1, 3, 1, 5, COPY, 1, 0, 0, DELETE, 1, COPY, 2, 1, 0, COPY, 5, 5, 0, REPARENT, 7, 2, DRAWNOW],
     "root_deleted": [CREATE, FIG, ROOT, DELETE, ROOT, CREATE, FIG, ROOT, SET, ROOT, 3, 8, RESET, ROOT],
     "theme_changes_with_listeners": tree() + [
         THEME, 0, DARK, SET, 2, 3, 7, THEME, 0, LIGHT, ADD_L, 2, 3, 1, 4, ADD_L, 0, 2, 2, 9, THEME, 0, DARK,

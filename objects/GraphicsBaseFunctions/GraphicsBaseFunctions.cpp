@@ -15,6 +15,8 @@
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSPropInfo.h"
+#include "sgutils/propinfos/BlockOf.h"
+#include "vcos/FindobjLender.h"
 #include "vcos/ObjectArray.h"
 #include "vx/vx.h"
 
@@ -71,6 +73,17 @@ void GraphicsBaseFunctions::addMethods(COSClass* cls, COSID classId) {
 COSValue GraphicsBaseFunctions::getTypeImpl(COSPropInfo* property, const COSClient*, COSInterface*) {
   // The caller releases what a get gives, so hand out a copy.
   return property->getDataType()->copy(COSValue(&type_));
+}
+
+void GraphicsBaseFunctions::registerFindobjLender() {
+  // Lends findobj the Type an object keeps, so that a search by Type copies
+  // no TypeName per object (a get hands out a copy for its caller to free).
+  vcos::setFindobjLender(classID(), COSID("Type"), [](COSInterface* object, COSValue& out) {
+    auto* block = sgutils::blockOf<GraphicsBaseFunctions>(object, GraphicsBaseFunctions::classID());
+    if (!block) return false;
+    out = COSValue(&block->type_);
+    return true;
+  });
 }
 
 void GraphicsBaseFunctions::setTypeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSValue value) {

@@ -4,7 +4,9 @@
 #include "sgutils/copy/CopyableMethod.h"
 #include "sgutils/copy/CopyContextImpl.h"
 #include "src/classinfo/SupportClasses.h"
+#include "src/copy/CopyAccess.h"
 #include "src/copy/CopyClient.h"
+#include "src/copy/ObjectArgumentType.h"
 #include "src/copy/CopyElement.h"
 #include "vcos/AbstractClassInfo.h"
 #include "vcos/COSClass.h"
@@ -103,7 +105,7 @@ class CopyablePropInfo final : public COSPropT {
   explicit CopyablePropInfo(COSID classId)
       : COSPropT(classId, COSID("Copyable"), COSDataTypePtr("logical scalar"), COSValue(), ProtectedAccess,
                  ProtectedAccess, COSPropDefaultFlags, "Whether the object is copied") {
-    const ExtendedMemberAccess access{COSID("vantel.graphics.internal.CopyContext"), classId};
+    const ExtendedMemberAccess access = copy::copyAccessList();
     setExtendedGetAccess(access);
     setExtendedSetAccess(access);
   }
@@ -127,8 +129,13 @@ class CopyableCI final : public AbstractClassInfo {
     cls->addMethod(new CopyableMethod(id, "copyElement", &copy::defaultCopyElement, {"source"}, {"copy"}, true));
     cls->addMethod(new CopyableMethod(id, "connectCopyToTree", &copy::defaultConnectCopyToTree,
                                       {"source", "copy", "parent", "context"}, {}, true));
-    cls->addMethod(new CopyableMethod(id, "copy", &copy::copyMethod, {"objects"}, {"copies"}, false,
-                                      COSMethodSignature::VarArgIn));
+    // copy(objects) or copy(objects, parent): typed by class, the parent
+    // optional.
+    const COSDataTypePtr copyable(new copy::ObjectArgumentType(id));
+    const COSDataTypePtr graphics(new copy::ObjectArgumentType(COSID("vantel.graphics.Graphics")));
+    cls->addMethod(new CopyableMethod(id, "copy", &copy::copyMethod,
+                                      {{COSID("objects"), copyable, false}, {COSID("parent"), graphics, true}},
+                                      {{COSID("copies"), copyable, false}}, false));
   }
   void* allocateInstance(COSInterface* instance) override {
     if (cls_) cls_->notifyInstanceAllocated(instance);

@@ -1,7 +1,6 @@
 // The copy transaction: planning, the two passes, getCopy and the result.
 #include "sgutils/copy/CopyContextImpl.h"
 
-#include <iterator>
 
 #include "foundation/core/except/Error.h"
 #include "foundation/core/except/WarningChannel.h"
@@ -36,11 +35,14 @@ const COSID& contextClassId() {
 }
 
 // The whole child list of an object, hidden children included (the caller
-// holds ScopeShowHiddenHandlesOn). An object without Children has none.
-matrix::unique_vxArray fetchChildren(const COSClient* client, const COSInterfacePtr& object) {
-  static const COSID children("Children");
-  COSPropInfo* property = object->findPropertyInfo(children);
-  if (!property) return matrix::unique_vxArray(omCreateVCOSEmpty(placeholderId()));
+// holds ScopeShowHiddenHandlesOn). The caller found the "Children" property.
+const COSID& childrenName() {
+  static const COSID id("Children");
+  return id;
+}
+
+// `property` is the object's "Children".
+matrix::unique_vxArray fetchChildren(const COSClient* client, const COSInterfacePtr& object, COSPropInfo* property) {
   const COSDataTypePtr type = property->getDataType();
   if (!copy::hasArrayForm(type)) return nullptr;
   const COSValue value = object->getPropertyValue(client, property);
@@ -66,10 +68,10 @@ CopyContextImpl::CopyContextImpl(const COSInterfacePtr& parent, const std::vecto
   contextObject.reset(omCreateVCOSScalar(omWrapData(static_cast<void*>(this), COSClass::getClass(contextClassId()))));
 
   try {
-    tasks.push_front(makeRootTask());
+    addRootTask();
     // One guard for the whole plan: every fetch of children sees hidden ones.
     ScopeShowHiddenHandlesOn showHidden;
-    for (auto it = sources.rbegin(); it != sources.rend(); ++it) planSubtree(*it, tasks.front().get());
+    for (auto it = sources.rbegin(); it != sources.rend(); ++it) planSubtree(*it, &tasks.front());
   } catch (...) {
     // No destructor runs for a constructor that throws: the context object
     // must not outlive this instance.
@@ -95,14 +97,13 @@ CopyContextImpl* CopyContextImpl::of(const COSInterface* object) noexcept {
   return static_cast<CopyContextImpl*>(object->getInstanceData(contextClassId()));
 }
 
-std::shared_ptr<CopyTask> CopyContextImpl::makeRootTask() {
-  auto root = std::make_shared<CopyTask>();
-  root->context = this;
-  root->state = CopyTask::kConnected;
+void CopyContextImpl::addRootTask() {
+  CopyTask& root = tasks.emplace_back();
+  root.context = this;
+  root.state = CopyTask::kConnected;
   const bool live = destinationParent && !destinationParent->isDestroyed();
-  root->className = live ? destinationParent->getClass()->getID() : placeholderId();
-  root->copyArray.reset(destinationParent ? omCreateVCOSScalar(destinationParent) : omCreateVCOSEmpty(placeholderId()));
-  return root;
+  root.className = live ? destinationParent->getClass()->getID() : placeholderId();
+  root.copyArray.reset(destinationParent ? omCreateVCOSScalar(destinationParent) : omCreateVCOSEmpty(placeholderId()));
 }
 
 void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* parentTask) {
@@ -115,9 +116,12 @@ void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* paren
   addTask(source, parentTask);
   ++topLevelCount;
   const COSClient* client = COSGetPublicClient();
-  for (auto it = std::prev(tasks.end()); it != tasks.end(); ++it) {
-    CopyTask* task = it->get();
-    const matrix::unique_vxArray children = fetchChildren(client, task->source);
+  // By index: the deque grows while it is walked.
+  for (std::size_t k = tasks.size() - 1; k < tasks.size(); ++k) {
+    CopyTask* task = &tasks[k];
+    COSPropInfo* property = task->source->findPropertyInfo(childrenName());
+    if (!property) continue;  // no Children: no children
+    const matrix::unique_vxArray children = fetchChildren(client, task->source, property);
     if (!children || !omIsVCOS(children.get())) continue;
     // The list is newest first: walking it backwards plans the oldest child
     // first.
@@ -131,22 +135,21 @@ void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* paren
 CopyTask* CopyContextImpl::addTask(const COSInterfacePtr& source, CopyTask* parentTask) {
   if (!source) return nullptr;
   if (taskMap.contains(source.get())) throw Error("VANTEL:copyobj:DegenerateCopy");
-  auto task = std::make_shared<CopyTask>();
-  task->parentTask = parentTask;
-  task->className = source->isDestroyed() ? placeholderId() : source->getClass()->getID();
-  task->sourceArray.reset(omCreateVCOSScalar(source));
-  task->source = source;
-  task->identity = source.get();
-  task->context = this;
   if (taskMap.empty()) taskMap.max_load_factor(1.0f);
-  taskMap.emplace(task->identity, task);
-  tasks.push_back(std::move(task));
-  return tasks.back().get();
+  CopyTask& task = tasks.emplace_back();
+  task.parentTask = parentTask;
+  task.className = source->isDestroyed() ? placeholderId() : source->getClass()->getID();
+  task.sourceArray.reset(omCreateVCOSScalar(source));
+  task.source = source;
+  task.identity = source.get();
+  task.context = this;
+  taskMap.emplace(task.identity, &task);
+  return &task;
 }
 
 CopyTask* CopyContextImpl::findTask(const COSInterface* object) const noexcept {
   const auto found = taskMap.find(object);
-  return found == taskMap.end() ? nullptr : found->second.get();
+  return found == taskMap.end() ? nullptr : found->second;
 }
 
 void CopyContextImpl::connect(CopyTask& task) {
@@ -160,14 +163,12 @@ void CopyContextImpl::connect(CopyTask& task) {
 vxArray* CopyContextImpl::run() {
   try {
     const COSClient* client = copy::contextClient();
-    for (auto it = tasks.begin(); it != tasks.end(); ++it) {
-      const std::shared_ptr<CopyTask> task = *it;
-      if (task->state == CopyTask::kPlanned) copy::runCopyElement(*task, client);
-    }
-    for (auto it = tasks.begin(); it != tasks.end(); ++it) {
-      const std::shared_ptr<CopyTask> task = *it;
-      if (task->state == CopyTask::kCopied) connect(*task);
-    }
+    // Tasks stay where they are until the context goes, so a step needs no
+    // reference of its own to the task it runs.
+    for (CopyTask& task : tasks)
+      if (task.state == CopyTask::kPlanned) copy::runCopyElement(task, client);
+    for (CopyTask& task : tasks)
+      if (task.state == CopyTask::kCopied) connect(task);
     matrix::unique_vxArray result(omCreateVCOSMatrix(topLevelCount, 1, placeholderId()));
     std::size_t next = 0;
     for (const COSInterfacePtr& source : sources) {
@@ -187,7 +188,7 @@ vxArray* CopyContextImpl::run() {
 void CopyContextImpl::deleteCopies() noexcept {
   // Children before their parents: the plan is breadth first.
   for (auto it = tasks.rbegin(); it != tasks.rend(); ++it) {
-    CopyTask& task = **it;
+    CopyTask& task = *it;
     if (!task.source || !task.copyArray || !omIsVCOS(task.copyArray.get()) || vxIsEmpty(task.copyArray.get()))
       continue;
     const COSInterfacePtr copy = omGetLiveArrayElement(task.copyArray.get(), 0);

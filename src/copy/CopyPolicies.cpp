@@ -5,7 +5,6 @@
 #include "sgutils/copy/CopyContextImpl.h"
 #include "src/copy/NamedChildCopyPolicy.h"
 #include "src/copy/ReconnectHandleCopyPolicy.h"
-#include "src/copy/ShallowCopyPolicy.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSPropInfo.h"
@@ -14,20 +13,6 @@
 #include "vx/vxQuery.h"
 
 namespace sgutils::copy {
-
-ShallowCopyPolicy::~ShallowCopyPolicy() {
-  if (resolved) property->releaseValue(source.get(), value);
-}
-
-void ShallowCopyPolicy::getValue(COSValue& out) {
-  // A set value is borrowed by the property, so the value read is set as it
-  // is and released with the policy.
-  if (!resolved) {
-    value = property->getValue(source.get());
-    resolved = true;
-  }
-  out = value;
-}
 
 ArrayCopyPolicy::ArrayCopyPolicy(const COSPropInfo* property, COSInterfacePtr source, const COSClient* client)
     : PropertyCopyPolicy(property), source(std::move(source)), dataType(property->getDataType()), client(client) {}
@@ -96,7 +81,8 @@ matrix::unique_vxArray NamedChildCopyPolicy::copyOf(const vxArray* array) {
 }
 
 matrix::unique_vxArray ReconnectHandleCopyPolicy::copyOf(const vxArray* array) {
-  if (!context) return nullptr;
+  // An empty reference has no copy to point at: the copy keeps its own.
+  if (!context || vxIsEmpty(array)) return nullptr;
   matrix::unique_vxArray copies(context->getCopy(client, array));
   if (!copies || vxIsEmpty(copies.get())) return nullptr;
   return copies;

@@ -22,7 +22,7 @@ bool PropertyCopyVisitor::has(const COSPropInfo* property) const {
 }
 
 void PropertyCopyVisitor::add(const COSPropInfo* property, PropertyCopyKind kind) {
-  entries_.push_back({property, kind});
+  entries_.push_back({property, kind, property->getDataType()});
   names_.emplace_back(property->getName());
 }
 

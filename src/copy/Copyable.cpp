@@ -11,6 +11,7 @@
 #include "sgutils/metadata/SGCustomMetaProperty.h"
 #include "src/copy/ArrayValue.h"
 #include "src/copy/ClassCopyPlan.h"
+#include "src/copy/CopyClient.h"
 #include "src/copy/CopyElement.h"
 #include "src/copy/NamedChildCopyPolicy.h"
 #include "src/copy/ReconnectHandleCopyPolicy.h"
@@ -77,12 +78,27 @@ void apply(Policy& policy, const COSInterfacePtr& target) {
   if (policy.hasValue()) vcos::omCopyPropertyWithNoPermissionCheck(target, policy.property, value);
 }
 
+// Whether the target already holds `value` in the property, as its type
+// compares. The target is a new object: a write of what it holds would only
+// tell observers and views of a change that is none.
+bool holds(const PropertyCopyEntry& entry, const COSInterfacePtr& target, COSValue value) {
+  if (!entry.type) return false;
+  COSPropInfo* property = const_cast<COSPropInfo*>(entry.property);
+  const COSValue current = property->getValue(target.get());
+  const bool same = entry.type->isEqual(current, value);
+  property->releaseValue(target.get(), current);
+  return same;
+}
+
 void copyProperties(const std::vector<PropertyCopyEntry>& entries, const COSInterfacePtr& source,
                     const COSInterfacePtr& target, const COSClient* client, bool valuesOnly) {
   for (const PropertyCopyEntry& entry : entries) {
     if (entry.kind == PropertyCopyKind::Value) {
-      ShallowCopyPolicy policy(entry.property, source);
-      apply(policy, target);
+      ShallowCopyPolicy policy(entry.property, source.get());
+      COSValue value;
+      policy.getValue(value);
+      if (!holds(entry, target, value))
+        vcos::omCopyPropertyWithNoPermissionCheck(target, entry.property, value);
     } else if (!valuesOnly) {
       NamedChildCopyPolicy policy(entry.property, source, client);
       apply(policy, target);
@@ -116,9 +132,24 @@ const char* classNameOf(const vxArray* array) {
   return cls ? cls->getName() : "";
 }
 
+// Deletes what the default copyElement made for a task whose copyElement
+// failed, or returned something else: that copy never became the task's, so
+// nothing else would.
+void discardAllocatedCopy(CopyTask& task) noexcept {
+  COSInterface* made = task.allocatedCopy.get();
+  if (!made || made->isDestroyed() || made->isBeingDestroyed()) return;
+  const COSInterfacePtr hold(made);
+  try {
+    made->deleteObject(contextClient());
+  } catch (...) {
+    // The first error is what the caller sees.
+  }
+}
+
 }  // namespace
 
-void runCopyElement(CopyTask& task, const COSClient* client) {
+namespace {
+void callCopyElement(CopyTask& task, const COSClient* client) {
   bool performed = false;
   {
     ActiveTaskScope scope(task.source, &task);
@@ -137,6 +168,16 @@ void runCopyElement(CopyTask& task, const COSClient* client) {
     throw Error("VANTEL:copyobj:IncorrectlyAllocatedCopy", classNameOf(task.sourceArray.get()));
   }
   throw Error("VANTEL:copyobj:InvalidReturnType", classNameOf(task.sourceArray.get()));
+}
+}  // namespace
+
+void runCopyElement(CopyTask& task, const COSClient* client) {
+  try {
+    callCopyElement(task, client);
+  } catch (...) {
+    discardAllocatedCopy(task);
+    throw;
+  }
 }
 
 void defaultCopyElement(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) {

@@ -3,21 +3,35 @@
 #include <vector>
 
 #include "sgutils/objects/MixinMethod.h"
+#include "src/copy/CopyAccess.h"
 #include "src/copy/CopyElement.h"
 #include "vcos/COSMethodSignature.h"
 
 namespace sgutils {
 
+namespace copy {
+ExtendedMemberAccess copyAccessList() {
+  return ExtendedMemberAccess{COSID("vantel.graphics.internal.CopyContext"),
+                              COSID("vantel.graphics.mixin.internal.Copyable"), COSID("vantel.graphics.Graphics"),
+                              COSID("vantel.graphics.eventdata.Annotation")};
+}
+}  // namespace copy
+
 CopyableMethod::CopyableMethod(COSID classId, const char* name, Body body, std::initializer_list<const char*> inputs,
                                std::initializer_list<const char*> outputs, bool restricted,
                                unsigned signatureFlags)
+    : CopyableMethod(classId, name, body, untypedArguments(inputs), untypedArguments(outputs), restricted,
+                     signatureFlags) {}
+
+CopyableMethod::CopyableMethod(COSID classId, const char* name, Body body,
+                               std::vector<COSMethodSignature::Argument> inputs,
+                               std::vector<COSMethodSignature::Argument> outputs, bool restricted,
+                               unsigned signatureFlags)
     : COSMethodBase(classId, COSID(name), restricted ? ProtectedAccess : PublicAccess, "Part of copying objects",
-                    COSMethodSignature::createMethodSignature(COSID(name), untypedArguments(inputs), untypedArguments(outputs),
+                    COSMethodSignature::createMethodSignature(COSID(name), std::move(inputs), std::move(outputs),
                                                               signatureFlags)),
       body_(body) {
-  if (restricted)
-    access_ = std::make_unique<ExtendedMemberAccess>(std::initializer_list<COSID>{
-        COSID("vantel.graphics.internal.CopyContext"), COSID("vantel.graphics.mixin.internal.Copyable")});
+  if (restricted) access_ = std::make_unique<ExtendedMemberAccess>(copy::copyAccessList());
 }
 
 void CopyableMethod::invoke(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs,

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "sgutils/copy/Copyable.h"
+#include "vcos/COSDataType.h"  // before COSDataTypePtr.h: the pointer needs it complete
+#include "vcos/COSDataTypePtr.h"
 #include "vcos/COSInternedBase.h"
 #include "vcos/COSVisitor.h"
 
@@ -14,6 +16,9 @@ namespace sgutils::copy {
 struct PropertyCopyEntry {
   const COSPropInfo* property;
   PropertyCopyKind kind;
+  // The property's type, taken once with the plan; it compares a copied
+  // value with what the new object already holds.
+  COSDataTypePtr type;
 };
 
 class PropertyCopyVisitor : public COSVisitor {

@@ -158,6 +158,7 @@ extern "C" void VLInitialize_sgutils() {
   sgutils::registerGeneratedClasses();
   registerJavaVisible();
   registerBaseFunctions();
+  graphics::internal::GraphicsBaseFunctions::registerFindobjLender();
 }
 
 extern "C" void VLTerminate_sgutils() {

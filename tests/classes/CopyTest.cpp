@@ -3,6 +3,8 @@
 // reconnected and deep-copied properties, callbacks on request, and the
 // rollback that leaves no object behind.
 #include <algorithm>
+#include <string>
+#include <vector>
 #include <cstring>
 #include <stdexcept>
 #include <unordered_map>
@@ -10,6 +12,7 @@
 #include "classes/ClassesTestSupport.h"
 #include "foundation/core/except/WarningChannel.h"
 #include "sgclasses/ClassNames.h"
+#include "sgdatatypes/Registration.h"
 #include "sgutils/classinfo/BaseObjectCOSInfo.h"
 #include "sgutils/classinfo/SGHandleClassInfo.h"
 #include "sgutils/copy/CopyContext.h"
@@ -21,11 +24,13 @@
 #include "sgutils/startup/Namespaces.h"
 #include "support/ErrorId.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSClassInfo.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/COSPackage.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSPropT.h"
 #include "vcos/ObjectCalls.h"
+#include "vx/vxCompare.h"
 
 namespace sgtest::classes {
 namespace {
@@ -37,7 +42,7 @@ using sgutils::Copyable;
 // array property that refers to other objects (reconnected on copy), one that
 // names parts of its own (deep copied), and a callback-typed one.
 
-enum class Mode { Default, OwnObject, Empty, ThrowOnSecond };
+enum class Mode { Default, OwnObject, Empty, ThrowOnSecond, ThrowAfterDefault };
 Mode gMode = Mode::Default;
 int gCalls = 0;
 std::vector<std::string> gEvents;  // the order of copyElement and connectCopyToTree
@@ -88,6 +93,10 @@ class ProbeCopyElementMI final : public sgutils::CopyableSubclassCopyElementMI {
     }
     if (gMode == Mode::ThrowOnSecond && ++gCalls == 2) throw std::runtime_error("probe refuses");
     invokeDefaultImpl(client, nlhs, plhs, nrhs, prhs);
+    if (gMode == Mode::ThrowAfterDefault) {
+      matrix::destroyArray(plhs[0].asPointer<vxArray>());
+      throw std::runtime_error("probe refuses after the default");
+    }
     if (gMode == Mode::OwnObject) {
       matrix::destroyArray(plhs[0].asPointer<vxArray>());
       plhs[0] = COSValue(omConstructObjectWithClient(kProbe, 0, nullptr, client));
@@ -205,6 +214,11 @@ TEST_F(CopyTest, AFailureInTheFirstPassLeavesNoObjectBehind) {
   EXPECT_THROW(copy({line, a, b}), std::runtime_error);
   EXPECT_EQ(vcos::liveObjectCount(), live);
   EXPECT_EQ(childCount(axes), children);
+  // An override that fails after the default made the copy: the copy never
+  // reaches the transaction, and goes all the same.
+  gMode = Mode::ThrowAfterDefault;
+  EXPECT_THROW(copy({a}), std::runtime_error);
+  EXPECT_EQ(vcos::liveObjectCount(), live);
 }
 
 TEST_F(CopyTest, CopiesAreMadeBeforeAnyIsConnectedParentsFirst) {
@@ -403,6 +417,95 @@ TEST_F(CopyTest, EveryValueAndModeIsEqualInTheCopy) {
   expectSameValues(figure, at(made, 0), compared);
   EXPECT_GT(compared, 200);
   EXPECT_EQ(text(at(made, 0)->getNewestChild()->getOlderSibling(), "YLimMode"), "manual");
+}
+
+TEST_F(CopyTest, AValueANewObjectAlreadyHoldsKeepsItsModeAndClassInTheCopy) {
+  const COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  const COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, axes);
+  // The colour a new line takes, given by hand: equal value, manual mode.
+  const Arr color = get(line, "Color");
+  set(line, "Color", color.get());
+  ASSERT_EQ(text(line, "ColorMode"), "manual");
+  // An empty text where a new line holds an empty double.
+  const Arr emptyText(vxCreateString(""));
+  set(line, "UserData", emptyText.get());
+
+  const Arr made = copy({line}, {axes});
+  const COSInterfacePtr twin = at(made, 0);
+  EXPECT_EQ(text(twin, "ColorMode"), "manual");
+  EXPECT_TRUE(vxAreMatricesEqualNanOptional(get(twin, "Color").get(), color.get(), false));
+  EXPECT_TRUE(vxIsChar(get(twin, "UserData").get()));
+}
+
+// A plain class of the package that the Copyable registration names.
+class PlainInfo final : public COSClassInfo {
+ public:
+  explicit PlainInfo(const char* name) : name_(name) {}
+  const char* getName() const override { return name_; }
+
+ private:
+  const char* name_;
+};
+
+const COSClient* clientOf(const char* name) {
+  static COSPackage* package = [] {
+    COSPackage* made = graphics::datatype::register_namespace(
+        "vantel.graphics.eventdata", [] { return "test stand-ins"; }, [] { return "no details"; });
+    made->addClass(new PlainInfo("Annotation"));
+    made->addClass(new PlainInfo("Bystander"));
+    return made;
+  }();
+  (void)package;
+  return COSClass::getClass(COSID(std::string("vantel.graphics.eventdata.") + name))->getPrivateClient();
+}
+
+TEST_F(CopyTest, TheRestrictedMembersAdmitTheClassesTheRegistrationNames) {
+  const COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, sgclasses::create(sgclasses::kAxesClass, figure));
+  const Arr source(omCreateVCOSScalar(line));
+  const vxArray* in[1] = {source.get()};
+  vxArray* out[1] = {nullptr};
+  COSPropInfo* flag = line->findPropertyInfo(COSID("Copyable"));
+  ASSERT_NE(flag, nullptr);
+
+  const COSClient* bystander = clientOf("Bystander");
+  EXPECT_EQ(errorId([&] { omCallMethod(sgclasses::kLineClass, "copyElement", bystander, 1, out, 1, in, true); }),
+            "VANTEL:vcos:MethodAccessDenied");
+  EXPECT_FALSE(errorId([&] { line->getPropertyValue(bystander, flag); }).empty());
+
+  const COSClient* annotation = clientOf("Annotation");
+  ASSERT_TRUE(omCallMethod(sgclasses::kLineClass, "copyElement", annotation, 1, out, 1, in, true));
+  const Arr made(out[0]);
+  omGetArrayElement(made.get(), 0)->deleteObject(COSGetPublicClient());
+  EXPECT_TRUE(line->getPropertyValue(annotation, flag).word() != 0);
+}
+
+TEST_F(CopyTest, TheCopyMethodTakesObjectsAndAnOptionalGraphicsParent) {
+  const COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  const COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, axes);
+  const Arr lines = column({line});
+  vxArray* out[1] = {nullptr};
+
+  // Without a parent the copy has none.
+  const vxArray* one[1] = {lines.get()};
+  ASSERT_TRUE(omCallMethod(sgclasses::kLineClass, "copy", nullptr, 1, out, 1, one, true));
+  const Arr alone(out[0]);
+  EXPECT_EQ(omGetArrayElement(alone.get(), 0)->getOwnerObject(), nullptr);
+  omGetArrayElement(alone.get(), 0)->deleteObject(COSGetPublicClient());
+
+  // A parent that is no graphics object, sources that are no objects and a
+  // third input do not reach the method.
+  const Arr number(vxCreateDoubleScalar(1));
+  auto call = [&](std::vector<const vxArray*> in) {
+    return errorId([&] {
+      omCallMethod(sgclasses::kLineClass, "copy", nullptr, 1, out, static_cast<int>(in.size()), in.data(), true);
+    });
+  };
+  EXPECT_EQ(call({lines.get(), number.get()}), "VANTEL:vcos:NoMatchingSignature");
+  EXPECT_EQ(call({number.get()}), "VANTEL:vcos:NoMatchingSignature");
+  EXPECT_EQ(call({lines.get(), lines.get(), lines.get()}), "VANTEL:vcos:NoMatchingSignature");
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "sgclasses/Theming.h"
 #include "sgutils/objects/GraphicsTheme.gen.h"
 #include "sgutils/themes/ThemeUtils.h"
+#include "sgutils/copy/CopyContext.h"
 #include "sgutils/defaults/DefaultNameAccess.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "vcos/COSClass.h"
@@ -298,10 +299,38 @@ std::vector<Operation> operations() {
                    EXPECT_EQ(k[0]->getNewestChild(), nullptr);
                  },
                  1});  // the axes' title, which nothing else holds
+  // A copy of an axes with a line, a group holding a line whose context menu
+  // is copied with it, into another figure with defaults of its own: a fault
+  // anywhere leaves no half-built copy in that figure or anywhere else.
+  ops.push_back({"copy an axes with lines, a group and a context menu",
+                 [] {
+                   auto k = figureAndAxes();
+                   COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, k[1]);
+                   set(line, "LineWidth", number(6).get());
+                   COSInterfacePtr group = sgclasses::create(sgclasses::kGroupClass, k[1]);
+                   COSInterfacePtr inner = sgclasses::create(sgclasses::kLineClass, group);
+                   COSInterfacePtr menu = sgclasses::create(sgclasses::kContextMenuClass, k[0]);
+                   set(inner, "ContextMenu", obj(menu).get());
+                   COSInterfacePtr other = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+                   sgutils::DefaultNameAccess::set(other, "defaultLineLineWidth", number(5).get());
+                   COSInterfacePtr otherAxes = sgclasses::create(sgclasses::kAxesClass, other);
+                   k.insert(k.end(), {other, otherAxes, line, group, inner, menu});
+                   return k;
+                 },
+                 [](std::vector<COSInterfacePtr>& k) {
+                   Arr made(sgutils::CopyContext::doCopyObjects({k[1]}, {k[2]}, false));
+                 },
+                 [](std::vector<COSInterfacePtr>& k) {
+                   EXPECT_EQ(children(k[2]), std::vector<COSInterface*>{k[3].get()});
+                   EXPECT_EQ(children(k[1]).size(), 3u);  // the line, the group and the hidden title
+                   // A copy connected before the fault was the figure's current
+                   // axes for a while: the figure lets go of it.
+                   sgclasses::makeCurrent(k[3]);
+                 }});
   return ops;
 }
 
-TEST_F(FaultSweep, EveryFaultPointOfConstructionDefaultsSetReparentReorderResetAndDelete) {
+TEST_F(FaultSweep, EveryFaultPointOfConstructionDefaultsSetReparentReorderResetDeleteAndCopy) {
   std::size_t total = 0;
   std::size_t byPoint[3] = {};
   for (const Operation& op : operations())

@@ -3,8 +3,7 @@
 #pragma once
 
 #include <cstddef>
-#include <list>
-#include <memory>
+#include <deque>
 #include <unordered_map>
 #include <vector>
 
@@ -38,7 +37,7 @@ class SGUTILS_API CopyContextImpl final : public CopyContext {
   static CopyContextImpl* of(const COSInterface* object) noexcept;
 
  private:
-  std::shared_ptr<CopyTask> makeRootTask();
+  void addRootTask();
   void planSubtree(const COSInterfacePtr& source, CopyTask* parentTask);
   CopyTask* addTask(const COSInterfacePtr& source, CopyTask* parentTask);
   void connect(CopyTask& task);
@@ -50,9 +49,12 @@ class SGUTILS_API CopyContextImpl final : public CopyContext {
   matrix::unique_vxArray contextObject;
   matrix::unique_vxArray destinationParentArray;
   matrix::unique_vxArray copySourcesArray;
-  std::list<std::shared_ptr<CopyTask>> tasks;
+  // In planning order, the root task first. A deque: tasks are only added at
+  // the end and live as long as the context, so a task's address holds for
+  // the whole transaction and each task costs no allocation of its own.
+  std::deque<CopyTask> tasks;
   std::size_t topLevelCount = 0;
-  std::unordered_map<const COSInterface*, std::shared_ptr<CopyTask>> taskMap;
+  std::unordered_map<const COSInterface*, CopyTask*> taskMap;
   bool copyCallbacks = false;
 };
 

@@ -2,7 +2,7 @@
 // copied, and the tasks now running copyElement on it (innermost last).
 #pragma once
 
-#include <deque>
+#include <vector>
 
 namespace sgutils {
 
@@ -10,7 +10,9 @@ struct CopyTask;
 
 struct CopyableData {
   bool copyable = true;
-  std::deque<CopyTask*> activeTasks;
+  // A vector, not a deque: an empty deque allocates, and every Copyable
+  // object is made with this data.
+  std::vector<CopyTask*> activeTasks;
 };
 
 }  // namespace sgutils

@@ -1,14 +1,17 @@
 // A method of the Copyable mixin or of a subclass that overrides one:
 // copyElement and connectCopyToTree are restricted to the copy classes
-// (CopyContext and Copyable, with its subclasses), copy is public. Inputs are
-// untyped, so arrays pass as they are.
+// (CopyContext and Copyable, with its subclasses, and the classes the
+// Copyable registration names), copy is public. Inputs are untyped, so
+// arrays pass as they are, unless given with their types.
 #pragma once
 
 #include <initializer_list>
 #include <memory>
+#include <vector>
 
 #include "sgutils/SgutilsExport.h"
 #include "vcos/COSMethodBase.h"
+#include "vcos/COSMethodSignature.h"
 #include "vcos/ExtendedMemberAccess.h"
 
 namespace sgutils {
@@ -19,6 +22,8 @@ class SGUTILS_API CopyableMethod : public COSMethodBase {
 
   CopyableMethod(COSID classId, const char* name, Body body, std::initializer_list<const char*> inputs,
                  std::initializer_list<const char*> outputs, bool restricted, unsigned signatureFlags = 0);
+  CopyableMethod(COSID classId, const char* name, Body body, std::vector<COSMethodSignature::Argument> inputs,
+                 std::vector<COSMethodSignature::Argument> outputs, bool restricted, unsigned signatureFlags = 0);
   const ExtendedMemberAccess* getExtendedAccess() const override { return access_.get(); }
   void invoke(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) const override;
 

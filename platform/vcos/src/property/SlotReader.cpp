@@ -31,6 +31,7 @@ void SlotReader::bind(const COSClass* cls, const COSPropInfo* property, const CO
   client_ = client;
   tables_ = nullptr;
   storedWord_ = false;
+  lender_ = nullptr;
   default_ = COSValue();
   const PropSlot* slot = cls && property ? cls->findSlot(property) : nullptr;
   if (!slot) return;
@@ -40,6 +41,9 @@ void SlotReader::bind(const COSClass* cls, const COSPropInfo* property, const CO
   // out a copy of it or of the default, releaseValue frees that copy).
   storedWord_ = typeid(*property) == typeid(COSPropT) || typeid(*property) == typeid(COSGenericProp);
   if (storedWord_) default_ = property->getFactoryDefault();
+  lender_ = nullptr;
+  if (!storedWord_ && property->getDefiningClass())
+    lender_ = findobjLender(property->getDefiningClass()->getID(), COSID(property->getName()));
 }
 
 bool SlotReader::readThroughPath(COSInterface* o, Value& out) const {

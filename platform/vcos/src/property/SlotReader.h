@@ -21,6 +21,7 @@
 #include "vcos/src/core/ObjectOps.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/FindobjLender.h"
 
 class COSClient;
 class COSCustomMetaClass;
@@ -74,6 +75,7 @@ class SlotReader {
       // elsewhere, no listeners on the object, public get access.
       if (s.property == property_ && !(s.route & kGetRoutes) && !(x && x->propertyListenerCount > 0) &&
           property_->getMemberGetAccess() == PublicAccess && !property_->getExtendedGetAccess()) {
+        if (lend && lender_ && lender_(o, out.word_)) return true;
         if (lend && storedWord_) {
           out.word_ = default_;
           if (x)
@@ -102,6 +104,7 @@ class SlotReader {
   std::uint32_t index_ = 0;        // of the property's slot
   bool storedWord_ = false;        // a plain COSPropT with a slot: may lend
   COSValue default_;               // its default, lent
+  FindobjLender lender_ = nullptr;  // what lends the value of a computed property
 };
 
 }  // namespace vcos::internal

@@ -1,12 +1,15 @@
 // findobj of class "handle" over a real tree: order, each condition and their
 // combinations, custom children lists, depth, the errors of a bad list, and
 // values read as the public client reads them (listeners, custom gets,
-// access, defaults).
+// access, defaults), and values lent by a lender.
 #include <gtest/gtest.h>
+
+#include <map>
 
 #include "../VcosTestClasses.h"
 #include "../builtin/BuiltinTestSupport.h"
 #include "vcos/Findobj.h"
+#include "vcos/FindobjLender.h"
 
 using bt::number;
 using bt::text;
@@ -299,6 +302,69 @@ TEST(FindobjCustomGet, ValuesComeFromTheCustomGetAndGoBackToIt) {
   EXPECT_EQ(vxGetNumberOfElements(found.get()), 1u);
   EXPECT_EQ(j.customGetNames, std::vector<std::string>(4, "Size")) << "one custom get per object";
   EXPECT_EQ(j.customReleaseNames, j.customGetNames) << "each value went back where it came from";
+  top->deleteObject(COSGetPublicClient());
+}
+
+
+// fo.Scored: a computed "Score" (every get says 1) whose lender, when one is
+// installed, says what `lent` holds for the object.
+std::map<const COSInterface*, double> lent;
+
+class ScorePI final : public COSPropT {
+ public:
+  explicit ScorePI(COSID cls) : COSPropT(cls, COSID("Score"), COSDataTypePtr("double scalar"), COSValue()) {}
+  COSValue getValue(COSInterface*) const override { return COSValue::fromDouble(1); }
+};
+
+class ScoredInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "Scored"; }
+  void initializeClass(COSClass* c, const COSClient*) override {
+    c->addSuperclass(COSID("bt.Node"));
+    c->addProperty(new ScorePI(c->getID()));
+  }
+};
+
+bool lendScore(COSInterface* object, COSValue& out) {
+  const auto found = lent.find(object);
+  if (found == lent.end()) return false;
+  out = COSValue::fromDouble(found->second);
+  return true;
+}
+
+TEST(FindobjLender, ALentValueIsComparedOnlyWhereTheGetTakesItsPlainCourse) {
+  registerItem();
+  static const bool done = [] {
+    COSPackage::getNamespace("fo")->addClass(new ScoredInfo);
+    return true;
+  }();
+  (void)done;
+  const COSID scored("fo.Scored"), score("Score");
+  COSInterfacePtr top = bt::make("fo.Scored"), x = bt::make("fo.Scored"), y = bt::make("fo.Scored");
+  top->hookChild(x);
+  top->hookChild(y);
+  auto start = bt::arr(top);
+  auto name = text("Score"), one = number(1), two = number(2);
+  auto count = [&](const matrix::unique_vxArray& value) {
+    const vxArray* args[] = {name.get(), value.get()};
+    return vxGetNumberOfElements(matrix::unique_vxArray(vcos::findobj(start.get(), 2, args)).get());
+  };
+  lent[x.get()] = 2;
+  EXPECT_EQ(count(one), 3u) << "no lender installed: every get says 1";
+
+  vcos::setFindobjLender(scored, score, &lendScore);
+  EXPECT_EQ(count(two), 1u) << "x lends 2";
+  EXPECT_EQ(count(one), 2u) << "what lends nothing is read";
+
+  // A listener on x's property: its value must come through the get.
+  auto onX = vt::listener([](COSInterface*, COSEventData*) {});
+  x->addPropertyListener(COSPropertyEvent::PostGet, vt::prop(x, "Score"), vt::L(onX));
+  EXPECT_EQ(count(two), 0u);
+  x->removePropertyListener(COSPropertyEvent::PostGet, vt::prop(x, "Score"), vt::L(onX));
+
+  vcos::setFindobjLender(scored, score, nullptr);
+  EXPECT_EQ(count(two), 0u) << "the lender is gone";
+  lent.clear();
   top->deleteObject(COSGetPublicClient());
 }
 

@@ -1,0 +1,26 @@
+// A way for findobj to look at a property's value without the copy that a
+// get hands out: the library that defines a computed property whose value it
+// keeps in the object installs a lender for it, and the search compares the
+// lent value before any other code runs, then lets go of it. Used only when
+// the get would take its plain course (public access, no routed get, no
+// property listeners on the object).
+#pragma once
+
+#include "foundation/PlatformExport.h"
+#include "vcos/COSInternedBase.h"
+#include "vcos/COSValue.h"
+
+class COSInterface;
+
+namespace vcos {
+
+// Puts the value of the property on `object` in `out`, borrowed, and answers
+// true; false: no value to lend (the search then reads it the usual way).
+using FindobjLender = bool (*)(COSInterface* object, COSValue& out);
+
+// For the property `name` of the class that defines it; replaces an earlier
+// lender, and a null lender removes it.
+VCOS_API void setFindobjLender(COSID definingClass, COSID name, FindobjLender lender);
+VCOS_API FindobjLender findobjLender(COSID definingClass, COSID name) noexcept;
+
+}  // namespace vcos
