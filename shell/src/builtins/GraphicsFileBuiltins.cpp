@@ -28,17 +28,6 @@ sgutils::GraphicsLoadOptions loadOptions(const vxReadOptions& read) {
   return options;
 }
 
-vxArray* handleFromText(const std::string& text) {
-  // str2func takes a bare name, and "@name" is how a named handle is saved.
-  static const BuiltinFn str2func = BuiltinRegistry::instance().find("str2func");
-  const bool named = text.size() > 1 && text[0] == '@' && text[1] != '(';
-  std::vector<Value> args;
-  args.push_back(Value::text(named ? std::string_view(text).substr(1) : std::string_view(text)));
-  Out out;
-  str2func(Interpreter::current(), 1, out, args);
-  return out.at(0).release();
-}
-
 // savefig(f, file): the figure and everything below it.
 void bSavefig(Interpreter&, int, Out&, Args in) {
   checkArgs("savefig", in, 2, 2);
@@ -56,7 +45,7 @@ void bSavefig(Interpreter&, int, Out&, Args in) {
 void bOpenfig(Interpreter&, int, Out& out, Args in) {
   checkArgs("openfig", in, 1, 1);
   std::vector<vxNamedValue> values =
-      sgutils::GraphicsFile::load(textArg("openfig", in[0]), loadOptions({handleFromText, {}, {}}));
+      sgutils::GraphicsFile::load(textArg("openfig", in[0]), loadOptions({functionHandleFromText, {}, {}}));
   for (vxNamedValue& v : values)
     if (v.name == kFigureEntry && vxIsObject(v.value.get())) {
       out.push_back(Value(v.value.release()));

@@ -16,10 +16,7 @@ SaveLoadHooks& SaveLoadHooks::instance() {
   return hooks;
 }
 
-namespace {
-
-// A function handle from its saved text, made the way str2func makes one.
-vxArray* handleFromText(const std::string& text) {
+vxArray* functionHandleFromText(const std::string& text) {
   static const BuiltinFn str2func = BuiltinRegistry::instance().find("str2func");
   // A named handle is saved as "@name"; str2func takes the bare name.
   const bool named = text.size() > 1 && text[0] == '@' && text[1] != '(';
@@ -29,6 +26,8 @@ vxArray* handleFromText(const std::string& text) {
   str2func(Interpreter::current(), 1, out, args);
   return out.at(0).release();
 }
+
+namespace {
 
 bool isVariableName(const std::string& name) {
   auto letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
@@ -64,7 +63,7 @@ void bLoad(Interpreter& in, int nargout, Out& out, Args args) {
   const std::string file = textArg("load", args[0]);
   const SaveLoadHooks& hooks = SaveLoadHooks::instance();
   std::vector<vxNamedValue> values =
-      hooks.load ? hooks.load(file, {handleFromText, {}, {}}) : vxLoadValuesFile(file, {handleFromText, {}, {}});
+      hooks.load ? hooks.load(file, {functionHandleFromText, {}, {}}) : vxLoadValuesFile(file, {functionHandleFromText, {}, {}});
   if (nargout > 0) {
     Value s(vxCreateStructMatrix(1, 1, 0, nullptr));
     for (vxNamedValue& v : values) {

@@ -23,4 +23,7 @@ struct SaveLoadHooks {
   static SaveLoadHooks& instance();
 };
 
+// A function handle from its saved text, made the way str2func makes one.
+vxArray* functionHandleFromText(const std::string& text);
+
 }  // namespace sgsh::builtins
