@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "sgclasses/ClassNames.h"
 #include "sgclasses/Objects.h"
 #include "sgclasses/Registration.h"
 #include "support/PropertyAccess.h"
@@ -24,6 +25,18 @@ class ClassesTest : public ::testing::Test {
  protected:
   void SetUp() override { sgclasses::registerClasses(); }
   void TearDown() override { sgclasses::releaseRoot(); }
+};
+
+// A figure holding an axes holding a line, made fresh for each test.
+class LineInAxesTest : public ClassesTest {
+ protected:
+  void SetUp() override {
+    ClassesTest::SetUp();
+    figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+    axes = sgclasses::create(sgclasses::kAxesClass, figure);
+    line = sgclasses::create(sgclasses::kLineClass, axes);
+  }
+  COSInterfacePtr figure, axes, line;
 };
 
 using sgtest::get;

@@ -15,14 +15,8 @@ namespace {
 
 using sgtest::errorId;
 
-class CompactDisplayMethodsTest : public ClassesTest {
+class CompactDisplayMethodsTest : public LineInAxesTest {
  protected:
-  void SetUp() override {
-    ClassesTest::SetUp();
-    figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
-    axes = sgclasses::create(sgclasses::kAxesClass, figure);
-    line = sgclasses::create(sgclasses::kLineClass, axes);
-  }
   // Runs a method info directly with array inputs; its one output as text.
   static std::string run(const COSMethodInfo& method, std::initializer_list<const vxArray*> in, int nlhs = 1) {
     std::vector<COSValue> args;
@@ -32,7 +26,6 @@ class CompactDisplayMethodsTest : public ClassesTest {
     Arr result(out[0].asPointer<vxArray>());
     return result && vxIsChar(result.get()) ? vxArrayToStdString(result.get()) : std::string();
   }
-  COSInterfacePtr figure, axes, line;
 };
 
 TEST_F(CompactDisplayMethodsTest, ShortClassNameAndGraphicsForMixedArrays) {

@@ -38,16 +38,7 @@ double numberOf(const COSInterfacePtr& object) {
   return vxGetScalar(call("double", {self.get()}).get());
 }
 
-class HandleMethodsTest : public ClassesTest {
- protected:
-  void SetUp() override {
-    ClassesTest::SetUp();
-    figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
-    axes = sgclasses::create(sgclasses::kAxesClass, figure);
-    line = sgclasses::create(sgclasses::kLineClass, axes);
-  }
-  COSInterfacePtr figure, axes, line;
-};
+using HandleMethodsTest = LineInAxesTest;
 
 TEST_F(HandleMethodsTest, ScalarConversionTakesObjectsNumbersAndEmpties) {
   const double n = numberOf(line);
