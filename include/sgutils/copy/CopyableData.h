@@ -2,7 +2,7 @@
 // copied, and the tasks now running copyElement on it (innermost last).
 #pragma once
 
-#include <deque>
+#include <vector>
 
 namespace sgutils {
 
@@ -10,7 +10,8 @@ struct CopyTask;
 
 struct CopyableData {
   bool copyable = true;
-  std::deque<CopyTask*> activeTasks;
+  // Empty costs no allocation: every object carries this.
+  std::vector<CopyTask*> activeTasks;
 };
 
 }  // namespace sgutils
