@@ -1,5 +1,7 @@
 // Class registrations of "vantel.graphics.internal.CopyContext" and
 // "vantel.graphics.mixin.internal.Copyable".
+#include <new>
+
 #include "sgutils/copy/Copyable.h"
 #include "sgutils/copy/CopyableMethod.h"
 #include "sgutils/copy/CopyContextImpl.h"
@@ -8,6 +10,7 @@
 #include "src/copy/CopyClient.h"
 #include "src/copy/ObjectArgumentType.h"
 #include "src/copy/CopyElement.h"
+#include "src/lifecycle/BlockPool.h"
 #include "vcos/AbstractClassInfo.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClassInfo.h"
@@ -139,9 +142,13 @@ class CopyableCI final : public AbstractClassInfo {
   }
   void* allocateInstance(COSInterface* instance) override {
     if (cls_) cls_->notifyInstanceAllocated(instance);
-    return new CopyableData;
+    // Made with every object: from the block pools, beside the other blocks.
+    return ::new (blockpool::allocate(sizeof(CopyableData))) CopyableData;
   }
-  void deallocateInstance(COSInterface*, void* data) override { delete static_cast<CopyableData*>(data); }
+  void deallocateInstance(COSInterface*, void* data) override {
+    static_cast<CopyableData*>(data)->~CopyableData();
+    blockpool::release(data, sizeof(CopyableData));
+  }
   bool willAllocateData() const override { return true; }
 
  private:

@@ -3,13 +3,15 @@
 // are kept for reuse and never handed back. Per thread, so no locking; a
 // block freed on another thread joins that thread's list. Larger blocks,
 // and every block under AddressSanitizer (which then sees each one), go to
-// the general allocator.
+// the general allocator. Other per-object data of the library (the Copyable
+// data) comes from the same pools through BlockPool.h.
 #include <array>
 #include <cstddef>
 #include <new>
 #include <utility>
 
 #include "sgutils/lifecycle/SGReference.h"
+#include "src/lifecycle/BlockPool.h"
 
 namespace {
 
@@ -46,7 +48,7 @@ std::array<SizeClass, kLargest / kGranule + 1>& sizeClasses() {
 
 }  // namespace
 
-void* SGReference::operator new(std::size_t size) {
+void* sgutils::blockpool::allocate(std::size_t size) {
   if (!kPooled || size > kLargest) return ::operator new(size);
   const std::size_t index = (size + kGranule - 1) / kGranule;
   SizeClass& c = sizeClasses()[index];
@@ -59,9 +61,13 @@ void* SGReference::operator new(std::size_t size) {
   return std::exchange(c.bump, c.bump + bytes);
 }
 
-void SGReference::operator delete(void* block, std::size_t size) noexcept {
+void sgutils::blockpool::release(void* block, std::size_t size) noexcept {
   if (!block) return;
   if (!kPooled || size > kLargest) return ::operator delete(block);
   SizeClass& c = sizeClasses()[(size + kGranule - 1) / kGranule];
   c.free = ::new (block) FreeBlock{c.free};
 }
+
+void* SGReference::operator new(std::size_t size) { return sgutils::blockpool::allocate(size); }
+
+void SGReference::operator delete(void* block, std::size_t size) noexcept { sgutils::blockpool::release(block, size); }

@@ -236,7 +236,7 @@ def source(d, src):
     out.append(t.BLOCK_FRAME.substitute(n=n, destroy=destroy, package_getter=d.package_getter,
                                         full_name=d.full_name, base=base, setup=setup))
     for r in d.of("triple"):
-        out.append(t.FACE_SETTER.substitute(n=n, x=r.name, arg=arg_of(r.cpp), word=word_of(r.cpp, "value")))
+        out.append(t.TRIPLE_SETTER.substitute(n=n, x=r.name, arg=arg_of(r.cpp), word=word_of(r.cpp, "value")))
         out.append(t.MODE_SETTER.substitute(n=n, x=r.name))
     for r in d.of("single"):
         out.append(t.SINGLE_SETTER.substitute(n=n, x=r.name, arg=arg_of(r.cpp), word=word_of(r.cpp, "value")))

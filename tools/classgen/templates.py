@@ -252,6 +252,27 @@ FACE_SETTER = T("""void $n::set$x($arg value, graphics::datatype::ClientEnum cli
 
 """)
 
+# A triple's setter: the faces kept per class; a public write goes through
+# the face's setPublicValueIn on this block (the client path's steps,
+# without its trips when nothing observes the set).
+TRIPLE_SETTER = T("""void $n::set$x($arg value, graphics::datatype::ClientEnum client) {
+  static const COSID publicFace("$x"), internalFace("${x}_I");
+  struct PublicTag;
+  struct InternalTag;
+  COSInterface* self = getCOSObject();
+  COSClass* cls = getClassInstance();
+  if (!self || !cls) return;
+  if (client != graphics::datatype::PrivateClient) {
+    static_cast<${x}PI*>(sgutils::cachedFace<PublicTag>(cls, publicFace))
+        ->setPublicValueIn<${x}ModePI, ${x}_IPI>(*this, self, $word);
+    return;
+  }
+  // The class itself writes the internal face, so the mode stays as it is.
+  self->setPropertyValue(getPrivateClient(), sgutils::cachedFace<InternalTag>(cls, internalFace), $word);
+}
+
+""")
+
 SINGLE_SETTER = T("""void $n::set$x($arg value, graphics::datatype::ClientEnum client) {
   static const COSID face("$x");
   COSInterface* self = getCOSObject();

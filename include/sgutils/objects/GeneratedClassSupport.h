@@ -32,6 +32,20 @@ COSClass* cachedGeneratedClass(COSPackage* (*package)(), const char* name) {
   return slot;
 }
 
+// The property `name` of the generated class `cls`, looked up once per class
+// and kept beside it (per instance, like the class): the typed setters reach
+// their face without a look-up per call.
+template <class Tag>
+COSPropInfo* cachedFace(COSClass* cls, COSID name) {
+  struct Entry {
+    COSClass* cls = nullptr;
+    COSPropInfo* property = nullptr;
+  };
+  Entry& e = PerInstance<Tag, Entry>::get([] { return Entry{}; });
+  if (e.cls != cls) e = {cls, cls->findPropertyExact(name)};
+  return e.property;
+}
+
 // Sets a graphics metadata attribute (such as "HasCallbackProperty") of an
 // event a class has just added; the event's meta class must have it.
 SGUTILS_API void setEventAttribute(COSEventInfo* event, COSID attribute, bool value);

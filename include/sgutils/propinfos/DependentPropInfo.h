@@ -1,18 +1,20 @@
 // The public face `X` of a generated property triple. It holds nothing: every
 // value operation goes to `X_I`. A public write first turns the mode manual
 // (setModeManual, called by the custom set path: `XMode` is written manual as
-// the public client, through the client path, so its listeners hear it), then
-// passes the value on through the web check. `X_I` and `XMode` are found by
-// name on first use and kept.
+// the public client, so its listeners hear it; straight to the mode when
+// nothing observes it), then passes the value on through the web check.
+// `X_I` and `XMode` are found by name on first use and kept.
 #pragma once
 
 #include "sgutils/propinfos/BlockOf.h"
+#include "sgutils/propinfos/DirectFaceSet.h"
 #include "sgutils/propinfos/FactoryDefaultInitializers.h"
 #include "sgutils/propinfos/PropInfoBase.h"
 #include "sgutils/propinfos/WebPropertyChecks.h"
 #include "sgdatatypes/Enumeration.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
+#include "vcos/FaultInjection.h"
 
 namespace sgutils {
 
@@ -41,7 +43,34 @@ class DependentPropInfo : public PropInfoBase, public DependentPropertyFactoryDe
 
   void setModeManual(COSInterface* instance) override {
     if (!blockOf<Class>(instance, getClassID())) return;
-    instance->setPropertyValue(COSGetPublicClient(), mode(), COSValue(graphics::datatype::canonicalEnumerationByte(1)));
+    detail::setModeManualPublic(instance, mode());
+  }
+
+  // A public client's set of this face, as the typed setter of the block
+  // `block` of the instance makes it: the client path's own steps without
+  // its trips when nothing observes the set (DirectFaceSet.h), else the
+  // client path. `ModePI` and `InternalPI` are the classes of `XMode` and
+  // `X_I`.
+  template <class ModePI, class InternalPI>
+  void setPublicValueIn(Class& block, COSInterface* instance, COSValue value) {
+    switch (detail::publicFaceSetCourse(instance, this, mode())) {
+      case detail::FaceSetCourse::ModeThenValue:
+        // The mode was found unobserved too: both are written as their
+        // client paths would write them, one fault point each.
+        vcos::fault::at(vcos::fault::Point::PropertySet);
+        vcos::fault::at(vcos::fault::Point::PropertySet);
+        static_cast<ModePI*>(mode())->setIn(block, instance, COSValue(graphics::datatype::canonicalEnumerationByte(1)));
+        checkWebPropertySet(instance, getName(), value);
+        static_cast<InternalPI*>(internal())->setIn(block, instance, value);
+        return;
+      case detail::FaceSetCourse::Plain:
+        vcos::fault::at(vcos::fault::Point::PropertySet);
+        setValue(instance, value);
+        return;
+      case detail::FaceSetCourse::ClientPath:
+        break;
+    }
+    instance->setPropertyValue(COSGetPublicClient(), this, value);
   }
 
  private:

@@ -36,19 +36,22 @@ class InternalPropInfo : public PropInfoBase, public InternalPropertyFactoryDefa
   }
 
   void setValue(COSInterface* instance, COSValue value) override {
-    Class* block = blockOf<Class>(instance, getClassID());
-    if (!block) return;
+    if (Class* block = blockOf<Class>(instance, getClassID())) setIn(*block, instance, value);
+  }
+
+  // setValue on the instance's block, for a caller that holds it.
+  void setIn(Class& block, COSInterface* instance, COSValue value) {
     const COSDataType& t = *type();
-    const COSValue old = PI::read(*block);
+    const COSValue old = PI::read(block);
     const bool same = t.isEqual(old, value);
     if constexpr (requires(Class& b, COSValue v) { PI::assign(b, v); }) {
-      PI::assign(*block, value);
+      PI::assign(block, value);
     } else {
       const COSValue copy = t.copy(value);
       t.destroy(old);
-      PI::store(*block, copy);
+      PI::store(block, copy);
     }
-    if (!same) block->doPostSet(COSInterfacePtr(instance), this, false, true);
+    if (!same) block.doPostSet(COSInterfacePtr(instance), this, false, true);
   }
 
   void releaseValue(COSInterface*, COSValue) const override {}

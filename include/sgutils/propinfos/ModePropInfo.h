@@ -43,15 +43,18 @@ class ModePropInfo : public PropInfoBase, public ModePropertyFactoryDefaultIniti
   }
 
   void setValue(COSInterface* instance, COSValue value) override {
-    Class* block = blockOf<Class>(instance, getClassID());
-    if (!block) return;
+    if (Class* block = blockOf<Class>(instance, getClassID())) setIn(*block, instance, value);
+  }
+
+  // setValue on the instance's block, for a caller that holds it.
+  void setIn(Class& block, COSInterface* instance, COSValue value) {
     checkWebPropertySet(instance, getName(), value);
-    const unsigned char old = PI::readMode(*block);
+    const unsigned char old = PI::readMode(block);
     const auto* next = value.asPointer<const unsigned char>();
     const bool changed = isTransitionToAuto(&old, next);
-    PI::storeMode(*block, next ? *next : 0);
+    PI::storeMode(block, next ? *next : 0);
     if (changed) {
-      block->doPostSet(COSInterfacePtr(instance), this, false, true);
+      block.doPostSet(COSInterfacePtr(instance), this, false, true);
       themes::modeSetBackToAuto(instance, this);
     }
   }

@@ -183,13 +183,18 @@ void Triples::DefaultsApplied(COSInterfacePtr object, bool fromReset) {
 
 void Triples::setSelected(bool value, graphics::datatype::ClientEnum client) {
   static const COSID publicFace("Selected"), internalFace("Selected_I");
+  struct PublicTag;
+  struct InternalTag;
   COSInterface* self = getCOSObject();
   COSClass* cls = getClassInstance();
   if (!self || !cls) return;
+  if (client != graphics::datatype::PrivateClient) {
+    static_cast<SelectedPI*>(sgutils::cachedFace<PublicTag>(cls, publicFace))
+        ->setPublicValueIn<SelectedModePI, Selected_IPI>(*this, self, COSValue::fromBool(value));
+    return;
+  }
   // The class itself writes the internal face, so the mode stays as it is.
-  const bool isPublic = client != graphics::datatype::PrivateClient;
-  COSPropInfo* property = cls->findPropertyExact(isPublic ? publicFace : internalFace);
-  self->setPropertyValue(isPublic ? COSGetPublicClient() : getPrivateClient(), property, COSValue::fromBool(value));
+  self->setPropertyValue(getPrivateClient(), sgutils::cachedFace<InternalTag>(cls, internalFace), COSValue::fromBool(value));
 }
 
 void Triples::setSelectedMode(graphics::datatype::AutoManual mode) {
@@ -201,13 +206,18 @@ void Triples::setSelectedMode(graphics::datatype::AutoManual mode) {
 
 void Triples::setHighlight(bool value, graphics::datatype::ClientEnum client) {
   static const COSID publicFace("Highlight"), internalFace("Highlight_I");
+  struct PublicTag;
+  struct InternalTag;
   COSInterface* self = getCOSObject();
   COSClass* cls = getClassInstance();
   if (!self || !cls) return;
+  if (client != graphics::datatype::PrivateClient) {
+    static_cast<HighlightPI*>(sgutils::cachedFace<PublicTag>(cls, publicFace))
+        ->setPublicValueIn<HighlightModePI, Highlight_IPI>(*this, self, COSValue::fromBool(value));
+    return;
+  }
   // The class itself writes the internal face, so the mode stays as it is.
-  const bool isPublic = client != graphics::datatype::PrivateClient;
-  COSPropInfo* property = cls->findPropertyExact(isPublic ? publicFace : internalFace);
-  self->setPropertyValue(isPublic ? COSGetPublicClient() : getPrivateClient(), property, COSValue::fromBool(value));
+  self->setPropertyValue(getPrivateClient(), sgutils::cachedFace<InternalTag>(cls, internalFace), COSValue::fromBool(value));
 }
 
 void Triples::setHighlightMode(graphics::datatype::AutoManual mode) {
@@ -219,13 +229,18 @@ void Triples::setHighlightMode(graphics::datatype::AutoManual mode) {
 
 void Triples::setStyle(const graphics::datatype::RGBAColor& value, graphics::datatype::ClientEnum client) {
   static const COSID publicFace("Style"), internalFace("Style_I");
+  struct PublicTag;
+  struct InternalTag;
   COSInterface* self = getCOSObject();
   COSClass* cls = getClassInstance();
   if (!self || !cls) return;
+  if (client != graphics::datatype::PrivateClient) {
+    static_cast<StylePI*>(sgutils::cachedFace<PublicTag>(cls, publicFace))
+        ->setPublicValueIn<StyleModePI, Style_IPI>(*this, self, COSValue(&value));
+    return;
+  }
   // The class itself writes the internal face, so the mode stays as it is.
-  const bool isPublic = client != graphics::datatype::PrivateClient;
-  COSPropInfo* property = cls->findPropertyExact(isPublic ? publicFace : internalFace);
-  self->setPropertyValue(isPublic ? COSGetPublicClient() : getPrivateClient(), property, COSValue(&value));
+  self->setPropertyValue(getPrivateClient(), sgutils::cachedFace<InternalTag>(cls, internalFace), COSValue(&value));
 }
 
 void Triples::setStyleMode(graphics::datatype::AutoManual mode) {
@@ -237,13 +252,18 @@ void Triples::setStyleMode(graphics::datatype::AutoManual mode) {
 
 void Triples::setWidth(double value, graphics::datatype::ClientEnum client) {
   static const COSID publicFace("Width"), internalFace("Width_I");
+  struct PublicTag;
+  struct InternalTag;
   COSInterface* self = getCOSObject();
   COSClass* cls = getClassInstance();
   if (!self || !cls) return;
+  if (client != graphics::datatype::PrivateClient) {
+    static_cast<WidthPI*>(sgutils::cachedFace<PublicTag>(cls, publicFace))
+        ->setPublicValueIn<WidthModePI, Width_IPI>(*this, self, COSValue::fromDouble(value));
+    return;
+  }
   // The class itself writes the internal face, so the mode stays as it is.
-  const bool isPublic = client != graphics::datatype::PrivateClient;
-  COSPropInfo* property = cls->findPropertyExact(isPublic ? publicFace : internalFace);
-  self->setPropertyValue(isPublic ? COSGetPublicClient() : getPrivateClient(), property, COSValue::fromDouble(value));
+  self->setPropertyValue(getPrivateClient(), sgutils::cachedFace<InternalTag>(cls, internalFace), COSValue::fromDouble(value));
 }
 
 void Triples::setWidthMode(graphics::datatype::AutoManual mode) {

@@ -106,6 +106,38 @@ TEST(PropertySet, ListenersSeeTheValueBeforeAndAfterTheStore) {
   EXPECT_THROW(s->addPropertyListener(COSPropertyEvent::PostSet, vt::prop(s, "Quiet"), vt::L(quietListener)), Error);
 }
 
+// The query behind the library's short course for unobserved sets: it must
+// say no wherever the client path would do more than the property's set.
+TEST(PropertySet, UnobservedPublicSetAnswersOnlyForThePlainCourse) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  COSInterfacePtr c = vt::make("vt.Circle");
+  COSPropInfo* width = vt::prop(s, "Width");
+  COSCustomMetaClass* custom = nullptr;
+  EXPECT_TRUE(s->isUnobservedPublicSet(width, custom));
+  EXPECT_EQ(custom, nullptr);
+  EXPECT_FALSE(c->isUnobservedPublicSet(vt::prop(c, "Secret"), custom)) << "protected";
+  EXPECT_FALSE(s->isUnobservedPublicSet(vt::prop(c, "Radius"), custom)) << "a property of another class";
+
+  COSInterfacePtr l = vt::listener([](COSInterface*, COSEventData*) {});
+  s->addPropertyListener(COSPropertyEvent::PreSet, width, vt::L(l));
+  EXPECT_FALSE(s->isUnobservedPublicSet(width, custom)) << "an object listener";
+  s->removePropertyListener(COSPropertyEvent::PreSet, width, vt::L(l));
+  EXPECT_TRUE(s->isUnobservedPublicSet(width, custom));
+  s->getClass()->addClassPropertyListener(COSGetPublicClient(), COSPropertyEvent::PostSet, width, vt::L(l));
+  EXPECT_FALSE(s->isUnobservedPublicSet(width, custom)) << "a class listener";
+  s->getClass()->removeClassPropertyListener(COSPropertyEvent::PostSet, width, vt::L(l));
+  EXPECT_TRUE(s->isUnobservedPublicSet(width, custom));
+
+  COSInterfacePtr o = vt::cls("vt.Tracked")->createInstance(COSGetPublicClient());
+  EXPECT_TRUE(o->isUnobservedPublicSet(vt::prop(o, "Color"), custom));
+  EXPECT_NE(custom, nullptr) << "the custom set's meta class";
+  EXPECT_TRUE(o->isUnobservedPublicSet(vt::prop(o, "Size"), custom));
+  EXPECT_EQ(custom, nullptr);
+  COSPropInfo* size = vt::prop(o, "Size");
+  o->deleteObject(COSGetPublicClient());
+  EXPECT_FALSE(o->isUnobservedPublicSet(size, custom)) << "a deleted object";
+}
+
 TEST(PropertySet, GenericPropertiesCopyStoredValuesAndResetToDefaults) {
   COSInterfacePtr s = vt::make("vt.Shape");
   EXPECT_EQ(vt::get<std::string>(s, "WindowStyle"), "none");

@@ -23,6 +23,7 @@
 
 class COSClass;
 class COSClient;
+class COSCustomMetaClass;
 class COSEventData;
 class COSInterfacePtr;
 class COSListener;
@@ -104,6 +105,11 @@ class VCOS_API COSInterface {
   COSValue getPropertyValue(const COSClient* client, const COSPropInfo* property);
   void setPropertyValue(const COSClient* client, const COSPropInfo* property, COSValue value);
   void releasePropertyValue(const COSClient* client, const COSPropInfo* property, COSValue value);
+  // For a caller that does the set path's work itself: true when a public
+  // client's set of `property` (a property of the class) on this live object
+  // would pass the access check and reach no listener; `customSet` is then
+  // the meta class whose customSetPropertyValue the path would run, or null.
+  bool isUnobservedPublicSet(const COSPropInfo* property, COSCustomMetaClass*& customSet) const noexcept;
   // The same with the property as found by findProperty; raises
   // "VANTEL:vcos:UnknownProperty" for a null or non-property pointer.
   COSValue getPropertyValue(const COSClient* client, const COSInterfacePtr& property);

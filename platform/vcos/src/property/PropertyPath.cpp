@@ -163,6 +163,15 @@ void COSInterface::setPropertyValue(const COSClient* client, const COSPropInfo* 
   setObserved(this, slot, property, value);
 }
 
+bool COSInterface::isUnobservedPublicSet(const COSPropInfo* property, COSCustomMetaClass*& customSet) const noexcept {
+  if ((state_ & kDestroyed) || !class_) return false;
+  const PropSlot* slot = class_->findSlot(property);
+  if (!slot || (slot->route & vcos::internal::kRouteClassListeners) || hasPropertyListeners(this)) return false;
+  if (property->getMemberSetAccess() != PublicAccess || property->getExtendedSetAccess()) return false;
+  customSet = (slot->route & vcos::internal::kRouteCustomSet) ? slot->customSet : nullptr;
+  return true;
+}
+
 // A value of a property whose gets go through a meta class goes back to that
 // meta class. Classes without any such property pay one flag test.
 void COSInterface::releasePropertyValue(const COSClient*, const COSPropInfo* property, COSValue value) {
