@@ -47,7 +47,7 @@ build: deps $(BUILD)/build.ninja
 	cmake --build $(BUILD) -j $(JOBS)
 
 demo: build
-	./$(BUILD)/shell/sgsh examples/objects.sg
+	cd $(BUILD) && ./shell/sgsh $(CURDIR)/examples/objects.sg
 	./$(BUILD)/shell/sgsh examples/tour.sg
 	cd $(BUILD) && ./shell/sgsh $(CURDIR)/examples/picture.sg
 	@echo "The figure's picture: $(BUILD)/demo.png (and demo.svg, demo.pdf; dark theme: demo-dark.png)"
