@@ -13,7 +13,10 @@
 #include "sgutils/objects/GraphicsUIProperties.gen.h"
 #include "sgutils/objects/Layoutable.gen.h"
 #include "sgutils/objects/Legacy.gen.h"
+#include "sgutils/objects/MixinMethod.h"
 #include "sgutils/objects/Themeable.gen.h"
+#include "sgutils/objects/ViewPropertiesManager.gen.h"
+#include "sgutils/propinfos/BlockOf.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSPropInfo.h"
@@ -92,27 +95,58 @@ void GraphicsNode::runOtherLineSetups(COSInterfacePtr object) {
   static const COSID lines[] = {graphics::internal::GraphicsUIProperties::classID(),
                                 graphics::internal::Legacy::classID(), graphics::mixin::CurrentAxes::classID(),
                                 graphics::mixin::Layoutable::classID(),
-                                graphics::mixin::Themeable::classID()};
+                                graphics::mixin::Themeable::classID(),
+                                graphics::mixin::ViewPropertiesManager::classID()};
   for (const COSID& id : lines) {
     auto* block = static_cast<SGReference*>(object->getInstanceData(id));
     if (block && block != static_cast<SGReference*>(this)) block->Setup(object);
   }
   // The view strategy is chosen when the object is made; the names a class
-  // starts with go to the view at the next drawnow.
-  viewProperties_.setStrategy(object.get());
-  if (viewProperties_.hasDirtyProperties() && !std::exchange(dirty_, true)) markDirty(object.get());
+  // starts with go to the view at the next drawnow. The block is kept at
+  // hand, so a set marks its name without looking the block up.
+  viewProperties_ = graphics::mixin::ViewPropertiesManager::fromObject(object.get());
+  if (!viewProperties_) return;
+  viewProperties_->setStrategy(object.get());
+  if (viewProperties_->hasDirtyProperties()) queueForViews(object.get());
+}
+
+void GraphicsNode::queueForViews(COSInterface* object) {
+  if (!std::exchange(dirty_, true)) markDirty(object);
 }
 
 void GraphicsNode::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
   GraphicsCoreProperties::doPostSet(object, property, flags);
-  viewProperties_.markViewPropertyDirty(object.get(), property->getName());
-  if (!std::exchange(dirty_, true)) markDirty(object.get());
+  if (viewProperties_) viewProperties_->markViewPropertyDirty(object.get(), property->getName());
+  queueForViews(object.get());
 }
 
 void GraphicsNode::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
   GraphicsCoreProperties::doPostSet(object, property, limitsDirty, objectDirty);
-  viewProperties_.markViewPropertyDirty(object.get(), property->getName());
-  if (!std::exchange(dirty_, true)) markDirty(object.get());
+  if (viewProperties_) viewProperties_->markViewPropertyDirty(object.get(), property->getName());
+  queueForViews(object.get());
+}
+
+namespace {
+
+// markViewPropertiesDirty on a concrete object: the manager's method, then
+// the object joins the next drawnow, so the names reach the views and are
+// emptied there like those of a set.
+void markViewPropertiesDirtyMethod(const COSClient*, int&, COSValue*, int nrhs, const COSValue* prhs) {
+  if (nrhs < 1) return;
+  const vxArray* self = prhs[0].asPointer<const vxArray>();
+  if (!self || !omIsVCOS(self) || vxGetNumberOfElements(self) != 1) return;
+  COSInterfacePtr object = omGetLiveArrayElement(self, 0);
+  auto* node = object ? sgutils::blockOf<GraphicsNode>(object.get(), GraphicsNode::classID()) : nullptr;
+  if (!node || !node->viewProperties()) return;
+  node->viewProperties()->markViewPropertiesDirty(object.get(), nrhs > 1 ? prhs[1].asPointer<const vxArray>() : nullptr);
+  if (node->viewProperties()->hasDirtyProperties()) node->queueForViews(object.get());
+}
+
+}  // namespace
+
+void GraphicsNode::addMethods(COSClass* cls, COSID classId) {
+  sgutils::addMixinMethod(cls, classId, "markViewPropertiesDirty", &markViewPropertiesDirtyMethod, {"object", "names"},
+                          {});
 }
 
 }  // namespace sgclasses

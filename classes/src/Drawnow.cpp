@@ -41,7 +41,8 @@ std::size_t drawnow() {
     auto* node = sgutils::blockOf<GraphicsNode>(object.get(), GraphicsNode::classID());
     if (!node) continue;
     node->takeDirty();
-    detail::tellViews(object.get(), node->viewProperties());
+    if (graphics::mixin::ViewPropertiesManager* manager = node->viewProperties())
+      detail::tellViews(object.get(), *manager);
     if (!object->getClass()->isSubclassOf(Line::classID())) continue;
     Line* line = static_cast<Line*>(node);
     if (line->isDataValid()) {

@@ -5,7 +5,7 @@
 #include "sgclasses/ViewInfo.h"
 #include "sgutils/objects/GraphicsNode.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
-#include "sgutils/view/ViewPropertiesManager.h"
+#include "sgutils/objects/ViewPropertiesManager.gen.h"
 
 namespace sgclasses {
 
@@ -27,7 +27,8 @@ ScopedViewRegistration::~ScopedViewRegistration() { std::erase(views(), view_); 
 std::vector<std::string> pendingViewProperties(COSInterface* object) {
   if (!object) return {};
   auto* node = sgutils::blockOf<GraphicsNode>(object, GraphicsNode::classID());
-  return node ? node->viewProperties().getDirtyPropertyStrings() : std::vector<std::string>();
+  return node && node->viewProperties() ? node->viewProperties()->getDirtyPropertyStrings()
+                                        : std::vector<std::string>();
 }
 
 namespace detail {

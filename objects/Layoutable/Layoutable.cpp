@@ -230,17 +230,49 @@ void setupStrategyMethod(const COSClient*, int&, COSValue*, int nrhs, const COSV
   if (block) block->setupPositionReportStrategy(nrhs > 1 ? prhs[1].asPointer<const vxArray>() : nullptr);
 }
 
+// The four access lists of the registration, each for the restricted
+// methods of one side of a layout: the observers of Layout (containers, grid
+// controls, the test observer), what places an object by hand, what parents
+// components, and what hands an object its options. The list adds these
+// classes to Layoutable and its subclasses, which are always admitted.
+const ExtendedMemberAccess& observerAccess() {
+  static const ExtendedMemberAccess list{
+      COSID("vantel.ui.container.internal.model.LayoutContainer"),
+      COSID("vantel.graphics.interaction.graphicscontrol.layoutable.GridLayoutableControl"),
+      COSID("sg2utils.MockLayoutObserver")};
+  return list;
+}
+const ExtendedMemberAccess& positionAccess() {
+  static const ExtendedMemberAccess list{COSID("vantel.ui.internal.mixin.Positionable")};
+  return list;
+}
+const ExtendedMemberAccess& parentAccess() {
+  static const ExtendedMemberAccess list{COSID("vantel.ui.control.Component"),
+                                         COSID("vantel.graphics.mixin.UIParentable")};
+  return list;
+}
+const ExtendedMemberAccess& containerAccess() {
+  static const ExtendedMemberAccess list{COSID("vantel.ui.container.internal.model.LayoutContainer"),
+                                         COSID("vantel.graphics.interaction.graphicscontrol.ControlManager"),
+                                         COSID("sg2utils.MockLayoutObserver")};
+  return list;
+}
+
 }  // namespace
 
 void Layoutable::addMethods(COSClass* cls, COSID classId) {
   using sgutils::addMixinMethod;
-  addMixinMethod(cls, classId, "addLayoutPropertyValueChangeObserver", &addObserverMethod, {"object", "observer"}, {});
-  addMixinMethod(cls, classId, "removeLayoutPropertyValueChangeObserver", &removeObserverMethod,
-                 {"object", "observer"}, {});
-  addMixinMethod(cls, classId, "allowManualPositionSet", &allowManualPositionSetMethod, {"object"}, {"result"});
-  addMixinMethod(cls, classId, "layoutableValidateParentAndState", &validateParentMethod, {"object", "parent"}, {});
-  addMixinMethod(cls, classId, "setLayoutFromLayoutContainer", &setLayoutFromContainerMethod, {"object", "layout"},
-                 {});
+  using sgutils::addRestrictedMixinMethod;
+  addRestrictedMixinMethod(cls, classId, "addLayoutPropertyValueChangeObserver", &addObserverMethod,
+                           {"object", "observer"}, {}, observerAccess());
+  addRestrictedMixinMethod(cls, classId, "removeLayoutPropertyValueChangeObserver", &removeObserverMethod,
+                           {"object", "observer"}, {}, observerAccess());
+  addRestrictedMixinMethod(cls, classId, "allowManualPositionSet", &allowManualPositionSetMethod, {"object"},
+                           {"result"}, positionAccess());
+  addRestrictedMixinMethod(cls, classId, "layoutableValidateParentAndState", &validateParentMethod,
+                           {"object", "parent"}, {}, parentAccess());
+  addRestrictedMixinMethod(cls, classId, "setLayoutFromLayoutContainer", &setLayoutFromContainerMethod,
+                           {"object", "layout"}, {}, containerAccess());
   addMixinMethod(cls, classId, "getRelativePosition", &getRelativePositionMethod,
                  {"object", "position", "units", "target"}, {"position"});
   addMixinMethod(cls, classId, "isInGridLayout", &isInGridLayoutMethod, {"object"}, {"result"});

@@ -14,6 +14,7 @@
 #include "sgutils/defaults/DefaultNameAccess.h"
 #include "sgutils/objects/GraphicsNode.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
+#include "vcos/ObjectCalls.h"
 
 namespace sgtest::classes {
 namespace {
@@ -46,7 +47,7 @@ Arr row(std::initializer_list<double> values) {
 }
 
 graphics::mixin::ViewPropertiesManager& managerOf(const COSInterfacePtr& object) {
-  return sgutils::blockOf<sgclasses::GraphicsNode>(object.get(), sgclasses::GraphicsNode::classID())->viewProperties();
+  return *sgutils::blockOf<sgclasses::GraphicsNode>(object.get(), sgclasses::GraphicsNode::classID())->viewProperties();
 }
 
 TEST_F(ClassesTest, DrawnowTellsTheViewEachChangedNameOnceAndEmptiesTheSet) {
@@ -126,6 +127,30 @@ TEST_F(ClassesTest, ConcreteObjectsTakeTheLegacyStrategyOnFirstMark) {
     EXPECT_STREQ(e.what(), "Array is not cell array.");
   }
   manager.markClean();
+}
+
+// Names marked through the manager's method on a concrete object reach the
+// views at the next drawnow like those of a set, once each, and are gone
+// after it.
+TEST_F(ClassesTest, NamesMarkedThroughTheMethodReachTheViewsAtTheNextDrawnow) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, axes);
+  sgclasses::drawnow();
+  RecordingView view;
+  sgclasses::ScopedViewRegistration registration(view);
+  Arr self = obj(line);
+  Arr cell(vxCreateCellMatrix(1, 2));
+  vxSetCell(cell.get(), 0, vxCreateString("A"));
+  vxSetCell(cell.get(), 1, vxCreateString("B_I"));
+  const vxArray* inputs[] = {self.get(), cell.get()};
+  vxArray* outputs[1] = {nullptr};
+  ASSERT_TRUE(omCallMethod(line->getClass()->getID(), "markViewPropertiesDirty", COSGetPublicClient(), 0, outputs, 2,
+                           inputs, true));
+  set(line, "Color", Arr(vxCreateString("r")).get());
+  EXPECT_EQ(sgclasses::pendingViewProperties(line.get()), (Names{"A", "B", "Color"}));
+  sgclasses::drawnow();
+  EXPECT_EQ(view.of(line), (std::vector<Names>{{"A", "B", "Color"}}));
+  EXPECT_TRUE(sgclasses::pendingViewProperties(line.get()).empty());
 }
 
 // The view hears whether the object is shown: hidden by itself or by any

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "MixinTestSupport.h"
@@ -171,13 +173,16 @@ TEST_F(LayoutableTest, ObserversHearEachChangeInOrderWithTheOldLayout) {
   EXPECT_TRUE(block.getLayout().isEmpty());
 }
 
-TEST_F(LayoutableTest, TheMethodsReachTheObserversAndTheParentCheckFromTheLanguage) {
+// The restricted methods as their callers reach them: an observer adds
+// itself, the layoutable side checks a parent and asks whether a manual
+// position is allowed.
+TEST_F(LayoutableTest, TheMethodsReachTheObserversAndTheParentCheckThroughTheClassSystem) {
   COSInterfacePtr observer = another("sg2utils.MockLayoutObserver");
   Arr self = obj(object), watcher = obj(observer);
   const vxArray* inputs[] = {self.get(), watcher.get()};
   vxArray* outputs[1] = {nullptr};
-  ASSERT_TRUE(omCallMethod(object->getClass()->getID(), "addLayoutPropertyValueChangeObserver", COSGetPublicClient(),
-                           0, outputs, 2, inputs, true));
+  ASSERT_TRUE(omCallMethod(object->getClass()->getID(), "addLayoutPropertyValueChangeObserver",
+                           MockLayoutObserver::getPrivateClient(), 0, outputs, 2, inputs, true));
   Arr value = obj(options);
   set(object, "Layout", value.get());
   EXPECT_EQ(layoutCalls().size(), 1u);
@@ -185,12 +190,57 @@ TEST_F(LayoutableTest, TheMethodsReachTheObserversAndTheParentCheckFromTheLangua
   COSInterfacePtr container = another("vantel.graphics.layout.Layout");
   Arr parent = obj(container);
   const vxArray* parentInputs[] = {self.get(), parent.get()};
-  ASSERT_TRUE(omCallMethod(object->getClass()->getID(), "layoutableValidateParentAndState", COSGetPublicClient(), 0,
-                           outputs, 2, parentInputs, true));
-  ASSERT_TRUE(omCallMethod(object->getClass()->getID(), "allowManualPositionSet", COSGetPublicClient(), 1, outputs,
-                           1, inputs, true));
+  const COSClient* own = ConcreteLayoutable::getPrivateClient();
+  ASSERT_TRUE(omCallMethod(object->getClass()->getID(), "layoutableValidateParentAndState", own, 0, outputs, 2,
+                           parentInputs, true));
+  ASSERT_TRUE(omCallMethod(object->getClass()->getID(), "allowManualPositionSet", own, 1, outputs, 1, inputs, true));
   Arr allowed(outputs[0]);
   EXPECT_EQ(vxGetScalar(allowed.get()), 0.0);
+}
+
+// Each restricted method admits its own access list and the Layoutable
+// classes, and refuses everyone else, the language's public client
+// included; the public methods admit all.
+TEST_F(LayoutableTest, RestrictedMethodsAdmitTheirListAndTheLayoutableClassesOnly) {
+  COSInterfacePtr observer = another("sg2utils.MockLayoutObserver");
+  Arr self = obj(object), watcher = obj(observer), none = empty();
+  auto refusal = [&](const char* method, const COSClient* client) {
+    const std::string_view name(method);
+    // The object, then an observer, or an empty parent or layout.
+    const vxArray* inputs[] = {self.get(), name.find("Observer") != name.npos ? watcher.get() : none.get()};
+    const int nrhs = name.find("Observer") != name.npos || name == "setLayoutFromLayoutContainer" ||
+                             name == "layoutableValidateParentAndState"
+                         ? 2
+                         : 1;
+    const int nlhs = name == "allowManualPositionSet" || name == "isInGridLayout" ? 1 : 0;
+    vxArray* outputs[1] = {nullptr};
+    const std::string id = errorId([&] {
+      omCallMethod(object->getClass()->getID(), method, client, nlhs, outputs, nrhs, inputs, true);
+    });
+    if (outputs[0]) vxDestroyArray(outputs[0]);
+    return id;
+  };
+  const std::string denied = "VANTEL:vcos:MethodAccessDenied";
+  const COSClient* publicClient = COSGetPublicClient();
+  const COSClient* mock = MockLayoutObserver::getPrivateClient();
+  const COSClient* own = ConcreteLayoutable::getPrivateClient();
+  // A layout container of the graphics kind is no class of any list.
+  const COSClient* container = graphics::layout::Layout::getPrivateClient();
+  for (const char* method : {"addLayoutPropertyValueChangeObserver", "removeLayoutPropertyValueChangeObserver",
+                             "setLayoutFromLayoutContainer"}) {
+    EXPECT_EQ(refusal(method, publicClient), denied) << method;
+    EXPECT_EQ(refusal(method, container), denied) << method;
+    EXPECT_EQ(refusal(method, mock), "") << method;
+    EXPECT_EQ(refusal(method, own), "") << method;
+  }
+  // The observer's lists do not open the positioning and parenting methods.
+  for (const char* method : {"allowManualPositionSet", "layoutableValidateParentAndState"}) {
+    EXPECT_EQ(refusal(method, publicClient), denied) << method;
+    EXPECT_EQ(refusal(method, mock), denied) << method;
+    EXPECT_EQ(refusal(method, own), "") << method;
+  }
+  for (const char* method : {"isInGridLayout", "resetLayout", "markLayoutPropertyDirty"})
+    EXPECT_EQ(refusal(method, publicClient), "") << method;
 }
 
 TEST_F(LayoutableTest, ANewParentKeepsTheLayoutUnderALayoutKindAndClearsItElsewhere) {

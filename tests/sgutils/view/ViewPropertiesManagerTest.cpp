@@ -1,12 +1,19 @@
-// The manager's choice of strategy by the kind of component, and its walk
-// to the figure that may hold app-building defaults, over classes of the
-// class system made for the test.
+// The manager's choice of strategy by the kind of component, its walk to
+// the figure that may hold app-building defaults, and its methods, over
+// classes of the class system made for the test that take the manager on as
+// a superclass.
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "sgutils/view/ViewPropertiesManager.h"
+#include "sgutils/objects/ViewPropertiesManager.gen.h"
+#include "sgutils/sgutils.h"
+#include "support/ErrorId.h"
+#include "vcos/ObjectArray.h"
+#include "vcos/ObjectCalls.h"
 #include "vcos/vcos.h"
+#include "vx/matrix.h"
+#include "vx/vx.h"
 
 namespace {
 
@@ -22,7 +29,10 @@ class ContainerInfo final : public COSClassInfo {
 class PanelInfo final : public COSClassInfo {
  public:
   const char* getName() const override { return "Panel"; }
-  void initializeClass(COSClass* c, const COSClient*) override { c->addSuperclass(COSID("lyt.Container")); }
+  void initializeClass(COSClass* c, const COSClient*) override {
+    c->addSuperclass(COSID("lyt.Container"));
+    c->addSuperclass(ViewPropertiesManager::classID());
+  }
 };
 
 // vmt.Figure with the property whose value marks an app-building figure.
@@ -30,6 +40,7 @@ class FigureInfo final : public COSClassInfo {
  public:
   const char* getName() const override { return "Figure"; }
   void initializeClass(COSClass* c, const COSClient*) override {
+    c->addSuperclass(ViewPropertiesManager::classID());
     std::string flag = "yes";
     c->addProperty(new COSPropT(c->getID(), COSID("HasAppBuildingDefaults"), COSDataTypePtr("asciiString"),
                                 COSValue(&flag)));
@@ -39,7 +50,7 @@ class FigureInfo final : public COSClassInfo {
 class PlainInfo final : public COSClassInfo {
  public:
   const char* getName() const override { return "Button"; }
-  void initializeClass(COSClass*, const COSClient*) override {}
+  void initializeClass(COSClass* c, const COSClient*) override { c->addSuperclass(ViewPropertiesManager::classID()); }
 };
 
 struct Namespace final : COSNamespaceInfo {
@@ -50,6 +61,7 @@ struct Namespace final : COSNamespaceInfo {
 
 COSInterfacePtr make(const char* className) {
   static const bool registered = [] {
+    VLInitialize_sgutils();
     COSPackage::addNamespace(new Namespace("lyt"))->addClass(new ContainerInfo);
     COSPackage* vmt = COSPackage::addNamespace(new Namespace("vmt"));
     vmt->addClass(new PanelInfo);
@@ -59,6 +71,12 @@ COSInterfacePtr make(const char* className) {
   }();
   (void)registered;
   return COSClass::getClass(COSID(className))->createInstance(COSGetPublicClient());
+}
+
+ViewPropertiesManager& managerOf(const COSInterfacePtr& object) {
+  ViewPropertiesManager* manager = ViewPropertiesManager::fromObject(object.get());
+  EXPECT_NE(manager, nullptr);
+  return *manager;
 }
 
 struct Objects {
@@ -72,7 +90,7 @@ struct Objects {
 TEST(ViewPropertiesManager, ACustomComponentKeepsNoNamesAndNoCache) {
   Objects objects;
   COSInterfacePtr panel = objects("vmt.Panel");
-  ViewPropertiesManager manager;
+  ViewPropertiesManager& manager = managerOf(panel);
   EXPECT_TRUE(ViewPropertiesManager::isCustomComponent(panel.get()));
   manager.markViewPropertyDirty(panel.get(), "Title");
   EXPECT_EQ(manager.strategy(), nullptr);
@@ -84,7 +102,7 @@ TEST(ViewPropertiesManager, ACustomComponentKeepsNoNamesAndNoCache) {
 TEST(ViewPropertiesManager, AnyOtherComponentGetsOneStrategyForLife) {
   Objects objects;
   COSInterfacePtr button = objects("vmt.Button");
-  ViewPropertiesManager manager;
+  ViewPropertiesManager& manager = managerOf(button);
   EXPECT_FALSE(ViewPropertiesManager::isCustomComponent(button.get()));
   EXPECT_FALSE(ViewPropertiesManager::isVantelComponent(button.get()));
   manager.markViewPropertyDirty(button.get(), "Text_I");
@@ -111,6 +129,70 @@ TEST(ViewPropertiesManager, TheWalkUpStopsAtTheFirstFigure) {
   EXPECT_TRUE(ViewPropertiesManager::isInAppBuildingFigure(figure.get()));
   // Only a class named Figure counts.
   EXPECT_FALSE(ViewPropertiesManager::isAppBuildingFigure(panel));
+}
+
+using Arr = matrix::unique_vxArray;
+
+// Calls a method of the object's class as the language does (public client).
+Arr call(const COSInterfacePtr& object, const char* method, const vxArray* argument = nullptr) {
+  Arr self(omCreateVCOSScalar(object));
+  const vxArray* inputs[] = {self.get(), argument};
+  vxArray* outputs[1] = {nullptr};
+  EXPECT_TRUE(omCallMethod(object->getClass()->getID(), method, COSGetPublicClient(), 1, outputs, argument ? 2 : 1,
+                           inputs, true));
+  return Arr(outputs[0]);
+}
+
+std::vector<std::string> texts(const vxArray* row) {
+  std::vector<std::string> out;
+  for (std::size_t i = 0; i < vxGetNumberOfElements(row); ++i) {
+    const std::u16string s = vxGetStringElement(row, i).value_or(u"");
+    out.emplace_back(s.begin(), s.end());
+  }
+  return out;
+}
+
+Arr cell(std::initializer_list<const char*> names) {
+  Arr c(vxCreateCellMatrix(1, names.size()));
+  std::size_t i = 0;
+  for (const char* name : names) vxSetCell(c.get(), i++, vxCreateString(name));
+  return c;
+}
+
+TEST(ViewPropertiesManager, TheMethodsMarkReadAndDisableFromTheLanguage) {
+  Objects objects;
+  COSInterfacePtr button = objects("vmt.Button");
+  call(button, "markViewPropertiesDirty", cell({"A", "B_I", "A"}).get());
+  Arr names = call(button, "getDirtyProperties");
+  ASSERT_TRUE(vxIsA(names.get(), "string"));
+  EXPECT_EQ(texts(names.get()), (std::vector<std::string>{"ContextMenu", "A", "B"}));
+  EXPECT_TRUE(vxIsLogicalScalarTrue(call(button, "isCacheReady").get()));
+  call(button, "disableCache");
+  EXPECT_FALSE(vxIsLogicalScalarTrue(call(button, "isCacheReady").get()));
+  EXPECT_FALSE(vxIsLogicalScalarTrue(call(button, "isInAppBuildingFigure").get()));
+
+  // A custom component has no strategy: no names, and no cache.
+  COSInterfacePtr panel = objects("vmt.Panel");
+  call(panel, "markViewPropertiesDirty", cell({"Title"}).get());
+  Arr none = call(panel, "getDirtyProperties");
+  EXPECT_FALSE(vxIsA(none.get(), "string"));
+  EXPECT_TRUE(vxIsEmpty(none.get()));
+  EXPECT_FALSE(vxIsLogicalScalarTrue(call(panel, "isCacheReady").get()));
+}
+
+// The names are read entry by entry as cells: a value with entries that is
+// no cell is refused before any name is marked, and one without entries
+// marks nothing and passes.
+TEST(ViewPropertiesManager, MarkingFromAValueThatIsNoCellIsRefusedAtItsFirstEntry) {
+  Objects objects;
+  COSInterfacePtr button = objects("vmt.Button");
+  ViewPropertiesManager& manager = managerOf(button);
+  Arr numbers(vxCreateDoubleScalar(1));
+  EXPECT_EQ(sgtest::errorId([&] { manager.markViewPropertiesDirty(button.get(), numbers.get()); }),
+            "VANTEL:sgutils:NotCellArray");
+  Arr nothing(vxCreateDoubleMatrix(0, 0, vxREAL));
+  EXPECT_EQ(sgtest::errorId([&] { manager.markViewPropertiesDirty(button.get(), nothing.get()); }), "");
+  EXPECT_EQ(manager.getDirtyPropertyStrings(), (std::vector<std::string>{"ContextMenu"}));
 }
 
 }  // namespace

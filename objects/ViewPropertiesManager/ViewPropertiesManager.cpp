@@ -1,13 +1,19 @@
-#include "sgutils/view/ViewPropertiesManager.h"
+// The hand-written half of ViewPropertiesManager: the choice of strategy by
+// the kind of component, the marks, the walk up to a figure that may hold
+// app-building defaults, and the methods that reach them from the language.
+#include "sgutils/objects/ViewPropertiesManager.gen.h"
 
 #include <string_view>
 
 #include "foundation/core/except/Error.h"
+#include "sgutils/objects/MixinMethod.h"
+#include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/view/LegacyRuntimeViewStrategy.h"
 #include "sgutils/view/RuntimeViewStrategy.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSInterface.h"
+#include "vcos/ObjectArray.h"
 #include "vx/vx.h"
 
 namespace graphics::mixin {
@@ -24,6 +30,10 @@ std::string_view plainName(const COSInterface* object) {
 }
 
 }  // namespace
+
+ViewPropertiesManager* ViewPropertiesManager::fromObject(const COSInterface* object) noexcept {
+  return object ? sgutils::blockOf<ViewPropertiesManager>(object, classID()) : nullptr;
+}
 
 bool ViewPropertiesManager::isCustomComponent(const COSInterface* self) {
   static const COSID container("lyt.Container");
@@ -73,9 +83,12 @@ void ViewPropertiesManager::markViewPropertyDirty(COSInterface* self, std::strin
 
 void ViewPropertiesManager::markViewPropertiesDirty(COSInterface* self, const vxArray* names) {
   setStrategy(self);
-  if (!names || !vxIsCell(names)) throw Error("VANTEL:sgutils:NotCellArray");
-  const std::size_t n = vxGetNumberOfElements(names);
+  // Every entry is read as a cell, so a value that is no cell is refused at
+  // its first entry and an empty one marks nothing. A cell keeps exactly its
+  // elements, so no index runs past the end.
+  const std::size_t n = names ? vxGetNumberOfElements(names) : 0;
   for (std::size_t i = 0; i < n; ++i) {
+    if (!vxIsCell(names)) throw Error("VANTEL:sgutils:NotCellArray");
     const vxArray* entry = vxGetCell(names, i);
     const std::string name = entry ? vxArrayToStdString(entry) : std::string();
     if (strategy_) strategy_->markDirty(name);
@@ -93,6 +106,62 @@ vxArray* ViewPropertiesManager::getDirtyProperties() const {
   for (std::size_t i = 0; i < names.size(); ++i)
     vxSetStringElement(out, i, std::u16string(names[i].begin(), names[i].end()));
   return out;
+}
+
+namespace {
+
+// The block of the method's object (its first input), or null.
+ViewPropertiesManager* selfBlock(int nrhs, const COSValue* prhs, COSInterfacePtr& object) {
+  if (nrhs < 1) return nullptr;
+  const vxArray* self = prhs[0].asPointer<const vxArray>();
+  if (!self || !omIsVCOS(self) || vxGetNumberOfElements(self) != 1) return nullptr;
+  object = omGetLiveArrayElement(self, 0);
+  return ViewPropertiesManager::fromObject(object.get());
+}
+
+void getDirtyPropertiesMethod(const COSClient*, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) {
+  COSInterfacePtr object;
+  ViewPropertiesManager* block = selfBlock(nrhs, prhs, object);
+  vxArray* names = block ? block->getDirtyProperties() : nullptr;
+  // No strategy (a custom component) reaches the language as an empty array.
+  nlhs = 1;
+  plhs[0] = COSValue(names ? names : vxCreateDoubleMatrix(0, 0, vxREAL));
+}
+
+void disableCacheMethod(const COSClient*, int&, COSValue*, int nrhs, const COSValue* prhs) {
+  COSInterfacePtr object;
+  if (ViewPropertiesManager* block = selfBlock(nrhs, prhs, object)) block->disableCache();
+}
+
+void isCacheReadyMethod(const COSClient*, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) {
+  COSInterfacePtr object;
+  ViewPropertiesManager* block = selfBlock(nrhs, prhs, object);
+  nlhs = 1;
+  plhs[0] = COSValue(vxCreateLogicalScalar(block && block->isCacheReady()));
+}
+
+void markViewPropertiesDirtyMethod(const COSClient*, int&, COSValue*, int nrhs, const COSValue* prhs) {
+  COSInterfacePtr object;
+  ViewPropertiesManager* block = selfBlock(nrhs, prhs, object);
+  if (block && nrhs > 1) block->markViewPropertiesDirty(object.get(), prhs[1].asPointer<const vxArray>());
+}
+
+void isInAppBuildingFigureMethod(const COSClient*, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) {
+  COSInterfacePtr object;
+  selfBlock(nrhs, prhs, object);
+  nlhs = 1;
+  plhs[0] = COSValue(vxCreateLogicalScalar(object && ViewPropertiesManager::isInAppBuildingFigure(object.get())));
+}
+
+}  // namespace
+
+void ViewPropertiesManager::addMethods(COSClass* cls, COSID classId) {
+  using sgutils::addMixinMethod;
+  addMixinMethod(cls, classId, "getDirtyProperties", &getDirtyPropertiesMethod, {"object"}, {"names"});
+  addMixinMethod(cls, classId, "disableCache", &disableCacheMethod, {"object"}, {});
+  addMixinMethod(cls, classId, "isCacheReady", &isCacheReadyMethod, {"object"}, {"result"});
+  addMixinMethod(cls, classId, "markViewPropertiesDirty", &markViewPropertiesDirtyMethod, {"object", "names"}, {});
+  addMixinMethod(cls, classId, "isInAppBuildingFigure", &isInAppBuildingFigureMethod, {"object"}, {"result"});
 }
 
 }  // namespace graphics::mixin
