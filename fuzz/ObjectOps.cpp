@@ -414,34 +414,33 @@ std::vector<std::uint8_t> damageBody(const std::vector<std::uint8_t>& framed, bo
 }
 
 // The current figure of the root and the current axes of a figure, read
-// before a load and set back after one that failed: a load hooks its figures
-// and axes, which makes them current, and deletes them when it fails. The
-// weak reference to a deleted current object would keep its memory (a
-// bounded hold, see the reliability notes) and the count would differ.
+// before a load: a load hooks its figures and axes, which makes them
+// current, and one that fails must leave the current ones as they were.
 class CurrentObjects {
  public:
   explicit CurrentObjects(std::initializer_list<COSInterfacePtr> holders) {
     for (const COSInterfacePtr& holder : holders) {
       if (!holder || holder->isDestroyed()) continue;
       for (const char* name : {"CurrentFigure", "CurrentAxes"})
-        if (holder->findPropertyInfo(COSID(name))) kept_.push_back({holder, name, getProperty(holder, name)});
+        if (holder->findPropertyInfo(COSID(name))) kept_.push_back({holder, name, objectIn(getProperty(holder, name))});
     }
   }
-  void restore() {
-    for (Kept& k : kept_) {
-      if (k.holder->isDestroyed()) continue;
-      const bool gone = k.value && omIsVCOS(k.value.get()) && vxGetNumberOfElements(k.value.get()) == 1 &&
-                        omGetArrayElement(k.value.get(), 0)->isDestroyed();
-      Arr none(vxCreateDoubleMatrix(0, 0, vxREAL));
-      setProperty(k.holder, k.name, gone || !k.value ? none.get() : k.value.get());
-    }
+  bool changed() const {
+    for (const Kept& k : kept_)
+      if (!k.holder->isDestroyed() && objectIn(getProperty(k.holder, k.name)) != k.object) return true;
+    return false;
   }
 
  private:
+  static COSInterface* objectIn(const Arr& value) {
+    return value && omIsVCOS(value.get()) && vxGetNumberOfElements(value.get()) == 1
+               ? omGetArrayElement(value.get(), 0).get()
+               : nullptr;
+  }
   struct Kept {
     COSInterfacePtr holder;
     const char* name;
-    Arr value;
+    COSInterface* object;
   };
   std::vector<Kept> kept_;
 };
@@ -500,7 +499,7 @@ void opSaveLoad(State& s, Bytes& in) {
     const std::string& id = e.identifier();
     if (id.rfind("VANTEL:vx:serialize:", 0) != 0 && id.rfind("VANTEL:sg:load:", 0) != 0)
       throw Violation{"a failed save or load raised " + id};
-    current.restore();
+    if (current.changed()) throw Violation{"a failed load changed the current figure or axes"};
     if (liveCount() != liveBefore) throw Violation{"a failed load changed the live object count"};
     throw;
   }

@@ -393,8 +393,10 @@ std::vector<Operation> operations() {
                  [](std::vector<COSInterfacePtr>& k) {
                    EXPECT_EQ(children(k[4]), std::vector<COSInterface*>{k[5].get()});
                    // A loaded axes hooked before the fault was the figure's
-                   // current axes for a while: the figure lets go of it.
-                   sgclasses::makeCurrent(k[5]);
+                   // current axes for a while: the figure's own is again.
+                   const Arr current = get(k[4], "CurrentAxes");
+                   ASSERT_TRUE(vxIsObject(current.get()));
+                   EXPECT_EQ(omGetArrayElement(current.get(), 0).get(), k[5].get());
                  }});
   return ops;
 }
