@@ -6,6 +6,8 @@
 #   make test   set everything up, build, run all tests
 # Further: make test-asan (tests under AddressSanitizer + UBSan), make bench,
 # make bench-anchors (the cross-system workloads and their ratios to Qt 5),
+# make bench-million (a million objects made, searched, copied, saved, loaded
+# and deleted, with the resident memory after each step),
 # make fuzz-language (the language fuzz target for FUZZ_SECONDS seconds),
 # make fuzz-objectops (the object-operations target), make fuzz-graphicsfile
 # (the graphics-file loader), make fuzz (all three),
@@ -26,7 +28,7 @@ DEB_PACKAGES := cmake ninja-build g++ pkg-config ccache python3 \
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
-.PHONY: all deps build demo test test-unit test-install test-asan bench bench-anchors fuzz-build fuzz fuzz-language fuzz-objectops fuzz-graphicsfile install clean
+.PHONY: all deps build demo test test-unit test-install test-asan bench bench-anchors bench-million fuzz-build fuzz fuzz-language fuzz-objectops fuzz-graphicsfile install clean
 
 all: build
 
@@ -86,6 +88,13 @@ bench-anchors: deps
 	cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DSG_BUILD_TESTS=OFF $(CMAKE_FLAGS)
 	cmake --build $(BENCH_BUILD) -j $(JOBS) --target sg_anchor_workloads
 	bench/anchors/run_anchors.sh $(ANCHORS) ./$(BENCH_BUILD)/bench/anchors/sg_anchor_workloads $(ANCHOR_RUNS)
+
+# A million graphics objects in one run (bench/million), in the
+# RelWithDebInfo tree: MILLION_ARGS gives the count and the steps
+# (e.g. "200000 fc"; see the program's head comment).
+MILLION_ARGS ?=
+bench-million: build
+	./$(BUILD)/bench/million/sg_million_objects $(MILLION_ARGS)
 
 # The language fuzz target: clang, libFuzzer, ASan and UBSan. It starts from
 # the script tests and keeps what it learns in $(FUZZ_BUILD)/corpus; inputs

@@ -9,11 +9,14 @@
 #include <cmath>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <limits>
+#include <string>
 #include <unordered_set>
 #include <vector>
 
 #include "foundation/core/except/Error.h"
+#include "foundation/core/except/IMsgIDException.h"
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Drawnow.h"
 #include "sgclasses/Objects.h"
@@ -21,6 +24,8 @@
 #include "sgclasses/Theming.h"
 #include "sgutils/copy/CopyContext.h"
 #include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/persistence/GraphicsFile.h"
+#include "sgutils/tree/ChildStrategy.h"
 #include "sgutils/themes/ThemeUtils.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSEventData.h"
@@ -33,6 +38,9 @@
 #include "vcos/VxProperty.h"
 #include "vx/matrix.h"
 #include "vx/vx.h"
+
+#include <unistd.h>
+#include <zstd.h>
 
 namespace sgfuzz {
 namespace {
@@ -73,6 +81,10 @@ struct Registration {
 
 struct State {
   std::vector<COSInterfacePtr> pool;
+  // Objects outside the tree that something besides the pool still held
+  // when the pool let go of them (a value of their own or of another such
+  // object): a cycle of counted references, deleted at the end of the run.
+  std::vector<COSInterfacePtr> held;
   std::vector<Registration> listeners;
   std::vector<Arr> values;
 };
@@ -298,7 +310,11 @@ void opRemoveListener(State& s, Bytes& in) {
 // Lets go of the pool's reference: an object outside the tree goes with it.
 void opDrop(State& s, Bytes& in) {
   const std::uint8_t b = in.next();
-  if (b < s.pool.size()) s.pool.erase(s.pool.begin() + b);
+  if (b >= s.pool.size()) return;
+  const COSInterfacePtr watch(s.pool[b], COSWeakReference);
+  s.pool.erase(s.pool.begin() + b);
+  if (watch->isDestroyed() || watch->isBeingDestroyed() || watch->getOwnerObject()) return;
+  if (std::find(s.pool.begin(), s.pool.end(), watch) == s.pool.end()) s.held.emplace_back(watch, COSStrongReference);
 }
 
 void opDrawnow(State&, Bytes&) { sgclasses::drawnow(); }
@@ -322,14 +338,209 @@ void opTheme(State& s, Bytes& in) {
     throw Violation{"a theme change left an object half-themed"};
 }
 
-// The opcode byte picks a row. Save/load joins here as a row of its own;
-// appending keeps the meaning of the existing corpus.
+// The shape of a tree as the saver keeps it: classes, with the children in
+// order (oldest first, hidden ones too), those with Serializable off left out.
+void shapeOf(COSInterface* object, std::string& out) {
+  out += object->getClass()->getName();
+  out += '(';
+  static const COSID serializable("Serializable");
+  for (COSInterface* c = object->getOldestChild(); c; c = c->getNewerSibling()) {
+    if (c->isBeingDestroyed() || c->isDestroyed() || !SGHandle::fromObject(c)) continue;
+    if (c->findPropertyInfo(serializable) && !sgutils::ChildStrategy::isChildSerializable(COSInterfacePtr(c))) continue;
+    shapeOf(c, out);
+    out += ' ';
+  }
+  out += ')';
+}
+
+bool isBelow(const COSInterface* object, const COSInterface* ancestor) {
+  for (const COSInterface* up = object ? object->getOwnerObject() : nullptr; up; up = up->getOwnerObject())
+    if (up == ancestor) return true;
+  return false;
+}
+
+std::size_t liveCount() {
+  sgclasses::forgetDeletedDirtyObjects();
+  return vcos::liveObjectCount();
+}
+
+// A file of this process's own in the temporary folder, removed at the end.
+struct TemporaryFile {
+  std::filesystem::path path = std::filesystem::temp_directory_path() /
+                               ("sg-objectops-" + std::to_string(::getpid()) + ".sgfig");
+  ~TemporaryFile() {
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
+  }
+};
+
+std::uint64_t readLE(const std::uint8_t* p) {
+  std::uint64_t v = 0;
+  for (int i = 7; i >= 0; --i) v = (v << 8) | p[i];
+  return v;
+}
+
+void writeLE(std::uint8_t* p, std::uint64_t v, int bytes) {
+  for (int i = 0; i < bytes; ++i) p[i] = static_cast<std::uint8_t>(v >> (8 * i));
+}
+
+// The saved bytes with their MessagePack body damaged (a byte at `at`/256 of
+// its length changed, or the body cut there) and framed again, uncompressed
+// and with a matching checksum, so that the reader's and the loader's checks
+// of the content are what is tried rather than the checksum.
+std::vector<std::uint8_t> damageBody(const std::vector<std::uint8_t>& framed, bool cut, std::uint8_t at) {
+  constexpr std::size_t kHeader = 40;
+  if (framed.size() < kHeader) return framed;
+  std::vector<std::uint8_t> body(framed.begin() + kHeader, framed.end());
+  if (framed[12] & 1) {
+    std::vector<std::uint8_t> raw(readLE(&framed[24]));
+    if (ZSTD_isError(ZSTD_decompress(raw.data(), raw.size(), body.data(), body.size()))) return framed;
+    body = std::move(raw);
+  }
+  const std::size_t pos = body.size() * at / 256;
+  if (cut)
+    body.resize(pos);
+  else if (!body.empty())
+    body[pos] ^= 0x5a;
+  std::uint64_t h = 0xcbf29ce484222325ULL;
+  for (std::uint8_t b : body) h = (h ^ b) * 0x100000001b3ULL;
+  std::vector<std::uint8_t> out(framed.begin(), framed.begin() + kHeader);
+  writeLE(&out[12], 0, 4);
+  writeLE(&out[16], body.size(), 8);
+  writeLE(&out[24], body.size(), 8);
+  writeLE(&out[32], h, 8);
+  out.insert(out.end(), body.begin(), body.end());
+  return out;
+}
+
+// The current figure of the root and the current axes of a figure, read
+// before a load: a load hooks its figures and axes, which makes them
+// current, and one that fails must leave the current ones as they were.
+class CurrentObjects {
+ public:
+  explicit CurrentObjects(std::initializer_list<COSInterfacePtr> holders) {
+    for (const COSInterfacePtr& holder : holders) {
+      if (!holder || holder->isDestroyed()) continue;
+      for (const char* name : {"CurrentFigure", "CurrentAxes"})
+        if (holder->findPropertyInfo(COSID(name))) kept_.push_back({holder, name, objectIn(getProperty(holder, name))});
+    }
+  }
+  bool changed() const {
+    for (const Kept& k : kept_)
+      if (!k.holder->isDestroyed() && objectIn(getProperty(k.holder, k.name)) != k.object) return true;
+    return false;
+  }
+
+ private:
+  static COSInterface* objectIn(const Arr& value) {
+    return value && omIsVCOS(value.get()) && vxGetNumberOfElements(value.get()) == 1
+               ? omGetArrayElement(value.get(), 0).get()
+               : nullptr;
+  }
+  struct Kept {
+    COSInterfacePtr holder;
+    const char* name;
+    COSInterface* object;
+  };
+  std::vector<Kept> kept_;
+};
+
+// Saves one or two pool objects (as two variables) with their trees, to
+// memory or to a file, whole or damaged, and loads them back. A load either
+// raises an identifier of the reader or the loader and leaves the live count
+// where it was, or makes new objects: for an undamaged save each saved tree
+// comes back with the same shape, and an object saved below the other one
+// comes back below the other's copy. Figures go under the root; other tops
+// under the first object's parent or nowhere. The loaded tops join the pool.
+void opSaveLoad(State& s, Bytes& in) {
+  const std::uint8_t a = in.next();
+  const std::uint8_t second = in.next();
+  const std::uint8_t how = in.next();
+  const std::uint8_t where = in.next();
+  // The root is not saved: a file that holds it would make a second root.
+  if (a >= s.pool.size() || (second != 0xFF && second >= s.pool.size())) return;
+  COSInterfacePtr first = s.pool[a];
+  std::vector<COSInterfacePtr> saved{first};
+  if (second != 0xFF) saved.push_back(s.pool[second]);
+
+  std::vector<Arr> arrays;
+  std::vector<std::pair<std::string, const vxArray*>> values;
+  std::vector<std::string> shapes;
+  for (std::size_t i = 0; i < saved.size(); ++i) {
+    arrays.emplace_back(omCreateVCOSScalar(saved[i]));
+    values.emplace_back(i == 0 ? "a" : "b", arrays.back().get());
+    std::string shape;
+    if (!saved[i]->isDestroyed() && !saved[i]->isBeingDestroyed()) shapeOf(saved[i].get(), shape);
+    shapes.push_back(std::move(shape));
+  }
+  const bool secondBelowFirst = saved.size() == 2 && isBelow(saved[1].get(), saved[0].get());
+
+  sgutils::GraphicsLoadOptions options;
+  COSInterfacePtr home = (how & 4) && first->getOwnerObject() ? COSInterfacePtr(first->getOwnerObject()) : nullptr;
+  options.parentOfTopLevel = [home](const COSInterfacePtr& object) {
+    return sgclasses::isOfClass(object.get(), {sgclasses::kFigureClass}) ? sgclasses::root() : home;
+  };
+
+  CurrentObjects current{sgclasses::root(), home};
+  const std::size_t liveBefore = liveCount();
+  std::vector<vxNamedValue> loaded;
+  const int medium = how & 3;
+  try {
+    if (medium == 1) {
+      TemporaryFile file;
+      sgutils::GraphicsFile::save(file.path.string(), values);
+      loaded = sgutils::GraphicsFile::load(file.path.string(), options);
+    } else {
+      std::vector<std::uint8_t> bytes = sgutils::GraphicsFile::serialize(values);
+      if (medium >= 2) bytes = damageBody(bytes, medium == 3, where);
+      loaded = sgutils::GraphicsFile::deserialize(bytes, options);
+    }
+  } catch (const foundation::core::except::IMsgIDException& e) {
+    const std::string& id = e.identifier();
+    if (id.rfind("VANTEL:vx:serialize:", 0) != 0 && id.rfind("VANTEL:sg:load:", 0) != 0)
+      throw Violation{"a failed save or load raised " + id};
+    if (current.changed()) throw Violation{"a failed load changed the current figure or axes"};
+    if (liveCount() != liveBefore) throw Violation{"a failed load changed the live object count"};
+    throw;
+  }
+  if (medium >= 2) {
+    // A damaged file that still loads may hold anything; its objects join
+    // the pool for the steps after.
+    for (const vxNamedValue& v : loaded)
+      if (v.value && omIsVCOS(v.value.get()))
+        for (std::size_t k = 0; k < vxGetNumberOfElements(v.value.get()) && s.pool.size() < kPoolLimit; ++k)
+          if (COSInterfacePtr o = omGetArrayElement(v.value.get(), k)) s.pool.push_back(std::move(o));
+    return;
+  }
+  if (loaded.size() != saved.size()) throw Violation{"a load gave another number of values"};
+  for (std::size_t i = 0; i < loaded.size(); ++i) {
+    const vxArray* value = loaded[i].value.get();
+    if (shapes[i].empty()) continue;  // a deleted object is saved as none
+    if (!value || !omIsVCOS(value) || vxGetNumberOfElements(value) != 1)
+      throw Violation{"a saved object did not come back as one object"};
+    COSInterfacePtr copy = omGetArrayElement(value, 0);
+    if (!copy || copy == saved[i]) throw Violation{"a loaded object is no new object"};
+    if (copy->isDestroyed()) continue;
+    std::string shape;
+    shapeOf(copy.get(), shape);
+    if (shape != shapes[i]) throw Violation{"a loaded tree differs in shape: " + shapes[i] + " saved, " + shape + " loaded"};
+    if (i == 1 && secondBelowFirst) {
+      const COSInterfacePtr top = omGetArrayElement(loaded[0].value.get(), 0);
+      if (!isBelow(copy.get(), top.get())) throw Violation{"an object saved below another did not load below its copy"};
+      continue;
+    }
+    if (s.pool.size() < kPoolLimit) s.pool.push_back(std::move(copy));
+  }
+}
+
+// The opcode byte picks a row; new rows are appended, so that the kept
+// corpus keeps its meaning.
 constexpr Operation kOperations[] = {
     {"create", opCreate},         {"set", opSet},       {"get", opGet},
     {"reset", opReset},           {"reparent", opReparent}, {"reorder", opReorder},
     {"delete", opDelete},         {"add listener", opAddListener}, {"remove listener", opRemoveListener},
     {"drop", opDrop},             {"drawnow", opDrawnow},    {"theme", opTheme},
-    {"copy", opCopy},
+    {"copy", opCopy},             {"save and load", opSaveLoad},
 };
 
 // ---- consistency
@@ -408,6 +619,23 @@ std::string runObjectOps(std::span<const std::uint8_t> data) {
       else
         r.source->removeListener(r.event, COSListener::toListener(r.listener));
     }
+    s.listeners.clear();
+    // The pool lets go; what stays alive outside the tree is held by a cycle
+    // of references, let go of the way a user would: by deleting it.
+    std::vector<COSInterfacePtr> watched;
+    for (const COSInterfacePtr& o : s.pool) watched.emplace_back(o, COSWeakReference);
+    s.pool.clear();
+    for (const COSInterfacePtr& o : watched)
+      if (!o->isDestroyed() && !o->isBeingDestroyed() && !o->getOwnerObject()) s.held.emplace_back(o, COSStrongReference);
+    watched.clear();
+    for (const COSInterfacePtr& o : s.held)
+      if (!o->isDestroyed() && !o->isBeingDestroyed()) {
+        try {
+          o->deleteObject(nullptr);
+        } catch (const std::exception&) {
+          // A listener's error; the deletion itself ends.
+        }
+      }
   }
   // Objects outside the tree went with the pool, after the release: the
   // drawnow queue lets go of them now rather than when it next grows.

@@ -6,7 +6,10 @@ table in ObjectOps.cpp) and its bytes. Pool indices count the objects made
 so far; an index past the pool names the root."""
 import pathlib
 
-CREATE, SET, GET, RESET, REPARENT, REORDER, DELETE, ADD_L, REMOVE_L, DROP, DRAWNOW, THEME, COPY = range(13)
+CREATE, SET, GET, RESET, REPARENT, REORDER, DELETE, ADD_L, REMOVE_L, DROP, DRAWNOW, THEME, COPY, SAVE_LOAD = range(14)
+# How SAVE_LOAD saves: to memory, to a file, with a byte changed, cut short;
+# HOME puts loaded tops that are no figure under the first object's parent.
+MEMORY, FILE, FLIPPED, CUT, HOME = 0, 1, 2, 3, 4
 LIGHT, DARK, NO_THEME, WHITE = range(4)
 FIG, AXES, LINE, TEXT, PATCH, GROUP, MENU = range(7)
 ROOT, EMPTY = 0xC8, 0xFF
@@ -32,6 +35,12 @@ SEEDS = {
     "copies_of_trees": tree() + [
         SET, 2, 3, 7, COPY, 1, 0, 0, COPY, 0, ROOT, 1, COPY, 2, EMPTY, 0, COPY, 1, 2, 0, COPY, 0, 1, 0,
         ADD_L, 1, 3, 1, 5, COPY, 1, 0, 0, DELETE, 1, COPY, 2, 1, 0, COPY, 5, 5, 0, REPARENT, 7, 2, DRAWNOW],
+    "saves_and_loads": tree() + [
+        SET, 2, 3, 7, SET, 6, 5, 0xE7, THEME, 0, DARK, SAVE_LOAD, 0, EMPTY, MEMORY, 0,
+        SAVE_LOAD, 1, 6, FILE | HOME, 0, SAVE_LOAD, 5, EMPTY, MEMORY | HOME, 0, SAVE_LOAD, 2, 0, MEMORY, 0,
+        SAVE_LOAD, 0, EMPTY, FLIPPED, 40, SAVE_LOAD, 0, EMPTY, FLIPPED, 200, SAVE_LOAD, 1, EMPTY, CUT, 128,
+        ADD_L, 1, 3, 1, 5, SAVE_LOAD, 1, EMPTY, MEMORY | HOME, 0, DELETE, 2, SAVE_LOAD, 2, 1, MEMORY, 0,
+        SAVE_LOAD, ROOT, EMPTY, MEMORY, 0, DELETE, 0, SAVE_LOAD, 8, EMPTY, MEMORY, 0, DRAWNOW],
     "root_deleted": [CREATE, FIG, ROOT, DELETE, ROOT, CREATE, FIG, ROOT, SET, ROOT, 3, 8, RESET, ROOT],
     "theme_changes_with_listeners": tree() + [
         THEME, 0, DARK, SET, 2, 3, 7, THEME, 0, LIGHT, ADD_L, 2, 3, 1, 4, ADD_L, 0, 2, 2, 9, THEME, 0, DARK,

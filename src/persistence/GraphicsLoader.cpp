@@ -107,12 +107,14 @@ std::vector<vxNamedValue> GraphicsLoader::load(std::span<const std::uint8_t> byt
     done_ = true;
     return std::move(document.values);
   } catch (const IMsgIDException& e) {
+    restoreCurrentObjects();
     deleteMade();
     if (isLoaderIdentifier(e.identifier())) throw;
     // What the classes raise while a tree is built (a parent they refuse, a
     // callback that fails) reaches the caller as the loader's error.
     throw Error("VANTEL:sg:load:BadContent", e.what());
   } catch (...) {
+    restoreCurrentObjects();
     deleteMade();
     throw;
   }
@@ -270,8 +272,48 @@ void GraphicsLoader::placeTopLevel(const vxSavedDocument&) {
   for (std::size_t i : topLevel_) {
     const COSInterfacePtr& object = objects_[i];
     if (object->getOwnerObject()) continue;
-    if (COSInterfacePtr parent = options_.parentOfTopLevel(object)) setParent(object, parent);
+    if (COSInterfacePtr parent = options_.parentOfTopLevel(object)) {
+      // A hooked figure or axes becomes current in its parent (and an axes's
+      // figure in the root): kept as they are, to be set back on failure.
+      keepCurrentObjectsOf(parent);
+      if (COSInterface* owner = parent->getOwnerObject()) keepCurrentObjectsOf(COSInterfacePtr(owner));
+      setParent(object, parent);
+    }
   }
+}
+
+void GraphicsLoader::keepCurrentObjectsOf(const COSInterfacePtr& holder) {
+  static const COSID names[] = {COSID("CurrentFigure"), COSID("CurrentAxes")};
+  for (const KeptCurrent& kept : keptCurrent_)
+    if (kept.holder == holder) return;
+  for (const COSID& name : names) {
+    const COSPropInfo* property = holder->findPropertyInfo(name);
+    if (!property) continue;
+    const COSValue read = property->getValue(holder.get());
+    matrix::unique_vxArray value = copy::toArray(property->getDataType(), read);
+    property->releaseValue(holder.get(), read);
+    keptCurrent_.push_back({holder, property, std::move(value)});
+  }
+}
+
+// Sets the kept current objects back, before the objects made go: what was
+// current before the load is current again, or nothing when it has gone.
+void GraphicsLoader::restoreCurrentObjects() noexcept {
+  for (const KeptCurrent& kept : keptCurrent_) {
+    if (kept.holder->isDestroyed() || kept.holder->isBeingDestroyed()) continue;
+    try {
+      const vxArray* value = kept.value.get();
+      const bool gone = !value || (omIsVCOS(value) && vxGetNumberOfElements(value) == 1 &&
+                                   !omGetLiveArrayElement(value, 0));
+      matrix::unique_vxArray none(vxCreateDoubleMatrix(0, 0, vxREAL));
+      const COSDataTypePtr type = kept.property->getDataType();
+      copy::OwnedValue back(type, copy::fromArray(type, gone ? none.get() : value));
+      kept.holder->setPropertyValue(COSGetPublicClient(), kept.property, back.get());
+    } catch (...) {
+      // The others are set back; the load's own error is what the caller sees.
+    }
+  }
+  keptCurrent_.clear();
 }
 
 // The creation pass of one loaded object: its CreateFcn, then each of its

@@ -10,7 +10,10 @@
 
 #include "sgutils/persistence/GraphicsFile.h"
 #include "vcos/COSInterfacePtr.h"
+#include "vx/matrix.h"
 #include "vx/vxSerialize.h"
+
+class COSPropInfo;
 
 namespace foundation::log {
 class Logger;
@@ -41,7 +44,17 @@ class GraphicsLoader {
   void placeTopLevel(const vxSavedDocument& document);
   void runCreateCallbacks(const vxSavedDocument& document);
   void createPass(std::size_t index);
+  void keepCurrentObjectsOf(const COSInterfacePtr& holder);
+  void restoreCurrentObjects() noexcept;
   void deleteMade() noexcept;
+
+  // A current figure or axes of an object outside the load (the root, a
+  // figure the tops go into), as it was before the tops were hooked.
+  struct KeptCurrent {
+    COSInterfacePtr holder;
+    const COSPropInfo* property;
+    matrix::unique_vxArray value;
+  };
 
   const GraphicsLoadOptions& options_;
   std::vector<COSInterfacePtr> objects_;      // by table index
@@ -52,6 +65,7 @@ class GraphicsLoader {
   std::vector<std::vector<std::size_t>> children_;  // loaded children by index, in saved order
   std::vector<bool> passDone_;
   COSInterfacePtr createFcnRunner_;         // objects neither hooked nor parts
+  std::vector<KeptCurrent> keptCurrent_;    // set back when the load fails
   bool done_ = false;
 };
 

@@ -5,6 +5,7 @@
 // must be what it was before the operation.
 #include <functional>
 #include <iostream>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -19,6 +20,7 @@
 #include "sgutils/copy/CopyContext.h"
 #include "sgutils/defaults/DefaultNameAccess.h"
 #include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/persistence/GraphicsFile.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSListenerOp.h"
@@ -327,10 +329,79 @@ std::vector<Operation> operations() {
                    // axes for a while: the figure lets go of it.
                    sgclasses::makeCurrent(k[3]);
                  }});
+  // Save and load of a figure with an axes, lines (one with listeners on its
+  // LineWidth), a group, a text, a patch, a context menu a line refers to and
+  // user data holding a line, with defaults on the figure. The load builds a
+  // second figure below the root; a fault anywhere leaves none of it.
+  const auto savedTree = [] {
+    auto k = figureAndAxes();
+    COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, k[1]);
+    set(line, "LineWidth", number(6).get());
+    COSInterfacePtr group = sgclasses::create(sgclasses::kGroupClass, k[1]);
+    COSInterfacePtr inner = sgclasses::create(sgclasses::kLineClass, group);
+    sgclasses::create(sgclasses::kTextClass, k[1]);
+    sgclasses::create(sgclasses::kPatchClass, k[1]);
+    COSInterfacePtr menu = sgclasses::create(sgclasses::kContextMenuClass, k[0]);
+    set(inner, "ContextMenu", obj(menu).get());
+    set(k[1], "UserData", obj(line).get());
+    k.insert(k.end(), {line, listenTo(line, "LineWidth")});
+    return k;
+  };
+  const auto bytesOf = [](const COSInterfacePtr& top) {
+    Arr value(omCreateVCOSScalar(top));
+    const std::pair<std::string, const vxArray*> values[] = {{"f", value.get()}};
+    return sgutils::GraphicsFile::serialize(values);
+  };
+  ops.push_back({"save a figure tree", savedTree,
+                 [bytesOf](std::vector<COSInterfacePtr>& k) { EXPECT_FALSE(bytesOf(k[0]).empty()); }, nullptr});
+  auto bytes = std::make_shared<std::vector<std::uint8_t>>();
+  ops.push_back({"load a figure tree below the root",
+                 [savedTree, bytesOf, bytes] {
+                   auto k = savedTree();
+                   *bytes = bytesOf(k[0]);
+                   return k;
+                 },
+                 [bytes](std::vector<COSInterfacePtr>&) {
+                   sgutils::GraphicsLoadOptions options;
+                   options.parentOfTopLevel = [](const COSInterfacePtr&) { return sgclasses::root(); };
+                   auto loaded = sgutils::GraphicsFile::deserialize(*bytes, options);
+                   ASSERT_EQ(loaded.size(), 1u);
+                 },
+                 [](std::vector<COSInterfacePtr>& k) {
+                   // The source figure and nothing else below the root.
+                   EXPECT_EQ(children(sgclasses::root()), std::vector<COSInterface*>{k[0].get()});
+                 }});
+  // An axes loaded into another figure, which has defaults of its own that
+  // the loaded lines take after their callbacks.
+  ops.push_back({"load an axes into another figure",
+                 [savedTree, bytesOf, bytes] {
+                   auto k = savedTree();
+                   *bytes = bytesOf(k[1]);
+                   COSInterfacePtr other = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+                   sgutils::DefaultNameAccess::set(other, "defaultLineLineWidth", number(5).get());
+                   COSInterfacePtr otherAxes = sgclasses::create(sgclasses::kAxesClass, other);
+                   k.insert(k.end(), {other, otherAxes});
+                   return k;
+                 },
+                 [bytes](std::vector<COSInterfacePtr>& k) {
+                   sgutils::GraphicsLoadOptions options;
+                   COSInterfacePtr other = k[4];
+                   options.parentOfTopLevel = [other](const COSInterfacePtr&) { return other; };
+                   auto loaded = sgutils::GraphicsFile::deserialize(*bytes, options);
+                   ASSERT_EQ(loaded.size(), 1u);
+                 },
+                 [](std::vector<COSInterfacePtr>& k) {
+                   EXPECT_EQ(children(k[4]), std::vector<COSInterface*>{k[5].get()});
+                   // A loaded axes hooked before the fault was the figure's
+                   // current axes for a while: the figure's own is again.
+                   const Arr current = get(k[4], "CurrentAxes");
+                   ASSERT_TRUE(vxIsObject(current.get()));
+                   EXPECT_EQ(omGetArrayElement(current.get(), 0).get(), k[5].get());
+                 }});
   return ops;
 }
 
-TEST_F(FaultSweep, EveryFaultPointOfConstructionDefaultsSetReparentReorderResetDeleteAndCopy) {
+TEST_F(FaultSweep, EveryFaultPointOfConstructionDefaultsSetReparentReorderResetDeleteCopySaveAndLoad) {
   std::size_t total = 0;
   std::size_t byPoint[3] = {};
   for (const Operation& op : operations())

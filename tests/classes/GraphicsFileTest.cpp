@@ -266,6 +266,31 @@ TEST_F(GraphicsFileTest, ObjectsThatDoNotFitTogetherLoadNothing) {
   second->deleteObject(COSGetPublicClient());
 }
 
+// Hooking a loaded figure makes it current; a load that fails after that
+// leaves the figure that was current before it current again, and keeps no
+// deleted figure's memory through the root's reference.
+TEST_F(GraphicsFileTest, AFailedLoadLeavesTheCurrentFigureAsItWas) {
+  const COSInterfacePtr current = make(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr saved = make(sgclasses::kFigureClass, sgclasses::root());
+  make(sgclasses::kAxesClass, saved);
+  const COSInterfacePtr line = make(sgclasses::kLineClass, {});
+  Arr figureArr = obj(saved), lineArr = obj(line);
+  const std::pair<std::string, const vxArray*> entries[] = {{"f", figureArr.get()}, {"l", lineArr.get()}};
+  const Bytes bytes = GraphicsFile::serialize(entries);
+  sgclasses::makeCurrent(current);
+  const std::size_t live = liveCount();
+  // Every top goes below the root: the figure is hooked (and made current),
+  // then the root refuses the line.
+  sgutils::GraphicsLoadOptions o;
+  o.parentOfTopLevel = [](const COSInterfacePtr&) { return sgclasses::root(); };
+  EXPECT_EQ(errorId([&] { GraphicsFile::deserialize(bytes, o); }), "VANTEL:sg:load:BadContent");
+  EXPECT_EQ(liveCount(), live);
+  const Arr now = get(sgclasses::root(), "CurrentFigure");
+  ASSERT_TRUE(vxIsObject(now.get())) << "no current figure after the failed load";
+  EXPECT_EQ(omGetArrayElement(now.get(), 0).get(), current.get());
+  line->deleteObject(COSGetPublicClient());
+}
+
 // A saved value that no longer fits its property is dropped, with a log
 // line, and the object's other values load.
 TEST_F(GraphicsFileTest, AValueThatNoLongerFitsIsDroppedAndTheOthersLoad) {

@@ -48,6 +48,24 @@ TEST(ObjectOpsReplay, OperationsOnDeletedObjectsRaise) {
   EXPECT_EQ(sgfuzz::runObjectOps(ops), "");
 }
 
+TEST(ObjectOpsReplay, ACycleOfReferencesOutsideTheTreeIsDeletedAtTheEnd) {
+  // figure, axes, line; the line unhooked, a property of it set to the line
+  // itself, the pool's reference dropped: the counted references form a
+  // cycle that the release of the pool cannot free.
+  const std::vector<std::uint8_t> ops = {0, 0, 200, 0, 1, 0, 0, 2, 1, 4, 2, 255, 1, 2, 46, 226, 9, 2};
+  EXPECT_EQ(sgfuzz::runObjectOps(ops), "");
+}
+
+TEST(ObjectOpsReplay, SavedTreesLoadWithTheirShapeAndDamagedOnesLeaveNothing) {
+  // figure, axes, line; saved and loaded from memory and from a file, the
+  // line and the axes together (the line below the axes), then the figure
+  // with its body damaged at 1/8, 1/2 and 7/8 and cut in the middle.
+  const std::vector<std::uint8_t> ops = {0, 0, 200, 0, 1, 0, 0, 2, 1, 13, 0, 255, 0, 0, 13, 0, 255, 1, 0,
+                                         13, 1, 2, 4, 0, 13, 0, 255, 2, 32, 13, 0, 255, 2, 128, 13, 0, 255, 2,
+                                         224, 13, 0, 255, 3, 128};
+  EXPECT_EQ(sgfuzz::runObjectOps(ops), "");
+}
+
 }  // namespace
 
 // The graphics-file fuzz target's engine over its kept inputs: each body
