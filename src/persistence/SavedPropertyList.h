@@ -3,6 +3,7 @@
 // walks a short list and looks no name up.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 class COSClass;
@@ -15,6 +16,17 @@ struct SavedPropertyList {
   // transient, not dependent, with an array form, not Parent or Children
   // (the tree is written as child lists).
   std::vector<const COSPropInfo*> properties;
+  // Per property, the index of the first of its group: a value and its
+  // mode ("X" or "X_I" with "XMode") form one group, written together or
+  // not at all, since loading a value may turn its mode manual.
+  std::vector<std::size_t> group;
+  // Per property, whether a value equal to a new object's may be left out
+  // of a file: not for values that can hold objects (references are written
+  // as table indexes); scalar floats compare by their bits (-0, NaN), arrays
+  // by class, shape and bytes (numeric, logical and char only), the others
+  // by their type's equality.
+  enum class Omit : unsigned char { Never, WhenBitsEqual, WhenArrayBitsEqual, WhenEqual };
+  std::vector<Omit> omit;
 
   static const SavedPropertyList& of(COSClass* cls);
   // Whether a property is a mode ("<name>Mode"), set after the values so
