@@ -41,20 +41,6 @@ const COSID& graphicsClassId() {
   return id;
 }
 
-// The property of a saved field, looked up by name only when it is not the
-// next one of the class's list (fields are written in that order).
-const COSPropInfo* savedProperty(const SavedPropertyList& list, std::size_t& cursor, const std::string& name) {
-  const auto& properties = list.properties;
-  for (std::size_t k = cursor; k < properties.size(); ++k)
-    if (name == properties[k]->getName()) {
-      cursor = k + 1;
-      return properties[k];
-    }
-  for (std::size_t k = 0; k < cursor && k < properties.size(); ++k)
-    if (name == properties[k]->getName()) return properties[k];
-  return nullptr;
-}
-
 // The object array's single element, or null.
 COSInterface* singleElement(const vxArray* value) {
   if (!value || !omIsVCOS(value) || vxGetNumberOfElements(value) != 1) return nullptr;
@@ -185,9 +171,15 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
       lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customLoad ") + object->getClass()->getName());
     // Values first, then modes: setting a value may turn its mode manual,
     // and the saved mode is the one the object ends with.
+    const std::vector<vxNamedValue>& fields = document.objects[i].fields;
+    properties_.clear();
+    for (const vxNamedValue& field : fields) {
+      const std::ptrdiff_t k = list.find(field.name);
+      properties_.push_back(k < 0 ? nullptr : list.properties[static_cast<std::size_t>(k)]);
+    }
     for (int pass = 0; pass < 2; ++pass) {
-      std::size_t cursor = 0;
-      for (const vxNamedValue& field : document.objects[i].fields) {
+      for (std::size_t f = 0; f < fields.size(); ++f) {
+        const vxNamedValue& field = fields[f];
         const vxArray* value = field.value.get();
         if (field.name == GraphicsFile::kChildrenField) continue;
         if (field.name == GraphicsFile::kDefaultsField) {
@@ -196,7 +188,7 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
           if (SGHandle* handle = SGHandle::fromObject(object.get())) handle->setDefaultProp(value);
           continue;
         }
-        const COSPropInfo* property = savedProperty(list, cursor, field.name);
+        const COSPropInfo* property = properties_[f];
         // A property the class no longer has, or no longer keeps, is passed
         // over: the file loads all the others.
         if (!property || SavedPropertyList::isMode(property) != (pass == 1)) continue;
@@ -225,10 +217,10 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
     // Fields no stored property takes go to the class's extensions, last.
     const std::vector<const SavedFieldsExtension*> extensions = SavedFieldsExtension::of(object->getClass());
     if (!extensions.empty()) {
-      std::size_t cursor = 0;
-      for (const vxNamedValue& field : document.objects[i].fields) {
+      for (std::size_t f = 0; f < fields.size(); ++f) {
+        const vxNamedValue& field = fields[f];
         if (field.name == GraphicsFile::kChildrenField || field.name == GraphicsFile::kDefaultsField) continue;
-        if (savedProperty(list, cursor, field.name)) continue;
+        if (properties_[f]) continue;
         for (const SavedFieldsExtension* extension : extensions)
           if (extension->load && extension->load(object, field)) break;
       }

@@ -56,6 +56,7 @@ const SavedPropertyList& SavedPropertyList::of(COSClass* cls) {
   for (std::size_t k = 0; k < n; ++k) {
     const COSPropInfo* property = list->properties[k];
     list->group[k] = k;
+    list->byName.emplace(property->getName(), k);
     std::string_view name = property->getName();
     if (!isMode(property)) {
       if (name.size() > 2 && name.ends_with("_I")) name.remove_suffix(2);

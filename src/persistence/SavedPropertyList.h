@@ -4,6 +4,8 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 class COSClass;
@@ -27,6 +29,14 @@ struct SavedPropertyList {
   // by their type's equality.
   enum class Omit : unsigned char { Never, WhenBitsEqual, WhenArrayBitsEqual, WhenEqual };
   std::vector<Omit> omit;
+
+  // The index of a property by its name, or -1: the fields of a file are
+  // found by hash, not by a walk of the list.
+  std::ptrdiff_t find(std::string_view name) const {
+    auto found = byName.find(name);
+    return found == byName.end() ? -1 : static_cast<std::ptrdiff_t>(found->second);
+  }
+  std::unordered_map<std::string_view, std::size_t> byName;  // views of the properties' own names
 
   static const SavedPropertyList& of(COSClass* cls);
   // Whether a property is a mode ("<name>Mode"), set after the values so
