@@ -192,17 +192,29 @@ const GraphicsSaver::Reference* GraphicsSaver::referenceOf(COSClass* cls) {
 
 namespace {
 
-// Whether two arrays are the same class, shape and bytes; only plain
-// numeric, logical and char arrays are compared, the others never match.
+// Whether two arrays are the same class, shape and bytes. Numeric, logical
+// and char arrays compare by their bytes; of the others only empties (and
+// structs without fields) match; object arrays never do.
 bool sameArrayBits(const vxArray* x, const vxArray* y) {
   if (!x || !y) return x == y;
-  if (vxGetClassID(x) != vxGetClassID(y) || vxIsComplex(x) != vxIsComplex(y)) return false;
-  if (!vxIsNumeric(x) && !vxIsLogical(x) && !vxIsChar(x)) return false;
+  const vxClassID cls = vxGetClassID(x);
+  if (cls != vxGetClassID(y) || cls == vxOBJECT_CLASS || vxIsComplex(x) != vxIsComplex(y)) return false;
   const vxSize ndim = vxGetNumberOfDimensions(x);
   if (ndim != vxGetNumberOfDimensions(y) || std::memcmp(vxGetDimensions(x), vxGetDimensions(y), ndim * sizeof(vxSize)) != 0)
     return false;
-  const std::size_t bytes = vxGetNumberOfElements(x) * vxGetElementSize(x);
-  return bytes == 0 || std::memcmp(vxGetData(x), vxGetData(y), bytes) == 0;
+  const vxSize numel = vxGetNumberOfElements(x);
+  if (vxIsNumeric(x) || vxIsLogical(x) || vxIsChar(x)) {
+    const std::size_t bytes = numel * vxGetElementSize(x);
+    return bytes == 0 || std::memcmp(vxGetData(x), vxGetData(y), bytes) == 0;
+  }
+  if (cls == vxSTRUCT_CLASS) return vxGetNumberOfFields(x) == 0 && vxGetNumberOfFields(y) == 0;
+  return numel == 0;
+}
+
+bool holdsNoObjects(const COSDataType& type, COSValue value) {
+  std::vector<COSInterfacePtr> found;
+  type.getInterfaces(value, found);
+  return found.empty();
 }
 
 bool sameValue(SavedPropertyList::Omit omit, const COSPropInfo* property, COSValue a, COSValue b) {
@@ -213,6 +225,10 @@ bool sameValue(SavedPropertyList::Omit omit, const COSPropInfo* property, COSVal
     case Omit::WhenArrayBitsEqual:
       return a.word() == b.word() || sameArrayBits(a.asPointer<const vxArray>(), b.asPointer<const vxArray>());
     case Omit::WhenEqual: return a.word() == b.word() || property->getDataType()->isEqual(a, b);
+    case Omit::WhenEqualWithoutObjects: {
+      const COSDataTypePtr type = property->getDataType();
+      return holdsNoObjects(*type, a) && holdsNoObjects(*type, b) && (a.word() == b.word() || type->isEqual(a, b));
+    }
   }
   return false;
 }

@@ -66,8 +66,9 @@ const SavedPropertyList& SavedPropertyList::of(COSClass* cls) {
     }
     const COSDataTypePtr type = property->getDataType();
     using Omit = SavedPropertyList::Omit;
-    if (!type || type->canContainInterfaces()) list->omit[k] = Omit::Never;
+    if (!type) list->omit[k] = Omit::Never;
     else if (type->isVANTELArrayType()) list->omit[k] = Omit::WhenArrayBitsEqual;
+    else if (type->canContainInterfaces()) list->omit[k] = Omit::WhenEqualWithoutObjects;
     else if (const std::string_view t = type->getName(); t == "double scalar" || t == "single scalar" || t == "double")
       list->omit[k] = Omit::WhenBitsEqual;
     else list->omit[k] = Omit::WhenEqual;

@@ -23,11 +23,12 @@ struct SavedPropertyList {
   // not at all, since loading a value may turn its mode manual.
   std::vector<std::size_t> group;
   // Per property, whether a value equal to a new object's may be left out
-  // of a file: not for values that can hold objects (references are written
-  // as table indexes); scalar floats compare by their bits (-0, NaN), arrays
-  // by class, shape and bytes (numeric, logical and char only), the others
-  // by their type's equality.
-  enum class Omit : unsigned char { Never, WhenBitsEqual, WhenArrayBitsEqual, WhenEqual };
+  // of a file. Scalar floats compare by their bits (-0, NaN); arrays by
+  // class, shape and bytes (numeric, logical and char), or as empties of the
+  // same class and shape (a struct without fields too), so an array holding
+  // objects never matches; other values that can hold objects only when
+  // neither holds one; the rest by their type's equality.
+  enum class Omit : unsigned char { Never, WhenBitsEqual, WhenArrayBitsEqual, WhenEqualWithoutObjects, WhenEqual };
   std::vector<Omit> omit;
 
   // The index of a property by its name, or -1: the fields of a file are
