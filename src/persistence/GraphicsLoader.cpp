@@ -13,6 +13,7 @@
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/SavedPropertyList.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSDataType.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSListener.h"
@@ -275,13 +276,24 @@ void GraphicsLoader::createPass(std::size_t index) {
   const COSInterfacePtr& object = objects_[index];
   static const COSID createFcn("CreateFcn");
   if (const COSPropInfo* property = object->findPropertyInfo(createFcn)) {
-    matrix::unique_vxArray value;
+    // Most objects have none: the value is compared with the type's empty
+    // value before any array is made of it.
+    bool present = false;
     {
       const COSValue read = property->getValue(object.get());
-      value = copy::toArray(property->getDataType(), read);
-      property->releaseValue(object.get(), read);
+      struct Release {
+        const COSPropInfo* p;
+        COSInterface* o;
+        COSValue v;
+        ~Release() { p->releaseValue(o, v); }
+      } release{property, object.get(), read};
+      const COSDataTypePtr type = property->getDataType();
+      if (!type->isEqual(read, COSValue())) {
+        matrix::unique_vxArray value = copy::toArray(type, read);
+        present = value && !vxIsEmpty(value.get());
+      }
     }
-    if (value && !vxIsEmpty(value.get())) {
+    if (present) {
       // An axes is current in its figure while its callback runs.
       static const COSID abstractAxes("vantel.graphics.axis.AbstractAxes");
       static const COSID axes("vantel.graphics.axis.Axes");

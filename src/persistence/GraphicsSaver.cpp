@@ -259,6 +259,9 @@ void GraphicsSaver::readFields(std::size_t index, bool omitDefaults) {
     if (reference && !sameValue(list.omit[k], list.properties[k], read_[k], reference->values[k]))
       differs_[list.group[k]] = 1;
   }
+  std::size_t written = 0;
+  for (std::size_t k = 0; k < n; ++k) written += differs_[list.group[k]];
+  if (written) fields.reserve(written);
   for (std::size_t k = 0; k < n; ++k) {
     if (!differs_[list.group[k]]) continue;
     const COSPropInfo* property = list.properties[k];
