@@ -48,17 +48,33 @@ COSInterface* singleElement(const vxArray* value) {
   return omGetLiveArrayElement(value, 0).get();
 }
 
-// Sets "Parent" of the object through the public client, so the classes'
-// own rules on parents apply.
-void setParent(const COSInterfacePtr& object, const COSInterfacePtr& parent) {
-  static const COSID parentName("Parent");
-  COSPropInfo* property = object->findPropertyInfo(parentName);
-  if (!property) throw Error("VANTEL:sg:load:NoParentProperty", object->getClass()->getName());
-  const COSDataTypePtr type = property->getDataType();
-  matrix::unique_vxArray scalar(omCreateVCOSScalar(parent));
-  copy::OwnedValue value(type, copy::fromArray(type, scalar.get()));
-  object->setPropertyValue(COSGetPublicClient(), property, value.get());
-}
+// The value of "Parent" that names one parent, converted once for the type
+// of the children's property and set on each of them.
+class ParentValue {
+ public:
+  explicit ParentValue(const COSInterfacePtr& parent) : parent_(parent) {}
+  // Sets "Parent" of the object through the public client, so the classes'
+  // own rules on parents apply.
+  void setOn(const COSInterfacePtr& object) {
+    static const COSID parentName("Parent");
+    COSPropInfo* property = object->findPropertyInfo(parentName);
+    if (!property) throw Error("VANTEL:sg:load:NoParentProperty", object->getClass()->getName());
+    COSDataTypePtr type = property->getDataType();
+    if (!value_.has() || type.get() != type_.get()) {
+      matrix::unique_vxArray scalar(omCreateVCOSScalar(parent_));
+      value_ = copy::OwnedValue(type, copy::fromArray(type, scalar.get()));
+      type_ = std::move(type);
+    }
+    object->setPropertyValue(COSGetPublicClient(), property, value_.get());
+  }
+
+ private:
+  const COSInterfacePtr& parent_;
+  COSDataTypePtr type_;
+  copy::OwnedValue value_;
+};
+
+void setParent(const COSInterfacePtr& object, const COSInterfacePtr& parent) { ParentValue(parent).setOn(object); }
 
 bool isLoaderIdentifier(const std::string& id) {
   return id.rfind("VANTEL:vx:serialize:", 0) == 0 || id.rfind("VANTEL:sg:load:", 0) == 0;
@@ -240,6 +256,7 @@ void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
       const vxArray* list = field.value.get();
       if (!omIsVCOS(list)) throw Error("VANTEL:sg:load:BadChildren");
       const std::size_t n = vxGetNumberOfElements(list);
+      ParentValue parent(objects_[i]);
       // Oldest first: each hooked child becomes the newest.
       for (std::size_t k = 0; k < n; ++k) {
         const COSInterfacePtr child = omGetLiveArrayElement(list, k);
@@ -250,7 +267,7 @@ void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
           throw Error("VANTEL:sg:load:BadChildren");
         hooked[found->second] = true;
         children_[i].push_back(found->second);
-        setParent(child, objects_[i]);
+        parent.setOn(child);
       }
     }
   topLevel_.clear();
