@@ -55,7 +55,10 @@ const char* propertyHolding(COSInterface* owner, const COSInterface* child) {
    public:
     Finder(COSInterface* owner, const COSInterface* child) : owner_(owner), child_(child) {}
     bool visitProperty(COSClass*, COSPropInfo* property) override {
-      if (property->isDependent() || !copy::hasArrayForm(property->getDataType())) return true;
+      // Only a type that can hold objects can hold the part: the others
+      // (limits computed from every child among them) are not read.
+      const COSDataTypePtr type = property->getDataType();
+      if (property->isDependent() || !type || !type->canContainInterfaces() || !copy::hasArrayForm(type)) return true;
       matrix::unique_vxArray value;
       {
         const COSValue read = property->getValue(owner_);
