@@ -3,7 +3,8 @@
 // copy, W7 save and load in memory. Prints one
 // "sg <workload> <value> <unit>" line per result; with --check it runs the
 // checks instead (exit 2 when one fails); with --profile create|set|typed|
-// get|find it runs that one workload once, smaller and untimed.
+// get|find it runs that one workload once, smaller and untimed (saveload:
+// W7 once at its size).
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -245,6 +246,15 @@ int runProfile(const char* which) {
     }
   }
   if (w == "find") acc += static_cast<long long>(findSelectedByName(root.get()));
+  if (w == "saveload") {
+    // W7 once at its full size: one container saved and loaded again.
+    matrix::unique_vxArray container(omCreateVCOSScalar(COSInterfacePtr(childAt(root.get(), 0))));
+    const std::pair<std::string, const vxArray*> values[] = {{"c", container.get()}};
+    const std::vector<std::uint8_t> bytes = sgutils::GraphicsFile::serialize(values);
+    std::vector<vxNamedValue> loaded = sgutils::GraphicsFile::deserialize(bytes, {});
+    omGetArrayElement(loaded.at(0).value.get(), 0)->deleteObject(COSGetPublicClient());
+    acc += static_cast<long long>(bytes.size());
+  }
   sink = acc;
   destroyTree(root);
   return 0;

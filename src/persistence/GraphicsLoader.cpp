@@ -13,6 +13,7 @@
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/SavedPropertyList.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSDataType.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSListener.h"
@@ -41,37 +42,39 @@ const COSID& graphicsClassId() {
   return id;
 }
 
-// The property of a saved field, looked up by name only when it is not the
-// next one of the class's list (fields are written in that order).
-const COSPropInfo* savedProperty(const SavedPropertyList& list, std::size_t& cursor, const std::string& name) {
-  const auto& properties = list.properties;
-  for (std::size_t k = cursor; k < properties.size(); ++k)
-    if (name == properties[k]->getName()) {
-      cursor = k + 1;
-      return properties[k];
-    }
-  for (std::size_t k = 0; k < cursor && k < properties.size(); ++k)
-    if (name == properties[k]->getName()) return properties[k];
-  return nullptr;
-}
-
 // The object array's single element, or null.
 COSInterface* singleElement(const vxArray* value) {
   if (!value || !omIsVCOS(value) || vxGetNumberOfElements(value) != 1) return nullptr;
   return omGetLiveArrayElement(value, 0).get();
 }
 
-// Sets "Parent" of the object through the public client, so the classes'
-// own rules on parents apply.
-void setParent(const COSInterfacePtr& object, const COSInterfacePtr& parent) {
-  static const COSID parentName("Parent");
-  COSPropInfo* property = object->findPropertyInfo(parentName);
-  if (!property) throw Error("VANTEL:sg:load:NoParentProperty", object->getClass()->getName());
-  const COSDataTypePtr type = property->getDataType();
-  matrix::unique_vxArray scalar(omCreateVCOSScalar(parent));
-  copy::OwnedValue value(type, copy::fromArray(type, scalar.get()));
-  object->setPropertyValue(COSGetPublicClient(), property, value.get());
-}
+// The value of "Parent" that names one parent, converted once for the type
+// of the children's property and set on each of them.
+class ParentValue {
+ public:
+  explicit ParentValue(const COSInterfacePtr& parent) : parent_(parent) {}
+  // Sets "Parent" of the object through the public client, so the classes'
+  // own rules on parents apply.
+  void setOn(const COSInterfacePtr& object) {
+    static const COSID parentName("Parent");
+    COSPropInfo* property = object->findPropertyInfo(parentName);
+    if (!property) throw Error("VANTEL:sg:load:NoParentProperty", object->getClass()->getName());
+    COSDataTypePtr type = property->getDataType();
+    if (!value_.has() || type.get() != type_.get()) {
+      matrix::unique_vxArray scalar(omCreateVCOSScalar(parent_));
+      value_ = copy::OwnedValue(type, copy::fromArray(type, scalar.get()));
+      type_ = std::move(type);
+    }
+    object->setPropertyValue(COSGetPublicClient(), property, value_.get());
+  }
+
+ private:
+  const COSInterfacePtr& parent_;
+  COSDataTypePtr type_;
+  copy::OwnedValue value_;
+};
+
+void setParent(const COSInterfacePtr& object, const COSInterfacePtr& parent) { ParentValue(parent).setOn(object); }
 
 bool isLoaderIdentifier(const std::string& id) {
   return id.rfind("VANTEL:vx:serialize:", 0) == 0 || id.rfind("VANTEL:sg:load:", 0) == 0;
@@ -187,9 +190,15 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
       lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customLoad ") + object->getClass()->getName());
     // Values first, then modes: setting a value may turn its mode manual,
     // and the saved mode is the one the object ends with.
+    const std::vector<vxNamedValue>& fields = document.objects[i].fields;
+    properties_.clear();
+    for (const vxNamedValue& field : fields) {
+      const std::ptrdiff_t k = list.find(field.name);
+      properties_.push_back(k < 0 ? nullptr : list.properties[static_cast<std::size_t>(k)]);
+    }
     for (int pass = 0; pass < 2; ++pass) {
-      std::size_t cursor = 0;
-      for (const vxNamedValue& field : document.objects[i].fields) {
+      for (std::size_t f = 0; f < fields.size(); ++f) {
+        const vxNamedValue& field = fields[f];
         const vxArray* value = field.value.get();
         if (field.name == GraphicsFile::kChildrenField) continue;
         if (field.name == GraphicsFile::kDefaultsField) {
@@ -198,7 +207,7 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
           if (SGHandle* handle = SGHandle::fromObject(object.get())) handle->setDefaultProp(value);
           continue;
         }
-        const COSPropInfo* property = savedProperty(list, cursor, field.name);
+        const COSPropInfo* property = properties_[f];
         // A property the class no longer has, or no longer keeps, is passed
         // over: the file loads all the others.
         if (!property || SavedPropertyList::isMode(property) != (pass == 1)) continue;
@@ -227,10 +236,10 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
     // Fields no stored property takes go to the class's extensions, last.
     const std::vector<const SavedFieldsExtension*> extensions = SavedFieldsExtension::of(object->getClass());
     if (!extensions.empty()) {
-      std::size_t cursor = 0;
-      for (const vxNamedValue& field : document.objects[i].fields) {
+      for (std::size_t f = 0; f < fields.size(); ++f) {
+        const vxNamedValue& field = fields[f];
         if (field.name == GraphicsFile::kChildrenField || field.name == GraphicsFile::kDefaultsField) continue;
-        if (savedProperty(list, cursor, field.name)) continue;
+        if (properties_[f]) continue;
         for (const SavedFieldsExtension* extension : extensions)
           if (extension->load && extension->load(object, field)) break;
       }
@@ -249,6 +258,7 @@ void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
       const vxArray* list = field.value.get();
       if (!omIsVCOS(list)) throw Error("VANTEL:sg:load:BadChildren");
       const std::size_t n = vxGetNumberOfElements(list);
+      ParentValue parent(objects_[i]);
       // Oldest first: each hooked child becomes the newest.
       for (std::size_t k = 0; k < n; ++k) {
         const COSInterfacePtr child = omGetLiveArrayElement(list, k);
@@ -259,7 +269,7 @@ void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
           throw Error("VANTEL:sg:load:BadChildren");
         hooked[found->second] = true;
         children_[i].push_back(found->second);
-        setParent(child, objects_[i]);
+        parent.setOn(child);
       }
     }
   topLevel_.clear();
@@ -325,13 +335,24 @@ void GraphicsLoader::createPass(std::size_t index) {
   const COSInterfacePtr& object = objects_[index];
   static const COSID createFcn("CreateFcn");
   if (const COSPropInfo* property = object->findPropertyInfo(createFcn)) {
-    matrix::unique_vxArray value;
+    // Most objects have none: the value is compared with the type's empty
+    // value before any array is made of it.
+    bool present = false;
     {
       const COSValue read = property->getValue(object.get());
-      value = copy::toArray(property->getDataType(), read);
-      property->releaseValue(object.get(), read);
+      struct Release {
+        const COSPropInfo* p;
+        COSInterface* o;
+        COSValue v;
+        ~Release() { p->releaseValue(o, v); }
+      } release{property, object.get(), read};
+      const COSDataTypePtr type = property->getDataType();
+      if (!type->isEqual(read, COSValue())) {
+        matrix::unique_vxArray value = copy::toArray(type, read);
+        present = value && !vxIsEmpty(value.get());
+      }
     }
-    if (value && !vxIsEmpty(value.get())) {
+    if (present) {
       // An axes is current in its figure while its callback runs.
       static const COSID abstractAxes("vantel.graphics.axis.AbstractAxes");
       static const COSID axes("vantel.graphics.axis.Axes");

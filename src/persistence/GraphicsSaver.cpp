@@ -1,5 +1,7 @@
 #include "src/persistence/GraphicsSaver.h"
 
+#include <cstring>
+#include <exception>
 #include <unordered_set>
 
 
@@ -14,12 +16,16 @@
 #include "src/persistence/SavedPropertyList.h"
 #include "foundation/log/Logger.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSClient.h"
+#include "vcos/COSDataType.h"
+#include "vcos/ObjectCalls.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSVisitor.h"
 #include "vcos/ObjectArray.h"
 #include "vx/vxCell.h"
 #include "vx/vxCreate.h"
+#include "vx/vxData.h"
 #include "vx/vxQuery.h"
 #include "vx/vxStruct.h"
 
@@ -49,7 +55,10 @@ const char* propertyHolding(COSInterface* owner, const COSInterface* child) {
    public:
     Finder(COSInterface* owner, const COSInterface* child) : owner_(owner), child_(child) {}
     bool visitProperty(COSClass*, COSPropInfo* property) override {
-      if (property->isDependent() || !copy::hasArrayForm(property->getDataType())) return true;
+      // Only a type that can hold objects can hold the part: the others
+      // (limits computed from every child among them) are not read.
+      const COSDataTypePtr type = property->getDataType();
+      if (property->isDependent() || !type || !type->canContainInterfaces() || !copy::hasArrayForm(type)) return true;
       matrix::unique_vxArray value;
       {
         const COSValue read = property->getValue(owner_);
@@ -101,7 +110,7 @@ void GraphicsSaver::addObjectsIn(std::span<const std::pair<std::string, const vx
     bool below = false;
     for (const COSInterface* up = object->getOwnerObject(); up && !below; up = up->getOwnerObject())
       below = all.count(up) != 0;
-    if (!below && indexOf(object.get()) < 0) addTree(object, -1, {});
+    if (!below && indexOf(object.get()) < 0) addTree(object, -1, {}, false);
   }
 }
 
@@ -110,14 +119,17 @@ std::int64_t GraphicsSaver::indexOf(const COSInterface* object) const {
   return found == index_.end() ? -1 : found->second;
 }
 
-std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t madeBy, std::string madeByProperty) {
+std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t madeBy, std::string madeByProperty,
+                                    bool child) {
   const auto index = static_cast<std::int64_t>(objects_.size());
   index_.emplace(object.get(), index);
   objects_.push_back(object);
   views_.push_back({{object->getClass()->getName(), madeBy, std::move(madeByProperty)}, {}});
   if (foundation::log::Logger& lg = serializationLog(); lg.isOn(foundation::log::kInfo))
     lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customSave ") + object->getClass()->getName());
-  readFields(static_cast<std::size_t>(index));
+  // Only a child of a saved tree leaves values out: a top (a figure) or a
+  // part its owner made is written whole.
+  readFields(static_cast<std::size_t>(index), child && madeBy < 0);
 
   // Children oldest first, hidden ones too; the ones not saved
   // (Serializable off) and those already in the table are left out.
@@ -132,11 +144,11 @@ std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t 
     if (isMadeByOwner(c)) {
       // Saved as a part of the owner when a property of the owner holds it;
       // the owner makes it again on load.
-      if (const char* property = propertyHolding(object.get(), c)) addTree(child, index, property);
+      if (const char* property = propertyHolding(object.get(), c)) addTree(child, index, property, true);
       continue;
     }
     saved.push_back(child);
-    addTree(child, -1, {});
+    addTree(child, -1, {}, true);
   }
   if (!saved.empty()) {
     matrix::unique_vxArray list(omCreateVCOSMatrix(1, saved.size(), "vantel.graphics.Graphics"));
@@ -147,21 +159,116 @@ std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t 
   return index;
 }
 
-void GraphicsSaver::readFields(std::size_t index) {
+GraphicsSaver::~GraphicsSaver() {
+  for (auto& [cls, reference] : references_) {
+    if (!reference.object) continue;
+    const SavedPropertyList& list = SavedPropertyList::of(const_cast<COSClass*>(cls));
+    for (std::size_t k = 0; k < reference.values.size(); ++k)
+      list.properties[k]->releaseValue(reference.object.get(), reference.values[k]);
+    try {
+      if (!reference.object->isDestroyed() && !reference.object->isBeingDestroyed())
+        reference.object->deleteObject(COSGetPublicClient());
+    } catch (...) {
+      // A reference that refuses to go is left to its class; the save stands.
+    }
+  }
+}
+
+const GraphicsSaver::Reference* GraphicsSaver::referenceOf(COSClass* cls) {
+  auto [found, added] = references_.try_emplace(cls);
+  Reference& reference = found->second;
+  if (!added) return reference.object ? &reference : nullptr;
+  try {
+    // Made as the loader makes an object: no parent, the public client.
+    matrix::unique_vxArray made(omConstructObjectWithClient(cls->getID(), 0, nullptr, COSGetPublicClient()));
+    if (!made || !omIsVCOS(made.get()) || vxGetNumberOfElements(made.get()) != 1) return nullptr;
+    reference.object = omGetLiveArrayElement(made.get(), 0);
+  } catch (const std::exception&) {
+    return nullptr;  // its objects are then written whole
+  }
+  if (!reference.object) return nullptr;
+  const SavedPropertyList& list = SavedPropertyList::of(cls);
+  reference.values.reserve(list.properties.size());
+  for (const COSPropInfo* property : list.properties) reference.values.push_back(property->getValue(reference.object.get()));
+  return &reference;
+}
+
+namespace {
+
+// Whether two arrays are the same class, shape and bytes. Numeric, logical
+// and char arrays compare by their bytes; of the others only empties (and
+// structs without fields) match; object arrays never do.
+bool sameArrayBits(const vxArray* x, const vxArray* y) {
+  if (!x || !y) return x == y;
+  const vxClassID cls = vxGetClassID(x);
+  if (cls != vxGetClassID(y) || cls == vxOBJECT_CLASS || vxIsComplex(x) != vxIsComplex(y)) return false;
+  const vxSize ndim = vxGetNumberOfDimensions(x);
+  if (ndim != vxGetNumberOfDimensions(y) || std::memcmp(vxGetDimensions(x), vxGetDimensions(y), ndim * sizeof(vxSize)) != 0)
+    return false;
+  const vxSize numel = vxGetNumberOfElements(x);
+  if (vxIsNumeric(x) || vxIsLogical(x) || vxIsChar(x)) {
+    const std::size_t bytes = numel * vxGetElementSize(x);
+    return bytes == 0 || std::memcmp(vxGetData(x), vxGetData(y), bytes) == 0;
+  }
+  if (cls == vxSTRUCT_CLASS) return vxGetNumberOfFields(x) == 0 && vxGetNumberOfFields(y) == 0;
+  return numel == 0;
+}
+
+bool holdsNoObjects(const COSDataType& type, COSValue value) {
+  std::vector<COSInterfacePtr> found;
+  type.getInterfaces(value, found);
+  return found.empty();
+}
+
+bool sameValue(SavedPropertyList::Omit omit, const COSPropInfo* property, COSValue a, COSValue b) {
+  using Omit = SavedPropertyList::Omit;
+  switch (omit) {
+    case Omit::Never: return false;
+    case Omit::WhenBitsEqual: return a.word() == b.word();
+    case Omit::WhenArrayBitsEqual:
+      return a.word() == b.word() || sameArrayBits(a.asPointer<const vxArray>(), b.asPointer<const vxArray>());
+    case Omit::WhenEqual: return a.word() == b.word() || property->getDataType()->isEqual(a, b);
+    case Omit::WhenEqualWithoutObjects: {
+      const COSDataTypePtr type = property->getDataType();
+      return holdsNoObjects(*type, a) && holdsNoObjects(*type, b) && (a.word() == b.word() || type->isEqual(a, b));
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+void GraphicsSaver::readFields(std::size_t index, bool omitDefaults) {
   COSInterface* object = objects_[index].get();
   std::vector<std::pair<std::string, const vxArray*>>& fields = views_[index].fields;
-  for (const COSPropInfo* property : SavedPropertyList::of(object->getClass()).properties) {
-    matrix::unique_vxArray array;
-    {
-      const COSValue read = property->getValue(object);
-      struct Release {
-        const COSPropInfo* p;
-        COSInterface* o;
-        COSValue v;
-        ~Release() { p->releaseValue(o, v); }
-      } release{property, object, read};
-      array = copy::toArray(property->getDataType(), read);
+  const SavedPropertyList& list = SavedPropertyList::of(object->getClass());
+  const Reference* reference = omitDefaults ? referenceOf(object->getClass()) : nullptr;
+  const std::size_t n = list.properties.size();
+  // Every value is read first, so that a value and its mode are written
+  // together when either differs from the new object's.
+  read_.clear();
+  struct Release {
+    std::vector<COSValue>& values;
+    const SavedPropertyList& list;
+    COSInterface* object;
+    ~Release() {
+      for (std::size_t k = 0; k < values.size(); ++k) list.properties[k]->releaseValue(object, values[k]);
+      values.clear();
     }
+  } release{read_, list, object};
+  differs_.assign(n, reference ? 0 : 1);
+  for (std::size_t k = 0; k < n; ++k) {
+    read_.push_back(list.properties[k]->getValue(object));
+    if (reference && !sameValue(list.omit[k], list.properties[k], read_[k], reference->values[k]))
+      differs_[list.group[k]] = 1;
+  }
+  std::size_t written = 0;
+  for (std::size_t k = 0; k < n; ++k) written += differs_[list.group[k]];
+  if (written) fields.reserve(written);
+  for (std::size_t k = 0; k < n; ++k) {
+    if (!differs_[list.group[k]]) continue;
+    const COSPropInfo* property = list.properties[k];
+    matrix::unique_vxArray array = copy::toArray(property->getDataType(), read_[k]);
     if (!array) continue;
     fields.emplace_back(property->getName(), array.get());
     held_.push_back(std::move(array));

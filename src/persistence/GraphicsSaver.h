@@ -3,6 +3,8 @@
 // stored properties read as arrays.
 #pragma once
 
+class COSClass;
+
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -12,6 +14,7 @@
 #include <vector>
 
 #include "vcos/COSInterfacePtr.h"
+#include "vcos/COSValue.h"
 #include "vx/matrix.h"
 #include "vx/vxSerialize.h"
 
@@ -19,6 +22,12 @@ namespace sgutils::persistence {
 
 class GraphicsSaver {
  public:
+  GraphicsSaver() = default;
+  GraphicsSaver(const GraphicsSaver&) = delete;
+  GraphicsSaver& operator=(const GraphicsSaver&) = delete;
+  // Gives back the reference objects' values and deletes the objects.
+  ~GraphicsSaver();
+
   // Adds every graphics object found in the values (in cells and structs
   // too) with the tree below it; an object below another found one is
   // saved in that one's tree.
@@ -27,14 +36,27 @@ class GraphicsSaver {
 
  private:
   static void collect(const vxArray* value, std::vector<COSInterfacePtr>& out);
-  std::int64_t addTree(const COSInterfacePtr& object, std::int64_t madeBy, std::string madeByProperty);
-  void readFields(std::size_t index);
+  // A new object of a class, made once per save, and its stored values:
+  // a child's values equal to these are left out of the file, since the
+  // loader makes each object the same way before it sets the saved ones.
+  struct Reference {
+    COSInterfacePtr object;       // null when the class could not be made
+    std::vector<COSValue> values;  // per property of the class's list
+  };
+
+  std::int64_t addTree(const COSInterfacePtr& object, std::int64_t madeBy, std::string madeByProperty,
+                       bool child);
+  void readFields(std::size_t index, bool omitDefaults);
+  const Reference* referenceOf(COSClass* cls);
   std::int64_t indexOf(const COSInterface* object) const;
 
   std::unordered_map<const COSInterface*, std::int64_t> index_;
   std::vector<COSInterfacePtr> objects_;
   std::vector<vxSavedObjectView> views_;
   std::vector<matrix::unique_vxArray> held_;  // the values the views borrow
+  std::unordered_map<const COSClass*, Reference> references_;
+  std::vector<COSValue> read_;        // one object's values, reused
+  std::vector<unsigned char> differs_;  // per group head, reused
 };
 
 }  // namespace sgutils::persistence

@@ -2,10 +2,13 @@
 
 #include <cstring>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <unordered_map>
 
 #include "src/copy/ArrayValue.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSDataType.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSVisitor.h"
 
@@ -47,6 +50,29 @@ const SavedPropertyList& SavedPropertyList::of(COSClass* cls) {
   auto list = std::make_unique<SavedPropertyList>();
   SavedPropertyVisitor visitor(*list);
   cls->acceptPropertyVisitor(visitor);
+  const std::size_t n = list->properties.size();
+  list->group.resize(n);
+  list->omit.resize(n);
+  for (std::size_t k = 0; k < n; ++k) {
+    const COSPropInfo* property = list->properties[k];
+    list->group[k] = k;
+    list->byName.emplace(property->getName(), k);
+    std::string_view name = property->getName();
+    if (!isMode(property)) {
+      if (name.size() > 2 && name.ends_with("_I")) name.remove_suffix(2);
+      const std::string mode = std::string(name) + "Mode";
+      for (std::size_t m = 0; m < n; ++m)
+        if (mode == list->properties[m]->getName()) list->group[k] = m;
+    }
+    const COSDataTypePtr type = property->getDataType();
+    using Omit = SavedPropertyList::Omit;
+    if (!type) list->omit[k] = Omit::Never;
+    else if (type->isVANTELArrayType()) list->omit[k] = Omit::WhenArrayBitsEqual;
+    else if (type->canContainInterfaces()) list->omit[k] = Omit::WhenEqualWithoutObjects;
+    else if (const std::string_view t = type->getName(); t == "double scalar" || t == "single scalar" || t == "double")
+      list->omit[k] = Omit::WhenBitsEqual;
+    else list->omit[k] = Omit::WhenEqual;
+  }
   return *lists.emplace(cls, std::move(list)).first->second;
 }
 

@@ -3,6 +3,9 @@
 // walks a short list and looks no name up.
 #pragma once
 
+#include <cstddef>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 class COSClass;
@@ -15,6 +18,26 @@ struct SavedPropertyList {
   // transient, not dependent, with an array form, not Parent or Children
   // (the tree is written as child lists).
   std::vector<const COSPropInfo*> properties;
+  // Per property, the index of the first of its group: a value and its
+  // mode ("X" or "X_I" with "XMode") form one group, written together or
+  // not at all, since loading a value may turn its mode manual.
+  std::vector<std::size_t> group;
+  // Per property, whether a value equal to a new object's may be left out
+  // of a file. Scalar floats compare by their bits (-0, NaN); arrays by
+  // class, shape and bytes (numeric, logical and char), or as empties of the
+  // same class and shape (a struct without fields too), so an array holding
+  // objects never matches; other values that can hold objects only when
+  // neither holds one; the rest by their type's equality.
+  enum class Omit : unsigned char { Never, WhenBitsEqual, WhenArrayBitsEqual, WhenEqualWithoutObjects, WhenEqual };
+  std::vector<Omit> omit;
+
+  // The index of a property by its name, or -1: the fields of a file are
+  // found by hash, not by a walk of the list.
+  std::ptrdiff_t find(std::string_view name) const {
+    auto found = byName.find(name);
+    return found == byName.end() ? -1 : static_cast<std::ptrdiff_t>(found->second);
+  }
+  std::unordered_map<std::string_view, std::size_t> byName;  // views of the properties' own names
 
   static const SavedPropertyList& of(COSClass* cls);
   // Whether a property is a mode ("<name>Mode"), set after the values so

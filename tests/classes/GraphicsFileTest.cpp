@@ -2,6 +2,7 @@
 // modes, order, references inside it); a damaged file, or one whose objects
 // do not fit together, loads nothing and leaves no object behind.
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <span>
 #include <string>
@@ -173,6 +174,73 @@ TEST_F(GraphicsFileTest, AFigureComesBackEqualAsANewFigureOfTheRoot) {
   EXPECT_EQ(signature(loaded), signature(figure));
   EXPECT_NE(number(loaded, "Number"), number(figure, "Number"));
   EXPECT_TRUE(SGHandle::fromObject(loaded.get())->getLoadedFromFile());
+}
+
+// The saved fields of each object in a file, by table index, read with
+// stand-ins for the objects.
+std::vector<std::vector<std::string>> savedFieldNames(std::span<const std::uint8_t> bytes) {
+  vxReadOptions read;
+  read.makeObjects = [](std::span<const vxSavedObjectHead>) {};
+  read.makeObjectArray = [](const std::string&, std::span<const vxSize>, std::span<const std::int64_t>) {
+    return vxCreateDoubleMatrix(0, 0, vxREAL);
+  };
+  std::vector<std::vector<std::string>> out;
+  for (const vxSavedObject& object : vxDeserializeDocument(bytes, read).objects) {
+    out.emplace_back();
+    for (const vxNamedValue& field : object.fields) out.back().push_back(field.name);
+  }
+  return out;
+}
+
+bool has(const std::vector<std::string>& names, const char* name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+// A child's values equal to a new object's are left out of the file; a value
+// and its mode go together, so values, modes and the bits of a -0 come back.
+TEST_F(GraphicsFileTest, ValuesEqualToANewObjectsAreLeftOutAndStillComeBackExact) {
+  const COSInterfacePtr figure = make(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr axes = make(sgclasses::kAxesClass, figure);
+  const COSInterfacePtr plain = make(sgclasses::kLineClass, axes);
+  const COSInterfacePtr manual = make(sgclasses::kLineClass, axes);
+  Arr same = get(manual, "Color");
+  set(manual, "Color", same.get());  // manual, with the value a new line has
+  Arr width = row({2});
+  const COSInterfacePtr wide = make(sgclasses::kLineClass, axes, {{"LineWidth", width.get()}});
+  Arr minusZero = row({-0.0});
+  const COSInterfacePtr turned = make(sgclasses::kTextClass, axes, {{"Rotation", minusZero.get()}});
+  const std::size_t live = liveCount();
+  const Bytes bytes = save(figure);
+  EXPECT_EQ(liveCount(), live) << "the objects a save compares with are deleted";
+
+  const std::vector<std::vector<std::string>> fields = savedFieldNames(bytes);
+  // Table order: figure, axes, its parts, then the lines and the text.
+  auto fieldsOf = [&](std::size_t childIndex) -> const std::vector<std::string>& {
+    return fields.at(fields.size() - 4 + childIndex);
+  };
+  EXPECT_FALSE(has(fieldsOf(0), "Color_I"));
+  EXPECT_FALSE(has(fieldsOf(0), "ColorMode"));
+  EXPECT_LE(fieldsOf(0).size(), 4u) << "a plain line keeps only values that can hold objects";
+  EXPECT_TRUE(has(fieldsOf(1), "Color_I"));
+  EXPECT_TRUE(has(fieldsOf(1), "ColorMode"));
+  EXPECT_TRUE(has(fieldsOf(2), "LineWidth_I"));
+  EXPECT_TRUE(has(fieldsOf(2), "LineWidthMode"));
+  EXPECT_FALSE(has(fieldsOf(2), "Color_I"));
+  EXPECT_TRUE(has(fieldsOf(3), "Rotation_I")) << "-0 differs from a new text's 0 by its bits";
+
+  const COSInterfacePtr loaded = load(bytes);
+  ASSERT_TRUE(loaded);
+  EXPECT_EQ(signature(loaded), signature(figure));
+  COSInterface* loadedAxes = loaded->getOldestChild();
+  ASSERT_TRUE(loadedAxes);
+  std::vector<COSInterfacePtr> children;
+  for (COSInterface* c = loadedAxes->getOldestChild(); c; c = c->getNewerSibling())
+    if (sgclasses::isOfClass(c, {sgclasses::kLineClass, sgclasses::kTextClass})) children.emplace_back(c);
+  ASSERT_GE(children.size(), 4u);
+  EXPECT_EQ(text(children[children.size() - 4], "ColorMode"), "auto");
+  EXPECT_EQ(text(children[children.size() - 3], "ColorMode"), "manual");
+  EXPECT_EQ(number(children[children.size() - 2], "LineWidth"), 2);
+  EXPECT_EQ(std::signbit(number(turned, "Rotation")), std::signbit(number(children.back(), "Rotation")));
 }
 
 TEST_F(GraphicsFileTest, EveryTruncationAndByteChangeLoadsTheSameTreeOrNothing) {
