@@ -92,6 +92,9 @@ class FaultSweep : public ClassesTest {
   std::size_t sweep(const Operation& op, Point point) {
     for (std::size_t n = 1; n <= kSweepLimit; ++n) {
       std::vector<COSInterfacePtr> kept = op.prepare();
+      // Objects that preparing made and deleted (a save's objects to compare
+      // with) leave the drawnow queue before counting.
+      sgclasses::forgetDeletedDirtyObjects();
       const std::set<COSInterface*> treeBefore = wholeTree();
       const std::size_t liveBefore = vcos::liveObjectCount();
       bool raised = false;
