@@ -4,11 +4,16 @@
 #include "sgutils/services/FormbenchFigureUtils.h"
 #include "sgutils/services/UIChildInterface.h"
 #include "vcos/COSInterface.h"
+#include "vcos/DynamicProperties.h"
 
 namespace sgutils {
 
 bool FormbenchFigureUtils::hasFormbenchFigureProperty(const COSInterfacePtr& object) {
   if (!object) return false;
+  if (!vcos::hasDynamicProperties(object.get())) {  // the common case: no name look-up
+    object->checkValid();
+    return false;
+  }
   static const COSID name("FormbenchFigure");
   COSInterfacePtr found;
   object->findDynamicProperty(found, name);

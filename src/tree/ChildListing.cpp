@@ -20,9 +20,9 @@ constexpr unsigned kWidened = 1;
 bool listed(COSInterface* child, unsigned flags) {
   if (flags & kWidened) {
     ShowHiddenHandlesInternal::ShowHiddenHandlesInternalScopeGuard showAll;
-    return ChildStrategy::isChildHandleVisible(COSInterfacePtr(child));
+    return ChildStrategy::isChildHandleVisible(child);
   }
-  return ChildStrategy::isChildHandleVisible(COSInterfacePtr(child));
+  return ChildStrategy::isChildHandleVisible(child);
 }
 
 bool unlisted(COSInterface*, unsigned) { return false; }

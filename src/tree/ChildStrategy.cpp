@@ -16,6 +16,7 @@
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
+#include "vcos/DynamicProperties.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSPropT.h"
 #include "vcos/COSTypeConversion.h"
@@ -67,8 +68,6 @@ const COSID& internalName() {
 }
 
 const VisibilityProps& visibilityPropsOf(const COSInterface* object) {
-  const COSID& handleVisibility = handleVisibilityName();
-  const COSID& internal = internalName();
   // One thread runs the class-object system. A few entries, picked by the
   // class's address, so that the prefetch a few children ahead and the
   // test of a container of mixed classes do not evict each other.
@@ -77,8 +76,8 @@ const VisibilityProps& visibilityPropsOf(const COSInterface* object) {
   VisibilityProps& last = cache[(reinterpret_cast<std::uintptr_t>(cls) >> 6) & 7];
   if (cls != last.cls) {
     last.cls = cls;
-    last.handleVisibility = cls ? cls->findPropertyExact(handleVisibility) : nullptr;
-    last.internal = cls ? cls->findPropertyExact(internal) : nullptr;
+    last.handleVisibility = cls ? cls->findPropertyExact(handleVisibilityName()) : nullptr;
+    last.internal = cls ? cls->findPropertyExact(internalName()) : nullptr;
     last.handleVisibilityBlock = blockClassOf(last.handleVisibility);
     last.internalBlock = blockClassOf(last.internal);
   }
@@ -86,10 +85,11 @@ const VisibilityProps& visibilityPropsOf(const COSInterface* object) {
 }
 
 // A property of the object: the class's, else one added to the instance.
-const COSPropInfo* propertyOf(const COSInterface* object, const COSPropInfo* ofClass, COSID name) {
+const COSPropInfo* propertyOf(const COSInterface* object, const COSPropInfo* ofClass, const COSID& (*name)()) {
   if (ofClass) return ofClass;
+  if (!vcos::hasDynamicProperties(object)) return nullptr;
   COSInterfacePtr dynamic;
-  object->findDynamicProperty(dynamic, name);
+  object->findDynamicProperty(dynamic, name());
   return dynamic ? cosiToProp(dynamic.get()) : nullptr;
 }
 
@@ -137,17 +137,20 @@ void ChildStrategy::prefetchVisibility(const COSInterface* child) noexcept {
   if (props.internalBlock) __builtin_prefetch(child->getInstanceData(props.internalBlock));
 }
 
-bool ChildStrategy::isChildHandleVisible(const COSInterfacePtr& child) {
+bool ChildStrategy::isChildHandleVisible(const COSInterfacePtr& child) { return isChildHandleVisible(child.get()); }
+
+bool ChildStrategy::isChildHandleVisible(COSInterface* child) {
   if (!child || child->isDestroyed()) return false;
-  if (FormbenchFigureUtils::hasFormbenchFigureProperty(child)) return false;
-  const VisibilityProps& props = visibilityPropsOf(child.get());
+  if (vcos::hasDynamicProperties(child) && FormbenchFigureUtils::hasFormbenchFigureProperty(COSInterfacePtr(child)))
+    return false;
+  const VisibilityProps& props = visibilityPropsOf(child);
   // Copies: a property read below may run code that looks at another class.
-  const COSPropInfo* handleVisibility = propertyOf(child.get(), props.handleVisibility, handleVisibilityName());
-  const COSPropInfo* internal = propertyOf(child.get(), props.internal, internalName());
+  const COSPropInfo* handleVisibility = propertyOf(child, props.handleVisibility, &handleVisibilityName);
+  const COSPropInfo* internal = propertyOf(child, props.internal, &internalName);
   if (!handleVisibility) return false;
-  if (internal && readRaw(child.get(), internal, [](COSValue v) { return v.word() != 0; })) return false;
+  if (internal && readRaw(child, internal, [](COSValue v) { return v.word() != 0; })) return false;
   if (ShowHiddenHandlesInternal::GetShowHiddenHandlesInternalFlag()) return true;
-  const unsigned char visibility = readRaw(child.get(), handleVisibility, [](COSValue v) {
+  const unsigned char visibility = readRaw(child, handleVisibility, [](COSValue v) {
     const auto* byte = v.asPointer<const unsigned char>();
     return byte ? *byte : static_cast<unsigned char>(0);
   });

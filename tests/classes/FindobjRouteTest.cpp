@@ -8,6 +8,9 @@
 #include "sgclasses/ContainerChildren.h"
 #include "sgutils/tree/ChildListing.h"
 #include "sgutils/tree/DefaultFindobjClassInfo.h"
+#include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
+#include "vcos/COSClass.h"
+#include "vcos/COSPropT.h"
 #include "vcos/ObjectCalls.h"
 
 namespace sgtest::classes {
@@ -76,6 +79,20 @@ TEST_F(FindobjRoute, HiddenChildrenAndTheSwitchesGiveWhatChildrenGives) {
   // findall walks the raw tree either way.
   sgutils::DefaultFindobjClassInfo::FindAllScope all;
   expectSameBothWays(figure, {"Type", "line"}, 13);
+}
+
+// A child carrying the figure builder's mark (a property added to it at run
+// time) is left out, while one with another added property is not.
+TEST_F(FindobjRoute, ChildrenWithAddedPropertiesAreJudgedOneByOne) {
+  COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  COSInterfacePtr plain = sgclasses::create(sgclasses::kLineClass, axes);
+  COSInterfacePtr marked = sgclasses::create(sgclasses::kLineClass, axes);
+  COSInterfacePtr other = sgclasses::create(sgclasses::kLineClass, axes);
+  marked->addDynamicProperty(new COSPropT(marked->getClass()->getID(), COSID("FormbenchFigure"), COSDataTypePtr("any")));
+  other->addDynamicProperty(new COSPropT(other->getClass()->getID(), COSID("Note"), COSDataTypePtr("any")));
+  expectSameBothWays(figure, {"Type", "line"}, 2);
+  EXPECT_EQ(find(figure, {"Type", "line"}), (std::vector<COSInterface*>{other.get(), plain.get()}));
 }
 
 TEST_F(FindobjRoute, OrderIsNewestFirstAndAReorderIsSeen) {

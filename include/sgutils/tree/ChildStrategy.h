@@ -47,6 +47,9 @@ class SGUTILS_API ChildStrategy {
   // array raises "VANTEL:sg:BadChildren".
   static ChildList pushVxArrayEntriesIntoVector(const vxArray* array);
   static bool isChildHandleVisible(const COSInterfacePtr& child);
+  // The same for a child the caller holds (a walk's current child), without
+  // taking a reference of its own.
+  static bool isChildHandleVisible(COSInterface* child);
   // Starts fetching the memory that isChildHandleVisible reads for `child`,
   // for a walk that tests a few children ahead.
   static void prefetchVisibility(const COSInterface* child) noexcept;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "VcosTestClasses.h"
+#include "vcos/DynamicProperties.h"
 #include "foundation/core/except/Error.h"
 
 using foundation::core::except::Error;
@@ -45,6 +46,12 @@ TEST(PropertyLookup, DynamicPropertiesLiveOnTheInstance) {
   COSInterfacePtr found;
   a->findDynamicProperty(found, COSID("extra"));
   EXPECT_EQ(found.get(), extra);
+  // The quick test sees the added property, and an object whose side table
+  // holds only a stored value has none.
+  vt::set<std::int32_t>(b, "Width", 3);
+  EXPECT_TRUE(vcos::hasDynamicProperties(a.get()));
+  EXPECT_FALSE(vcos::hasDynamicProperties(b.get()));
+  EXPECT_FALSE(vcos::hasDynamicProperties(nullptr));
   vt::set<std::string>(a, "Extra", "hello");
   EXPECT_EQ(vt::get<std::string>(a, "Extra"), "hello");
   // A dynamic property of one object is not a property of another.

@@ -2,6 +2,7 @@
 // exact, without regard to case, then by unique prefix), and dynamic
 // properties themselves.
 #include "vcos/src/class/ClassTables.h"
+#include "vcos/DynamicProperties.h"
 #include "vcos/src/core/Messages.h"
 #include "vcos/src/core/ObjectOps.h"
 #include "foundation/core/except/Error.h"
@@ -82,4 +83,9 @@ void COSInterface::removeDynamicProperty(const COSPropInfo* property) {
     break;
   }
   std::erase_if(x->dynamicProperties, [&](const COSInterfacePtr& d) { return d.get() == property; });
+}
+
+bool vcos::hasDynamicProperties(const COSInterface* object) noexcept {
+  const vcos::internal::InstanceExtras* x = object ? vcos::internal::ObjectOps::extrasIfAny(object) : nullptr;
+  return x && !x->dynamicProperties.empty();
 }
