@@ -41,6 +41,8 @@ class PropertyCallbackOp final : public COSListenerOp {
     if (CallbackContext::queuedCount() != 0) CallbackContext::runQueued();
   }
 
+  bool readsEventData() const noexcept override { return passEventData_; }
+
  private:
   static VCallback read(COSInterface* source, COSPropInfo* property) {
     static const COSID callbackType(kCallbackType);

@@ -2,9 +2,34 @@
 
 namespace vantel::graphics {
 
+bool DirtyPropertyTracker::inLists(std::string_view name) const {
+  for (const std::string& n : dirty_)
+    if (n == name) return true;
+  for (const std::string& n : priority_)
+    if (n == name) return true;
+  return false;
+}
+
+bool DirtyPropertyTracker::hasDirtyProperty(std::string_view name) const {
+  return names_.empty() ? inLists(name) : names_.contains(name);
+}
+
 bool DirtyPropertyTracker::addName(std::string_view name) {
-  if (names_.contains(name)) return false;
-  names_.emplace(name);
+  if (hasDirtyProperty(name)) return false;
+  const std::size_t held = dirty_.size() + priority_.size();
+  if (!names_.empty()) {
+    names_.emplace(name);
+  } else if (held >= kListedNames) {
+    try {
+      names_.reserve(2 * (held + 1));
+      for (const std::string& n : dirty_) names_.emplace(n);
+      for (const std::string& n : priority_) names_.emplace(n);
+      names_.emplace(name);
+    } catch (...) {
+      names_.clear();  // a partial set would hide listed names
+      throw;
+    }
+  }
   return true;
 }
 

@@ -20,8 +20,8 @@ class SGUTILS_API DirtyPropertyTracker {
   void appendDirtyProperty(std::string_view name);
   void appendPriorityProperty(std::string_view name);
 
-  bool hasDirtyProperty(std::string_view name) const { return names_.contains(name); }
-  bool hasDirtyProperties() const noexcept { return !names_.empty(); }
+  bool hasDirtyProperty(std::string_view name) const;
+  bool hasDirtyProperties() const noexcept { return !dirty_.empty() || !priority_.empty(); }
 
   // Priority names from last to first, then the others from first to last.
   std::vector<std::string> getDirtyProperties() const;
@@ -35,7 +35,12 @@ class SGUTILS_API DirtyPropertyTracker {
     std::size_t operator()(std::string_view s) const noexcept { return std::hash<std::string_view>{}(s); }
   };
   bool addName(std::string_view name);
+  bool inLists(std::string_view name) const;
 
+  // Most trackers hold a name or two (a new object starts with one): up to
+  // kListedNames they are found in the lists, and only a longer set builds
+  // the hash set, which then holds every name.
+  static constexpr std::size_t kListedNames = 8;
   std::unordered_set<std::string, NameHash, std::equal_to<>> names_;
   std::vector<std::string> dirty_;
   std::vector<std::string> priority_;

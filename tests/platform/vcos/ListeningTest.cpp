@@ -145,4 +145,52 @@ TEST(ClassPropertyListeners, ListenerThatDeletesTheObjectStopsTheSet) {
   shape->removeClassPropertyListener(COSPropertyEvent::PostSet, width, vt::L(post));
 }
 
+// An op that declares it never reads event data.
+class DatalessOp final : public COSListenerOp {
+ public:
+  explicit DatalessOp(std::vector<const COSEventData*>& seen) : seen_(seen) {}
+  void callback(COSInterface*, COSEventData* data) override { seen_.push_back(data); }
+  bool readsEventData() const noexcept override { return false; }
+
+ private:
+  std::vector<const COSEventData*>& seen_;
+};
+
+TEST(EventData, MadeOnlyWhenAListenerReadsIt) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  COSClass* shape = vt::cls("vt.Shape");
+  const COSID shout("Shout");
+  std::vector<const COSEventData*> dataless;
+  COSInterfacePtr quiet = COSListener::createListener(new DatalessOp(dataless));
+  shape->addClassListener(shout, vt::L(quiet));
+  s->notifyEvent(COSGetPublicClient(), shout, nullptr);
+  ASSERT_EQ(dataless.size(), 1u);
+  EXPECT_EQ(dataless[0], nullptr) << "data made although no listener reads it";
+
+  // A reader on the instance: both get the same data, naming source and event.
+  const COSEventData* read = nullptr;
+  COSInterfacePtr reader = vt::listener([&](COSInterface* source, COSEventData* data) {
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(data->getSourceWeak().get(), source);
+    EXPECT_EQ(data->getEventName(), shout);
+    EXPECT_EQ(data->getNotifyCount(), 1);
+    read = data;
+  });
+  s->addListener(shout, vt::L(reader));
+  s->notifyEvent(COSGetPublicClient(), shout, nullptr);
+  ASSERT_EQ(dataless.size(), 2u);
+  EXPECT_NE(read, nullptr);
+  EXPECT_EQ(dataless[1], read);
+
+  // Data the sender made reaches a dataless listener as it is.
+  s->removeListener(shout, vt::L(reader));
+  COSInterfacePtr given(new COSEventData(s.get(), shout));
+  auto* givenData = static_cast<COSEventData*>(given.get());
+  s->notifyEvent(COSGetPublicClient(), shout, givenData);
+  ASSERT_EQ(dataless.size(), 3u);
+  EXPECT_EQ(dataless[2], givenData);
+  EXPECT_TRUE(givenData->isOkToDestroy());
+  shape->removeClassListener(shout, vt::L(quiet));
+}
+
 }  // namespace

@@ -36,6 +36,41 @@ TEST(DirtyPropertyTracker, KeepsFirstPlaceAndPutsTheLatestPriorityFirst) {
   EXPECT_EQ(copy.getDirtyProperties(), (Names{"B", "A", "Color", "XData"}));
 }
 
+// Past a few names the tracker looks names up in a hash set: order, the
+// refusal of repeats and clearing must not change across that point.
+TEST(DirtyPropertyTracker, ManyNamesKeepOrderAndRefuseRepeatsAcrossClears) {
+  vantel::graphics::DirtyPropertyTracker tracker;
+  for (int round = 0; round < 2; ++round) {
+    Names dirty, priority;
+    for (int i = 0; i < 30; ++i) {
+      const std::string name = "P" + std::to_string(i);
+      if (i % 3 == 0) {
+        tracker.appendPriorityProperty(name);
+        priority.insert(priority.begin(), name);
+      } else {
+        tracker.appendDirtyProperty(name);
+        dirty.push_back(name);
+      }
+      // Repeats of every name so far, in either list, change nothing.
+      for (int j = 0; j <= i; ++j) {
+        tracker.appendDirtyProperty("P" + std::to_string(j));
+        tracker.appendPriorityProperty("P" + std::to_string(j));
+      }
+      Names expected = priority;
+      expected.insert(expected.end(), dirty.begin(), dirty.end());
+      ASSERT_EQ(tracker.getDirtyProperties(), expected) << "after " << name;
+      EXPECT_TRUE(tracker.hasDirtyProperty(name));
+      EXPECT_FALSE(tracker.hasDirtyProperty("P" + std::to_string(i + 1)));
+    }
+    vantel::graphics::DirtyPropertyTracker copy = tracker;
+    EXPECT_EQ(copy.getDirtyProperties().size(), 30u);
+    EXPECT_TRUE(copy.hasDirtyProperty("P29"));
+    tracker.clearDirtyProperties();
+    EXPECT_FALSE(tracker.hasDirtyProperties());
+    EXPECT_FALSE(tracker.hasDirtyProperty("P0"));
+  }
+}
+
 TEST(ViewStrategies, StartWithTheNamesOfTheirClass) {
   using sgutils::LegacyRuntimeViewStrategy;
   using sgutils::RuntimeViewStrategy;

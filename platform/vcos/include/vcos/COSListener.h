@@ -28,6 +28,8 @@ class VCOS_API COSListener : public COSInterface {
   // Runs the callback unless disabled, removed, or already running without
   // the recursive mark.
   void fire(COSInterface* source, COSEventData* data);
+  // Whether the op reads the event data it is handed (see COSListenerOp).
+  bool readsEventData() const noexcept;
 
  protected:
   ~COSListener() override;

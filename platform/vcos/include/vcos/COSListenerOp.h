@@ -13,6 +13,9 @@ class VCOS_API COSListenerOp {
  public:
   virtual ~COSListenerOp();
   virtual void callback(COSInterface* source, COSEventData* data) = 0;
+  // Whether callback reads its data. An op that never does is handed null
+  // when the sender made none, which spares an event data object per event.
+  virtual bool readsEventData() const noexcept { return true; }
 
   static COSListenerOp* fromFunction(std::function<void(COSInterface*, COSEventData*)> fn);
 };

@@ -66,6 +66,8 @@ COSListener* COSListener::toListener(const COSInterfacePtr& p) noexcept {
   return p && p->getKind() == COSKind::Listener ? static_cast<COSListener*>(p.get()) : nullptr;
 }
 
+bool COSListener::readsEventData() const noexcept { return op_->readsEventData(); }
+
 void COSListener::fire(COSInterface* source, COSEventData* data) {
   if (!isEnabled() || (running_ > 0 && !recursive_)) return;
   vcos::fault::at(vcos::fault::Point::Listener);

@@ -31,18 +31,6 @@ struct Pending {
   std::uint64_t sequence;
 };
 
-bool anyListener(const COSInterface* o, COSID eventId) noexcept {
-  if (const auto* x = ObjectOps::extrasIfAny(o))
-    for (const auto& e : x->listeners)
-      if (!e.property && e.eventId == eventId) return true;
-  if (COSClass* cls = o->getClass())
-    for (COSClass* a : cls->tables().ancestry)
-      if (a->tables().classListenerCount)
-        for (const auto& [id, list] : a->tables().classListeners)
-          if (id == eventId && !list.empty()) return true;
-  return false;
-}
-
 }  // namespace
 
 void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventData* eventData) {
@@ -51,15 +39,16 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
     if (COSEventInfo* e = class_->findEvent(eventId))
       if (!vcos::internal::admits(e->getSendAccess(), e->getExtendedSendAccess(), e->getDefiningClass(), client))
         throw Error(vcos::msg::EventAccessDenied, eventId.str(), class_->getName());
-  if (!anyListener(this, eventId)) return;
-
   // Most notifications reach one or two listeners: no heap list for them.
+  // One walk of the ancestry collects them; classes without class
+  // listeners are passed over by their count.
   boost::container::small_vector<Pending, 4> pending;
   if (class_)
     for (COSClass* a : class_->tables().ancestry)
-      for (const auto& [id, list] : a->tables().classListeners)
-        if (id == eventId)
-          for (const auto& l : list) pending.push_back({l.listener, l.priority, 0, l.sequence});
+      if (a->tables().classListenerCount)
+        for (const auto& [id, list] : a->tables().classListeners)
+          if (id == eventId)
+            for (const auto& l : list) pending.push_back({l.listener, l.priority, 0, l.sequence});
   if (extras_)
     for (const auto& e : extras_->listeners)
       if (!e.property && e.eventId == eventId) pending.push_back({e.listener, e.priority, 1, e.sequence});
@@ -71,16 +60,23 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
   };
   if (pending.size() > 1) std::stable_sort(pending.begin(), pending.end(), before);
 
+  // Data is made only when some listener reads it: the "InstanceCreated"
+  // listener that runs CreateFcn, reached by every new graphics object,
+  // does not.
   COSInterfacePtr ownData;
-  if (!eventData) {
+  if (!eventData && std::any_of(pending.begin(), pending.end(), [](const Pending& p) {
+        return static_cast<const COSListener*>(p.listener.get())->readsEventData();
+      })) {
     ownData = COSInterfacePtr(new COSEventData(this, eventId));
     eventData = static_cast<COSEventData*>(ownData.get());
   }
   COSInterfacePtr holdMemory(this, COSWeakReference);
-  eventData->incrementNotifyCount();
+  if (eventData) eventData->incrementNotifyCount();
   struct Done {
     COSEventData* d;
-    ~Done() { d->decrementNotifyCount(); }
+    ~Done() {
+      if (d) d->decrementNotifyCount();
+    }
   } done{eventData};
   static const COSID beingDestroyed("ObjectBeingDestroyed");
   for (Pending& p : pending) {
