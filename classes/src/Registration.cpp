@@ -7,7 +7,6 @@
 #include "sgclasses/ContainerChildren.h"
 #include "sgclasses/DisplayData.h"
 #include "sgclasses/Enumerations.h"
-#include "sgclasses/FigureFile.h"
 #include "sgdatatypes/Registration.h"
 #include "sgclasses/Objects.h"
 #include "sgclasses/Theming.h"
@@ -82,7 +81,6 @@ void registerClasses() {
                     &registerLine, &registerText, &registerPatch, &registerGroup, &registerContextMenu})
       fn();
     registerDisplayData();
-    registerFigureSavedFields();
     // findobj walks a container's children in place, as its Children lists them.
     sgutils::setChildListingLookup(&ContainerChildren::listingOf);
     // The figure is the theme container of its tree.
