@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "LineBatches.h"
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Objects.h"
 #include "sgclasses/Registration.h"
@@ -37,12 +38,6 @@ struct Scene {
     axes = sgclasses::create(sgclasses::kAxesClass, figure);
   }
   ~Scene() { sgclasses::releaseRoot(); }
-  void clearLines() const {
-    std::vector<COSInterfacePtr> lines;
-    for (COSInterface* c = axes->getNewestChild(); c; c = c->getOlderSibling())
-      if (c->getClass()->isSubclassOf(COSID(sgclasses::kLineClass))) lines.emplace_back(c);
-    for (const COSInterfacePtr& line : lines) line->deleteObject(COSGetPublicClient());
-  }
 };
 
 void setDefault(const COSInterfacePtr& object, const char* name, vxArray* value) {
@@ -50,25 +45,10 @@ void setDefault(const COSInterfacePtr& object, const char* name, vxArray* value)
   sgutils::DefaultNameAccess::set(object, name, owned.get());
 }
 
-void createLines(benchmark::State& state, const Scene& scene) {
-  constexpr std::size_t kBatch = 10000;
-  std::size_t made = 0;
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(sgclasses::create(sgclasses::kLineClass, scene.axes));
-    if (++made == kBatch) {
-      state.PauseTiming();
-      scene.clearLines();
-      made = 0;
-      state.ResumeTiming();
-    }
-  }
-  scene.clearLines();
-}
-
 // Made, hooked under the axes, defaults looked for (none held).
 void BM_CreateLineUnderAxes(benchmark::State& state) {
   Scene scene;
-  createLines(state, scene);
+  sgbench::createLinesInBatches(state, scene.axes);
 }
 BENCHMARK(BM_CreateLineUnderAxes)->Unit(benchmark::kMicrosecond);
 
@@ -77,7 +57,7 @@ void BM_CreateLineWithDefaultsOfTwoAncestors(benchmark::State& state) {
   Scene scene;
   setDefault(scene.figure, "defaultLineLineWidth", vxCreateDoubleScalar(2));
   setDefault(sgclasses::root(), "defaultLineMarker", vxCreateString("o"));
-  createLines(state, scene);
+  sgbench::createLinesInBatches(state, scene.axes);
 }
 BENCHMARK(BM_CreateLineWithDefaultsOfTwoAncestors)->Unit(benchmark::kMicrosecond);
 
@@ -91,7 +71,7 @@ void BM_MemoryPerLine(benchmark::State& state) {
     for (std::size_t i = 0; i < kLines; ++i) sgclasses::create(sgclasses::kLineClass, scene.axes);
     bytes = static_cast<double>(mallinfo2().uordblks - before) / kLines;
     state.PauseTiming();
-    scene.clearLines();
+    sgbench::deleteLinesOf(scene.axes);
     state.ResumeTiming();
   }
   state.counters["bytes_per_line"] = bytes;

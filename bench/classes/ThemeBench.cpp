@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "LineBatches.h"
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Objects.h"
 #include "sgclasses/Registration.h"
@@ -64,19 +65,7 @@ BENCHMARK(BM_ThemeSwitchEverythingChanges)->Unit(benchmark::kMillisecond)->Itera
 void createLines(benchmark::State& state, bool themed) {
   ThemedScene scene(0);
   if (!themed) setTheme(scene.figure, "");
-  constexpr std::size_t kBatch = 10000;
-  std::size_t made = 0;
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(sgclasses::create(sgclasses::kLineClass, scene.axes));
-    if (++made == kBatch) {
-      state.PauseTiming();
-      std::vector<COSInterfacePtr> lines;
-      for (COSInterface* c = scene.axes->getNewestChild(); c; c = c->getOlderSibling()) lines.emplace_back(c);
-      for (const COSInterfacePtr& line : lines) line->deleteObject(COSGetPublicClient());
-      made = 0;
-      state.ResumeTiming();
-    }
-  }
+  sgbench::createLinesInBatches(state, scene.axes);
 }
 
 void BM_CreateLineUnderThemedAxes(benchmark::State& state) { createLines(state, true); }
