@@ -9,7 +9,6 @@
 #include "foundation/log/Logger.h"
 #include "sgdatatypes/CallbackListeners.h"
 #include "sgutils/lifecycle/SGHandle.h"
-#include "sgutils/persistence/SavedFieldsExtension.h"
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/SavedPropertyList.h"
 #include "vcos/COSClass.h"
@@ -231,17 +230,6 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
         } catch (const IMsgIDException&) {
           if (lg.isOn(kSetBit)) lg.write(kSetBit, "        set." + field.name + " failed");
         }
-      }
-    }
-    // Fields no stored property takes go to the class's extensions, last.
-    const std::vector<const SavedFieldsExtension*> extensions = SavedFieldsExtension::of(object->getClass());
-    if (!extensions.empty()) {
-      for (std::size_t f = 0; f < fields.size(); ++f) {
-        const vxNamedValue& field = fields[f];
-        if (field.name == GraphicsFile::kChildrenField || field.name == GraphicsFile::kDefaultsField) continue;
-        if (properties_[f]) continue;
-        for (const SavedFieldsExtension* extension : extensions)
-          if (extension->load && extension->load(object, field)) break;
       }
     }
   }

@@ -9,7 +9,6 @@
 #include "sgutils/copy/CopyableData.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/persistence/GraphicsFile.h"
-#include "sgutils/persistence/SavedFieldsExtension.h"
 #include "sgutils/tree/ChildStrategy.h"
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/GraphicsLoader.h"
@@ -110,7 +109,7 @@ void GraphicsSaver::addObjectsIn(std::span<const std::pair<std::string, const vx
     bool below = false;
     for (const COSInterface* up = object->getOwnerObject(); up && !below; up = up->getOwnerObject())
       below = all.count(up) != 0;
-    if (!below && indexOf(object.get()) < 0) addTree(object, -1, {}, false);
+    if (!below && indexOf(object.get()) < 0) addTree(object, -1, "", false);
   }
 }
 
@@ -119,21 +118,18 @@ std::int64_t GraphicsSaver::indexOf(const COSInterface* object) const {
   return found == index_.end() ? -1 : found->second;
 }
 
-std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t madeBy, std::string madeByProperty,
+std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t madeBy, const char* madeByProperty,
                                     bool child) {
-  const auto index = static_cast<std::int64_t>(objects_.size());
+  const auto index = static_cast<std::int64_t>(records_.size());
   index_.emplace(object.get(), index);
-  objects_.push_back(object);
-  views_.push_back({{object->getClass()->getName(), madeBy, std::move(madeByProperty)}, {}});
-  if (foundation::log::Logger& lg = serializationLog(); lg.isOn(foundation::log::kInfo))
-    lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customSave ") + object->getClass()->getName());
   // Only a child of a saved tree leaves values out: a top (a figure) or a
   // part its owner made is written whole.
-  readFields(static_cast<std::size_t>(index), child && madeBy < 0);
+  records_.push_back({object, madeBy, madeByProperty, child && madeBy < 0, {}});
+  if (foundation::log::Logger& lg = serializationLog(); lg.isOn(foundation::log::kInfo))
+    lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customSave ") + object->getClass()->getName());
 
   // Children oldest first, hidden ones too; the ones not saved
   // (Serializable off) and those already in the table are left out.
-  matrix::unique_vxArray children;
   std::vector<COSInterfacePtr> saved;
   for (COSInterface* c = object->getOldestChild(); c; c = c->getNewerSibling()) {
     COSInterfacePtr child(c);
@@ -148,13 +144,12 @@ std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t 
       continue;
     }
     saved.push_back(child);
-    addTree(child, -1, {}, true);
+    addTree(child, -1, "", true);
   }
   if (!saved.empty()) {
     matrix::unique_vxArray list(omCreateVCOSMatrix(1, saved.size(), "vantel.graphics.Graphics"));
     for (std::size_t i = 0; i < saved.size(); ++i) omSetArrayElement(list.get(), i, saved[i]);
-    views_[static_cast<std::size_t>(index)].fields.emplace_back(GraphicsFile::kChildrenField, list.get());
-    held_.push_back(std::move(list));
+    records_[static_cast<std::size_t>(index)].children = std::move(list);
   }
   return index;
 }
@@ -238,11 +233,12 @@ bool sameValue(SavedPropertyList::Omit omit, const COSPropInfo* property, COSVal
 
 }  // namespace
 
-void GraphicsSaver::readFields(std::size_t index, bool omitDefaults) {
-  COSInterface* object = objects_[index].get();
-  std::vector<std::pair<std::string, const vxArray*>>& fields = views_[index].fields;
+void GraphicsSaver::readFields(Record& record) {
+  COSInterface* object = record.object.get();
+  fields_.clear();
+  held_.clear();
   const SavedPropertyList& list = SavedPropertyList::of(object->getClass());
-  const Reference* reference = omitDefaults ? referenceOf(object->getClass()) : nullptr;
+  const Reference* reference = record.omitDefaults ? referenceOf(object->getClass()) : nullptr;
   const std::size_t n = list.properties.size();
   // Every value is read first, so that a value and its mode are written
   // together when either differs from the new object's.
@@ -262,29 +258,17 @@ void GraphicsSaver::readFields(std::size_t index, bool omitDefaults) {
     if (reference && !sameValue(list.omit[k], list.properties[k], read_[k], reference->values[k]))
       differs_[list.group[k]] = 1;
   }
-  std::size_t written = 0;
-  for (std::size_t k = 0; k < n; ++k) written += differs_[list.group[k]];
-  if (written) fields.reserve(written);
   for (std::size_t k = 0; k < n; ++k) {
     if (!differs_[list.group[k]]) continue;
     const COSPropInfo* property = list.properties[k];
     matrix::unique_vxArray array = copy::toArray(property->getDataType(), read_[k]);
     if (!array) continue;
-    fields.emplace_back(property->getName(), array.get());
+    fields_.push_back({property->getName(), array.get()});
     held_.push_back(std::move(array));
   }
   if (const SGHandle* handle = SGHandle::fromObject(object); handle && handle->getDefaultProp())
-    fields.emplace_back(GraphicsFile::kDefaultsField, handle->getDefaultProp());
-  for (const SavedFieldsExtension* extension : SavedFieldsExtension::of(object->getClass())) {
-    if (!extension->save) continue;
-    std::vector<vxNamedValue> extra;
-    extension->save(objects_[index], extra);
-    for (vxNamedValue& field : extra) {
-      if (!field.value) continue;
-      fields.emplace_back(std::move(field.name), field.value.get());
-      held_.push_back(std::move(field.value));
-    }
-  }
+    fields_.push_back({GraphicsFile::kDefaultsField, handle->getDefaultProp()});
+  if (record.children) fields_.push_back({GraphicsFile::kChildrenField, record.children.get()});
   // Objects held by the values (a context menu, objects in user data) are
   // saved where their own tree puts them; one outside every saved tree is
   // written as none.
@@ -297,7 +281,17 @@ std::vector<std::uint8_t> GraphicsSaver::serialize(std::span<const std::pair<std
     return cls ? cls->getName() : "vantel.graphics.GraphicsPlaceholder";
   };
   options.objectIndex = [this](const vxArray* a, std::size_t i) { return indexOf(omGetLiveArrayElement(a, i).get()); };
-  return vxSerializeDocument(values, views_, options);
+  // The table is written record by record; each record's arrays are freed
+  // once it is packed, and its child list with it.
+  vxDocumentWriter writer(values, records_.size(), options);
+  for (Record& record : records_) {
+    readFields(record);
+    writer.addObject(record.object->getClass()->getName(), record.madeBy, record.madeByProperty, fields_);
+    fields_.clear();
+    held_.clear();
+    record.children.reset();
+  }
+  return writer.finish();
 }
 
 }  // namespace sgutils::persistence

@@ -44,17 +44,29 @@ class GraphicsSaver {
     std::vector<COSValue> values;  // per property of the class's list
   };
 
-  std::int64_t addTree(const COSInterfacePtr& object, std::int64_t madeBy, std::string madeByProperty,
-                       bool child);
-  void readFields(std::size_t index, bool omitDefaults);
+  // One entry of the object table, read and written only when its turn
+  // comes in serialize().
+  struct Record {
+    COSInterfacePtr object;
+    std::int64_t madeBy;
+    const char* madeByProperty;     // the owner's property name (lives with its class), or ""
+    bool omitDefaults;              // a child of a saved tree leaves out values equal to a new object's
+    matrix::unique_vxArray children;  // saved children oldest first, or null
+  };
+
+  std::int64_t addTree(const COSInterfacePtr& object, std::int64_t madeBy, const char* madeByProperty, bool child);
+  // Reads the record's fields into fields_ (their arrays in held_).
+  void readFields(Record& record);
   const Reference* referenceOf(COSClass* cls);
   std::int64_t indexOf(const COSInterface* object) const;
 
   std::unordered_map<const COSInterface*, std::int64_t> index_;
-  std::vector<COSInterfacePtr> objects_;
-  std::vector<vxSavedObjectView> views_;
-  std::vector<matrix::unique_vxArray> held_;  // the values the views borrow
+  std::vector<Record> records_;
   std::unordered_map<const COSClass*, Reference> references_;
+  // One record's fields and the arrays they borrow, reused from record to
+  // record: only one object's values exist as arrays at a time.
+  std::vector<vxDocumentWriter::Field> fields_;
+  std::vector<matrix::unique_vxArray> held_;
   std::vector<COSValue> read_;        // one object's values, reused
   std::vector<unsigned char> differs_;  // per group head, reused
 };

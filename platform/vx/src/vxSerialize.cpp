@@ -425,6 +425,52 @@ std::vector<std::uint8_t> vxSerializeValues(std::span<const std::pair<std::strin
   return frame(buffer, 1);
 }
 
+struct vxDocumentWriter::State {
+  explicit State(const vxWriteOptions& o) : options(o), pk(buffer) {}
+  vxWriteOptions options;
+  msgpack::sbuffer buffer;
+  Packer pk;
+  std::size_t remaining = 0;
+};
+
+vxDocumentWriter::vxDocumentWriter(std::span<const std::pair<std::string, const vxArray*>> values,
+                                   std::size_t objectCount, const vxWriteOptions& options)
+    : state_(std::make_unique<State>(options)) {
+  if (objectCount > 0xffffffffULL) throw Error("VANTEL:vx:serialize:TooLarge");
+  Packer& pk = state_->pk;
+  pk.pack_array(2);
+  packEntries(pk, values, &state_->options);
+  pk.pack_array(static_cast<std::uint32_t>(objectCount));
+  state_->remaining = objectCount;
+}
+
+vxDocumentWriter::~vxDocumentWriter() = default;
+
+void vxDocumentWriter::addObject(std::string_view className, std::int64_t madeBy, std::string_view madeByProperty,
+                                 std::span<const Field> fields) {
+  if (state_->remaining == 0) throw Error("VANTEL:vx:serialize:Corrupt", "more records than the object table announced");
+  --state_->remaining;
+  Packer& pk = state_->pk;
+  pk.pack_array(4);
+  pk.pack(className);
+  pk.pack(madeBy);
+  pk.pack(madeByProperty);
+  pk.pack_array(static_cast<std::uint32_t>(fields.size()));
+  for (const Field& field : fields) {
+    pk.pack_array(2);
+    pk.pack(field.name);
+    packValue(pk, field.value, 0, &state_->options);
+  }
+  // A large body is checked as it grows, not only at the end.
+  if (state_->buffer.size() > kMaxRawBytes) throw Error("VANTEL:vx:serialize:TooLarge");
+}
+
+std::vector<std::uint8_t> vxDocumentWriter::finish() {
+  // A table shorter than announced would not read back.
+  if (state_->remaining != 0) throw Error("VANTEL:vx:serialize:Corrupt", "records missing from the object table");
+  return frame(state_->buffer, vxSerializeFormatVersion);
+}
+
 std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::string, const vxArray*>> values,
                                               std::span<const vxSavedObjectView> objects,
                                               const vxWriteOptions& options) {

@@ -338,6 +338,18 @@ TEST(Serialize, AnObjectTableIsHandedUpBeforeAnyValueAndChecked) {
   // A reader that makes no objects refuses a table.
   EXPECT_EQ(idOf([&] { vxDeserializeDocument(bytes, {}); }), "VANTEL:vx:serialize:UnsupportedClass");
 
+  // The record-by-record writer gives the same bytes, and refuses a table
+  // that does not hold the records it announced.
+  {
+    vxDocumentWriter writer(s.entries(), 2, {});
+    const vxDocumentWriter::Field fields[] = {{"Tag", tag.get()}};
+    writer.addObject("a.Owner", -1, "", fields);
+    writer.addObject("a.Part", 0, "Title", {});
+    EXPECT_EQ(writer.finish(), bytes);
+    EXPECT_EQ(idOf([&] { writer.addObject("a.Extra", -1, "", {}); }), "VANTEL:vx:serialize:Corrupt");
+  }
+  EXPECT_EQ(idOf([&] { vxDocumentWriter(s.entries(), 1, {}).finish(); }), "VANTEL:vx:serialize:Corrupt");
+
   // Hand-made tables: an owner that is not earlier, an index outside the table.
   using Pk = msgpack::packer<msgpack::sbuffer>;
   auto document = [](std::int64_t owner, std::int64_t index) {

@@ -14,8 +14,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "foundation/PlatformExport.h"
@@ -99,6 +101,35 @@ VX_API std::vector<vxNamedValue> vxDeserializeValues(std::span<const std::uint8_
 VX_API std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::string, const vxArray*>> values,
                                                      std::span<const vxSavedObjectView> objects,
                                                      const vxWriteOptions& options);
+// Writes a set with an object table (format version 2) one record at a
+// time: the values first, then each object as it is given, so that only
+// one object's values need to exist as arrays at once. The bytes are the
+// same as vxSerializeDocument's for the same values and table.
+class VX_API vxDocumentWriter {
+ public:
+  // A field of a record: its name and its value, both borrowed for the call.
+  struct Field {
+    std::string_view name;
+    const vxArray* value;
+  };
+  // Writes the values; `objectCount` records must follow.
+  vxDocumentWriter(std::span<const std::pair<std::string, const vxArray*>> values, std::size_t objectCount,
+                   const vxWriteOptions& options);
+  ~vxDocumentWriter();
+  vxDocumentWriter(const vxDocumentWriter&) = delete;
+  vxDocumentWriter& operator=(const vxDocumentWriter&) = delete;
+
+  // The next record of the table (see vxSavedObjectHead).
+  void addObject(std::string_view className, std::int64_t madeBy, std::string_view madeByProperty,
+                 std::span<const Field> fields);
+  // The framed bytes; every announced record must have been added.
+  std::vector<std::uint8_t> finish();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
 // The values and object table of framed bytes (either version). Nothing read
 // is handed back on failure; objects made by options.makeObjects are the
 // caller's to remove.
