@@ -191,9 +191,11 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
     // and the saved mode is the one the object ends with.
     const std::vector<vxNamedValue>& fields = document.objects[i].fields;
     properties_.clear();
+    modes_.clear();
     for (const vxNamedValue& field : fields) {
       const std::ptrdiff_t k = list.find(field.name);
       properties_.push_back(k < 0 ? nullptr : list.properties[static_cast<std::size_t>(k)]);
+      modes_.push_back(k < 0 ? 0 : list.mode[static_cast<std::size_t>(k)]);
     }
     for (int pass = 0; pass < 2; ++pass) {
       for (std::size_t f = 0; f < fields.size(); ++f) {
@@ -209,7 +211,7 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
         const COSPropInfo* property = properties_[f];
         // A property the class no longer has, or no longer keeps, is passed
         // over: the file loads all the others.
-        if (!property || SavedPropertyList::isMode(property) != (pass == 1)) continue;
+        if (!property || (modes_[f] != 0) != (pass == 1)) continue;
         // A property holding a part the object made itself keeps it.
         if (COSInterface* part = singleElement(value)) {
           auto owner = partOwner_.find(part);

@@ -65,6 +65,7 @@ class GraphicsLoader {
   std::vector<std::vector<std::size_t>> children_;  // loaded children by index, in saved order
   std::vector<bool> passDone_;
   std::vector<const COSPropInfo*> properties_;  // one object's fields' properties, reused
+  std::vector<unsigned char> modes_;            // whether each of those is a mode, reused
   COSInterfacePtr createFcnRunner_;         // objects neither hooked nor parts
   std::vector<KeptCurrent> keptCurrent_;    // set back when the load fails
   bool done_ = false;

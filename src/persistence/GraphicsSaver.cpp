@@ -9,6 +9,7 @@
 #include "sgutils/copy/CopyableData.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/persistence/GraphicsFile.h"
+#include "sgutils/persistence/UDDConverter.h"
 #include "sgutils/tree/ChildStrategy.h"
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/GraphicsLoader.h"
@@ -243,30 +244,41 @@ void GraphicsSaver::readFields(Record& record) {
   // Every value is read first, so that a value and its mode are written
   // together when either differs from the new object's.
   read_.clear();
-  struct Release {
-    std::vector<COSValue>& values;
-    const SavedPropertyList& list;
-    COSInterface* object;
-    ~Release() {
-      for (std::size_t k = 0; k < values.size(); ++k) list.properties[k]->releaseValue(object, values[k]);
-      values.clear();
-    }
-  } release{read_, list, object};
+  // The application data is read where the Graphics block keeps it, not
+  // through its getter, which makes a copy per read: the form a file keeps
+  // is a new array only when it holds handles of the older object layer.
+  const SGHandle* handle = SGHandle::fromObject(object);
+  readList_ = &list;
+  readObject_ = object;
+  borrowed_ = handle && list.applicationData >= 0 ? static_cast<std::size_t>(list.applicationData) : n;
   differs_.assign(n, reference ? 0 : 1);
   for (std::size_t k = 0; k < n; ++k) {
-    read_.push_back(list.properties[k]->getValue(object));
+    if (k == borrowed_) {
+      auto* stored = const_cast<vxArray*>(handle->getApplicationData());
+      vxArray* saved = UDDConverter::convertUDDToHandles(stored);
+      if (saved != stored) converted_.reset(saved);
+      read_.push_back(COSValue(saved));
+    } else {
+      read_.push_back(list.properties[k]->getValue(object));
+    }
     if (reference && !sameValue(list.omit[k], list.properties[k], read_[k], reference->values[k]))
       differs_[list.group[k]] = 1;
   }
   for (std::size_t k = 0; k < n; ++k) {
     if (!differs_[list.group[k]]) continue;
     const COSPropInfo* property = list.properties[k];
+    // An array value is written as it was read: it lives until the record
+    // is packed, since the values are released after that.
+    if (list.omit[k] == SavedPropertyList::Omit::WhenArrayBitsEqual) {
+      if (const auto* array = read_[k].asPointer<const vxArray>()) fields_.push_back({property->getName(), array});
+      continue;
+    }
     matrix::unique_vxArray array = copy::toArray(property->getDataType(), read_[k]);
     if (!array) continue;
     fields_.push_back({property->getName(), array.get()});
     held_.push_back(std::move(array));
   }
-  if (const SGHandle* handle = SGHandle::fromObject(object); handle && handle->getDefaultProp())
+  if (handle && handle->getDefaultProp())
     fields_.push_back({GraphicsFile::kDefaultsField, handle->getDefaultProp()});
   if (record.children) fields_.push_back({GraphicsFile::kChildrenField, record.children.get()});
   // Objects held by the values (a context menu, objects in user data) are
@@ -281,17 +293,31 @@ std::vector<std::uint8_t> GraphicsSaver::serialize(std::span<const std::pair<std
     return cls ? cls->getName() : "vantel.graphics.GraphicsPlaceholder";
   };
   options.objectIndex = [this](const vxArray* a, std::size_t i) { return indexOf(omGetLiveArrayElement(a, i).get()); };
-  // The table is written record by record; each record's arrays are freed
-  // once it is packed, and its child list with it.
+  // The table is written record by record; each record's values are
+  // released once it is packed, and its child list with it.
   vxDocumentWriter writer(values, records_.size(), options);
   for (Record& record : records_) {
+    struct Release {
+      GraphicsSaver& saver;
+      Record& record;
+      ~Release() {
+        saver.releaseRead();
+        record.children.reset();
+      }
+    } release{*this, record};
     readFields(record);
     writer.addObject(record.object->getClass()->getName(), record.madeBy, record.madeByProperty, fields_);
-    fields_.clear();
-    held_.clear();
-    record.children.reset();
   }
   return writer.finish();
+}
+
+void GraphicsSaver::releaseRead() noexcept {
+  for (std::size_t k = 0; k < read_.size(); ++k)
+    if (k != borrowed_) readList_->properties[k]->releaseValue(readObject_, read_[k]);
+  read_.clear();
+  fields_.clear();
+  held_.clear();
+  converted_.reset();
 }
 
 }  // namespace sgutils::persistence

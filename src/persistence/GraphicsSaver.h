@@ -19,6 +19,10 @@ class COSClass;
 #include "vx/vxSerialize.h"
 
 namespace sgutils::persistence {
+struct SavedPropertyList;
+}
+
+namespace sgutils::persistence {
 
 class GraphicsSaver {
  public:
@@ -55,8 +59,11 @@ class GraphicsSaver {
   };
 
   std::int64_t addTree(const COSInterfacePtr& object, std::int64_t madeBy, const char* madeByProperty, bool child);
-  // Reads the record's fields into fields_ (their arrays in held_).
+  // Reads the record's fields into fields_: arrays of array-typed values
+  // borrowed from the values read (read_), the others made (held_).
   void readFields(Record& record);
+  // Releases what readFields read and made.
+  void releaseRead() noexcept;
   const Reference* referenceOf(COSClass* cls);
   std::int64_t indexOf(const COSInterface* object) const;
 
@@ -68,6 +75,10 @@ class GraphicsSaver {
   std::vector<vxDocumentWriter::Field> fields_;
   std::vector<matrix::unique_vxArray> held_;
   std::vector<COSValue> read_;        // one object's values, reused
+  const SavedPropertyList* readList_ = nullptr;  // whose properties read_ holds
+  COSInterface* readObject_ = nullptr;           // and of which object
+  std::size_t borrowed_ = 0;          // the index in read_ not to release (the application data)
+  matrix::unique_vxArray converted_;  // its saved form, when that is a new array
   std::vector<unsigned char> differs_;  // per group head, reused
 };
 

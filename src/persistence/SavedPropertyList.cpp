@@ -53,9 +53,13 @@ const SavedPropertyList& SavedPropertyList::of(COSClass* cls) {
   const std::size_t n = list->properties.size();
   list->group.resize(n);
   list->omit.resize(n);
+  list->mode.resize(n);
   for (std::size_t k = 0; k < n; ++k) {
     const COSPropInfo* property = list->properties[k];
     list->group[k] = k;
+    list->mode[k] = isMode(property) ? 1 : 0;
+    if (std::strcmp(property->getName(), "SerializableApplicationData") == 0)
+      list->applicationData = static_cast<std::ptrdiff_t>(k);
     list->byName.emplace(property->getName(), k);
     std::string_view name = property->getName();
     if (!isMode(property)) {

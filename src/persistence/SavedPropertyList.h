@@ -30,6 +30,11 @@ struct SavedPropertyList {
   // neither holds one; the rest by their type's equality.
   enum class Omit : unsigned char { Never, WhenBitsEqual, WhenArrayBitsEqual, WhenEqualWithoutObjects, WhenEqual };
   std::vector<Omit> omit;
+  // Per property, whether it is a mode (see isMode), worked out once.
+  std::vector<unsigned char> mode;
+  // The index of "SerializableApplicationData", or -1: the saver reads it
+  // from the object's Graphics block without the copy its getter makes.
+  std::ptrdiff_t applicationData = -1;
 
   // The index of a property by its name, or -1: the fields of a file are
   // found by hash, not by a walk of the list.

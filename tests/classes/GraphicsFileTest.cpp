@@ -15,6 +15,7 @@
 #include "foundation/log/Logger.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/persistence/GraphicsFile.h"
+#include "sgutils/persistence/UDDConverter.h"
 #include "support/ErrorId.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSObjectOperations.h"
@@ -387,6 +388,39 @@ TEST_F(GraphicsFileTest, AValueThatNoLongerFitsIsDroppedAndTheOthersLoad) {
                                              "    Loading property: Color_I", "        Failed datatype conversion",
                                              "    Loading property: Tag_I"}));
   line->deleteObject(COSGetPublicClient());
+}
+
+// The saver reads application data where the object keeps it, without the
+// copy of its getter: the file keeps the same values, and the object's own
+// data is left as it was.
+TEST_F(GraphicsFileTest, ApplicationDataIsSavedInItsSavedFormAndLeftUntouched) {
+  const COSInterfacePtr figure = make(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr axes = make(sgclasses::kAxesClass, figure);
+  const COSInterfacePtr plain = make(sgclasses::kLineClass, axes);
+  const COSInterfacePtr holding = make(sgclasses::kLineClass, axes);
+  const char* names[] = {"n", "h"};
+  Arr data(vxCreateStructMatrix(1, 1, 2, names));
+  vxSetField(data.get(), 0, "n", vxCreateDoubleScalar(4));
+  vxArray* old = vxCreateDoubleMatrix(1, 2, vxCOMPLEX);
+  for (vxIndex k = 0; k < 2; ++k) vxGetComplexDoubles(old)[k] = {1.0, sgutils::UDDConverter::handleMarker()};
+  vxSetField(data.get(), 0, "h", old);
+  SGHandle::fromObject(holding.get())->setSerializableApplicationData(data.get());
+  const vxArray* stored = SGHandle::fromObject(holding.get())->getApplicationData();
+
+  const Bytes bytes = save(figure);
+  EXPECT_EQ(SGHandle::fromObject(holding.get())->getApplicationData(), stored);
+  EXPECT_STREQ(vxGetClassName(vxGetField(stored, 0, "h")), "vantel.graphics.GraphicsPlaceholder");
+  EXPECT_EQ(vxGetNumberOfFields(SGHandle::fromObject(plain.get())->getApplicationData()), 0);
+
+  const COSInterfacePtr loaded = load(bytes);
+  ASSERT_TRUE(loaded);
+  EXPECT_EQ(signature(loaded), signature(figure));
+  COSInterface* loadedLine = loaded->getOldestChild()->getNewestChild();
+  const vxArray* back = SGHandle::fromObject(loadedLine)->getApplicationData();
+  ASSERT_TRUE(vxIsStruct(back));
+  EXPECT_EQ(vxGetScalar(vxGetField(back, 0, "n")), 4.0);
+  // Placeholders stand for no object: outside every saved tree, so none come back.
+  EXPECT_TRUE(vxIsEmpty(vxGetField(back, 0, "h")));
 }
 
 TEST_F(GraphicsFileTest, ANewerFormatVersionIsRefusedWithItsOwnIdentifier) {
