@@ -239,6 +239,7 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
 
 void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
   std::unordered_map<const COSInterface*, std::size_t> indexOf;
+  indexOf.reserve(objects_.size());
   for (std::size_t i = 0; i < objects_.size(); ++i) indexOf.emplace(objects_[i].get(), i);
   std::vector<bool> hooked(objects_.size(), false);
   children_.assign(objects_.size(), {});

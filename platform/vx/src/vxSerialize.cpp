@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cerrno>
 #include <cstdio>
@@ -204,7 +205,9 @@ struct Reader {
     const msgpack::object& dimsObj = at(o, 1);
     if (dimsObj.type != msgpack::type::ARRAY || dimsObj.via.array.size < 2 || dimsObj.via.array.size > kMaxDims)
       corrupt("the dimensions are not a list of two to 32 sizes");
-    std::vector<vxSize> dims(dimsObj.via.array.size);
+    // The sizes on the stack: a value read allocates only its array.
+    std::array<vxSize, kMaxDims> dimsStore;
+    const std::span<vxSize> dims(dimsStore.data(), dimsObj.via.array.size);
     std::uint64_t numel = 1;
     for (std::size_t d = 0; d < dims.size(); ++d) {
       const std::uint64_t n = unsignedOf(at(dimsObj, d), "a dimension is not a size");
@@ -309,7 +312,7 @@ struct Reader {
   }
 
   // An object array: [class name, indexes into the object table].
-  matrix::unique_vxArray objects(const msgpack::object& payload, const std::vector<vxSize>& dims,
+  matrix::unique_vxArray objects(const msgpack::object& payload, std::span<const vxSize> dims,
                                  std::uint64_t numel) const {
     if (!options.makeObjectArray) throw Error("VANTEL:vx:serialize:UnsupportedClass", "object");
     expectArray(payload, 2, "object data is not a class and indexes");
@@ -407,6 +410,7 @@ std::string nameOf(const msgpack::object& o, const char* what) {
 std::vector<vxNamedValue> readEntries(const msgpack::object& list, const Reader& reader) {
   if (list.type != msgpack::type::ARRAY) corrupt("the body is not a list of values");
   std::vector<vxNamedValue> out;
+  out.reserve(list.via.array.size);
   for (std::uint32_t i = 0; i < list.via.array.size; ++i) {
     const msgpack::object& entry = list.via.array.ptr[i];
     Reader::expectArray(entry, 2, "an entry is not a name and a value");
@@ -498,7 +502,10 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
     const std::size_t n = raw.size();
     msgpack::unpack_limit limit(n, n, n, n, 0, kMaxDepth * 2 + 8);
     std::size_t offset = 0;
-    handle = msgpack::unpack(reinterpret_cast<const char*>(raw.data()), raw.size(), offset, nullptr, nullptr, limit);
+    // Texts and byte strings point into `raw`, which outlives the tree,
+    // rather than being copied into it.
+    const auto inPlace = [](msgpack::type::object_type, std::size_t, void*) { return true; };
+    handle = msgpack::unpack(reinterpret_cast<const char*>(raw.data()), raw.size(), offset, inPlace, nullptr, limit);
     if (offset != raw.size()) corrupt("bytes follow the saved values");
   } catch (const Error&) {
     throw;
