@@ -47,32 +47,35 @@ bool isMadeByOwner(const COSInterface* child) {
   return data && !data->copyable;
 }
 
-// The name of the owner's property that holds exactly `child`: any
-// property, transient ones too (an axes's Title is not saved as a value; the
-// title's own values are).
-const char* propertyHolding(COSInterface* owner, const COSInterface* child) {
+// Whether the owner's property holds exactly `child`. Only a type that can
+// hold objects can hold the part: the others (limits computed from every
+// child among them) are not read.
+bool holds(COSInterface* owner, const COSPropInfo* property, const COSInterface* child) {
+  const COSDataTypePtr type = property->getDataType();
+  if (property->isDependent() || !type || !type->canContainInterfaces() || !copy::hasArrayForm(type)) return false;
+  matrix::unique_vxArray value;
+  {
+    const COSValue read = property->getValue(owner);
+    value = copy::toArray(type, read);
+    property->releaseValue(owner, read);
+  }
+  return value && omIsVCOS(value.get()) && vxGetNumberOfElements(value.get()) == 1 &&
+         omGetLiveArrayElement(value.get(), 0).get() == child;
+}
+
+// The owner's property that holds exactly `child`: any property, transient
+// ones too (an axes's Title is not saved as a value; the title's own values
+// are).
+const COSPropInfo* propertyHolding(COSInterface* owner, const COSInterface* child) {
   class Finder final : public COSVisitor {
    public:
     Finder(COSInterface* owner, const COSInterface* child) : owner_(owner), child_(child) {}
     bool visitProperty(COSClass*, COSPropInfo* property) override {
-      // Only a type that can hold objects can hold the part: the others
-      // (limits computed from every child among them) are not read.
-      const COSDataTypePtr type = property->getDataType();
-      if (property->isDependent() || !type || !type->canContainInterfaces() || !copy::hasArrayForm(type)) return true;
-      matrix::unique_vxArray value;
-      {
-        const COSValue read = property->getValue(owner_);
-        value = copy::toArray(property->getDataType(), read);
-        property->releaseValue(owner_, read);
-      }
-      if (value && omIsVCOS(value.get()) && vxGetNumberOfElements(value.get()) == 1 &&
-          omGetLiveArrayElement(value.get(), 0).get() == child_) {
-        found = property->getName();
-        return false;
-      }
-      return true;
+      if (!holds(owner_, property, child_)) return true;
+      found = property;
+      return false;
     }
-    const char* found = nullptr;
+    const COSPropInfo* found = nullptr;
 
    private:
     COSInterface* owner_;
@@ -141,7 +144,12 @@ std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t 
     if (isMadeByOwner(c)) {
       // Saved as a part of the owner when a property of the owner holds it;
       // the owner makes it again on load.
-      if (const char* property = propertyHolding(object.get(), c)) addTree(child, index, property, true);
+      // The property found for the last part of this class in an owner of
+      // this class is tried first: the walk reads every property that can
+      // hold objects, the children among them.
+      const COSPropInfo*& last = partProperty_[{object->getClass(), c->getClass()}];
+      if (!last || !holds(object.get(), last, c)) last = propertyHolding(object.get(), c);
+      if (last) addTree(child, index, last->getName(), true);
       continue;
     }
     saved.push_back(child);
