@@ -218,24 +218,27 @@ bool sameArrayBits(const vxArray* x, const vxArray* y) {
   return numel == 0;
 }
 
-bool holdsNoObjects(const COSDataType& type, COSValue value) {
-  std::vector<COSInterfacePtr> found;
+// Whether the value holds no object; `found` is a list reused by the caller.
+bool holdsNoObjects(const COSDataType& type, COSValue value, std::vector<COSInterfacePtr>& found) {
+  found.clear();
   type.getInterfaces(value, found);
-  return found.empty();
+  const bool none = found.empty();
+  found.clear();
+  return none;
 }
 
-bool sameValue(SavedPropertyList::Omit omit, const COSPropInfo* property, COSValue a, COSValue b) {
+bool sameValue(SavedPropertyList::Omit omit, const COSDataType* type, COSValue a, COSValue b,
+               std::vector<COSInterfacePtr>& found) {
   using Omit = SavedPropertyList::Omit;
   switch (omit) {
     case Omit::Never: return false;
     case Omit::WhenBitsEqual: return a.word() == b.word();
     case Omit::WhenArrayBitsEqual:
       return a.word() == b.word() || sameArrayBits(a.asPointer<const vxArray>(), b.asPointer<const vxArray>());
-    case Omit::WhenEqual: return a.word() == b.word() || property->getDataType()->isEqual(a, b);
-    case Omit::WhenEqualWithoutObjects: {
-      const COSDataTypePtr type = property->getDataType();
-      return holdsNoObjects(*type, a) && holdsNoObjects(*type, b) && (a.word() == b.word() || type->isEqual(a, b));
-    }
+    case Omit::WhenEqual: return a.word() == b.word() || type->isEqual(a, b);
+    case Omit::WhenEqualWithoutObjects:
+      return holdsNoObjects(*type, a, found) && holdsNoObjects(*type, b, found) &&
+             (a.word() == b.word() || type->isEqual(a, b));
   }
   return false;
 }
@@ -269,7 +272,7 @@ void GraphicsSaver::readFields(Record& record) {
     } else {
       read_.push_back(list.properties[k]->getValue(object));
     }
-    if (reference && !sameValue(list.omit[k], list.properties[k], read_[k], reference->values[k]))
+    if (reference && !sameValue(list.omit[k], list.types[k].get(), read_[k], reference->values[k], found_))
       differs_[list.group[k]] = 1;
   }
   for (std::size_t k = 0; k < n; ++k) {
@@ -281,7 +284,7 @@ void GraphicsSaver::readFields(Record& record) {
       if (const auto* array = read_[k].asPointer<const vxArray>()) fields_.push_back({property->getName(), array});
       continue;
     }
-    matrix::unique_vxArray array = copy::toArray(property->getDataType(), read_[k]);
+    matrix::unique_vxArray array = copy::toArray(list.types[k], read_[k]);
     if (!array) continue;
     fields_.push_back({property->getName(), array.get()});
     held_.push_back(std::move(array));

@@ -1,6 +1,7 @@
 // Not installed. Collects the graphics trees held by values into the object
-// table of a saved set: each object once, parents before children, with its
-// stored properties read as arrays.
+// table of a saved set (each object once, parents before children), then
+// writes the table record by record: one object's stored values are read,
+// packed and released before the next object's are read.
 #pragma once
 
 class COSClass;
@@ -89,6 +90,7 @@ class GraphicsSaver {
   std::size_t borrowed_ = 0;          // the index in read_ not to release (the application data)
   matrix::unique_vxArray converted_;  // its saved form, when that is a new array
   std::vector<unsigned char> differs_;  // per group head, reused
+  std::vector<COSInterfacePtr> found_;  // objects a value holds, reused
 };
 
 }  // namespace sgutils::persistence

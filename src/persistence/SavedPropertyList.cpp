@@ -69,6 +69,7 @@ const SavedPropertyList& SavedPropertyList::of(COSClass* cls) {
         if (mode == list->properties[m]->getName()) list->group[k] = m;
     }
     const COSDataTypePtr type = property->getDataType();
+    list->types.push_back(type);
     using Omit = SavedPropertyList::Omit;
     if (!type) list->omit[k] = Omit::Never;
     else if (type->isVANTELArrayType()) list->omit[k] = Omit::WhenArrayBitsEqual;

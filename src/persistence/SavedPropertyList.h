@@ -8,6 +8,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "vcos/COSDataTypePtr.h"
+
 class COSClass;
 class COSPropInfo;
 
@@ -30,6 +32,8 @@ struct SavedPropertyList {
   // neither holds one; the rest by their type's equality.
   enum class Omit : unsigned char { Never, WhenBitsEqual, WhenArrayBitsEqual, WhenEqualWithoutObjects, WhenEqual };
   std::vector<Omit> omit;
+  // Per property, its data type, held once rather than asked per value.
+  std::vector<COSDataTypePtr> types;
   // Per property, whether it is a mode (see isMode), worked out once.
   std::vector<unsigned char> mode;
   // The index of "SerializableApplicationData", or -1: the saver reads it
