@@ -8,6 +8,7 @@
 #include "src/copy/PropertyCopyVisitor.h"
 
 class COSClass;
+class COSPropInfo;
 
 namespace sgutils::copy {
 
@@ -15,6 +16,15 @@ struct ClassCopyPlan {
   std::vector<PropertyCopyEntry> element;               // copyElement
   std::vector<PropertyCopyEntry> elementWithCallbacks;  // copyElement, callbacks asked for
   std::vector<PropertyCopyEntry> connect;               // connectCopyToTree
+  // Whether the class keeps the Copyable's own copyElement and
+  // connectCopyToTree (no override): the transaction then calls them
+  // directly.
+  bool defaultCopyElement = false;
+  bool defaultConnect = false;
+  // The class's "Parent" as the first object found it (null: looked up per
+  // copy), and whether its type takes the parent's array as it is.
+  COSPropInfo* parent = nullptr;
+  bool parentTakesArray = false;
 
   // The plan of the object's class; `object` answers the child-property test.
   static const ClassCopyPlan& of(const COSInterface* object);

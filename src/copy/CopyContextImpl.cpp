@@ -8,6 +8,7 @@
 #include "sgutils/copy/Copyable.h"
 #include "sgutils/tree/ScopeShowHiddenHandlesOn.h"
 #include "src/copy/ArrayValue.h"
+#include "src/copy/ClassCopyPlan.h"
 #include "src/copy/CopyClient.h"
 #include "src/copy/CopyElement.h"
 #include "vcos/COSClass.h"
@@ -54,6 +55,12 @@ matrix::unique_vxArray fetchChildren(const COSClient* client, const COSInterface
     ~Release() { o->releasePropertyValue(c, p, v); }
   } release{client, object.get(), property, value};
   return copy::toArray(type, value);
+}
+
+// The task's copy, or null when it has none or it was deleted.
+COSInterfacePtr liveCopyOf(const CopyTask& task) {
+  if (!task.copy || task.copy->isDestroyed()) return nullptr;
+  return task.copy;
 }
 
 }  // namespace
@@ -103,6 +110,7 @@ void CopyContextImpl::addRootTask() {
   root.state = CopyTask::kConnected;
   const bool live = destinationParent && !destinationParent->isDestroyed();
   root.className = live ? destinationParent->getClass()->getID() : placeholderId();
+  root.copy = destinationParent;
   root.copyArray.reset(destinationParent ? omCreateVCOSScalar(destinationParent) : omCreateVCOSEmpty(placeholderId()));
 }
 
@@ -139,8 +147,8 @@ CopyTask* CopyContextImpl::addTask(const COSInterfacePtr& source, CopyTask* pare
   CopyTask& task = tasks.emplace_back();
   task.parentTask = parentTask;
   task.className = source->isDestroyed() ? placeholderId() : source->getClass()->getID();
-  task.sourceArray.reset(omCreateVCOSScalar(source));
   task.source = source;
+  if (!source->isDestroyed()) task.plan = &copy::ClassCopyPlan::of(source.get());
   task.identity = source.get();
   task.context = this;
   taskMap.emplace(task.identity, &task);
@@ -152,13 +160,7 @@ CopyTask* CopyContextImpl::findTask(const COSInterface* object) const noexcept {
   return found == taskMap.end() ? nullptr : found->second;
 }
 
-void CopyContextImpl::connect(CopyTask& task) {
-  static const COSID method("connectCopyToTree");
-  const vxArray* in[4] = {task.sourceArray.get(), task.copyArray.get(), task.parentTask->copyArray.get(),
-                          contextObject.get()};
-  omCallMethod(task.className, method, copy::contextClient(), 0, nullptr, 4, in, true);
-  task.state = CopyTask::kConnected;
-}
+void CopyContextImpl::connect(CopyTask& task) { copy::runConnect(task, copy::contextClient()); }
 
 vxArray* CopyContextImpl::run() {
   try {
@@ -175,7 +177,7 @@ vxArray* CopyContextImpl::run() {
       CopyTask* task = findTask(source.get());
       if (!task) continue;
       if (task->state == CopyTask::kPlanned) copy::runCopyElement(*task, client);
-      omSetArrayElement(result.get(), next++, omGetLiveArrayElement(task->copyArray.get(), 0));
+      omSetArrayElement(result.get(), next++, liveCopyOf(*task));
     }
     omSetClassOfHeterogeneousArray(result.get());
     return result.release();
@@ -189,9 +191,15 @@ void CopyContextImpl::deleteCopies() noexcept {
   // Children before their parents: the plan is breadth first.
   for (auto it = tasks.rbegin(); it != tasks.rend(); ++it) {
     CopyTask& task = *it;
-    if (!task.source || !task.copyArray || !omIsVCOS(task.copyArray.get()) || vxIsEmpty(task.copyArray.get()))
-      continue;
-    const COSInterfacePtr copy = omGetLiveArrayElement(task.copyArray.get(), 0);
+    if (!task.source) continue;
+    // An override's answer is in copyArray even when it was refused.
+    COSInterfacePtr copy;
+    if (task.copyArray) {
+      if (!omIsVCOS(task.copyArray.get()) || vxIsEmpty(task.copyArray.get())) continue;
+      copy = omGetLiveArrayElement(task.copyArray.get(), 0);
+    } else {
+      copy = liveCopyOf(task);
+    }
     if (!copy || copy->isBeingDestroyed()) continue;
     try {
       copy->deleteObject(copy::contextClient());
@@ -211,7 +219,7 @@ vxArray* CopyContextImpl::getCopy(const COSClient*, const vxArray* array) {
     CopyTask* task = findTask(omGetArrayElement(array, i).get());
     if (!task) continue;
     if (task->state == CopyTask::kPlanned) copy::runCopyElement(*task, copy::contextClient());
-    COSInterfacePtr copy = omGetLiveArrayElement(task->copyArray.get(), 0);
+    COSInterfacePtr copy = liveCopyOf(*task);
     if (copy && !copy->isDestroyed() && !copy->isBeingDestroyed()) kept.push_back(std::move(copy));
   }
   matrix::unique_vxArray result(omCreateVCOSMatrix(kept.size(), 1, placeholderId()));

@@ -4,7 +4,9 @@
 #include <memory>
 #include <unordered_map>
 
+#include "src/copy/ArrayValue.h"
 #include "src/copy/ClassCopyPlan.h"
+#include "src/copy/CopyElement.h"
 #include "src/copy/CopyElementWithCallbacksVisitor.h"
 #include "src/copy/InsertCopyVisitor.h"
 #include "vcos/COSClass.h"
@@ -75,6 +77,14 @@ const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {
   InsertCopyVisitor connect(object);
   cls->acceptPropertyVisitor(connect);
   plan->connect = connect.entries();
+  static const COSID copyElementName("copyElement"), connectName("connectCopyToTree"), parentName("Parent");
+  plan->defaultCopyElement = cls->findMethod(copyElementName) == defaultCopyElementMethod();
+  plan->defaultConnect = cls->findMethod(connectName) == defaultConnectMethod();
+  // A property of the class itself, so the same for every object of it.
+  if (COSPropInfo* parent = cls->findPropertyExact(parentName)) {
+    plan->parent = parent;
+    plan->parentTakesArray = passesArrays(parent->getDataType());
+  }
   return *plans.emplace(cls, std::move(plan)).first->second;
 }
 
