@@ -3,6 +3,7 @@
 // an object walks a short list and looks no name up.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "src/copy/PropertyCopyVisitor.h"
@@ -25,6 +26,10 @@ struct ClassCopyPlan {
   // copy), and whether its type takes the parent's array as it is.
   COSPropInfo* parent = nullptr;
   bool parentTakesArray = false;
+  // The classes whose blocks hold the values copied block to block, each
+  // looked up once per object.
+  static constexpr std::size_t kMaxBlocks = 16;
+  std::vector<COSID> blockClasses;
 
   // The plan of the object's class; `object` answers the child-property test.
   static const ClassCopyPlan& of(const COSInterface* object);

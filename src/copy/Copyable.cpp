@@ -2,6 +2,7 @@
 // the default copyElement, connectCopyToTree and copy.
 #include "sgutils/copy/Copyable.h"
 
+#include <array>
 #include <cstring>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "sgutils/copy/CopyContextImpl.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/metadata/SGCustomMetaProperty.h"
+#include "sgutils/propinfos/PropInfoBase.h"
 #include "src/copy/ArrayValue.h"
 #include "src/copy/ClassCopyPlan.h"
 #include "src/copy/CopyClient.h"
@@ -91,9 +93,32 @@ bool holds(const PropertyCopyEntry& entry, const COSInterfacePtr& target, COSVal
   return same;
 }
 
-void copyProperties(const std::vector<PropertyCopyEntry>& entries, const COSInterfacePtr& source,
-                    const COSInterfacePtr& target, const COSClient* client, bool valuesOnly) {
+// The source's and the target's block of one class, looked up at the first
+// value that needs them.
+struct BlockPair {
+  const SGReference* from = nullptr;
+  SGReference* to = nullptr;
+  bool fetched = false;
+};
+
+void copyProperties(const ClassCopyPlan& plan, const std::vector<PropertyCopyEntry>& entries,
+                    const COSInterfacePtr& source, const COSInterfacePtr& target, const COSClient* client,
+                    bool valuesOnly) {
+  std::array<BlockPair, ClassCopyPlan::kMaxBlocks> blocks;
   for (const PropertyCopyEntry& entry : entries) {
+    if (entry.face) {
+      BlockPair& pair = blocks[static_cast<std::size_t>(entry.block)];
+      if (!pair.fetched) {
+        const COSID blockClass = plan.blockClasses[static_cast<std::size_t>(entry.block)];
+        pair.from = static_cast<const SGReference*>(source->getInstanceData(blockClass));
+        pair.to = static_cast<SGReference*>(target->getInstanceData(blockClass));
+        pair.fetched = true;
+      }
+      if (pair.from && pair.to) {
+        entry.face->copyBetweenBlocks(source.get(), pair.from, pair.to, target.get());
+        continue;
+      }
+    }
     if (entry.kind == PropertyCopyKind::Value) {
       ShallowCopyPolicy policy(entry.property, source.get());
       COSValue value;
@@ -165,7 +190,7 @@ void fillCopy(const COSInterfacePtr& source, const COSInterfacePtr& copy, const 
   // The defaults stored on the source go with it; the store is no property.
   if (const SGHandle* from = SGHandle::fromObject(source.get()); from && from->getDefaultProp())
     if (SGHandle* to = SGHandle::fromObject(copy.get())) to->setDefaultProp(from->getDefaultProp());
-  copyProperties(withCallbacks ? plan.elementWithCallbacks : plan.element, source, copy, client, false);
+  copyProperties(plan, withCallbacks ? plan.elementWithCallbacks : plan.element, source, copy, client, false);
 }
 
 // The default copyElement for a task whose class keeps it: the same work as
@@ -327,7 +352,8 @@ void copyMethod(const COSClient*, int& nlhs, COSValue* plhs, int nrhs, const COS
 
 void Copyable::copyValueProperties(const COSInterfacePtr& source, const COSInterfacePtr& target,
                                    const COSClient* client) {
-  copy::copyProperties(copy::ClassCopyPlan::of(source.get()).element, source, target, client, true);
+  const copy::ClassCopyPlan& plan = copy::ClassCopyPlan::of(source.get());
+  copy::copyProperties(plan, plan.element, source, target, client, true);
 }
 
 }  // namespace sgutils
