@@ -26,6 +26,8 @@ struct ClassCopyPlan {
   // copy), and whether its type takes the parent's array as it is.
   COSPropInfo* parent = nullptr;
   bool parentTakesArray = false;
+  // The class's "Children" (null: looked up per object).
+  COSPropInfo* children = nullptr;
   // The classes whose blocks hold the values copied block to block, each
   // looked up once per object.
   static constexpr std::size_t kMaxBlocks = 16;

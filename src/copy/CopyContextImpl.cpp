@@ -6,6 +6,7 @@
 #include "foundation/core/except/WarningChannel.h"
 #include "foundation/i18n/Message.h"
 #include "sgutils/copy/Copyable.h"
+#include "sgutils/copy/CopyableData.h"
 #include "sgutils/tree/ScopeShowHiddenHandlesOn.h"
 #include "src/copy/ArrayValue.h"
 #include "src/copy/ClassCopyPlan.h"
@@ -127,7 +128,8 @@ void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* paren
   // By index: the deque grows while it is walked.
   for (std::size_t k = tasks.size() - 1; k < tasks.size(); ++k) {
     CopyTask* task = &tasks[k];
-    COSPropInfo* property = task->source->findPropertyInfo(childrenName());
+    COSPropInfo* property = task->plan && task->plan->children ? task->plan->children
+                                                               : task->source->findPropertyInfo(childrenName());
     if (!property) continue;  // no Children: no children
     const matrix::unique_vxArray children = fetchChildren(client, task->source, property);
     if (!children || !omIsVCOS(children.get())) continue;
@@ -135,7 +137,7 @@ void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* paren
     // first.
     for (std::size_t i = vxGetNumberOfElements(children.get()); i-- > 0;) {
       const COSInterfacePtr child = omGetArrayElement(children.get(), i);
-      if (Copyable::isCopyable(child.get())) addTask(child, task);
+      if (isCopyable(child.get())) addTask(child, task);
     }
   }
 }
@@ -143,21 +145,43 @@ void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* paren
 CopyTask* CopyContextImpl::addTask(const COSInterfacePtr& source, CopyTask* parentTask) {
   if (!source) return nullptr;
   if (taskMap.contains(source.get())) throw Error("VANTEL:copyobj:DegenerateCopy");
-  if (taskMap.empty()) taskMap.max_load_factor(1.0f);
   CopyTask& task = tasks.emplace_back();
   task.parentTask = parentTask;
   task.className = source->isDestroyed() ? placeholderId() : source->getClass()->getID();
   task.source = source;
-  if (!source->isDestroyed()) task.plan = &copy::ClassCopyPlan::of(source.get());
+  if (!source->isDestroyed()) task.plan = planOf(source.get());
   task.identity = source.get();
   task.context = this;
-  taskMap.emplace(task.identity, &task);
+  taskMap.insert(task.identity, &task);
   return &task;
 }
 
+bool CopyContextImpl::isCopyable(const COSInterface* object) {
+  if (!object || object->isDestroyed() || object->isBeingDestroyed()) return false;
+  const COSClass* cls = object->getClass();
+  if (!cls) return false;
+  if (cls != lastClass) {
+    lastClass = cls;
+    lastClassCopyable = cls->isSubclassOf(Copyable::classID());
+    lastPlan = nullptr;
+  }
+  if (!lastClassCopyable) return false;
+  const CopyableData* data = Copyable::dataOf(object);
+  return data && data->copyable;
+}
+
+const copy::ClassCopyPlan* CopyContextImpl::planOf(const COSInterface* object) {
+  if (object->getClass() != lastClass) {
+    lastClass = object->getClass();
+    lastClassCopyable = lastClass && lastClass->isSubclassOf(Copyable::classID());
+    lastPlan = nullptr;
+  }
+  if (!lastPlan) lastPlan = &copy::ClassCopyPlan::of(object);
+  return lastPlan;
+}
+
 CopyTask* CopyContextImpl::findTask(const COSInterface* object) const noexcept {
-  const auto found = taskMap.find(object);
-  return found == taskMap.end() ? nullptr : found->second;
+  return taskMap.find(object);
 }
 
 void CopyContextImpl::connect(CopyTask& task) { copy::runConnect(task, copy::contextClient()); }

@@ -100,7 +100,9 @@ const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {
   plan->connect = connect.entries();
   bindBlocks(plan->element, plan->blockClasses);
   bindBlocks(plan->elementWithCallbacks, plan->blockClasses);
-  static const COSID copyElementName("copyElement"), connectName("connectCopyToTree"), parentName("Parent");
+  static const COSID copyElementName("copyElement"), connectName("connectCopyToTree"), parentName("Parent"),
+      childrenName("Children");
+  plan->children = cls->findPropertyExact(childrenName);
   plan->defaultCopyElement = cls->findMethod(copyElementName) == defaultCopyElementMethod();
   plan->defaultConnect = cls->findMethod(connectName) == defaultConnectMethod();
   // A property of the class itself, so the same for every object of it.
