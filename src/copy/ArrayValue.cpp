@@ -13,6 +13,8 @@ namespace {
 bool isArrayType(const COSDataTypePtr& type) { return !type || type->isVANTELArrayType(); }
 }  // namespace
 
+bool passesArrays(const COSDataTypePtr& type) { return isArrayType(type); }
+
 bool hasArrayForm(const COSDataTypePtr& type) {
   return isArrayType(type) || (COSTypeRepository::getArrayConversion(*type, true) &&
                                COSTypeRepository::getArrayConversion(*type, false));

@@ -9,6 +9,8 @@
 
 namespace sgutils::copy {
 
+// Whether values of `type` are arrays themselves (no conversion either way).
+bool passesArrays(const COSDataTypePtr& type);
 // Whether values of `type` can be seen as arrays.
 bool hasArrayForm(const COSDataTypePtr& type);
 // The value as a new array (null when the type has no array form).

@@ -3,11 +3,13 @@
 // an object walks a short list and looks no name up.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "src/copy/PropertyCopyVisitor.h"
 
 class COSClass;
+class COSPropInfo;
 
 namespace sgutils::copy {
 
@@ -15,6 +17,21 @@ struct ClassCopyPlan {
   std::vector<PropertyCopyEntry> element;               // copyElement
   std::vector<PropertyCopyEntry> elementWithCallbacks;  // copyElement, callbacks asked for
   std::vector<PropertyCopyEntry> connect;               // connectCopyToTree
+  // Whether the class keeps the Copyable's own copyElement and
+  // connectCopyToTree (no override): the transaction then calls them
+  // directly.
+  bool defaultCopyElement = false;
+  bool defaultConnect = false;
+  // The class's "Parent" as the first object found it (null: looked up per
+  // copy), and whether its type takes the parent's array as it is.
+  COSPropInfo* parent = nullptr;
+  bool parentTakesArray = false;
+  // The class's "Children" (null: looked up per object).
+  COSPropInfo* children = nullptr;
+  // The classes whose blocks hold the values copied block to block, each
+  // looked up once per object.
+  static constexpr std::size_t kMaxBlocks = 16;
+  std::vector<COSID> blockClasses;
 
   // The plan of the object's class; `object` answers the child-property test.
   static const ClassCopyPlan& of(const COSInterface* object);

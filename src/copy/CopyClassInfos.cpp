@@ -129,9 +129,12 @@ class CopyableCI final : public AbstractClassInfo {
     cls_ = cls;
     const COSID id = cls->getID();
     cls->addProperty(new CopyablePropInfo(id));
-    cls->addMethod(new CopyableMethod(id, "copyElement", &copy::defaultCopyElement, {"source"}, {"copy"}, true));
-    cls->addMethod(new CopyableMethod(id, "connectCopyToTree", &copy::defaultConnectCopyToTree,
-                                      {"source", "copy", "parent", "context"}, {}, true));
+    auto* copyElement = new CopyableMethod(id, "copyElement", &copy::defaultCopyElement, {"source"}, {"copy"}, true);
+    cls->addMethod(copyElement);
+    auto* connect = new CopyableMethod(id, "connectCopyToTree", &copy::defaultConnectCopyToTree,
+                                       {"source", "copy", "parent", "context"}, {}, true);
+    cls->addMethod(connect);
+    copy::setDefaultMethods(copyElement, connect);
     // copy(objects) or copy(objects, parent): typed by class, the parent
     // optional.
     const COSDataTypePtr copyable(new copy::ObjectArgumentType(id));

@@ -6,8 +6,10 @@
 #include "foundation/core/except/WarningChannel.h"
 #include "foundation/i18n/Message.h"
 #include "sgutils/copy/Copyable.h"
+#include "sgutils/copy/CopyableData.h"
 #include "sgutils/tree/ScopeShowHiddenHandlesOn.h"
 #include "src/copy/ArrayValue.h"
+#include "src/copy/ClassCopyPlan.h"
 #include "src/copy/CopyClient.h"
 #include "src/copy/CopyElement.h"
 #include "vcos/COSClass.h"
@@ -54,6 +56,12 @@ matrix::unique_vxArray fetchChildren(const COSClient* client, const COSInterface
     ~Release() { o->releasePropertyValue(c, p, v); }
   } release{client, object.get(), property, value};
   return copy::toArray(type, value);
+}
+
+// The task's copy, or null when it has none or it was deleted.
+COSInterfacePtr liveCopyOf(const CopyTask& task) {
+  if (!task.copy || task.copy->isDestroyed()) return nullptr;
+  return task.copy;
 }
 
 }  // namespace
@@ -103,6 +111,7 @@ void CopyContextImpl::addRootTask() {
   root.state = CopyTask::kConnected;
   const bool live = destinationParent && !destinationParent->isDestroyed();
   root.className = live ? destinationParent->getClass()->getID() : placeholderId();
+  root.copy = destinationParent;
   root.copyArray.reset(destinationParent ? omCreateVCOSScalar(destinationParent) : omCreateVCOSEmpty(placeholderId()));
 }
 
@@ -119,7 +128,8 @@ void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* paren
   // By index: the deque grows while it is walked.
   for (std::size_t k = tasks.size() - 1; k < tasks.size(); ++k) {
     CopyTask* task = &tasks[k];
-    COSPropInfo* property = task->source->findPropertyInfo(childrenName());
+    COSPropInfo* property = task->plan && task->plan->children ? task->plan->children
+                                                               : task->source->findPropertyInfo(childrenName());
     if (!property) continue;  // no Children: no children
     const matrix::unique_vxArray children = fetchChildren(client, task->source, property);
     if (!children || !omIsVCOS(children.get())) continue;
@@ -127,7 +137,7 @@ void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* paren
     // first.
     for (std::size_t i = vxGetNumberOfElements(children.get()); i-- > 0;) {
       const COSInterfacePtr child = omGetArrayElement(children.get(), i);
-      if (Copyable::isCopyable(child.get())) addTask(child, task);
+      if (isCopyable(child.get())) addTask(child, task);
     }
   }
 }
@@ -135,30 +145,46 @@ void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* paren
 CopyTask* CopyContextImpl::addTask(const COSInterfacePtr& source, CopyTask* parentTask) {
   if (!source) return nullptr;
   if (taskMap.contains(source.get())) throw Error("VANTEL:copyobj:DegenerateCopy");
-  if (taskMap.empty()) taskMap.max_load_factor(1.0f);
   CopyTask& task = tasks.emplace_back();
   task.parentTask = parentTask;
   task.className = source->isDestroyed() ? placeholderId() : source->getClass()->getID();
-  task.sourceArray.reset(omCreateVCOSScalar(source));
   task.source = source;
+  if (!source->isDestroyed()) task.plan = planOf(source.get());
   task.identity = source.get();
   task.context = this;
-  taskMap.emplace(task.identity, &task);
+  taskMap.insert(task.identity, &task);
   return &task;
 }
 
-CopyTask* CopyContextImpl::findTask(const COSInterface* object) const noexcept {
-  const auto found = taskMap.find(object);
-  return found == taskMap.end() ? nullptr : found->second;
+bool CopyContextImpl::isCopyable(const COSInterface* object) {
+  if (!object || object->isDestroyed() || object->isBeingDestroyed()) return false;
+  const COSClass* cls = object->getClass();
+  if (!cls) return false;
+  if (cls != lastClass) {
+    lastClass = cls;
+    lastClassCopyable = cls->isSubclassOf(Copyable::classID());
+    lastPlan = nullptr;
+  }
+  if (!lastClassCopyable) return false;
+  const CopyableData* data = Copyable::dataOf(object);
+  return data && data->copyable;
 }
 
-void CopyContextImpl::connect(CopyTask& task) {
-  static const COSID method("connectCopyToTree");
-  const vxArray* in[4] = {task.sourceArray.get(), task.copyArray.get(), task.parentTask->copyArray.get(),
-                          contextObject.get()};
-  omCallMethod(task.className, method, copy::contextClient(), 0, nullptr, 4, in, true);
-  task.state = CopyTask::kConnected;
+const copy::ClassCopyPlan* CopyContextImpl::planOf(const COSInterface* object) {
+  if (object->getClass() != lastClass) {
+    lastClass = object->getClass();
+    lastClassCopyable = lastClass && lastClass->isSubclassOf(Copyable::classID());
+    lastPlan = nullptr;
+  }
+  if (!lastPlan) lastPlan = &copy::ClassCopyPlan::of(object);
+  return lastPlan;
 }
+
+CopyTask* CopyContextImpl::findTask(const COSInterface* object) const noexcept {
+  return taskMap.find(object);
+}
+
+void CopyContextImpl::connect(CopyTask& task) { copy::runConnect(task, copy::contextClient()); }
 
 vxArray* CopyContextImpl::run() {
   try {
@@ -175,7 +201,7 @@ vxArray* CopyContextImpl::run() {
       CopyTask* task = findTask(source.get());
       if (!task) continue;
       if (task->state == CopyTask::kPlanned) copy::runCopyElement(*task, client);
-      omSetArrayElement(result.get(), next++, omGetLiveArrayElement(task->copyArray.get(), 0));
+      omSetArrayElement(result.get(), next++, liveCopyOf(*task));
     }
     omSetClassOfHeterogeneousArray(result.get());
     return result.release();
@@ -189,9 +215,15 @@ void CopyContextImpl::deleteCopies() noexcept {
   // Children before their parents: the plan is breadth first.
   for (auto it = tasks.rbegin(); it != tasks.rend(); ++it) {
     CopyTask& task = *it;
-    if (!task.source || !task.copyArray || !omIsVCOS(task.copyArray.get()) || vxIsEmpty(task.copyArray.get()))
-      continue;
-    const COSInterfacePtr copy = omGetLiveArrayElement(task.copyArray.get(), 0);
+    if (!task.source) continue;
+    // An override's answer is in copyArray even when it was refused.
+    COSInterfacePtr copy;
+    if (task.copyArray) {
+      if (!omIsVCOS(task.copyArray.get()) || vxIsEmpty(task.copyArray.get())) continue;
+      copy = omGetLiveArrayElement(task.copyArray.get(), 0);
+    } else {
+      copy = liveCopyOf(task);
+    }
     if (!copy || copy->isBeingDestroyed()) continue;
     try {
       copy->deleteObject(copy::contextClient());
@@ -211,7 +243,7 @@ vxArray* CopyContextImpl::getCopy(const COSClient*, const vxArray* array) {
     CopyTask* task = findTask(omGetArrayElement(array, i).get());
     if (!task) continue;
     if (task->state == CopyTask::kPlanned) copy::runCopyElement(*task, copy::contextClient());
-    COSInterfacePtr copy = omGetLiveArrayElement(task->copyArray.get(), 0);
+    COSInterfacePtr copy = liveCopyOf(*task);
     if (copy && !copy->isDestroyed() && !copy->isBeingDestroyed()) kept.push_back(std::move(copy));
   }
   matrix::unique_vxArray result(omCreateVCOSMatrix(kept.size(), 1, placeholderId()));

@@ -60,7 +60,8 @@ matrix::unique_vxArray NamedChildCopyPolicy::copyOf(const vxArray* array) {
     matrix::unique_vxArray input(omCreateVCOSScalar(element));
     vxArray* out[1] = {nullptr};
     const vxArray* in[1] = {input.get()};
-    if (!omCallMethod(element->getClass()->getID(), "copyElement", client, 1, out, 1, in, true)) return nullptr;
+    static const COSID copyElement("copyElement");
+    if (!omCallMethod(element->getClass()->getID(), copyElement, client, 1, out, 1, in, true)) return nullptr;
     matrix::unique_vxArray made(out[0]);
     if (!made || !omIsVCOS(made.get()) || vxIsEmpty(made.get())) return nullptr;
     lastColumns = vxGetN(made.get());

@@ -1,12 +1,16 @@
 // The visitors that sort properties for a copy, and the per-class plan
 // built from them.
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <unordered_map>
 
+#include "src/copy/ArrayValue.h"
 #include "src/copy/ClassCopyPlan.h"
+#include "src/copy/CopyElement.h"
 #include "src/copy/CopyElementWithCallbacksVisitor.h"
 #include "src/copy/InsertCopyVisitor.h"
+#include "sgutils/propinfos/PropInfoBase.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSInterface.h"
@@ -22,7 +26,7 @@ bool PropertyCopyVisitor::has(const COSPropInfo* property) const {
 }
 
 void PropertyCopyVisitor::add(const COSPropInfo* property, PropertyCopyKind kind) {
-  entries_.push_back({property, kind, property->getDataType()});
+  entries_.push_back({property, kind, property->getDataType(), nullptr, -1});
   names_.emplace_back(property->getName());
 }
 
@@ -58,6 +62,25 @@ bool InsertCopyVisitor::visitProperty(COSClass*, COSPropInfo* property) {
   return true;
 }
 
+namespace {
+// Binds the value entries whose faces copy block to block to their block's
+// class, each class once in `classes`.
+void bindBlocks(std::vector<PropertyCopyEntry>& entries, std::vector<COSID>& classes) {
+  for (PropertyCopyEntry& entry : entries) {
+    if (entry.kind != PropertyCopyKind::Value) continue;
+    auto* face = dynamic_cast<PropInfoBase*>(const_cast<COSPropInfo*>(entry.property));
+    if (!face || !face->copiesBetweenBlocks()) continue;
+    auto found = std::find(classes.begin(), classes.end(), face->getClassID());
+    if (found == classes.end()) {
+      if (classes.size() == ClassCopyPlan::kMaxBlocks) continue;
+      found = classes.insert(classes.end(), face->getClassID());
+    }
+    entry.face = face;
+    entry.block = static_cast<int>(found - classes.begin());
+  }
+}
+}  // namespace
+
 const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {
   // Interpreter thread only, as all class-system work; classes live for the
   // process, so a plan does too.
@@ -75,6 +98,18 @@ const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {
   InsertCopyVisitor connect(object);
   cls->acceptPropertyVisitor(connect);
   plan->connect = connect.entries();
+  bindBlocks(plan->element, plan->blockClasses);
+  bindBlocks(plan->elementWithCallbacks, plan->blockClasses);
+  static const COSID copyElementName("copyElement"), connectName("connectCopyToTree"), parentName("Parent"),
+      childrenName("Children");
+  plan->children = cls->findPropertyExact(childrenName);
+  plan->defaultCopyElement = cls->findMethod(copyElementName) == defaultCopyElementMethod();
+  plan->defaultConnect = cls->findMethod(connectName) == defaultConnectMethod();
+  // A property of the class itself, so the same for every object of it.
+  if (COSPropInfo* parent = cls->findPropertyExact(parentName)) {
+    plan->parent = parent;
+    plan->parentTakesArray = passesArrays(parent->getDataType());
+  }
   return *plans.emplace(cls, std::move(plan)).first->second;
 }
 

@@ -2,6 +2,7 @@
 // the default copyElement, connectCopyToTree and copy.
 #include "sgutils/copy/Copyable.h"
 
+#include <array>
 #include <cstring>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "sgutils/copy/CopyContextImpl.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/metadata/SGCustomMetaProperty.h"
+#include "sgutils/propinfos/PropInfoBase.h"
 #include "src/copy/ArrayValue.h"
 #include "src/copy/ClassCopyPlan.h"
 #include "src/copy/CopyClient.h"
@@ -17,6 +19,7 @@
 #include "src/copy/ReconnectHandleCopyPolicy.h"
 #include "src/copy/ShallowCopyPolicy.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSClient.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/ObjectArray.h"
@@ -90,9 +93,32 @@ bool holds(const PropertyCopyEntry& entry, const COSInterfacePtr& target, COSVal
   return same;
 }
 
-void copyProperties(const std::vector<PropertyCopyEntry>& entries, const COSInterfacePtr& source,
-                    const COSInterfacePtr& target, const COSClient* client, bool valuesOnly) {
+// The source's and the target's block of one class, looked up at the first
+// value that needs them.
+struct BlockPair {
+  const SGReference* from = nullptr;
+  SGReference* to = nullptr;
+  bool fetched = false;
+};
+
+void copyProperties(const ClassCopyPlan& plan, const std::vector<PropertyCopyEntry>& entries,
+                    const COSInterfacePtr& source, const COSInterfacePtr& target, const COSClient* client,
+                    bool valuesOnly) {
+  std::array<BlockPair, ClassCopyPlan::kMaxBlocks> blocks;
   for (const PropertyCopyEntry& entry : entries) {
+    if (entry.face) {
+      BlockPair& pair = blocks[static_cast<std::size_t>(entry.block)];
+      if (!pair.fetched) {
+        const COSID blockClass = plan.blockClasses[static_cast<std::size_t>(entry.block)];
+        pair.from = static_cast<const SGReference*>(source->getInstanceData(blockClass));
+        pair.to = static_cast<SGReference*>(target->getInstanceData(blockClass));
+        pair.fetched = true;
+      }
+      if (pair.from && pair.to) {
+        entry.face->copyBetweenBlocks(source.get(), pair.from, pair.to, target.get());
+        continue;
+      }
+    }
     if (entry.kind == PropertyCopyKind::Value) {
       ShallowCopyPolicy policy(entry.property, source.get());
       COSValue value;
@@ -149,12 +175,50 @@ void discardAllocatedCopy(CopyTask& task) noexcept {
 }  // namespace
 
 namespace {
+const COSMethodInfo* gDefaultCopyElement = nullptr;
+const COSMethodInfo* gDefaultConnect = nullptr;
+
+const vxArray* sourceArrayOf(CopyTask& task) {
+  if (!task.sourceArray) task.sourceArray.reset(omCreateVCOSScalar(task.source));
+  return task.sourceArray.get();
+}
+
+// What the default copyElement does once the copy exists: the stored
+// defaults and the values, by the class's plan.
+void fillCopy(const COSInterfacePtr& source, const COSInterfacePtr& copy, const COSClient* client,
+              bool withCallbacks, const ClassCopyPlan& plan) {
+  // The defaults stored on the source go with it; the store is no property.
+  if (const SGHandle* from = SGHandle::fromObject(source.get()); from && from->getDefaultProp())
+    if (SGHandle* to = SGHandle::fromObject(copy.get())) to->setDefaultProp(from->getDefaultProp());
+  copyProperties(plan, withCallbacks ? plan.elementWithCallbacks : plan.element, source, copy, client, false);
+}
+
+// The default copyElement for a task whose class keeps it: the same work as
+// the method, without its arrays, its dispatch and the active-task stack.
+void copyElementDirectly(CopyTask& task, const COSClient* client) {
+  const COSInterfacePtr& source = task.source;
+  source->checkValid();
+  COSClass* cls = COSClass::getClass(source->getClass()->getID());
+  if (!cls) throw Error("VANTEL:vcos:UnknownClass", source->getClass()->getID().str());
+  COSInterfacePtr copy = cls->createInstance(client ? client : COSGetPublicClient(), 0, nullptr);
+  task.allocatedCopy = COSInterfacePtr(copy.get(), COSWeakReference);
+  // The task takes the copy only when it is filled: a failure leaves it to
+  // discardAllocatedCopy.
+  fillCopy(source, copy, client, task.context && task.context->getCopyCallbacks(), *task.plan);
+  task.copy = std::move(copy);
+  task.state = CopyTask::kCopied;
+}
+
 void callCopyElement(CopyTask& task, const COSClient* client) {
+  if (task.plan && task.plan->defaultCopyElement) {
+    copyElementDirectly(task, client);
+    return;
+  }
   bool performed = false;
   {
     ActiveTaskScope scope(task.source, &task);
     vxArray* out[1] = {nullptr};
-    const vxArray* in[1] = {task.sourceArray.get()};
+    const vxArray* in[1] = {sourceArrayOf(task)};
     static const COSID method("copyElement");
     performed = omCallMethod(task.className, method, client, 1, out, 1, in, true);
     task.copyArray.reset(out[0]);
@@ -162,22 +226,77 @@ void callCopyElement(CopyTask& task, const COSClient* client) {
   const vxArray* copy = task.copyArray.get();
   if (copy && performed && omIsVCOS(copy) && vxGetNumberOfElements(copy) == 1) {
     if (task.allocatedCopy && task.allocatedCopy.get() == omGetArrayElement(copy, 0).get()) {
+      task.copy = task.allocatedCopy;
       task.state = CopyTask::kCopied;
       return;
     }
-    throw Error("VANTEL:copyobj:IncorrectlyAllocatedCopy", classNameOf(task.sourceArray.get()));
+    throw Error("VANTEL:copyobj:IncorrectlyAllocatedCopy", classNameOf(sourceArrayOf(task)));
   }
-  throw Error("VANTEL:copyobj:InvalidReturnType", classNameOf(task.sourceArray.get()));
+  throw Error("VANTEL:copyobj:InvalidReturnType", classNameOf(sourceArrayOf(task)));
+}
+
+// Sets the copy's Parent to the parent's copy, through the client path (its
+// checks, listeners and defaults), then points the reconnected properties
+// at the copies.
+void connectCopy(const COSInterfacePtr& source, const COSInterfacePtr& copy, const vxArray* parent,
+                 CopyContextImpl* context, const ClassCopyPlan& plan, const COSClient* client) {
+  if (parent && !vxIsEmpty(parent)) {
+    static const COSID parentName("Parent");
+    COSPropInfo* property = plan.parent ? plan.parent : copy->findPropertyInfo(parentName);
+    if (property) {
+      if (plan.parent && plan.parentTakesArray) {
+        // The set borrows its value: the parent's array goes as it is.
+        copy->setPropertyValue(client, property, COSValue(parent));
+      } else {
+        const COSDataTypePtr type = property->getDataType();
+        if (hasArrayForm(type)) {
+          OwnedValue value(type, fromArray(type, parent));
+          copy->setPropertyValue(client, property, value.get());
+        }
+      }
+    }
+  }
+  for (const PropertyCopyEntry& entry : plan.connect) {
+    ReconnectHandleCopyPolicy policy(entry.property, source, client, context);
+    apply(policy, copy);
+  }
 }
 }  // namespace
 
+void setDefaultMethods(const COSMethodInfo* copyElement, const COSMethodInfo* connect) noexcept {
+  gDefaultCopyElement = copyElement;
+  gDefaultConnect = connect;
+}
+const COSMethodInfo* defaultCopyElementMethod() noexcept { return gDefaultCopyElement; }
+const COSMethodInfo* defaultConnectMethod() noexcept { return gDefaultConnect; }
+
+const vxArray* copyArrayOf(CopyTask& task) {
+  if (!task.copyArray)
+    task.copyArray.reset(task.copy ? omCreateVCOSScalar(task.copy)
+                                   : omCreateVCOSEmpty("vantel.graphics.GraphicsPlaceholder"));
+  return task.copyArray.get();
+}
+
 void runCopyElement(CopyTask& task, const COSClient* client) {
+  if (!task.plan) task.plan = &ClassCopyPlan::of(task.source.get());
   try {
     callCopyElement(task, client);
   } catch (...) {
     discardAllocatedCopy(task);
     throw;
   }
+}
+
+void runConnect(CopyTask& task, const COSClient* client) {
+  if (task.plan && task.plan->defaultConnect) {
+    connectCopy(task.source, task.copy, copyArrayOf(*task.parentTask), task.context, *task.plan, client);
+  } else {
+    static const COSID method("connectCopyToTree");
+    const vxArray* in[4] = {sourceArrayOf(task), copyArrayOf(task), copyArrayOf(*task.parentTask),
+                            task.context->getContextObject()};
+    omCallMethod(task.className, method, client, 0, nullptr, 4, in, true);
+  }
+  task.state = CopyTask::kConnected;
 }
 
 void defaultCopyElement(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) {
@@ -196,11 +315,7 @@ void defaultCopyElement(const COSClient* client, int& nlhs, COSValue* plhs, int 
       withCallbacks = task->context && task->context->getCopyCallbacks();
     }
   }
-  // The defaults stored on the source go with it; the store is no property.
-  if (const SGHandle* from = SGHandle::fromObject(source.get()); from && from->getDefaultProp())
-    if (SGHandle* to = SGHandle::fromObject(copy.get())) to->setDefaultProp(from->getDefaultProp());
-  const ClassCopyPlan& plan = ClassCopyPlan::of(source.get());
-  copyProperties(withCallbacks ? plan.elementWithCallbacks : plan.element, source, copy, client, false);
+  fillCopy(source, copy, client, withCallbacks, ClassCopyPlan::of(source.get()));
   if (nlhs < 1) nlhs = 1;
   plhs[0] = COSValue(made.release());
 }
@@ -210,22 +325,9 @@ void defaultConnectCopyToTree(const COSClient* client, int&, COSValue*, int nrhs
   const COSInterfacePtr source = omGetArrayElement(prhs[0].asPointer<const vxArray>(), 0);
   const COSInterfacePtr copy = omGetArrayElement(prhs[1].asPointer<const vxArray>(), 0);
   const auto* parent = prhs[2].asPointer<const vxArray>();
-  if (parent && !vxIsEmpty(parent)) {
-    static const COSID parentName("Parent");
-    if (COSPropInfo* property = copy->findPropertyInfo(parentName)) {
-      const COSDataTypePtr type = property->getDataType();
-      if (hasArrayForm(type)) {
-        OwnedValue value(type, fromArray(type, parent));
-        copy->setPropertyValue(client, property, value.get());
-      }
-    }
-  }
   const COSInterfacePtr contextObject = omGetArrayElement(prhs[3].asPointer<const vxArray>(), 0);
-  CopyContextImpl* context = CopyContextImpl::of(contextObject.get());
-  for (const PropertyCopyEntry& entry : ClassCopyPlan::of(source.get()).connect) {
-    ReconnectHandleCopyPolicy policy(entry.property, source, client, context);
-    apply(policy, copy);
-  }
+  connectCopy(source, copy, parent, CopyContextImpl::of(contextObject.get()), ClassCopyPlan::of(source.get()),
+              client);
 }
 
 void copyMethod(const COSClient*, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs) {
@@ -250,7 +352,8 @@ void copyMethod(const COSClient*, int& nlhs, COSValue* plhs, int nrhs, const COS
 
 void Copyable::copyValueProperties(const COSInterfacePtr& source, const COSInterfacePtr& target,
                                    const COSClient* client) {
-  copy::copyProperties(copy::ClassCopyPlan::of(source.get()).element, source, target, client, true);
+  const copy::ClassCopyPlan& plan = copy::ClassCopyPlan::of(source.get());
+  copy::copyProperties(plan, plan.element, source, target, client, true);
 }
 
 }  // namespace sgutils

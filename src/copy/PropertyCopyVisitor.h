@@ -11,6 +11,10 @@
 #include "vcos/COSInternedBase.h"
 #include "vcos/COSVisitor.h"
 
+namespace sgutils {
+class PropInfoBase;
+}
+
 namespace sgutils::copy {
 
 struct PropertyCopyEntry {
@@ -19,6 +23,11 @@ struct PropertyCopyEntry {
   // The property's type, taken once with the plan; it compares a copied
   // value with what the new object already holds.
   COSDataTypePtr type;
+  // A value face whose value lives in its class's block copies block to
+  // block: the face, and the index of its block's class in the plan's
+  // blockClasses (null and -1 for other properties).
+  PropInfoBase* face = nullptr;
+  int block = -1;
 };
 
 class PropertyCopyVisitor : public COSVisitor {

@@ -21,6 +21,7 @@
 #include "sgutils/copy/CopyableMethod.h"
 #include "sgutils/lifecycle/ObjectCtorMI.h"
 #include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/propinfos/PropInfoBase.h"
 #include "sgutils/startup/Namespaces.h"
 #include "support/ErrorId.h"
 #include "vcos/COSClass.h"
@@ -506,6 +507,85 @@ TEST_F(CopyTest, TheCopyMethodTakesObjectsAndAnOptionalGraphicsParent) {
   EXPECT_EQ(call({lines.get(), number.get()}), "VANTEL:vcos:NoMatchingSignature");
   EXPECT_EQ(call({number.get()}), "VANTEL:vcos:NoMatchingSignature");
   EXPECT_EQ(call({lines.get(), lines.get(), lines.get()}), "VANTEL:vcos:NoMatchingSignature");
+}
+
+// More objects than the task map starts with, so it grows while planning:
+// the copies keep their order, values that differ from a new line's are
+// written, and a reference into the copied tree points at the copy.
+TEST_F(CopyTest, AWideTreeCopiesInOrderWithItsValuesAndReferences) {
+  const COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr menu = sgclasses::create(sgclasses::kContextMenuClass, figure);
+  const COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  const Arr menuArray(omCreateVCOSScalar(menu));
+  constexpr int kLines = 150;
+  for (int i = 0; i < kLines; ++i) {
+    const COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, axes);
+    const Arr tag(vxCreateString(std::to_string(i).c_str()));
+    set(line, "Tag", tag.get());
+    if (i % 7 == 0) {
+      const Arr width(vxCreateDoubleScalar(1 + i));
+      set(line, "LineWidth", width.get());
+    }
+    if (i == 120) set(line, "UIContextMenu", menuArray.get());
+  }
+
+  const Arr made = copy({figure}, {sgclasses::root()});
+  int compared = 0;
+  expectSameValues(figure, at(made, 0), compared);
+  EXPECT_GT(compared, 150 * 20);
+  COSInterface* copiedAxes = nullptr;
+  COSInterface* copiedMenu = nullptr;
+  for (COSInterface* c = at(made, 0)->getOldestChild(); c; c = c->getNewerSibling())
+    if (c->getClass() == axes->getClass())
+      copiedAxes = c;
+    else if (c->getClass() == menu->getClass())
+      copiedMenu = c;
+  ASSERT_TRUE(copiedAxes && copiedMenu);
+  const COSClass* lineClass = COSClass::getClass(COSID(sgclasses::kLineClass));
+  int i = 0;
+  for (COSInterface* c = copiedAxes->getOldestChild(); c; c = c->getNewerSibling()) {
+    if (c->getClass() != lineClass) continue;
+    EXPECT_EQ(text(COSInterfacePtr(c), "Tag"), std::to_string(i));
+    const Arr reference = get(COSInterfacePtr(c), "UIContextMenu");
+    if (i == 120) {
+      ASSERT_TRUE(omIsVCOS(reference.get()) && !vxIsEmpty(reference.get()));
+      EXPECT_EQ(omGetArrayElement(reference.get(), 0).get(), copiedMenu);
+    } else {
+      EXPECT_TRUE(vxIsEmpty(reference.get())) << i;
+    }
+    ++i;
+  }
+  EXPECT_EQ(i, kLines);
+}
+
+// A face whose concrete class reads or writes its own way (a computed
+// internal face, the serializable twin of a stored property) goes through
+// its getValue and setValue; plain stored faces copy block to block.
+TEST_F(CopyTest, OnlyPlainStoredFacesCopyBlockToBlock) {
+  auto face = [](COSClass* cls, const char* name) {
+    return cls ? dynamic_cast<sgutils::PropInfoBase*>(cls->findPropertyExact(COSID(name))) : nullptr;
+  };
+  COSClass* line = COSClass::getClass(COSID(sgclasses::kLineClass));
+  ASSERT_NE(line, nullptr);
+  for (const char* name : {"Color_I", "ColorMode", "LineWidth_I", "XData", "XDataMode"}) {
+    const sgutils::PropInfoBase* f = face(line, name);
+    ASSERT_NE(f, nullptr) << name;
+    EXPECT_TRUE(f->copiesBetweenBlocks()) << name;
+  }
+  int twins = 0;
+  for (std::size_t i = 0; i < line->getPropertyCount(); ++i) {
+    const COSPropInfo* property = line->getPropertyAt(i);
+    // Twins are named "Serializable<name>"; "Serializable" itself is a flag.
+    if (std::strncmp(property->getName(), "Serializable", 12) != 0 || !property->getName()[12]) continue;
+    if (const auto* f = dynamic_cast<const sgutils::PropInfoBase*>(property)) {
+      EXPECT_FALSE(f->copiesBetweenBlocks()) << property->getName();
+      ++twins;
+    }
+  }
+  EXPECT_GT(twins, 0);
+  const sgutils::PropInfoBase* computed = face(COSClass::getClass(COSID("vantel.graphics.theme.GraphicsTheme")), "Name_I");
+  ASSERT_NE(computed, nullptr);
+  EXPECT_FALSE(computed->copiesBetweenBlocks());
 }
 
 }  // namespace

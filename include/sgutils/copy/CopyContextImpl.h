@@ -4,11 +4,13 @@
 
 #include <cstddef>
 #include <deque>
-#include <unordered_map>
 #include <vector>
 
 #include "sgutils/copy/CopyContext.h"
 #include "sgutils/copy/CopyTask.h"
+#include "sgutils/copy/CopyTaskMap.h"
+
+class COSClass;
 
 namespace sgutils {
 
@@ -43,6 +45,9 @@ class SGUTILS_API CopyContextImpl final : public CopyContext {
   void connect(CopyTask& task);
   void deleteCopies() noexcept;
   CopyTask* findTask(const COSInterface* object) const noexcept;
+  // Copyable::isCopyable, with the class test kept for the last class.
+  bool isCopyable(const COSInterface* object);
+  const copy::ClassCopyPlan* planOf(const COSInterface* object);
 
   COSInterfacePtr destinationParent;
   std::vector<COSInterfacePtr> sources;
@@ -54,8 +59,13 @@ class SGUTILS_API CopyContextImpl final : public CopyContext {
   // the whole transaction and each task costs no allocation of its own.
   std::deque<CopyTask> tasks;
   std::size_t topLevelCount = 0;
-  std::unordered_map<const COSInterface*, CopyTask*> taskMap;
+  CopyTaskMap taskMap;
   bool copyCallbacks = false;
+  // The class met last while planning (children mostly share one), whether
+  // it is Copyable, and its plan once asked for.
+  const COSClass* lastClass = nullptr;
+  bool lastClassCopyable = false;
+  const copy::ClassCopyPlan* lastPlan = nullptr;
 };
 
 }  // namespace sgutils

@@ -16,6 +16,8 @@
 #include "sgutils/propinfos/FactoryDefaultInitializers.h"
 #include "sgutils/propinfos/LazyFactoryValue.h"
 #include "sgutils/propinfos/PropInfoBase.h"
+#include <type_traits>
+
 #include "vcos/COSDataType.h"
 
 namespace sgutils {
@@ -56,6 +58,20 @@ class InternalPropInfo : public PropInfoBase, public InternalPropertyFactoryDefa
 
   void releaseValue(COSInterface*, COSValue) const override {}
   void setModeManual(COSInterface*) override {}
+
+  // Only while PI reads and writes through this class's getValue and
+  // setValue (a computed face reads otherwise).
+  bool copiesBetweenBlocks() const noexcept override {
+    return std::is_same_v<decltype(&PI::getValue), COSValue (InternalPropInfo::*)(COSInterface*) const> &&
+           std::is_same_v<decltype(&PI::setValue), void (InternalPropInfo::*)(COSInterface*, COSValue)>;
+  }
+  void copyBetweenBlocks(COSInterface*, const SGReference* from, SGReference* to, COSInterface* target) override {
+    const COSValue value = PI::read(*static_cast<const Class*>(from));
+    Class& block = *static_cast<Class*>(to);
+    if (type()->isEqual(PI::read(block), value)) return;
+    target->checkValid();
+    setIn(block, target, value);
+  }
 
  private:
   LazyFactoryValue factory_;

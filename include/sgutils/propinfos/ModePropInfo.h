@@ -9,6 +9,8 @@
 //   static void storeMode(Class&, unsigned char);
 #pragma once
 
+#include <type_traits>
+
 #include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/propinfos/FactoryDefaultInitializers.h"
 #include "sgutils/propinfos/PropInfoBase.h"
@@ -65,6 +67,18 @@ class ModePropInfo : public PropInfoBase, public ModePropertyFactoryDefaultIniti
 
   void releaseValue(COSInterface*, COSValue) const override {}
   void setModeManual(COSInterface*) override {}
+
+  bool copiesBetweenBlocks() const noexcept override {
+    return std::is_same_v<decltype(&PI::getValue), COSValue (ModePropInfo::*)(COSInterface*) const> &&
+           std::is_same_v<decltype(&PI::setValue), void (ModePropInfo::*)(COSInterface*, COSValue)>;
+  }
+  void copyBetweenBlocks(COSInterface*, const SGReference* from, SGReference* to, COSInterface* target) override {
+    const COSValue value(graphics::datatype::canonicalEnumerationByte(PI::readMode(*static_cast<const Class*>(from))));
+    Class& block = *static_cast<Class*>(to);
+    if (type()->isEqual(COSValue(graphics::datatype::canonicalEnumerationByte(PI::readMode(block))), value)) return;
+    target->checkValid();
+    setIn(block, target, value);
+  }
 };
 
 }  // namespace sgutils

@@ -3,6 +3,8 @@
 // as a null value and every write counts as a change back to auto.
 #pragma once
 
+#include <typeinfo>
+
 #include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/propinfos/FactoryDefaultInitializers.h"
 #include "sgutils/propinfos/ModePropInfo.h"
@@ -36,8 +38,32 @@ class Mode_PI : public PropInfoBase, public ModePropertyFactoryDefaultInitialize
   }
 
   void setValue(COSInterface* instance, COSValue value) override {
-    Class* block = blockOf<Class>(instance, getClassID());
-    if (!block) return;
+    if (Class* block = blockOf<Class>(instance, getClassID())) setIn(*block, instance, value);
+  }
+
+  // Only for this class itself, not for one that reads or writes otherwise.
+  bool copiesBetweenBlocks() const noexcept override { return typeid(*this) == typeid(Mode_PI); }
+  void copyBetweenBlocks(COSInterface*, const SGReference* from, SGReference* to, COSInterface* target) override {
+    const COSValue value = readIn(*static_cast<const Class*>(from));
+    Class& block = *static_cast<Class*>(to);
+    if (type()->isEqual(readIn(block), value)) return;
+    target->checkValid();
+    setIn(block, target, value);
+  }
+
+  void releaseValue(COSInterface*, COSValue) const override {}
+  void setModeManual(COSInterface*) override {}
+
+ private:
+  COSValue readIn(const Class& block) const noexcept {
+    if constexpr (Storage::hasMode)
+      return COSValue(graphics::datatype::canonicalEnumerationByte((block.*member_).mode()));
+    else
+      return COSValue();
+  }
+
+  void setIn(Class& b, COSInterface* instance, COSValue value) {
+    Class* block = &b;
     checkWebPropertySet(instance, getName(), value);
     const auto* next = value.asPointer<const unsigned char>();
     bool changed = true;
@@ -51,10 +77,6 @@ class Mode_PI : public PropInfoBase, public ModePropertyFactoryDefaultInitialize
     if (changed) block->doPostSet(COSInterfacePtr(instance), this, false, true);
   }
 
-  void releaseValue(COSInterface*, COSValue) const override {}
-  void setModeManual(COSInterface*) override {}
-
- private:
   const PropertyDefinitionInterface* record_;
   Member member_;
 };

@@ -15,6 +15,11 @@
 namespace sgutils {
 
 class DefaultProvider;
+}  // namespace sgutils
+
+class SGReference;
+
+namespace sgutils {
 
 // Bits of the flag word. Generated code writes the word as one decimal.
 enum PropInfoFlag : unsigned {
@@ -78,6 +83,14 @@ class SGUTILS_API PropInfoBase : public COSPropInfo, private boost::noncopyable 
   virtual void setResetAllowed(bool allowed);
   virtual bool isExternal() const { return false; }
   virtual bool isDeepCopy() const { return false; }
+  // The copy's path for a face whose value lives in its class's block (the
+  // block of getClassID()): `from` is the source's block, `to` the target's.
+  // Sets the source's value on the target as setValue would, unless the
+  // target holds an equal value already (compared by the type); nothing is
+  // handed out and no block is looked up. Only faces that answer
+  // copiesBetweenBlocks() implement it.
+  virtual bool copiesBetweenBlocks() const noexcept { return false; }
+  virtual void copyBetweenBlocks(COSInterface*, const SGReference*, SGReference*, COSInterface*) {}
 
   unsigned getFlags() const noexcept { return flags_; }
   // Replaces the factory-value provider by one that calls `fcn`.

@@ -8,6 +8,8 @@
 //   only when the value changed.
 #pragma once
 
+#include <typeinfo>
+
 #include "sgutils/startup/GraphicsPrefs.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/propinfos/PropertyStorage.h"
@@ -46,8 +48,24 @@ class SimplePropInfo : public SimplePropInfoBase {
   }
 
   void setValue(COSInterface* instance, COSValue value) override {
-    Class* block = blockOf<Class>(instance, getClassID());
-    if (!block) return;
+    if (Class* block = blockOf<Class>(instance, getClassID())) setIn(block, instance, value);
+  }
+
+  // Only for this class itself: the serializable twin reads and writes
+  // otherwise.
+  bool copiesBetweenBlocks() const noexcept override { return typeid(*this) == typeid(SimplePropInfo); }
+  void copyBetweenBlocks(COSInterface* source, const SGReference* from, SGReference* to, COSInterface* target) override {
+    const Class& sourceBlock = *static_cast<const Class*>(from);
+    Class* block = static_cast<Class*>(to);
+    checkWebPropertyGet(source, getName());
+    const COSValue value = (sourceBlock.*member_).word();
+    checkWebPropertyGet(target, getName());
+    if (type()->isEqual((block->*member_).word(), value)) return;
+    target->checkValid();
+    setIn(block, target, value);
+  }
+
+  void setIn(Class* block, COSInterface* instance, COSValue value) {
     checkWebPropertySet(instance, getName(), value);
     Storage& storage = block->*member_;
     const COSDataType& t = *type();
