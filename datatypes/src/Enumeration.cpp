@@ -51,6 +51,9 @@ vxArray* enumerationToArray(unsigned char value, const EnumerationDescription& d
 const unsigned char* canonicalEnumerationByte(unsigned char value) noexcept { return &kBytes[value]; }
 
 on_off onOffFromArray(const vxArray* value) {
+  // The common case first, with the fewest questions: a logical scalar.
+  if (value && vxIsLogicalScalar(value))
+    return *static_cast<const bool*>(vxGetData(value)) ? on_off::On : on_off::Off;
   if (detail::isText(value)) {
     const std::string text = detail::textOf(value);
     if (detail::equalsIgnoringCase(text, "on")) return on_off::On;

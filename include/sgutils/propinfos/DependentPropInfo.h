@@ -15,6 +15,7 @@
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/FaultInjection.h"
+#include "vcos/PropertyRouteEpoch.h"
 
 namespace sgutils {
 
@@ -53,7 +54,7 @@ class DependentPropInfo : public PropInfoBase, public DependentPropertyFactoryDe
   // `X_I`.
   template <class ModePI, class InternalPI>
   void setPublicValueIn(Class& block, COSInterface* instance, COSValue value) {
-    switch (detail::publicFaceSetCourse(instance, this, mode())) {
+    switch (courseFor(instance)) {
       case detail::FaceSetCourse::ModeThenValue:
         // The mode was found unobserved too: both are written as their
         // client paths would write them, one fault point each.
@@ -73,7 +74,45 @@ class DependentPropInfo : public PropInfoBase, public DependentPropertyFactoryDe
     instance->setPropertyValue(COSGetPublicClient(), this, value);
   }
 
+  // The same for a set by name, which holds neither the block nor the
+  // classes of the other two faces.
+  void setAsPublicClient(COSInterface* instance, COSValue value) override {
+    Class* block = blockOf<Class>(instance, getClassID());
+    const detail::FaceSetCourse course = block ? courseFor(instance) : detail::FaceSetCourse::ClientPath;
+    if (course != detail::FaceSetCourse::ModeThenValue) {
+      if (course == detail::FaceSetCourse::Plain) {
+        vcos::fault::at(vcos::fault::Point::PropertySet);
+        setValue(instance, value);
+        return;
+      }
+      instance->setPropertyValue(COSGetPublicClient(), this, value);
+      return;
+    }
+    vcos::fault::at(vcos::fault::Point::PropertySet);
+    vcos::fault::at(vcos::fault::Point::PropertySet);
+    static_cast<PropInfoBase*>(mode())->setInBlock(*block, instance,
+                                                   COSValue(graphics::datatype::canonicalEnumerationByte(1)));
+    checkWebPropertySet(instance, getName(), value);
+    static_cast<PropInfoBase*>(internal())->setInBlock(*block, instance, value);
+  }
+
  private:
+  // The course of a public set of this face on `instance`. What depends on
+  // the class (routes, custom sets, access of the face and its mode) is kept
+  // for the last class while the property route epoch stays; the object's
+  // own listeners are asked each time.
+  detail::FaceSetCourse courseFor(COSInterface* instance) const noexcept {
+    if (instance->isDestroyed() || instance->hasOwnPropertyListeners()) return detail::FaceSetCourse::ClientPath;
+    const COSClass* cls = instance->getClass();
+    const std::uint64_t epoch = vcos::propertyRouteEpoch();
+    if (cls != courseClass_ || epoch != courseEpoch_) {
+      course_ = detail::publicFaceSetCourse(instance, this, mode());
+      courseClass_ = cls;
+      courseEpoch_ = epoch;
+    }
+    return course_;
+  }
+
   COSPropInfo* internal() const {
     if (!resolved_) {
       COSClass* cls = getDefiningClass();
@@ -98,6 +137,9 @@ class DependentPropInfo : public PropInfoBase, public DependentPropertyFactoryDe
   mutable COSPropInfo* internal_ = nullptr;
   mutable bool resolved_ = false;
   mutable COSPropInfo* mode_ = nullptr;
+  mutable const COSClass* courseClass_ = nullptr;
+  mutable std::uint64_t courseEpoch_ = 0;
+  mutable detail::FaceSetCourse course_ = detail::FaceSetCourse::ClientPath;
 };
 
 }  // namespace sgutils

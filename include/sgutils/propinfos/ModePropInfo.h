@@ -48,6 +48,10 @@ class ModePropInfo : public PropInfoBase, public ModePropertyFactoryDefaultIniti
     if (Class* block = blockOf<Class>(instance, getClassID())) setIn(*block, instance, value);
   }
 
+  void setInBlock(SGReference& block, COSInterface* instance, COSValue value) override {
+    setIn(static_cast<Class&>(block), instance, value);
+  }
+
   // setValue on the instance's block, for a caller that holds it.
   void setIn(Class& block, COSInterface* instance, COSValue value) {
     checkWebPropertySet(instance, getName(), value);

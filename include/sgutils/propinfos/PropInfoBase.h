@@ -12,6 +12,8 @@
 #include "vcos/COSDataType.h"
 #include "vcos/COSPropInfo.h"
 
+class SGReference;
+
 namespace sgutils {
 
 class DefaultProvider;
@@ -80,6 +82,9 @@ class SGUTILS_API PropInfoBase : public COSPropInfo, private boost::noncopyable 
   // Turns the mode of the property's triple manual; the custom set path
   // calls this before a public write lands. Faces without a mode do nothing.
   virtual void setModeManual(COSInterface* instance) = 0;
+  // setValue on `block`, the instance's data block of getClassID(), for a
+  // caller that holds it.
+  virtual void setInBlock(SGReference&, COSInterface* instance, COSValue value) { setValue(instance, value); }
   virtual void setResetAllowed(bool allowed);
   virtual bool isExternal() const { return false; }
   virtual bool isDeepCopy() const { return false; }

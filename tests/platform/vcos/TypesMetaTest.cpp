@@ -7,6 +7,8 @@
 
 #include "VcosTestClasses.h"
 #include "foundation/core/except/Error.h"
+#include "vcos/COSListener.h"
+#include "vcos/COSListenerOp.h"
 #include "vx/vx.h"
 #include "vx/vxObjectStorage.h"
 #include "vcos/VxProperty.h"
@@ -133,6 +135,44 @@ TEST(ArrayBridge, GetAndSetByNameGoThroughTheClientPath) {
   // Access still applies.
   vxArray* one = vxCreateDoubleScalar(1);
   EXPECT_THROW(vxSetProperty(arr, 0, "Secret", one), Error);
+  vxDestroyArray(one);
+  vxDestroyArray(arr);
+}
+
+// Sets and gets by name keep what they learnt of the class; listeners
+// attached after that, to the object or to the class, are still heard.
+TEST(ArrayBridge, ListenersAttachedAfterUseAreHeard) {
+  COSInterfacePtr c = vt::make("vt.Circle");
+  vxArray* arr = vxCreateObjectMatrix(1, 1, c->getClass()->getID().entry());
+  vxGetObjectElements(arr)[0] = c.get();
+  vxArray* one = vxCreateDoubleScalar(1);
+  auto setAndGet = [&] {
+    vxSetProperty(arr, 0, "Radius", one);
+    vxDestroyArray(vxGetProperty(arr, 0, "Radius"));
+  };
+  setAndGet();
+  std::vector<std::string> heard;
+  auto noting = [&heard](const char* what) {
+    return COSListener::createListener(
+        COSListenerOp::fromFunction([&heard, what](COSInterface*, COSEventData*) { heard.push_back(what); }));
+  };
+  COSPropInfo* radius = c->getClass()->findPropertyExact(COSID("Radius"));
+  COSInterfacePtr own = noting("own PostSet"), got = noting("own PostGet"), all = noting("class PostSet");
+  c->addPropertyListener(COSPropertyEvent::PostSet, radius, COSListener::toListener(own));
+  c->addPropertyListener(COSPropertyEvent::PostGet, radius, COSListener::toListener(got));
+  setAndGet();
+  EXPECT_EQ(heard, (std::vector<std::string>{"own PostSet", "own PostGet"}));
+  c->removePropertyListener(COSPropertyEvent::PostSet, radius, COSListener::toListener(own));
+  c->removePropertyListener(COSPropertyEvent::PostGet, radius, COSListener::toListener(got));
+  heard.clear();
+  setAndGet();
+  EXPECT_TRUE(heard.empty());
+  c->getClass()->addClassPropertyListener(COSGetPublicClient(), COSPropertyEvent::PostSet, radius,
+                                          COSListener::toListener(all));
+  setAndGet();
+  c->getClass()->removeClassPropertyListener(COSPropertyEvent::PostSet, radius, COSListener::toListener(all));
+  setAndGet();
+  EXPECT_EQ(heard, (std::vector<std::string>{"class PostSet"}));
   vxDestroyArray(one);
   vxDestroyArray(arr);
 }

@@ -14,6 +14,11 @@
 #include "vcos/COSListener.h"
 #include "vcos/COSListenerOp.h"
 #include "vcos/FaultInjection.h"
+#include "vcos/ObjectArray.h"
+#include "vcos/VxProperty.h"
+#include "vx/matrix.h"
+#include "vx/vxCreate.h"
+#include "vx/vxQuery.h"
 
 namespace sgtest::propmodel {
 namespace {
@@ -42,14 +47,32 @@ class TypedSetterCourse : public ::testing::Test {
     attached.push_back({kind, p, l});
   }
 
+  // A public set by name on the client path, the typed setter, or a set by
+  // name of an array value on an element of an object array.
+  enum class Route { ClientPath, Typed, Array };
+
+  void set(Route route, bool value) {
+    switch (route) {
+      case Route::ClientPath:
+        publicSet(object, "Selected", COSValue::fromBool(value));
+        break;
+      case Route::Typed:
+        selectableOf(object).setSelected(value, PublicClient);
+        break;
+      case Route::Array: {
+        matrix::unique_vxArray self(omCreateVCOSScalar(object)), v(vxCreateLogicalScalar(value));
+        vxSetProperty(self.get(), 0, "Selected", v.get());
+        break;
+      }
+    }
+  }
+
   // What a set leaves seen: the journal of doPostSet and the listener calls.
-  std::vector<std::string> seen(bool typed, bool value) {
+  std::vector<std::string> seen(bool typed, bool value) { return seen(typed ? Route::Typed : Route::ClientPath, value); }
+  std::vector<std::string> seen(Route route, bool value) {
     handleOf(object).posts.clear();
     heard.clear();
-    if (typed)
-      selectableOf(object).setSelected(value, PublicClient);
-    else
-      publicSet(object, "Selected", COSValue::fromBool(value));
+    set(route, value);
     std::vector<std::string> out = heard;
     for (const PostSet& p : handleOf(object).posts)
       out.push_back("post " + p.property + " mode=" + std::to_string(static_cast<int>(p.selectedModeThen)));
@@ -134,6 +157,65 @@ TEST_F(TypedSetterCourse, PassesAsManyFaultPointsAsASetByNameAndStopsAtEach) {
     EXPECT_ANY_THROW(selectableOf(object).setSelected(true, PublicClient)) << "fault point " << n;
     EXPECT_FALSE(selectableOf(object).getSelected()) << "the value landed past fault point " << n;
   }
+}
+
+// The set by name of an array value keeps its answers per class (the
+// property, its course); it must be seen as the client path's set in every
+// state, and hear listeners attached after those answers were kept.
+TEST_F(TypedSetterCourse, ArraySetByNameIsSeenAsTheClientPath) {
+  auto fromAuto = [&](Route route, bool value) {
+    publicSet(object, "Selected_I", COSValue::fromBool(false));
+    publicSet(object, "SelectedMode", COSValue(modeWord(AutoManual::Auto)));
+    return seen(route, value);
+  };
+  auto faults = [&](Route route) {
+    vcos::fault::Scope scope(vcos::fault::Point::PropertySet, 1000);
+    fromAuto(route, true);
+    return scope.passed();
+  };
+  EXPECT_EQ(fromAuto(Route::Array, true), fromAuto(Route::ClientPath, true));
+  EXPECT_EQ(selectableOf(object).getSelectedMode(), AutoManual::Manual);
+  EXPECT_EQ(faults(Route::Array), faults(Route::ClientPath));
+  // Listeners of the object attached after the first sets.
+  listen(COSPropertyEvent::PreSet, "Selected");
+  listen(COSPropertyEvent::PostSet, "Selected");
+  const std::vector<std::string> observed = fromAuto(Route::Array, true);
+  EXPECT_EQ(observed, fromAuto(Route::ClientPath, true));
+  EXPECT_EQ(observed.size(), 3u) << "PreSet, PostSet, the post of the value";
+  EXPECT_EQ(faults(Route::Array), faults(Route::ClientPath));
+}
+
+TEST_F(TypedSetterCourse, ClassListenersAddedAfterUseAreHeardByEveryRoute) {
+  for (Route route : {Route::Typed, Route::Array}) {
+    set(route, false);  // the course of the class is worked out and kept
+    int calls = 0;
+    COSInterfacePtr l = COSListener::createListener(
+        COSListenerOp::fromFunction([&calls](COSInterface*, COSEventData*) { ++calls; }));
+    COSClass* cls = object->getClass();
+    COSPropInfo* face = prop(object, "Selected");
+    cls->addClassPropertyListener(COSGetPublicClient(), COSPropertyEvent::PostSet, face, COSListener::toListener(l));
+    set(route, true);
+    EXPECT_EQ(calls, 1) << "route " << static_cast<int>(route);
+    EXPECT_EQ(selectableOf(object).getSelectedMode(), AutoManual::Manual);
+    cls->removeClassPropertyListener(COSPropertyEvent::PostSet, face, COSListener::toListener(l));
+    set(route, false);
+    EXPECT_EQ(calls, 1) << "removed, route " << static_cast<int>(route);
+  }
+}
+
+TEST_F(TypedSetterCourse, ArrayGetByNameHearsGetListenersAttachedAfterUse) {
+  matrix::unique_vxArray self(omCreateVCOSScalar(object));
+  auto get = [&] {
+    matrix::unique_vxArray v(vxGetProperty(self.get(), 0, "Selected"));
+    return std::string(vxIsChar(v.get()) && vxGetNumberOfElements(v.get()) == 2 ? "on" : "off");
+  };
+  selectableOf(object).setSelected(true, PublicClient);
+  EXPECT_EQ(get(), "on");
+  listen(COSPropertyEvent::PostGet, "Selected");
+  heard.clear();
+  EXPECT_EQ(get(), "on");
+  ASSERT_EQ(heard.size(), 1u);
+  EXPECT_EQ(heard[0], "PostGet Selected mode=1 value=1");
 }
 
 }  // namespace

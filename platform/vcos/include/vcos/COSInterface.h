@@ -110,6 +110,9 @@ class VCOS_API COSInterface {
   // would pass the access check and reach no listener; `customSet` is then
   // the meta class whose customSetPropertyValue the path would run, or null.
   bool isUnobservedPublicSet(const COSPropInfo* property, COSCustomMetaClass*& customSet) const noexcept;
+  // Whether this object has property listeners of its own (class property
+  // listeners are marked in the class's slots instead).
+  bool hasOwnPropertyListeners() const noexcept;
   // The same with the property as found by findProperty; raises
   // "VANTEL:vcos:UnknownProperty" for a null or non-property pointer.
   COSValue getPropertyValue(const COSClient* client, const COSInterfacePtr& property);

@@ -51,6 +51,11 @@ class VCOS_API COSPropInfo : public COSInterface {
   // The value is borrowed; the property stores a copy if it keeps it.
   virtual void setValue(COSInterface* object, COSValue value) = 0;
   virtual void releaseValue(COSInterface* object, COSValue value) const;
+  // A public client's set of this property on `object`, a live instance of
+  // a class that has it: the client path (setPropertyValue). A property that
+  // knows a shorter course with the same effect (listeners, access, custom
+  // set paths all as the client path treats them) may take it.
+  virtual void setAsPublicClient(COSInterface* object, COSValue value);
   virtual bool canContainInterfaces() const;
   virtual bool isDestructible() const;
   virtual void getInterfaces(const COSClient* client, COSInterface* instance, std::vector<COSInterfacePtr>& out) const;

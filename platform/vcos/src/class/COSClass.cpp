@@ -17,6 +17,7 @@
 #include "vcos/COSObjectOperations.h"
 #include "vcos/COSNamespaceInfo.h"
 #include "vcos/COSPackage.h"
+#include "vcos/PropertyRouteEpoch.h"
 #include "vcos/COSTypeRepository.h"
 #include "vcos/COSUseCustomMetaData.h"
 
@@ -46,6 +47,7 @@ namespace {
 
 // `slot` carries the marks inherited with the property (none for an own one).
 void insertProperty(ClassTables& t, const PropSlot& slot) {
+  vcos::bumpPropertyRouteEpoch();
   if (slot.customGet) t.anyCustomGet = true;
   COSID id = slot.property->getID();
   if (std::uint32_t* i = t.propertyIndex.find(id)) {
@@ -92,12 +94,14 @@ PropSlot& slotByName(COSClass* cls, COSID name) {
 
 void applyCustomSet(COSClass* cls, COSID name) {
   PropSlot& s = slotByName(cls, name);
+  vcos::bumpPropertyRouteEpoch();
   s.customSet = cls->tables().metaInfo;
   s.route |= kRouteCustomSet;
 }
 
 void applyCustomGet(COSClass* cls, COSID name) {
   PropSlot& s = slotByName(cls, name);
+  vcos::bumpPropertyRouteEpoch();
   s.customGet = cls->tables().metaInfo;
   s.route |= kRouteCustomGet;
   cls->tables().anyCustomGet = true;
@@ -150,7 +154,7 @@ COSClass::COSClass(COSID id, COSClassInfo* info, COSPackage* package)
       privateClient_(this),
       tables_(std::make_unique<ClassTables>()) {}
 
-COSClass::~COSClass() = default;
+COSClass::~COSClass() { vcos::bumpPropertyRouteEpoch(); }
 
 namespace {
 

@@ -13,6 +13,7 @@
 #include "vcos/src/core/Messages.h"
 #include "foundation/core/except/Error.h"
 #include "vcos/COSListener.h"
+#include "vcos/PropertyRouteEpoch.h"
 
 namespace vcos::internal {
 
@@ -29,6 +30,7 @@ void markSlot(ClassTables& t, COSID property, bool listened) noexcept {
   std::uint32_t* i = t.propertyIndex.find(property);
   if (!i) return;
   PropSlot& s = t.properties[*i];
+  vcos::bumpPropertyRouteEpoch();
   s.route = static_cast<unsigned char>(listened ? s.route | kRouteClassListeners : s.route & ~kRouteClassListeners);
 }
 
@@ -44,6 +46,7 @@ void refreshMarks(const COSClass* base, COSID property) noexcept {
 }  // namespace
 
 void markClassListenedSlots(ClassTables& t) noexcept {
+  vcos::bumpPropertyRouteEpoch();
   bool any = false;
   for (const COSClass* a : t.ancestry) any = any || !a->tables().propertyListeners.empty();
   for (PropSlot& s : t.properties) {

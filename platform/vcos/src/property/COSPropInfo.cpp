@@ -4,6 +4,7 @@
 
 #include "vcos/src/core/Messages.h"
 #include "foundation/core/except/Error.h"
+#include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSPropCPPT.h"
 
@@ -39,6 +40,10 @@ bool COSPropInfo::canContainInterfaces() const {
   return type && type->canContainInterfaces();
 }
 bool COSPropInfo::isDestructible() const { return true; }
+
+void COSPropInfo::setAsPublicClient(COSInterface* object, COSValue value) {
+  object->setPropertyValue(COSGetPublicClient(), this, value);
+}
 
 void COSPropInfo::releaseValue(COSInterface*, COSValue value) const {
   if (COSDataTypePtr type = getDataType()) type->destroy(value);

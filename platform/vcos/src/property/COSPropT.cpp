@@ -9,6 +9,7 @@
 #include "vcos/COSGenericProp.h"
 #include "vcos/COSTypeRepository.h"
 #include "vcos/ExtendedMemberAccess.h"
+#include "vcos/PropertyRouteEpoch.h"
 
 using vcos::internal::ObjectOps;
 
@@ -58,11 +59,14 @@ bool COSPropT::isGrandfathered() const { return flag(COSPropGrandfathered); }
 bool COSPropT::isWeakReference() const { return flag(COSPropWeakReference); }
 bool COSPropT::canContainInterfaces() const { return !flag(COSPropNoInterfaces) && COSPropInfo::canContainInterfaces(); }
 
+// Access decides the course of gets and sets, which callers may keep.
 void COSPropT::setExtendedGetAccess(const ExtendedMemberAccess& access) {
   extGet_ = std::make_unique<ExtendedMemberAccess>(access);
+  vcos::bumpPropertyRouteEpoch();
 }
 void COSPropT::setExtendedSetAccess(const ExtendedMemberAccess& access) {
   extSet_ = std::make_unique<ExtendedMemberAccess>(access);
+  vcos::bumpPropertyRouteEpoch();
 }
 
 COSValue COSPropT::getValue(COSInterface* object) const {

@@ -23,6 +23,7 @@
 #include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSObjectOperations.h"
+#include "vcos/PropertyRouteEpoch.h"
 
 using foundation::core::except::Error;
 using vcos::internal::admits;
@@ -161,6 +162,14 @@ void COSInterface::setPropertyValue(const COSClient* client, const COSPropInfo* 
     return;
   }
   setObserved(this, slot, property, value);
+}
+
+bool COSInterface::hasOwnPropertyListeners() const noexcept { return hasPropertyListeners(this); }
+
+std::atomic<std::uint64_t> vcos::internal::propertyRouteEpochCount{1};
+
+void vcos::bumpPropertyRouteEpoch() noexcept {
+  vcos::internal::propertyRouteEpochCount.fetch_add(1, std::memory_order_relaxed);
 }
 
 bool COSInterface::isUnobservedPublicSet(const COSPropInfo* property, COSCustomMetaClass*& customSet) const noexcept {

@@ -2,6 +2,7 @@
 // names are made on first request and kept, and so is the conversion from
 // "asciiString" to any type that can be made from an array.
 #include "vcos/COSTypeRepository.h"
+#include "vcos/PropertyRouteEpoch.h"
 
 #include <array>
 #include <atomic>
@@ -109,11 +110,13 @@ COSTypeConversion* COSTypeRepository::getArrayConversion(const COSDataType& type
 void COSTypeRepository::addConversion(COSID from, COSID to, COSTypeConversion* conversion) {
   tables().conversions[{from, to}].reset(conversion);
   ++conversionGeneration;
+  vcos::bumpPropertyRouteEpoch();
 }
 
 void COSTypeRepository::removeConversion(COSID from, COSID to) {
   tables().conversions.erase({from, to});
   ++conversionGeneration;
+  vcos::bumpPropertyRouteEpoch();
 }
 
 void JavaTypeConversion::addConversion(COSID id, COSTypeConversion* conversion) { tables().foreign[id].reset(conversion); }

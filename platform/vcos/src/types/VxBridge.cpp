@@ -2,9 +2,13 @@
 // that object arrays need (name, is-a, heterogeneous), and get and set of a
 // property of an array element by name through the public client path, with
 // the value converted between the property's type and an array.
+#include <array>
+#include <cstdint>
+
 #include "vcos/BorrowedPropertyValue.h"
 #include "vcos/ConvertedValue.h"
 #include "vcos/src/class/ClassRegistry.h"
+#include "vcos/src/class/ClassTables.h"
 #include "vcos/src/core/Messages.h"
 #include "foundation/core/except/Error.h"
 #include "vcos/COSClass.h"
@@ -12,6 +16,8 @@
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
+#include "vcos/FaultInjection.h"
+#include "vcos/PropertyRouteEpoch.h"
 #include "vx/vxCreate.h"
 #include "vx/vxObjectStorage.h"
 #include "vcos/VxProperty.h"
@@ -64,8 +70,8 @@ COSPropInfo* propertyOf(COSInterface* o, const char* name) {
   return p;
 }
 
-COSTypeConversion* conversionFor(const COSDataTypePtr& type, bool toArray) {
-  COSTypeConversion* c = COSTypeRepository::getArrayConversion(*type, toArray);
+COSTypeConversion* conversionFor(const COSDataType& type, bool toArray) {
+  COSTypeConversion* c = COSTypeRepository::getArrayConversion(type, toArray);
   if (!c) {
     const std::string& id = type.getID().str();
     throw Error(vcos::msg::ConversionFailed, toArray ? id : "any", toArray ? "any" : id);
@@ -73,11 +79,140 @@ COSTypeConversion* conversionFor(const COSDataTypePtr& type, bool toArray) {
   return c;
 }
 
+// What gets and sets by name need to know of one property of one class,
+// worked out on the first use of the (class, interned name) pair and kept
+// while the property route epoch stays. Only a property of the class found
+// by its exact name is kept: that answer depends on the class alone (a
+// dynamic property of the object comes after the class's own).
+struct NamedProperty {
+  const COSClass* cls = nullptr;
+  const void* name = nullptr;
+  std::uint64_t epoch = 0;
+  COSPropInfo* property = nullptr;
+  const COSDataType* type = nullptr;  // kept alive by the property
+  bool arrayType = false;
+  // A public client reaches getValue, or setValue, directly: public access,
+  // no custom path and no class listener on the property.
+  bool plainGet = false;
+  bool plainSet = false;
+  COSTypeConversion* toArray = nullptr;  // null when the type has none
+  COSTypeConversion* fromArray = nullptr;
+};
+
+// Null when the name is not a property of the object's class by its exact
+// name (dynamic properties, other cases, prefixes): the full look-up then.
+const NamedProperty* namedProperty(const COSInterface* o, const char* name) {
+  COSClass* cls = o->getClass();
+  if (!cls) return nullptr;
+  const COSID id(name);
+  thread_local std::array<NamedProperty, 64> kept{};
+  const auto key = reinterpret_cast<std::uintptr_t>(cls) ^ (reinterpret_cast<std::uintptr_t>(id.entry()) >> 3);
+  NamedProperty& k = kept[(key ^ (key >> 6) ^ (key >> 12)) & 63];
+  const std::uint64_t epoch = vcos::propertyRouteEpoch();
+  if (k.cls == cls && k.name == id.entry() && k.epoch == epoch) return &k;
+  COSPropInfo* p = id ? cls->findPropertyExact(id) : nullptr;
+  const vcos::internal::PropSlot* slot = p ? cls->findSlot(p) : nullptr;
+  if (!slot) return nullptr;
+  COSDataTypePtr type = p->getDataType();
+  NamedProperty e;
+  e.cls = cls;
+  e.name = id.entry();
+  e.epoch = epoch;
+  e.property = p;
+  e.type = type.get();
+  e.arrayType = type->isVANTELArrayType();
+  e.plainGet = !(slot->route & vcos::internal::kGetRoutes) && !slot->customGet &&
+               p->getMemberGetAccess() == PublicAccess && !p->getExtendedGetAccess();
+  e.plainSet = !(slot->route & vcos::internal::kSetRoutes) && p->getMemberSetAccess() == PublicAccess &&
+               !p->getExtendedSetAccess();
+  if (!e.arrayType) {
+    e.toArray = COSTypeRepository::getArrayConversion(*type, true);
+    e.fromArray = COSTypeRepository::getArrayConversion(*type, false);
+  }
+  k = e;
+  return &k;
+}
+
+// A value converted for a property, destroyed by its type when the guard goes.
+struct Converted {
+  const COSDataType& type;
+  COSValue value;
+  ~Converted() {
+    if (!value.isEmpty()) type.destroy(value);
+  }
+};
+
+// The array of a borrowed value, for the caller to own.
+vxArray* arrayOf(const NamedProperty& e, COSValue value) {
+  if (e.arrayType) {
+    // A property may lend the array it stores: the caller gets a copy of its
+    // own (sharing the data), and the lent value goes back through the guard.
+    const vxArray* array = value.asPointer<const vxArray>();
+    return array ? vxCreateSharedCopyNotOnArrayList(array) : nullptr;
+  }
+  return conversionFor(*e.type, /*toArray=*/true)->convert(value).asPointer<vxArray>();
+}
+
+vxArray* getThrough(COSInterface* o, const NamedProperty& e) {
+  if (!e.plainGet || o->hasOwnPropertyListeners())
+    return arrayOf(e, BorrowedPropertyValue::read(o, COSGetPublicClient(), e.property).get());
+  // The client path would do no more than this: the property's getValue,
+  // then its releaseValue.
+  const BorrowedPropertyValue v = BorrowedPropertyValue::readDirect(o, e.property);
+  if (e.toArray) return e.toArray->convert(v.get()).asPointer<vxArray>();
+  return arrayOf(e, v.get());
+}
+
+void setThrough(COSInterface* o, const NamedProperty& e, const vxArray* array) {
+  COSPropInfo* p = e.property;
+  COSValue value(array);
+  if (e.arrayType) {
+    if (e.plainSet && !o->hasOwnPropertyListeners()) {
+      vcos::fault::at(vcos::fault::Point::PropertySet);  // as the client path would
+      p->setValue(o, value);
+    } else {
+      p->setAsPublicClient(o, value);
+    }
+    return;
+  }
+  if (!e.fromArray) conversionFor(*e.type, /*toArray=*/false);  // raises
+  const Converted converted{*e.type, e.fromArray->convert(value)};
+  if (e.plainSet && !o->hasOwnPropertyListeners()) {
+    vcos::fault::at(vcos::fault::Point::PropertySet);
+    p->setValue(o, converted.value);
+  } else {
+    p->setAsPublicClient(o, converted.value);
+  }
+}
+
+vxArray* getFrom(COSInterface* o, const COSPropInfo* property) {
+  COSDataTypePtr type = property->getDataType();
+  const BorrowedPropertyValue v = BorrowedPropertyValue::read(o, COSGetPublicClient(), property);
+  if (type->isVANTELArrayType()) {
+    // A property may lend the array it stores: the caller gets a copy of its
+    // own (sharing the data), and the lent value goes back through the guard.
+    const vxArray* value = v.get().asPointer<const vxArray>();
+    return value ? vxCreateSharedCopyNotOnArrayList(value) : nullptr;
+  }
+  return conversionFor(*type, /*toArray=*/true)->convert(v.get()).asPointer<vxArray>();
+}
+
+void setOn(COSInterface* o, const COSPropInfo* property, const vxArray* value) {
+  COSDataTypePtr type = property->getDataType();
+  if (type->isVANTELArrayType()) {
+    o->setPropertyValue(COSGetPublicClient(), property, COSValue(value));
+    return;
+  }
+  const ConvertedValue converted(type, conversionFor(*type, /*toArray=*/false)->convert(COSValue(value)));
+  o->setPropertyValue(COSGetPublicClient(), property, converted.get());
+}
+
 }  // namespace
 
 vxArray* vxGetProperty(const vxArray* array, vxIndex index, const char* propertyName) {
   COSInterface* o = elementAt(array, index);
-  return vxGetProperty(array, index, propertyOf(o, propertyName));
+  if (const NamedProperty* e = namedProperty(o, propertyName)) return getThrough(o, *e);
+  return getFrom(o, propertyOf(o, propertyName));
 }
 
 void vxCheckPropertyValue(const vxArray* array, vxIndex index, const char* propertyName, const vxArray* value) {
@@ -88,35 +223,23 @@ void vxCheckPropertyValue(const vxArray* array, vxIndex index, const char* prope
     type->checkValue(COSValue(value), /*raise=*/true);
     return;
   }
-  const ConvertedValue converted(type, conversionFor(type, /*toArray=*/false)->convert(COSValue(value)));
+  const ConvertedValue converted(type, conversionFor(*type, /*toArray=*/false)->convert(COSValue(value)));
   type->checkValue(converted.get(), /*raise=*/true);
 }
 
 void vxSetProperty(vxArray* array, vxIndex index, const char* propertyName, const vxArray* value) {
   COSInterface* o = elementAt(array, index);
-  vxSetProperty(array, index, propertyOf(o, propertyName), value);
+  if (const NamedProperty* e = namedProperty(o, propertyName)) {
+    setThrough(o, *e, value);
+    return;
+  }
+  setOn(o, propertyOf(o, propertyName), value);
 }
 
 vxArray* vxGetProperty(const vxArray* array, vxIndex index, const COSPropInfo* property) {
-  COSInterface* o = elementAt(array, index);
-  COSDataTypePtr type = property->getDataType();
-  const BorrowedPropertyValue v = BorrowedPropertyValue::read(o, COSGetPublicClient(), property);
-  if (type->isVANTELArrayType()) {
-    // A property may lend the array it stores: the caller gets a copy of its
-    // own (sharing the data), and the lent value goes back through the guard.
-    const vxArray* value = v.get().asPointer<const vxArray>();
-    return value ? vxCreateSharedCopyNotOnArrayList(value) : nullptr;
-  }
-  return conversionFor(type, /*toArray=*/true)->convert(v.get()).asPointer<vxArray>();
+  return getFrom(elementAt(array, index), property);
 }
 
 void vxSetProperty(vxArray* array, vxIndex index, const COSPropInfo* property, const vxArray* value) {
-  COSInterface* o = elementAt(array, index);
-  COSDataTypePtr type = property->getDataType();
-  if (type->isVANTELArrayType()) {
-    o->setPropertyValue(COSGetPublicClient(), property, COSValue(value));
-    return;
-  }
-  const ConvertedValue converted(type, conversionFor(type, /*toArray=*/false)->convert(COSValue(value)));
-  o->setPropertyValue(COSGetPublicClient(), property, converted.get());
+  setOn(elementAt(array, index), property, value);
 }
