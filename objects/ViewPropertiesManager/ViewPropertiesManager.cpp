@@ -91,16 +91,25 @@ const ViewPropertiesManager::ClassChoice& choiceFor(COSInterface* self) {
   static std::mutex lock;
   static std::vector<std::pair<COSID, std::unique_ptr<Choice>>> choices;
   const COSID id = self->getClass()->getID();
+  // Objects come in runs of one class: the last answer of the thread first.
+  thread_local COSID lastId;
+  thread_local const Choice* last = nullptr;
+  if (last && lastId == id) return *last;
   const std::lock_guard<std::mutex> held(lock);
+  auto remember = [&id](const Choice* choice) -> const Choice& {
+    lastId = id;
+    last = choice;
+    return *choice;
+  };
   for (const auto& [classId, choice] : choices)
-    if (classId == id) return *choice;
+    if (classId == id) return remember(choice.get());
   auto choice = std::make_unique<Choice>();
   choice->name = std::string(plainName(self));
   if (!ViewPropertiesManager::isCustomComponent(self)) {
     choice->kind = ViewPropertiesManager::isVantelComponent(self) ? Choice::Kind::Runtime : Choice::Kind::Legacy;
     choice->startingNames = choice->makeStrategy()->getDirtyProperties();
   }
-  return *choices.emplace_back(id, std::move(choice)).second;
+  return remember(choices.emplace_back(id, std::move(choice)).second.get());
 }
 
 const std::vector<std::string> kNoNames;
