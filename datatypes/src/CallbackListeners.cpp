@@ -63,11 +63,11 @@ class PropertyCallbackOp final : public COSListenerOp {
   Interruption interruption_;
 };
 
-COSInterfacePtr make(const char* propertyName, bool passEventData, bool allowRecursion, bool skipDying,
+COSInterfacePtr make(COSID propertyName, bool passEventData, bool allowRecursion, bool skipDying,
                      Interruption interruption) {
-  assert(propertyName && *propertyName && "a callback listener needs a property name");
+  assert(propertyName && "a callback listener needs a property name");
   COSInterfacePtr listener = COSListener::createListener(
-      new PropertyCallbackOp(COSID(propertyName), passEventData, skipDying, interruption));
+      new PropertyCallbackOp(propertyName, passEventData, skipDying, interruption));
   COSListener::toListener(listener)->setRecursive(allowRecursion);
   return listener;
 }
@@ -76,12 +76,18 @@ COSInterfacePtr make(const char* propertyName, bool passEventData, bool allowRec
 
 COSInterfacePtr createListener(const char* propertyName, bool passEventData, bool allowRecursion,
                                Interruption interruption) {
+  assert(propertyName && *propertyName && "a callback listener needs a property name");
+  return make(COSID(propertyName), passEventData, allowRecursion, /*skipDying=*/false, interruption);
+}
+
+COSInterfacePtr createListener(COSID propertyName, bool passEventData, bool allowRecursion, Interruption interruption) {
   return make(propertyName, passEventData, allowRecursion, /*skipDying=*/false, interruption);
 }
 
 COSInterfacePtr createClassListener(const char* propertyName, bool passEventData, bool allowRecursion,
                                     Interruption interruption) {
-  return make(propertyName, passEventData, allowRecursion, /*skipDying=*/true, interruption);
+  assert(propertyName && *propertyName && "a callback listener needs a property name");
+  return make(COSID(propertyName), passEventData, allowRecursion, /*skipDying=*/true, interruption);
 }
 
 }  // namespace graphics::datatype

@@ -33,10 +33,28 @@ constexpr std::array<unsigned char, 256> makeBytes() {
 }
 constexpr std::array<unsigned char, 256> kBytes = makeBytes();
 
+char asciiLower(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+// Whether the UTF-16 text is the (ASCII) name, ignoring case: a code unit
+// outside ASCII matches no name, as its UTF-8 bytes would not.
+bool charsEqualIgnoringCase(const vxChar* chars, std::size_t n, const char* name) noexcept {
+  for (std::size_t k = 0; k < n; ++k) {
+    if (name[k] == '\0' || chars[k] >= 0x80) return false;
+    if (asciiLower(static_cast<char>(chars[k])) != asciiLower(name[k])) return false;
+  }
+  return name[n] == '\0';
+}
+
 }  // namespace
 
 unsigned char parseEnumeration(const vxArray* value, const EnumerationDescription& d) {
-  if (detail::isText(value)) {
+  // A char row, the usual form, is compared where it lies.
+  if (value && vxIsChar(value) && detail::isText(value)) {
+    const std::size_t n = vxIsEmpty(value) ? 0 : vxGetNumberOfElements(value);
+    const vxChar* chars = n ? vxGetChars(value) : nullptr;
+    for (unsigned char i = 0; i < d.count; ++i)
+      if (charsEqualIgnoringCase(chars, n, d.names[i])) return i;
+  } else if (detail::isText(value)) {
     const std::string text = detail::textOf(value);
     for (unsigned char i = 0; i < d.count; ++i)
       if (detail::equalsIgnoringCase(text, d.names[i])) return i;

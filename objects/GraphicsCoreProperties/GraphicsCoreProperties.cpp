@@ -82,7 +82,8 @@ void GraphicsCoreProperties::markContextMenuDirty() {
 void GraphicsCoreProperties::attachDeleteListener(COSInterfacePtr object) {
   if (!object || deleteListenerAttached_) return;
   // The object holds the listener; it goes with the object.
-  COSInterfacePtr listener = graphics::datatype::createListener("DeleteFcn", /*passEventData=*/true,
+  static const COSID deleteFcn("DeleteFcn");
+  COSInterfacePtr listener = graphics::datatype::createListener(deleteFcn, /*passEventData=*/true,
                                                                 /*allowRecursion=*/false);
   object->addListener(objectBeingDestroyed(), COSListener::toListener(listener));
   deleteListenerAttached_ = true;

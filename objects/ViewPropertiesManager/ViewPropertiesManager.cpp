@@ -3,7 +3,9 @@
 // app-building defaults, and the methods that reach them from the language.
 #include "sgutils/objects/ViewPropertiesManager.gen.h"
 
+#include <mutex>
 #include <string_view>
+#include <utility>
 
 #include "foundation/core/except/Error.h"
 #include "sgutils/objects/MixinMethod.h"
@@ -66,42 +68,104 @@ bool ViewPropertiesManager::isInAppBuildingFigure(COSInterface* self) {
   return isAppBuildingFigure(COSInterfacePtr(node));
 }
 
+// The kind of component and the names its strategy starts with are the
+// same for every object of a class: found at the first object of the class
+// and kept for the process (classes are not taken away while objects live).
+struct ViewPropertiesManager::ClassChoice {
+  enum class Kind : unsigned char { Custom, Runtime, Legacy };
+  Kind kind = Kind::Custom;
+  std::string name;
+  std::vector<std::string> startingNames;
+
+  std::unique_ptr<sgutils::ViewPropertiesStrategy> makeStrategy() const {
+    if (kind == Kind::Custom) return nullptr;
+    return kind == Kind::Runtime ? sgutils::RuntimeViewStrategy::getInstance(name)
+                                 : sgutils::LegacyRuntimeViewStrategy::getInstance(name);
+  }
+};
+
+namespace {
+
+const ViewPropertiesManager::ClassChoice& choiceFor(COSInterface* self) {
+  using Choice = ViewPropertiesManager::ClassChoice;
+  static std::mutex lock;
+  static std::vector<std::pair<COSID, std::unique_ptr<Choice>>> choices;
+  const COSID id = self->getClass()->getID();
+  // Objects come in runs of one class: the last answer of the thread first.
+  thread_local COSID lastId;
+  thread_local const Choice* last = nullptr;
+  if (last && lastId == id) return *last;
+  const std::lock_guard<std::mutex> held(lock);
+  auto remember = [&id](const Choice* choice) -> const Choice& {
+    lastId = id;
+    last = choice;
+    return *choice;
+  };
+  for (const auto& [classId, choice] : choices)
+    if (classId == id) return remember(choice.get());
+  auto choice = std::make_unique<Choice>();
+  choice->name = std::string(plainName(self));
+  if (!ViewPropertiesManager::isCustomComponent(self)) {
+    choice->kind = ViewPropertiesManager::isVantelComponent(self) ? Choice::Kind::Runtime : Choice::Kind::Legacy;
+    choice->startingNames = choice->makeStrategy()->getDirtyProperties();
+  }
+  return remember(choices.emplace_back(id, std::move(choice)).second.get());
+}
+
+const std::vector<std::string> kNoNames;
+
+}  // namespace
+
 void ViewPropertiesManager::setStrategy(COSInterface* self) {
-  if (strategy_) return;
-  const std::string name(plainName(self));
-  const bool custom = isCustomComponent(self);
-  if (!custom)
-    strategy_ = isVantelComponent(self) ? sgutils::RuntimeViewStrategy::getInstance(name)
-                                        : sgutils::LegacyRuntimeViewStrategy::getInstance(name);
-  cacheReady_ = !custom;
+  if (choice_) return;
+  choice_ = &choiceFor(self);
+  cacheReady_ = choice_->kind != ClassChoice::Kind::Custom;
+}
+
+const std::vector<std::string>& ViewPropertiesManager::startingNames() const noexcept {
+  return choice_ && !startingNamesTaken_ ? choice_->startingNames : kNoNames;
+}
+
+bool ViewPropertiesManager::hasDirtyProperties() const {
+  return strategy_ ? strategy_->hasDirtyProperties() : !startingNames().empty();
+}
+
+void ViewPropertiesManager::markClean() {
+  if (strategy_) strategy_->markClean();
+  if (choice_) startingNamesTaken_ = true;
 }
 
 void ViewPropertiesManager::markViewPropertyDirty(COSInterface* self, std::string_view name) {
   setStrategy(self);
+  if (!strategy_) {
+    strategy_ = choice_->makeStrategy();
+    // A strategy starts with the class's names: gone if the view was told.
+    if (strategy_ && startingNamesTaken_) strategy_->markClean();
+  }
   if (strategy_) strategy_->markDirty(name);
 }
 
 void ViewPropertiesManager::markViewPropertiesDirty(COSInterface* self, const vxArray* names) {
-  setStrategy(self);
   // Every entry is read as a cell, so a value that is no cell is refused at
   // its first entry and an empty one marks nothing. A cell keeps exactly its
   // elements, so no index runs past the end.
+  setStrategy(self);
   const std::size_t n = names ? vxGetNumberOfElements(names) : 0;
   for (std::size_t i = 0; i < n; ++i) {
     if (!vxIsCell(names)) throw Error("VANTEL:sgutils:NotCellArray");
     const vxArray* entry = vxGetCell(names, i);
     const std::string name = entry ? vxArrayToStdString(entry) : std::string();
-    if (strategy_) strategy_->markDirty(name);
+    markViewPropertyDirty(self, name);
   }
 }
 
 std::vector<std::string> ViewPropertiesManager::getDirtyPropertyStrings() const {
-  return strategy_ ? strategy_->getDirtyProperties() : std::vector<std::string>();
+  return strategy_ ? strategy_->getDirtyProperties() : startingNames();
 }
 
 vxArray* ViewPropertiesManager::getDirtyProperties() const {
-  if (!strategy_) return nullptr;
-  const std::vector<std::string> names = strategy_->getDirtyProperties();
+  if (!choice_ || choice_->kind == ClassChoice::Kind::Custom) return nullptr;
+  const std::vector<std::string> names = getDirtyPropertyStrings();
   vxArray* out = vxCreateStringArray(1, names.size());
   for (std::size_t i = 0; i < names.size(); ++i)
     vxSetStringElement(out, i, std::u16string(names[i].begin(), names[i].end()));

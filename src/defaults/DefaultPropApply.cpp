@@ -88,13 +88,15 @@ bool isManual(COSInterface* object, const COSPropInfo* mode) {
   return byte && *byte != 0;
 }
 
-void collect(const COSInterfacePtr& node, const COSInterfacePtr& object, const char*& className,
-             PropValuePairs& pairs) {
+// The ancestors from the top down. One without a store (nor a saved one
+// waiting to move in) is passed by without making its DefaultProp.
+void collect(COSInterface* node, const COSInterfacePtr& object, const char*& className, PropValuePairs& pairs) {
   if (!node || node->isBeingDestroyed()) return;
-  COSInterfacePtr owner;
-  node->getOwner(owner);
-  if (owner) collect(owner, object, className, pairs);
-  DefaultProp defaults(node);
+  node->checkValid();
+  collect(node->getOwnerObject(), object, className, pairs);
+  const SGHandle* handle = SGHandle::fromObject(node);
+  if (!handle || (!handle->getDefaultProp() && !handle->getLoadedFromFile())) return;
+  DefaultProp defaults{COSInterfacePtr(node)};
   if (!defaults.getDefaultPropArray()) return;
   // The class name is asked for only once some ancestor has a store; room
   // for a few pairs is made once rather than by growing one pair at a time.
@@ -147,7 +149,7 @@ void collectDefaultPairs(SGReference& block, const COSInterfacePtr& parent, Prop
   const COSInterfacePtr object = block.getCOSReference();
   if (!object) return;
   const char* className = nullptr;
-  collect(parent, object, className, pairs);
+  collect(parent.get(), object, className, pairs);
 }
 
 }  // namespace detail

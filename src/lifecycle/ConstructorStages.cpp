@@ -4,6 +4,7 @@
 #include <cassert>
 
 #include "sgutils/classinfo/BaseObjectCOSInfo.h"
+#include "sgutils/lifecycle/ConstructionStep.h"
 #include "sgutils/lifecycle/ErrorWithoutJVM.h"
 #include "sgutils/lifecycle/ObjectCtorMI.h"
 #include "sgutils/lifecycle/SGHandle.h"
@@ -20,8 +21,10 @@ void runConstructorStages(const COSClient* callClient, const COSInterfacePtr& ob
   ErrorWithoutJVM::throwErrorWithoutJVM();
   assert(block && "a constructor method's class must allocate a block deriving from SGReference");
   if (!block) return;
+  const ScopedConstructionStep::Taken step = ScopedConstructionStep::take(object->getClass());
   try {
     block->Setup(object);
+    step.run(object);
     SGHandle::setPVPairs(callClient, object, nrhs, prhs);
     block->CreationComplete(object);
   } catch (...) {

@@ -8,6 +8,8 @@
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Drawnow.h"
 #include "sgclasses/Plotting.h"
+#include "sgutils/defaults/DefaultNameAccess.h"
+#include "sgutils/lifecycle/ConstructionStep.h"
 #include "vcos/COSClass.h"
 #include "support/TypeListCheck.h"
 #include "vcos/VxProperty.h"
@@ -68,6 +70,78 @@ TEST_F(ClassesTest, FailedCreationLeavesTheParentAsItWas) {
   const vxArray* pairs[] = {name.get(), value.get()};
   EXPECT_ANY_THROW(sgclasses::create(sgclasses::kLineClass, axes, pairs));
   EXPECT_EQ(childCount(axes), before);
+}
+
+// What a step of the construction sees of the new line: set up, not yet
+// hooked, the caller's pairs not yet set.
+struct StepSeen {
+  bool ran = false;
+  COSInterface* owner = nullptr;
+  std::string tag;
+};
+
+void recordStep(void* context, const COSInterfacePtr& object) {
+  auto* seen = static_cast<StepSeen*>(context);
+  seen->ran = true;
+  seen->owner = object->getOwnerObject();
+  seen->tag = text(object, "Tag");
+}
+
+// The parent given to create() is hooked where a first "Parent" pair was
+// set: after Setup, before the caller's pairs, with the node's checks; a
+// step waits for an object of its own class and is dropped when none comes.
+TEST_F(ClassesTest, CreationHooksTheParentBeforeThePairsWithItsChecks) {
+  COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  COSClass* lineClass = COSClass::getClass(COSID(sgclasses::kLineClass));
+  StepSeen seen;
+  {
+    sgutils::ScopedConstructionStep step(lineClass, &recordStep, &seen);
+    // An axes (and the title its Setup makes) does not take a line's step.
+    COSInterfacePtr other = sgclasses::create(sgclasses::kAxesClass, figure);
+    EXPECT_FALSE(step.taken());
+    EXPECT_FALSE(seen.ran);
+    Arr name(vxCreateString("Tag")), value(vxCreateString("mine"));
+    const vxArray* pairs[] = {name.get(), value.get()};
+    COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, nullptr, pairs);
+    EXPECT_TRUE(step.taken());
+    EXPECT_TRUE(seen.ran);
+    EXPECT_EQ(seen.owner, nullptr);
+    EXPECT_EQ(seen.tag, "");
+    EXPECT_EQ(text(line, "Tag"), "mine");
+    line->deleteObject(COSGetPublicClient());
+  }
+
+  // The parent is in place, with its defaults, before the caller's pairs.
+  Arr width(vxCreateDoubleScalar(3));
+  sgutils::DefaultNameAccess::set(figure, "defaultLineLineWidth", width.get());
+  Arr name(vxCreateString("Tag")), value(vxCreateString("later"));
+  const vxArray* pairs[] = {name.get(), value.get()};
+  COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, axes, pairs);
+  EXPECT_EQ(line->getOwnerObject(), axes.get());
+  EXPECT_EQ(number(line, "LineWidth"), 3);
+  EXPECT_EQ(text(line, "Tag"), "later");
+
+  // Refused parents leave nothing behind.
+  const int inFigure = childCount(figure);
+  for (const COSInterfacePtr& wrong : {figure, line}) {
+    try {
+      sgclasses::create(sgclasses::kLineClass, wrong);
+      FAIL() << "a line made below a " << wrong->getClass()->getName();
+    } catch (const Error& e) {
+      EXPECT_EQ(e.identifier(), "VANTEL:sgclasses:InvalidParent");
+    }
+  }
+  EXPECT_EQ(childCount(figure), inFigure);
+  EXPECT_EQ(childCount(line), 0);
+  COSInterfacePtr gone = sgclasses::create(sgclasses::kGroupClass, axes);
+  gone->deleteObject(COSGetPublicClient());
+  try {
+    sgclasses::create(sgclasses::kLineClass, gone);
+    FAIL() << "a line made below a deleted group";
+  } catch (const Error& e) {
+    EXPECT_EQ(e.identifier(), "VANTEL:sg:DeletedObject");
+  }
 }
 
 TEST_F(ClassesTest, ReparentingMovesTheObjectAndRefusesCycles) {

@@ -94,6 +94,16 @@ TEST(Enumerations, RefusedTextsAndNonTexts) {
   EXPECT_EQ(raisedId([] { enumerationFromArray<AutoManual>(text("autom").get()); }), id);  // no prefixes
   EXPECT_EQ(raisedId([] { enumerationFromArray<AutoManual>(scalar(0).get()); }), id);
   EXPECT_EQ(raisedId([] { enumerationFromArray<Units>(text("").get()); }), id);
+  // A letter outside ASCII that folds to a listed one is no match; a char
+  // matrix of two rows is no text; a string scalar is.
+  EXPECT_EQ(raisedId([] { enumerationFromArray<AutoManual>(text("\xC3\xA1uto").get()); }), id);
+  const vxSize twoRows[] = {2, 4};
+  auto column = own(vxCreateCharArray(2, twoRows));
+  for (vxSize k = 0; k < 8; ++k) vxGetChars(column.get())[k] = u"aauuttoo"[k];
+  EXPECT_EQ(raisedId([&] { enumerationFromArray<AutoManual>(column.get()); }), id);
+  auto manual = own(vxCreateStringArray(1, 1));
+  vxSetStringElement(manual.get(), 0, std::u16string(u"Manual"));
+  EXPECT_EQ(enumerationFromArray<AutoManual>(manual.get()), AutoManual::Manual);
 }
 
 TEST(OnOffSwitches, TextLogicalAndZeroOne) {

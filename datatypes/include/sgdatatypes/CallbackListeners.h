@@ -8,6 +8,7 @@
 
 #include "sgdatatypes/DatatypesExport.h"
 #include "vcos/COSInterfacePtr.h"
+#include "vcos/COSInternedBase.h"
 
 namespace graphics::datatype {
 
@@ -22,6 +23,10 @@ namespace graphics::datatype {
 // with Ignore it always runs, as creation and deletion callbacks do.
 enum class Interruption : bool { Ignore, Honour };
 SGDATATYPES_API COSInterfacePtr createListener(const char* propertyName, bool passEventData, bool allowRecursion,
+                                               Interruption interruption = Interruption::Ignore);
+// The same for a property name already interned (one listener per new
+// object: "DeleteFcn").
+SGDATATYPES_API COSInterfacePtr createListener(COSID propertyName, bool passEventData, bool allowRecursion,
                                                Interruption interruption = Interruption::Ignore);
 
 // The same, for attaching to a class (COSClass::addClassListener), so that

@@ -116,6 +116,34 @@ TEST(ViewPropertiesManager, AnyOtherComponentGetsOneStrategyForLife) {
   EXPECT_FALSE(manager.isCacheReady());
 }
 
+// The strategy is made at the first mark; until then the names the class
+// starts with are reported, and once the view was told they stay gone.
+TEST(ViewPropertiesManager, TheStartingNamesNeedNoStrategyAndStayGoneOnceTold) {
+  Objects objects;
+  COSInterfacePtr first = objects("vmt.Button");
+  COSInterfacePtr second = objects("vmt.Button");
+  ViewPropertiesManager& told = managerOf(first);
+  ViewPropertiesManager& fresh = managerOf(second);
+  EXPECT_FALSE(told.hasDirtyProperties());
+  told.setStrategy(first.get());
+  fresh.setStrategy(second.get());
+  EXPECT_EQ(told.strategy(), nullptr);
+  EXPECT_TRUE(told.hasDirtyProperties());
+  EXPECT_EQ(told.getDirtyPropertyStrings(), std::vector<std::string>{"ContextMenu"});
+  matrix::unique_vxArray names(told.getDirtyProperties());
+  ASSERT_NE(names, nullptr);
+  EXPECT_EQ(vxGetNumberOfElements(names.get()), 1u);
+
+  told.markClean();
+  EXPECT_FALSE(told.hasDirtyProperties());
+  told.markViewPropertyDirty(first.get(), "Text_I");
+  EXPECT_NE(told.strategy(), nullptr);
+  EXPECT_EQ(told.getDirtyPropertyStrings(), std::vector<std::string>{"Text"});
+  // Another object of the class still starts with the class's names.
+  fresh.markViewPropertyDirty(second.get(), "Text");
+  EXPECT_EQ(fresh.getDirtyPropertyStrings(), (std::vector<std::string>{"ContextMenu", "Text"}));
+}
+
 TEST(ViewPropertiesManager, TheWalkUpStopsAtTheFirstFigure) {
   Objects objects;
   COSInterfacePtr figure = objects("vmt.Figure");
