@@ -22,11 +22,17 @@ COSObject* makeWith(std::size_t blockRoom) {
 COSObject* COSObject::make(std::size_t blocks, std::size_t blockRoom) {
   assert(blockRoom % 16 == 0 && blockRoom <= kMaxBlockRoom);
   // Plain instances (built-in classes, meta objects) have short ancestries;
-  // graphics objects have about ten classes.
+  // graphics objects have ten to fourteen, each size its own (a pointer
+  // unused is 8 bytes per object).
   if (blocks <= 6) return makeWith<6>(blockRoom);
   if (blocks <= 9) return makeWith<9>(blockRoom);
-  if (blocks <= 10) return makeWith<10>(blockRoom);
-  return makeWith<14>(blockRoom);
+  switch (blocks) {
+    case 10: return makeWith<10>(blockRoom);
+    case 11: return makeWith<11>(blockRoom);
+    case 12: return makeWith<12>(blockRoom);
+    case 13: return makeWith<13>(blockRoom);
+    default: return makeWith<14>(blockRoom);
+  }
 }
 
 // The slot's end, from the size of the pool it came from.

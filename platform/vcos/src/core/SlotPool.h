@@ -11,7 +11,8 @@
 // slab's free list and the slab counts the slots in use. A slab whose last
 // slot comes back goes back to the system, except one empty slab per pool
 // kept for the next slots (so a pool that makes and frees one object in a
-// loop does not map and unmap a slab each time). Slabs with free slots are
+// loop does not map and unmap a slab each time), as long as the kept slabs
+// of all pools of the library stay within kKeptBytes. Slabs with free slots are
 // on a list; new slots come from the slab at its head, freed slots first,
 // then the slab's untouched rest.
 //
@@ -34,6 +35,8 @@ namespace vcos::internal {
 class SlotPool {
  public:
   static constexpr std::size_t kDefaultSlabBytes = std::size_t(1) << 20;
+  // The most that the empty slabs kept by all pools may take together.
+  static constexpr std::size_t kKeptBytes = std::size_t(4) << 20;
 
   // Slots of `slotSize` bytes, each aligned to `alignment` (a power of two,
   // at most 64), in slabs of `slabBytes` (a power of two, a multiple of the
@@ -131,7 +134,10 @@ class SlotPool {
 
   Slab* openSlab() {
     Slab* s = std::exchange(spare_, nullptr);
-    if (!s) s = map();
+    if (s)
+      keptBytes() -= slabBytes_;
+    else
+      s = map();
     linkOpen(s);
     return s;
   }
@@ -153,6 +159,10 @@ class SlotPool {
   }
 
   void unmap(Slab* s) noexcept {
+    if (s == spare_) {
+      keptBytes() -= slabBytes_;
+      spare_ = nullptr;
+    }
     --slabs_;
     ::munmap(s, slabBytes_);
   }
@@ -160,11 +170,17 @@ class SlotPool {
   // An empty slab: kept as the spare (reset, so its pages are written again
   // in order), or given back.
   void retire(Slab* s) noexcept {
-    if (spare_) return unmap(s);
+    if (spare_ || keptBytes() + slabBytes_ > kKeptBytes) return unmap(s);
     auto* base = reinterpret_cast<std::byte*>(s);
     s->free = nullptr;
     s->bump = base + firstSlot_;
     spare_ = s;
+    keptBytes() += slabBytes_;
+  }
+
+  static std::size_t& keptBytes() noexcept {
+    static std::size_t bytes = 0;
+    return bytes;
   }
 
   void linkOpen(Slab* s) noexcept {
