@@ -11,6 +11,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "foundation/PlatformExport.h"
+
 namespace vcos::internal {
 
 struct BlockRoom {
@@ -20,7 +22,7 @@ struct BlockRoom {
   std::size_t asked = 0;  // bytes asked for in this scope, carved or not
 };
 
-extern BlockRoom theBlockRoom;
+extern VCOS_API BlockRoom theBlockRoom;  // exported for the tests
 inline BlockRoom& currentBlockRoom() noexcept { return theBlockRoom; }
 
 class BlockArenaScope {
