@@ -29,6 +29,7 @@
 #include "vcos/COSClient.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSObjectOperations.h"
+#include "vcos/MemoryPools.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vx/matrix.h"
@@ -189,8 +190,9 @@ int main(int argc, char** argv) {
   root.reset();
   sgclasses::releaseRoot();
   report("release the root", residentSplit());
+  vcos::releaseKeptSlabs();
   malloc_trim(0);
-  report("end (after malloc_trim)",
+  report("end (pools and heap trimmed)",
          "peak " + std::to_string(static_cast<long>(statusMiB("VmHWM"))) + " MiB; " + residentSplit());
   return 0;
 }

@@ -46,7 +46,7 @@ TEST(SlotPool, SlotsAreAlignedDisjointAcrossSlabsAndReused) {
 }
 
 #if !defined(__SANITIZE_ADDRESS__)
-TEST(SlotPool, EmptySlabsGoBackAndOneIsKept) {
+TEST(SlotPool, EmptySlabsAreKeptWithinTheBoundAndGoBackWhenReleased) {
   SlotPool pool(48, 16, 64 * 1024);
   std::vector<void*> slots;
   for (int i = 0; i < 5000; ++i) slots.push_back(pool.allocate());  // four slabs
@@ -58,9 +58,18 @@ TEST(SlotPool, EmptySlabsGoBackAndOneIsKept) {
   // The freed slots are used again before any new slab.
   for (std::size_t i = 0; i < slots.size(); i += 2) slots[i] = pool.allocate();
   EXPECT_EQ(pool.slabCount(), full);
+  const std::size_t keptBefore = vcos::internal::keptSlabBytes();
   for (void* p : slots) pool.release(p);
-  // One may be kept, if the slabs kept by all pools leave room for it.
-  EXPECT_LE(pool.slabCount(), 1u) << "the empty slabs were not given back";
+  // The empty slabs are kept (far below the bound) and serve new slots
+  // without a slab more.
+  EXPECT_EQ(vcos::internal::keptSlabBytes(), keptBefore + full * 64 * 1024);
+  for (void*& p : slots) p = pool.allocate();
+  EXPECT_EQ(pool.slabCount(), full);
+  EXPECT_EQ(vcos::internal::keptSlabBytes(), keptBefore);
+  for (void* p : slots) pool.release(p);
+  pool.releaseKept();
+  EXPECT_EQ(pool.slabCount(), 0u) << "the empty slabs were not given back";
+  EXPECT_EQ(vcos::internal::keptSlabBytes(), keptBefore);
   // The pool works on as before.
   void* p = pool.allocate();
   void* q = pool.allocate();

@@ -9,10 +9,12 @@
 // Each slab is aligned to its size and starts with a header: the slab of a
 // slot is its address rounded down, so a slot given back joins its own
 // slab's free list and the slab counts the slots in use. A slab whose last
-// slot comes back goes back to the system, except one empty slab per pool
-// kept for the next slots (so a pool that makes and frees one object in a
-// loop does not map and unmap a slab each time), as long as the kept slabs
-// of all pools of the library stay within kKeptBytes. Slabs with free slots are
+// slot comes back is kept for the next slots while the empty slabs kept by
+// all pools of the process stay within kKeptBytes, and goes back to the
+// system past that: a tree deleted and made again reuses pages that are
+// there already instead of faulting in fresh ones, and a mass deletion
+// still gives back all but kKeptBytes. vcos::releaseKeptSlabs gives the
+// kept ones back too. Slabs with free slots are
 // on a list; new slots come from the slab at its head, freed slots first,
 // then the slab's untouched rest.
 //
@@ -30,19 +32,30 @@
 #include <new>
 #include <utility>
 
+#include "foundation/PlatformExport.h"
+
 namespace vcos::internal {
+
+class SlotPool;
+// The bytes of the empty slabs that all pools of the process keep, and the
+// list of pools (for vcos::releaseKeptSlabs); in the platform library, so
+// that the library's pools and the platform's share them.
+VCOS_API std::size_t& keptSlabBytes() noexcept;
+VCOS_API void registerSlotPool(SlotPool* pool) noexcept;
+VCOS_API void unregisterSlotPool(SlotPool* pool) noexcept;
 
 class SlotPool {
  public:
   static constexpr std::size_t kDefaultSlabBytes = std::size_t(1) << 20;
   // The most that the empty slabs kept by all pools may take together.
-  static constexpr std::size_t kKeptBytes = std::size_t(4) << 20;
+  static constexpr std::size_t kKeptBytes = std::size_t(64) << 20;
 
   // Slots of `slotSize` bytes, each aligned to `alignment` (a power of two,
   // at most 64), in slabs of `slabBytes` (a power of two, a multiple of the
   // page size).
   SlotPool(std::size_t slotSize, std::size_t alignment, std::size_t slabBytes = kDefaultSlabBytes) noexcept
       : slabBytes_(slabBytes) {
+    registerSlotPool(this);
     assert(alignment <= 64 && (slabBytes & (slabBytes - 1)) == 0);
     alignment = std::max(alignment, alignof(FreeSlot));
     slotSize_ = (std::max(slotSize, sizeof(FreeSlot)) + alignment - 1) / alignment * alignment;
@@ -52,7 +65,8 @@ class SlotPool {
   // Slabs still in use stay mapped: their slots may be reached after the
   // pool goes (the pools of poolOf never go).
   ~SlotPool() {
-    if (spare_) unmap(spare_);
+    releaseKept();
+    unregisterSlotPool(this);
   }
   SlotPool(const SlotPool&) = delete;
   SlotPool& operator=(const SlotPool&) = delete;
@@ -97,7 +111,16 @@ class SlotPool {
   }
   std::size_t slotSize() const noexcept { return slotSize_; }
 
-  // Slabs mapped now: those in use, and the kept empty one.
+  // Gives the kept empty slabs back to the system.
+  void releaseKept() noexcept {
+    while (Slab* s = kept_) {
+      kept_ = s->next;
+      keptSlabBytes() -= slabBytes_;
+      unmap(s);
+    }
+  }
+
+  // Slabs mapped now: those in use, and the kept empty ones.
   std::size_t slabCount() const noexcept { return slabs_; }
 
  private:
@@ -133,11 +156,13 @@ class SlotPool {
   }
 
   Slab* openSlab() {
-    Slab* s = std::exchange(spare_, nullptr);
-    if (s)
-      keptBytes() -= slabBytes_;
-    else
+    Slab* s = kept_;
+    if (s) {
+      kept_ = s->next;
+      keptSlabBytes() -= slabBytes_;
+    } else {
       s = map();
+    }
     linkOpen(s);
     return s;
   }
@@ -159,28 +184,21 @@ class SlotPool {
   }
 
   void unmap(Slab* s) noexcept {
-    if (s == spare_) {
-      keptBytes() -= slabBytes_;
-      spare_ = nullptr;
-    }
     --slabs_;
     ::munmap(s, slabBytes_);
   }
 
-  // An empty slab: kept as the spare (reset, so its pages are written again
+  // An empty slab: kept (reset, so its pages are written again
   // in order), or given back.
   void retire(Slab* s) noexcept {
-    if (spare_ || keptBytes() + slabBytes_ > kKeptBytes) return unmap(s);
+    if (keptSlabBytes() + slabBytes_ > kKeptBytes) return unmap(s);
     auto* base = reinterpret_cast<std::byte*>(s);
     s->free = nullptr;
     s->bump = base + firstSlot_;
-    spare_ = s;
-    keptBytes() += slabBytes_;
-  }
-
-  static std::size_t& keptBytes() noexcept {
-    static std::size_t bytes = 0;
-    return bytes;
+    s->prev = nullptr;
+    s->next = kept_;
+    kept_ = s;
+    keptSlabBytes() += slabBytes_;
   }
 
   void linkOpen(Slab* s) noexcept {
@@ -202,7 +220,7 @@ class SlotPool {
   std::size_t slotSize_ = 0;
   std::size_t firstSlot_ = 0;
   Slab* open_ = nullptr;   // slabs with free slots, the one to use first at the head
-  Slab* spare_ = nullptr;  // one empty slab kept
+  Slab* kept_ = nullptr;  // empty slabs kept, linked through next
   std::size_t slabs_ = 0;
 };
 
