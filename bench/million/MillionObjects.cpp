@@ -192,7 +192,7 @@ int main(int argc, char** argv) {
   report("release the root", residentSplit());
   vcos::releaseKeptSlabs();
   malloc_trim(0);
-  report("end (pools and heap trimmed)",
+  report("end (trimmed)",
          "peak " + std::to_string(static_cast<long>(statusMiB("VmHWM"))) + " MiB; " + residentSplit());
   return 0;
 }
