@@ -12,6 +12,7 @@
 // c copy, s save and load (default "fcs").
 #include <malloc.h>
 
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -28,6 +29,7 @@
 #include "vcos/COSClient.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSObjectOperations.h"
+#include "vcos/MemoryPools.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vx/matrix.h"
@@ -51,6 +53,31 @@ double statusMiB(const char* key) {
   return -1;
 }
 double residentMiB() { return statusMiB("VmRSS"); }
+
+// Where the resident memory lies, from /proc/self/smaps: the malloc heap,
+// other anonymous mappings (slabs of the pools, large malloc blocks,
+// stacks) and mapped files (the program and its libraries).
+std::string residentSplit() {
+  std::ifstream in("/proc/self/smaps");
+  double heap = 0, anonymous = 0, files = 0;
+  int kind = 0;  // of the current mapping: 0 heap, 1 anonymous, 2 file
+  for (std::string line; std::getline(in, line);) {
+    if (line.empty()) continue;
+    if (std::isxdigit(static_cast<unsigned char>(line[0])) && line.find('-') < line.find(' ')) {
+      // "start-end perms offset dev inode [path]": the path is the sixth field.
+      std::size_t pos = 0;
+      for (int field = 0; field < 5 && pos != std::string::npos; ++field) pos = line.find_first_not_of(' ', line.find(' ', pos));
+      const std::string path = pos == std::string::npos ? "" : line.substr(pos);
+      kind = path == "[heap]" ? 0 : (path.empty() || path[0] == '[') ? 1 : 2;
+    } else if (line.rfind("Rss:", 0) == 0) {
+      const double kib = std::stod(line.substr(4));
+      (kind == 0 ? heap : kind == 1 ? anonymous : files) += kib / 1024.0;
+    }
+  }
+  char text[160];
+  std::snprintf(text, sizeof text, "heap %.1f MiB, other anonymous %.1f MiB, files %.1f MiB", heap, anonymous, files);
+  return text;
+}
 
 // The objects below `top`, hidden ones too, `top` not counted.
 std::size_t countBelow(COSInterface* top) {
@@ -162,8 +189,10 @@ int main(int argc, char** argv) {
   report("delete the originals");
   root.reset();
   sgclasses::releaseRoot();
-  report("release the root");
+  report("release the root", residentSplit());
+  vcos::releaseKeptSlabs();
   malloc_trim(0);
-  report("end (after malloc_trim)", "peak " + std::to_string(static_cast<long>(statusMiB("VmHWM"))) + " MiB");
+  report("end (trimmed)",
+         "peak " + std::to_string(static_cast<long>(statusMiB("VmHWM"))) + " MiB; " + residentSplit());
   return 0;
 }

@@ -1,4 +1,4 @@
-// The slot pool behind instances and their side tables.
+// The slot pool behind instances, their side tables and the data blocks.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -44,5 +44,40 @@ TEST(SlotPool, SlotsAreAlignedDisjointAcrossSlabsAndReused) {
   for (void* p : slots) pool.release(p);
 #endif
 }
+
+#if !defined(__SANITIZE_ADDRESS__)
+TEST(SlotPool, EmptySlabsAreKeptWithinTheBoundAndGoBackWhenReleased) {
+  SlotPool pool(48, 16, 64 * 1024);
+  std::vector<void*> slots;
+  for (int i = 0; i < 5000; ++i) slots.push_back(pool.allocate());  // four slabs
+  ASSERT_GE(pool.slabCount(), 4u);
+  const std::size_t full = pool.slabCount();
+  // Every other slot back: each slab still has slots in use.
+  for (std::size_t i = 0; i < slots.size(); i += 2) pool.release(slots[i]);
+  EXPECT_EQ(pool.slabCount(), full);
+  // The freed slots are used again before any new slab.
+  for (std::size_t i = 0; i < slots.size(); i += 2) slots[i] = pool.allocate();
+  EXPECT_EQ(pool.slabCount(), full);
+  const std::size_t keptBefore = vcos::internal::keptSlabBytes();
+  for (void* p : slots) pool.release(p);
+  // The empty slabs are kept (far below the bound) and serve new slots
+  // without a slab more.
+  EXPECT_EQ(vcos::internal::keptSlabBytes(), keptBefore + full * 64 * 1024);
+  for (void*& p : slots) p = pool.allocate();
+  EXPECT_EQ(pool.slabCount(), full);
+  EXPECT_EQ(vcos::internal::keptSlabBytes(), keptBefore);
+  for (void* p : slots) pool.release(p);
+  pool.releaseKept();
+  EXPECT_EQ(pool.slabCount(), 0u) << "the empty slabs were not given back";
+  EXPECT_EQ(vcos::internal::keptSlabBytes(), keptBefore);
+  // The pool works on as before.
+  void* p = pool.allocate();
+  void* q = pool.allocate();
+  EXPECT_EQ(static_cast<char*>(q) - static_cast<char*>(p), 48);
+  EXPECT_EQ(pool.slabCount(), 1u);
+  pool.release(q);
+  pool.release(p);
+}
+#endif
 
 }  // namespace

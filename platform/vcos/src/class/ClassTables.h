@@ -98,6 +98,11 @@ struct ClassTables {
   // the ancestry indices whose class info allocates a block (base first).
   std::vector<std::uint32_t> allocatingBlocks;
   bool allocatingBlocksKnown = false;
+  // The room that an instance's slot keeps for its blocks: what the blocks
+  // of the first instance made by createInstance asked for (0 past the
+  // largest room).
+  bool blockRoomKnown = false;
+  std::uint32_t blockRoom = 0;
 
   std::vector<std::pair<COSID, std::vector<ClassListener>>> classListeners;
   std::size_t classListenerCount = 0;

@@ -29,13 +29,17 @@ const COSID& instanceCreatedId() {
   return id;
 }
 
-// A fresh instance with its blocks; destroyed again if allocation fails.
+// A fresh instance with its blocks, in one slot where the class's layout is
+// known; destroyed again if allocation fails.
 COSInterfacePtr makeInstance(COSClass* cls, void* ownBlock) {
   ClassTables& t = cls->tables();
   assert(t.state == ClassTables::State::Ready && "instances need a built class");
   std::size_t n = t.ancestry.size();
   vcos::fault::at(vcos::fault::Point::Allocation);
-  COSObject* o = COSObject::make(n);
+  // An instance wrapping a block it was given has one block fewer to make:
+  // it takes no room and does not set the layout.
+  const bool layout = !ownBlock;
+  COSObject* o = COSObject::make(n, layout ? t.blockRoom : 0);
   COSInterfacePtr ref(o);
   ObjectOps::setClass(o, cls);
   const bool ownArray = n > o->inlineCapacity();
@@ -44,13 +48,18 @@ COSInterfacePtr makeInstance(COSClass* cls, void* ownBlock) {
     storage = ObjectOps::newBlockArray(n);
     ObjectOps::setState(o, ObjectOps::heapBlocksBit());
   }
+  std::size_t asked = 0;
   try {
-    ObjectOps::allocateBlocks(o, cls, storage, ownBlock);
+    ObjectOps::allocateBlocks(o, cls, storage, ownBlock, &asked);
   } catch (...) {
     if (ownArray) ObjectOps::freeBlockArray(storage, n);
     // Never alive: dropping the reference must not run deletion.
     ObjectOps::setState(o, ObjectOps::destroyedBit());
     throw;
+  }
+  if (layout && !t.blockRoomKnown) {
+    t.blockRoom = asked <= COSObject::kMaxBlockRoom ? static_cast<std::uint32_t>(asked) : 0;
+    t.blockRoomKnown = true;
   }
   return ref;
 }

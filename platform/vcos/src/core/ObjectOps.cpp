@@ -11,6 +11,8 @@
 #include <exception>
 
 #include "vcos/src/class/ClassTables.h"
+#include "vcos/src/core/BlockArenaScope.h"
+#include "vcos/src/core/COSObject.h"
 #include "vcos/src/core/SlotPool.h"
 #include "vcos/COSClassInfo.h"
 #include "vcos/COSClient.h"
@@ -41,6 +43,13 @@ void ObjectOps::freeExtras(COSInterface* o) noexcept {
 }
 
 namespace {
+// The room for blocks in the slot of `o`; empty for objects without one.
+BlockArenaScope roomScope(COSInterface* o) noexcept {
+  if (o->getKind() != COSKind::Instance) return BlockArenaScope(nullptr, nullptr);
+  auto* instance = static_cast<COSObject*>(o);  // every instance is one
+  return BlockArenaScope(instance->blockRoomBegin(), instance->blockRoomEnd());
+}
+
 constexpr std::size_t kPooledBlockArrays = 32;
 SlotPool& blockArrayPool(std::size_t n) {
   // Never destroyed, like the instance pool: objects may outlive static teardown.
@@ -84,7 +93,10 @@ void ObjectOps::bindToClass(COSInterface* o, COSClass* cls) {
   }
 }
 
-void ObjectOps::allocateBlocks(COSInterface* o, COSClass* cls, void** storage, void* ownBlock) {
+void ObjectOps::allocateBlocks(COSInterface* o, COSClass* cls, void** storage, void* ownBlock, std::size_t* asked) {
+  // Also when `o` has no room: blocks of an object made while another's
+  // blocks are made must not be carved from the other's room.
+  BlockArenaScope room = roomScope(o);
   ClassTables& t = cls->tables();
   const std::vector<COSClass*>& ancestry = t.ancestry;
   const std::size_t n = ancestry.size();
@@ -109,11 +121,14 @@ void ObjectOps::allocateBlocks(COSInterface* o, COSClass* cls, void** storage, v
   }
   // The class's own block given by the caller goes in last, as if made last.
   if (ownBlock) storage[0] = ownBlock;
+  if (asked) *asked = room.asked();
 }
 
 void ObjectOps::deallocateBlocks(COSInterface* o) noexcept {
   void** blocks = o->blocks_;
   if (!blocks) return;
+  // Blocks in the room go with the slot; the allocator must not take them.
+  BlockArenaScope room = roomScope(o);
   const std::vector<COSClass*>& ancestry = o->class_->tables().ancestry;
   for (std::size_t i = 0; i < ancestry.size(); ++i) {
     if (void* b = std::exchange(blocks[i], nullptr)) {

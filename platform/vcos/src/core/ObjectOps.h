@@ -5,6 +5,8 @@
 // value store, and the raw tree links.
 #pragma once
 
+#include <cstddef>
+
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSPropInfo.h"
@@ -21,9 +23,11 @@ class ObjectOps {
   // Makes `meta` the class of `o` and allocates its blocks, or queues that
   // until the class's slot table exists.
   static void bindToClass(COSInterface* o, COSClass* cls);
-  // Allocates one block per ancestry class, base first; on failure frees
-  // those made and raises.
-  static void allocateBlocks(COSInterface* o, COSClass* cls, void** storage, void* ownBlock = nullptr);
+  // Allocates one block per ancestry class, base first, in the room of `o`
+  // where it has one; on failure frees those made and raises. `asked` gets
+  // the bytes the blocks asked for (see vcos/BlockArena.h).
+  static void allocateBlocks(COSInterface* o, COSClass* cls, void** storage, void* ownBlock = nullptr,
+                             std::size_t* asked = nullptr);
   // Most derived first.
   static void deallocateBlocks(COSInterface* o) noexcept;
   // The array of block pointers of an ancestry too long for the inline ones:

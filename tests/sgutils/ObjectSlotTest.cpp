@@ -1,0 +1,46 @@
+// An object and its data blocks in one slot.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "TestGraphicsClasses.h"
+#include "vcos/vcos.h"
+
+using namespace sgtest;
+
+namespace {
+
+class ObjectSlot : public ::testing::Test {
+ protected:
+  void SetUp() override { registerTestClasses(); }
+};
+
+std::uintptr_t address(const void* p) { return reinterpret_cast<std::uintptr_t>(p); }
+
+}  // namespace
+
+TEST_F(ObjectSlot, BlocksFollowTheirObjectOnceTheClassLayoutIsKnown) {
+  // The first object of the class may set its layout; later ones use it.
+  COSInterfacePtr first = construct({});
+  std::vector<COSInterfacePtr> objects;
+  for (int i = 0; i < 3; ++i) objects.push_back(construct({}));
+  for (const COSInterfacePtr& o : objects) {
+    const auto block = address(static_cast<SGReference*>(blockOf(o)));
+    EXPECT_GT(block, address(o.get()));
+    EXPECT_LT(block, address(o.get()) + 4096) << "the block is not in its object's slot";
+    EXPECT_EQ(blockOf(o)->getCOSObject(), o.get());
+  }
+  // Blocks freed with their object's slot are not handed out again by the
+  // block pools: objects made after a deletion get blocks of their own.
+  objects[1]->deleteObject(COSGetPublicClient());
+  objects[1].reset();
+  COSInterfacePtr a = construct({}), b = construct({});
+  EXPECT_NE(static_cast<void*>(blockOf(a)), static_cast<void*>(blockOf(b)));
+  EXPECT_EQ(blockOf(a)->getCOSObject(), a.get());
+  EXPECT_EQ(blockOf(b)->getCOSObject(), b.get());
+  for (COSInterfacePtr* o : {&first, &objects[0], &objects[2], &a, &b}) {
+    (*o)->deleteObject(COSGetPublicClient());
+    o->reset();
+  }
+}
