@@ -492,6 +492,46 @@ TEST_F(RenderTest, FigureViewsFollowTheirFigures) {
   EXPECT_EQ(FigureViews::count(), before);
 }
 
+// Vector pictures through a figure's view are drawn whole and leave the
+// view's drawings for the next raster picture; the drawings go with the
+// figure (a leak here shows under the sanitizer build).
+TEST_F(RenderTest, VectorExportsThroughTheViewLeaveItsDrawingsWhichGoWithTheFigure) {
+  using sgrender::FigureViews;
+  COSInterfacePtr red = line({0, 10}, {2, 2}, row({1, 0, 0}));
+  COSInterfacePtr blue = line({0, 10}, {5, 5}, row({0, 0, 1}));
+  COSInterfacePtr patch = sgclasses::create(sgclasses::kPatchClass, axes_);
+  sgtest::set(patch, "XData", row({1, 3, 3}).get());
+  sgtest::set(patch, "YData", row({6, 6, 9}).get());
+  COSInterfacePtr note = sgclasses::create(sgclasses::kTextClass, axes_);
+  sgtest::set(note, "String", str("note").get());
+  sgtest::set(note, "Position", row({6, 8, 0}).get());
+
+  EXPECT_EQ(FigureViews::exportFigure(figure_, (dir_ / "a.png").string()).reused, 0u);
+  const sgrender::FigureView* view = FigureViews::find(figure_.get());
+  ASSERT_NE(view, nullptr);
+  const std::size_t kept = view->keptObjects();
+  EXPECT_EQ(kept, 4u);
+  for (const char* name : {"a.svg", "a.pdf"}) {
+    const sgrender::RenderStats stats = FigureViews::exportFigure(figure_, (dir_ / name).string());
+    EXPECT_EQ(stats.lines, 2u) << name;
+    EXPECT_EQ(stats.patches, 1u) << name;
+    EXPECT_EQ(stats.reused, 0u) << name;
+    EXPECT_EQ(view->keptObjects(), kept) << name;
+    EXPECT_GT(fs::file_size(dir_ / name), 0u) << name;
+  }
+  const sgrender::RenderStats again = FigureViews::exportFigure(figure_, (dir_ / "b.png").string());
+  EXPECT_EQ(again.lines + again.patches, 0u);
+  EXPECT_EQ(again.reused, kept);
+
+  // Texts live in axes and groups only: a figure has none of its own to draw.
+  EXPECT_EQ(sgtest::errorId([&] { sgclasses::create(sgclasses::kTextClass, figure_); }),
+            "VANTEL:sgclasses:InvalidParent");
+
+  const COSInterface* gone = figure_.get();
+  figure_->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(FigureViews::find(gone), nullptr);
+}
+
 // A log scale places values by their logarithm and has no place for the
 // others; the minor grid shows only when asked for.
 TEST_F(RenderTest, LogScalesPlaceDataByDecadesAndMinorGridsShowWhenOn) {
