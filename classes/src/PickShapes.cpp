@@ -85,12 +85,15 @@ bool hitsPatch(const Patch& patch, const AxesFrame& frame, double fx, double fy,
                std::array<double, 3>& point) {
   double best = std::numeric_limits<double>::infinity();
   std::array<double, 2> nearest{};
+  Polygon polygon, data;  // the corners with a place: where drawn, and in data units
   for (const Polygon& corners : polygonsOf(patch)) {
-    Polygon polygon;
-    polygon.reserve(corners.size());
+    polygon.clear();
+    data.clear();
     for (const auto& c : corners) {
       const std::array<double, 2> p{frame.px(c[0]), frame.py(c[1])};
-      if (finite(p)) polygon.push_back(p);
+      if (!finite(p)) continue;
+      polygon.push_back(p);
+      data.push_back(c);
     }
     if (polygon.size() >= 3 && inside(polygon, fx, fy)) {
       point = {frame.dataX(fx), frame.dataY(fy), 0};
@@ -99,22 +102,22 @@ bool hitsPatch(const Patch& patch, const AxesFrame& frame, double fx, double fy,
     // The closed outline: the last corner joins the first.
     const std::size_t n = polygon.size();
     for (std::size_t i = 0; i < n; ++i) {
+      const std::size_t j = (i + 1) % n;
       const auto& a = polygon[i];
-      const auto& b = polygon[(i + 1) % n];
+      const auto& b = polygon[j];
       const double ux = b[0] - a[0], uy = b[1] - a[1];
       const double len2 = ux * ux + uy * uy;
       double t = len2 == 0 ? 0 : ((fx - a[0]) * ux + (fy - a[1]) * uy) / len2;
       t = std::clamp(t, 0.0, 1.0);
-      const double qx = a[0] + t * ux, qy = a[1] + t * uy;
-      const double d = std::hypot(qx - fx, qy - fy);
+      const double d = std::hypot(a[0] + t * ux - fx, a[1] + t * uy - fy);
       if (d < best) {
         best = d;
-        nearest = {qx, qy};
+        nearest = {frame.betweenX(data[i][0], data[j][0], t), frame.betweenY(data[i][1], data[j][1], t)};
       }
     }
   }
   if (best > tolerance) return false;
-  point = {frame.dataX(nearest[0]), frame.dataY(nearest[1]), 0};
+  point = {nearest[0], nearest[1], 0};
   return true;
 }
 

@@ -46,7 +46,7 @@ bool takesHits(COSInterface* object) {
 
 struct Nearest {
   double distance = std::numeric_limits<double>::infinity();
-  double x = NAN, y = NAN;  // in the frame
+  double x = NAN, y = NAN;  // in data units
 };
 
 // The nearest point of the line's polyline to the place (fx, fy) of the
@@ -60,10 +60,6 @@ Nearest nearestOnLine(const Line& line, const AxesFrame& frame, double fx, doubl
   const double* px = vxGetPr(xs);
   const double* py = vxGetPr(ys);
   const std::size_t n = vxGetNumberOfElements(xs);
-  auto consider = [&](double ax, double ay) {
-    const double d = std::hypot(ax - fx, ay - fy);
-    if (d < best.distance) best = {d, ax, ay};
-  };
   bool havePrevious = false;
   double qx = 0, qy = 0;  // the previous point's place
   for (std::size_t i = 0; i < n; ++i) {
@@ -72,13 +68,16 @@ Nearest nearestOnLine(const Line& line, const AxesFrame& frame, double fx, doubl
       havePrevious = false;
       continue;
     }
-    consider(ax, ay);
+    double d = std::hypot(ax - fx, ay - fy);
+    if (d < best.distance) best = {d, px[i], py[i]};
     if (havePrevious) {
       // The foot of the perpendicular on the segment from the previous point.
       const double ux = ax - qx, uy = ay - qy;
       const double len2 = ux * ux + uy * uy;
       const double t = len2 == 0 ? 0 : ((fx - qx) * ux + (fy - qy) * uy) / len2;
-      if (t > 0 && t < 1) consider(qx + t * ux, qy + t * uy);
+      d = std::hypot(qx + t * ux - fx, qy + t * uy - fy);
+      if (t > 0 && t < 1 && d < best.distance)
+        best = {d, frame.betweenX(px[i - 1], px[i], t), frame.betweenY(py[i - 1], py[i], t)};
     }
     havePrevious = true;
     qx = ax;
@@ -113,7 +112,7 @@ COSInterfacePtr pickBelow(COSInterface* axes, COSInterface* container, const Axe
     if (!line || !line->isDataValid()) continue;
     const Nearest near = nearestOnLine(*line, frame, fx, fy);
     if (near.distance <= kTolerance) {
-      point = {frame.dataX(near.x), frame.dataY(near.y), 0};
+      point = {near.x, near.y, 0};
       return COSInterfacePtr(child);
     }
   }

@@ -28,12 +28,19 @@ struct AxesFrame {
   // The data values at a device place: the inverse of px and py.
   double dataX(double px) const { return unshare((px - x0) / w, xlo, xhi, xlog); }
   double dataY(double py) const { return unshare((y0 + h - py) / h, ylo, yhi, ylog); }
+  // The data value a share t of the way, as drawn, from a to b: exact on
+  // a linear axis (a + t (b - a)), by the logarithm on a log one.
+  double betweenX(double a, double b, double t) const { return between(a, b, t, xlog); }
+  double betweenY(double a, double b, double t) const { return between(a, b, t, ylog); }
   bool operator==(const AxesFrame&) const = default;
 
  private:
   static double share(double v, double lo, double hi, bool log) {
     if (!log) return (v - lo) / (hi - lo);
     return v > 0 ? std::log(v / lo) / std::log(hi / lo) : NAN;
+  }
+  static double between(double a, double b, double t, bool log) {
+    return log ? a * std::pow(b / a, t) : a + t * (b - a);
   }
   static double unshare(double s, double lo, double hi, bool log) {
     return log ? lo * std::pow(hi / lo, s) : lo + s * (hi - lo);
