@@ -503,6 +503,7 @@ TEST_F(RenderTest, VectorExportsThroughTheViewLeaveItsDrawingsWhichGoWithTheFigu
   sgtest::set(patch, "XData", row({1, 3, 3}).get());
   sgtest::set(patch, "YData", row({6, 6, 9}).get());
   COSInterfacePtr note = sgclasses::create(sgclasses::kTextClass, axes_);
+  const std::size_t views = FigureViews::count();
   sgtest::set(note, "String", str("note").get());
   sgtest::set(note, "Position", row({6, 8, 0}).get());
 
@@ -530,6 +531,7 @@ TEST_F(RenderTest, VectorExportsThroughTheViewLeaveItsDrawingsWhichGoWithTheFigu
   const COSInterface* gone = figure_.get();
   figure_->deleteObject(COSGetPublicClient());
   EXPECT_EQ(FigureViews::find(gone), nullptr);
+  EXPECT_EQ(FigureViews::count(), views);
 }
 
 // A log scale places values by their logarithm and has no place for the
