@@ -17,6 +17,7 @@
 #include "sgclasses/AxesTexts.h"
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/Objects.h"
+#include "sgclasses/Picking.h"
 #include "sgclasses/Registration.h"
 #include "sgclasses/Drawnow.h"
 #include "sgrender/FigureRenderer.h"
@@ -490,6 +491,28 @@ TEST_F(RenderTest, FigureViewsFollowTheirFigures) {
   sgclasses::releaseRoot();
   EXPECT_EQ(FigureViews::find(second), nullptr);
   EXPECT_EQ(FigureViews::count(), before);
+}
+
+// Picking hits a line on a log axis where the picture shows it: the rows a
+// column of the picture paints, read back as data, lie on the line.
+TEST_F(RenderTest, PickingHitsALogAxisLineWhereItIsDrawn) {
+  sgtest::set(axes_, "YScale", str("log").get());
+  sgtest::set(axes_, "YLim", row({1, 1000}).get());
+  COSInterfacePtr red = line({0, 10}, {1, 1000}, row({1, 0, 0}));
+  const fs::path file = dir_ / "log.png";
+  FigureRenderer::exportFigure(figure_, file.string());
+  Picture picture(file);
+  // Column 100 is x = 5; rows 25..75 are three decades, 75 at the bottom.
+  double sum = 0;
+  int count = 0;
+  for (int y = 25; y < 75; ++y)
+    if (near(picture.at(100, y), {255, 0, 0}, 60)) sum += y + 0.5, ++count;
+  ASSERT_GT(count, 0);
+  const double drawnY = std::pow(10.0, 3 * (75 - sum / count) / 50);
+  std::array<double, 3> at{};
+  EXPECT_EQ(sgclasses::pickInAxes(axes_.get(), 5.05, drawnY, at).get(), red.get()) << drawnY;
+  // Half way between the ends' values is far above what is drawn.
+  EXPECT_EQ(sgclasses::pickInAxes(axes_.get(), 5.05, 500.5, at).get(), axes_.get());
 }
 
 // Vector pictures through a figure's view are drawn whole and leave the
