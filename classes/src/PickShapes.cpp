@@ -81,39 +81,47 @@ bool inside(const Polygon& polygon, double x, double y) {
 
 }  // namespace
 
-bool hitsPatch(const Patch& patch, double x, double y, double sx, double sy, double tolerance,
+bool hitsPatch(const Patch& patch, const AxesFrame& frame, double fx, double fy, double tolerance,
                std::array<double, 3>& point) {
   double best = std::numeric_limits<double>::infinity();
-  std::array<double, 3> nearest{};
-  for (const Polygon& polygon : polygonsOf(patch)) {
-    if (polygon.size() >= 3 && inside(polygon, x, y)) {
-      point = {x, y, 0};
+  std::array<double, 2> nearest{};
+  Polygon polygon, data;  // the corners with a place: where drawn, and in data units
+  for (const Polygon& corners : polygonsOf(patch)) {
+    polygon.clear();
+    data.clear();
+    for (const auto& c : corners) {
+      const std::array<double, 2> p{frame.px(c[0]), frame.py(c[1])};
+      if (!finite(p)) continue;
+      polygon.push_back(p);
+      data.push_back(c);
+    }
+    if (polygon.size() >= 3 && inside(polygon, fx, fy)) {
+      point = {frame.dataX(fx), frame.dataY(fy), 0};
       return true;
     }
     // The closed outline: the last corner joins the first.
     const std::size_t n = polygon.size();
     for (std::size_t i = 0; i < n; ++i) {
+      const std::size_t j = (i + 1) % n;
       const auto& a = polygon[i];
-      const auto& b = polygon[(i + 1) % n];
-      if (!finite(a) || !finite(b)) continue;
-      const double ux = (b[0] - a[0]) / sx, uy = (b[1] - a[1]) / sy;
+      const auto& b = polygon[j];
+      const double ux = b[0] - a[0], uy = b[1] - a[1];
       const double len2 = ux * ux + uy * uy;
-      double t = len2 == 0 ? 0 : (((x - a[0]) / sx) * ux + ((y - a[1]) / sy) * uy) / len2;
+      double t = len2 == 0 ? 0 : ((fx - a[0]) * ux + (fy - a[1]) * uy) / len2;
       t = std::clamp(t, 0.0, 1.0);
-      const double qx = a[0] + t * (b[0] - a[0]), qy = a[1] + t * (b[1] - a[1]);
-      const double d = std::hypot((qx - x) / sx, (qy - y) / sy);
+      const double d = std::hypot(a[0] + t * ux - fx, a[1] + t * uy - fy);
       if (d < best) {
         best = d;
-        nearest = {qx, qy, 0};
+        nearest = {frame.betweenX(data[i][0], data[j][0], t), frame.betweenY(data[i][1], data[j][1], t)};
       }
     }
   }
   if (best > tolerance) return false;
-  point = nearest;
+  point = {nearest[0], nearest[1], 0};
   return true;
 }
 
-bool hitsText(const Text& text, COSInterface* axes, double x, double y, double sx, double sy, double tolerance) {
+bool hitsText(const Text& text, COSInterface* axes, const AxesFrame& frame, double fx, double fy, double tolerance) {
   const std::u16string string = text.getString();
   if (string.empty()) return false;
   // The axes' size in pixels: its normalized Position within its figure.
@@ -144,7 +152,9 @@ bool hitsText(const Text& text, COSInterface* axes, double x, double y, double s
     case VerticalAlignment::Bottom:
     case VerticalAlignment::Baseline: bottom = 0; break;
   }
-  const double dx = (x - anchor.x()) / sx, dy = (y - anchor.y()) / sy;
+  // Up is positive here; the frame's device y grows downwards.
+  const double dx = fx - frame.px(anchor.x()), dy = frame.py(anchor.y()) - fy;
+  if (!std::isfinite(dx) || !std::isfinite(dy)) return false;
   return dx >= left - tolerance && dx <= left + w + tolerance && dy >= bottom - tolerance &&
          dy <= bottom + h + tolerance;
 }

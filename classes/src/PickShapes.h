@@ -1,9 +1,12 @@
 // Hit tests of the filled and text shapes of an axes, in the units that
-// picking uses: data coordinates, with distances in shares of the axes'
-// current limits (sx, sy the widths of the x and y limits).
+// picking uses: places of the axes' frame over a unit box (so distances are
+// shares of the axes' width and height, and a log axis is measured as it is
+// drawn); (fx, fy) is the pointer's place in that frame.
 #pragma once
 
 #include <array>
+
+#include "sgclasses/AxesFrame.h"
 
 class COSInterface;
 
@@ -15,9 +18,10 @@ class Text;
 namespace pick {
 
 // Whether (x, y) lies inside a face of the patch (even-odd rule) or within
-// `tolerance` of one of its edges; `point` gets where the pointer met it:
-// the point itself inside a face, else the nearest point of the edge.
-bool hitsPatch(const Patch& patch, double x, double y, double sx, double sy, double tolerance,
+// `tolerance` of one of its edges; `point` gets where the pointer met it in
+// data units: the pointer inside a face, else the nearest point of the edge.
+// Corners without a place in the frame are left out, as drawing does.
+bool hitsPatch(const Patch& patch, const AxesFrame& frame, double fx, double fy, double tolerance,
                std::array<double, 3>& point);
 
 // Whether (x, y) lies in the box of the text, grown by `tolerance`. The box
@@ -25,7 +29,7 @@ bool hitsPatch(const Patch& patch, double x, double y, double sx, double sy, dou
 // glyph of 0.6 em, a line of 1.2 em, 1 point = 96/72 pixels) against the
 // axes' size in pixels, placed by the alignments; rotation is not taken in.
 // An empty string has no box.
-bool hitsText(const Text& text, COSInterface* axes, double x, double y, double sx, double sy, double tolerance);
+bool hitsText(const Text& text, COSInterface* axes, const AxesFrame& frame, double fx, double fy, double tolerance);
 
 }  // namespace pick
 }  // namespace sgclasses

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "PickShapes.h"
+#include "sgclasses/AxesFrame.h"
 #include "sgclasses/ClassNames.h"
 #include "sgutils/interaction/HitEventData.h"
 #include "sgutils/objects/Figure.gen.h"
@@ -24,6 +25,7 @@ using graphics::datatype::PickableParts;
 
 namespace {
 
+
 // Lines within this share of the axes' width or height are hit.
 constexpr double kTolerance = 0.01;
 
@@ -42,21 +44,15 @@ bool takesHits(COSInterface* object) {
   return node && node->getHitTest() && hittableGeometry(object);
 }
 
-std::array<double, 2> limits(COSInterface* axes, const char* name) {
-  matrix::unique_vxArray self(omCreateVCOSScalar(COSInterfacePtr(axes)));
-  matrix::unique_vxArray lim(vxGetProperty(self.get(), 0, name));
-  const double* p = vxGetPr(lim.get());
-  return {p[0], p[1]};
-}
-
 struct Nearest {
   double distance = std::numeric_limits<double>::infinity();
-  double x = NAN, y = NAN;
+  double x = NAN, y = NAN;  // in data units
 };
 
-// The nearest point of the line's polyline to (x, y), measured in axes
-// shares; NaN points break the polyline.
-Nearest nearestOnLine(const Line& line, double x, double y, double sx, double sy) {
+// The nearest point of the line's polyline to the place (fx, fy) of the
+// frame, measured as the line is drawn: each point at its place in the
+// frame, a NaN or a value a log axis has no place for breaking the polyline.
+Nearest nearestOnLine(const Line& line, const AxesFrame& frame, double fx, double fy) {
   Nearest best;
   const vxArray* xs = line.getXData();
   const vxArray* ys = line.getYData();
@@ -64,51 +60,57 @@ Nearest nearestOnLine(const Line& line, double x, double y, double sx, double sy
   const double* px = vxGetPr(xs);
   const double* py = vxGetPr(ys);
   const std::size_t n = vxGetNumberOfElements(xs);
-  auto consider = [&](double ax, double ay) {
-    const double d = std::hypot((ax - x) / sx, (ay - y) / sy);
-    if (d < best.distance) best = {d, ax, ay};
-  };
+  bool havePrevious = false;
+  double qx = 0, qy = 0;  // the previous point's place
   for (std::size_t i = 0; i < n; ++i) {
-    if (std::isnan(px[i]) || std::isnan(py[i])) continue;
-    consider(px[i], py[i]);
-    if (i + 1 >= n || std::isnan(px[i + 1]) || std::isnan(py[i + 1])) continue;
-    // The foot of the perpendicular, in axes shares so both axes weigh alike.
-    const double ux = (px[i + 1] - px[i]) / sx, uy = (py[i + 1] - py[i]) / sy;
-    const double len2 = ux * ux + uy * uy;
-    if (len2 == 0) continue;
-    const double t = (((x - px[i]) / sx) * ux + ((y - py[i]) / sy) * uy) / len2;
-    if (t > 0 && t < 1) consider(px[i] + t * (px[i + 1] - px[i]), py[i] + t * (py[i + 1] - py[i]));
+    const double ax = frame.px(px[i]), ay = frame.py(py[i]);
+    if (!std::isfinite(ax) || !std::isfinite(ay)) {
+      havePrevious = false;
+      continue;
+    }
+    double d = std::hypot(ax - fx, ay - fy);
+    if (d < best.distance) best = {d, px[i], py[i]};
+    if (havePrevious) {
+      // The foot of the perpendicular on the segment from the previous point.
+      const double ux = ax - qx, uy = ay - qy;
+      const double len2 = ux * ux + uy * uy;
+      const double t = len2 == 0 ? 0 : ((fx - qx) * ux + (fy - qy) * uy) / len2;
+      d = std::hypot(qx + t * ux - fx, qy + t * uy - fy);
+      if (t > 0 && t < 1 && d < best.distance)
+        best = {d, frame.betweenX(px[i - 1], px[i], t), frame.betweenY(py[i - 1], py[i], t)};
+    }
+    havePrevious = true;
+    qx = ax;
+    qy = ay;
   }
   return best;
 }
 
 // Newest child first: what was added last lies on top.
-COSInterfacePtr pickBelow(COSInterface* axes, COSInterface* container, double x, double y, double sx, double sy,
+COSInterfacePtr pickBelow(COSInterface* axes, COSInterface* container, const AxesFrame& frame, double fx, double fy,
                           std::array<double, 3>& point) {
   static const COSID group(kGroupClass);
   for (COSInterface* child = container->getNewestChild(); child; child = child->getOlderSibling()) {
     if (child->isDestroyed() || child->isBeingDestroyed() || !hittableGeometry(child)) continue;
     const COSClass* cls = child->getClass();
     if (cls->isSubclassOf(group)) {
-      if (COSInterfacePtr found = pickBelow(axes, child, x, y, sx, sy, point)) return found;
+      if (COSInterfacePtr found = pickBelow(axes, child, frame, fx, fy, point)) return found;
       continue;
     }
     if (cls->isSubclassOf(Text::classID())) {
-      if (pick::hitsText(*sgutils::blockOf<Text>(child, Text::classID()), axes, x, y, sx, sy, kTolerance)) {
-        point = {x, y, 0};
+      if (pick::hitsText(*sgutils::blockOf<Text>(child, Text::classID()), axes, frame, fx, fy, kTolerance))
         return COSInterfacePtr(child);
-      }
       continue;
     }
     if (cls->isSubclassOf(Patch::classID())) {
-      if (pick::hitsPatch(*sgutils::blockOf<Patch>(child, Patch::classID()), x, y, sx, sy, kTolerance, point))
+      if (pick::hitsPatch(*sgutils::blockOf<Patch>(child, Patch::classID()), frame, fx, fy, kTolerance, point))
         return COSInterfacePtr(child);
       continue;
     }
     if (!cls->isSubclassOf(Line::classID())) continue;
     const Line* line = sgutils::blockOf<Line>(child, Line::classID());
     if (!line || !line->isDataValid()) continue;
-    const Nearest near = nearestOnLine(*line, x, y, sx, sy);
+    const Nearest near = nearestOnLine(*line, frame, fx, fy);
     if (near.distance <= kTolerance) {
       point = {near.x, near.y, 0};
       return COSInterfacePtr(child);
@@ -143,9 +145,13 @@ COSInterfacePtr reportHit(COSInterface* object, graphics::eventdata::HitImpl hit
 }
 
 COSInterfacePtr pickInAxes(COSInterface* axes, double x, double y, std::array<double, 3>& point) {
-  const std::array<double, 2> xl = limits(axes, "XLim"), yl = limits(axes, "YLim");
+  // The frame over a unit box: distances are shares of the axes' width and
+  // height, measured where the renderer draws.
+  const AxesFrame frame = AxesFrame::of(axes, 0, 0, 1, 1);
   point = {x, y, 0};
-  if (COSInterfacePtr line = pickBelow(axes, axes, x, y, xl[1] - xl[0], yl[1] - yl[0], point)) return line;
+  const double fx = frame.px(x), fy = frame.py(y);
+  if (!std::isfinite(fx) || !std::isfinite(fy)) return COSInterfacePtr(axes);
+  if (COSInterfacePtr found = pickBelow(axes, axes, frame, fx, fy, point)) return found;
   return COSInterfacePtr(axes);
 }
 

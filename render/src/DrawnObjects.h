@@ -9,12 +9,14 @@
 #include <unordered_map>
 #include <vector>
 
-#include "AxesFrame.h"
 #include "CairoHandles.h"
+#include "sgclasses/AxesFrame.h"
 
 class COSInterface;
 
 namespace sgrender {
+
+using sgclasses::AxesFrame;
 
 class DrawnObjects {
  public:

@@ -36,21 +36,6 @@ std::vector<COSInterface*> childrenInDrawOrder(COSInterface* parent) {
   return out;
 }
 
-std::array<double, 2> limits(COSInterface* axes, const char* name) {
-  std::vector<double> v = props::numbers(axes, name);
-  if (v.size() < 2 || !(v[1] > v[0])) return {0, 1};
-  return {v[0], v[1]};
-}
-
-// Limits on a log scale: a lower limit that is not positive (set by hand)
-// becomes three decades below the upper; with no positive upper limit the
-// axis stays linear.
-bool logLimits(COSInterface* axes, const char* scale, std::array<double, 2>& lim) {
-  if (props::text(axes, scale) != "log" || !(lim[1] > 0)) return false;
-  if (!(lim[0] > 0)) lim[0] = lim[1] / 1000;
-  return true;
-}
-
 bool finite(double x, double y) { return std::isfinite(x) && std::isfinite(y); }
 
 std::string tickLabel(double t) {
@@ -158,12 +143,8 @@ void TreePainter::paintAxes(COSInterface* axes) {
   ++stats_.axes;
   std::vector<double> pos = props::numbers(axes, "Position");
   if (pos.size() < 4) return;
-  auto xl = limits(axes, "XLim");
-  auto yl = limits(axes, "YLim");
-  const bool xlog = logLimits(axes, "XScale", xl);
-  const bool ylog = logLimits(axes, "YScale", yl);
-  Frame f{pos[0] * width_, height_ - (pos[1] + pos[3]) * height_, pos[2] * width_, pos[3] * height_,
-          xl[0], xl[1], yl[0], yl[1], xlog, ylog};
+  const Frame f =
+      Frame::of(axes, pos[0] * width_, height_ - (pos[1] + pos[3]) * height_, pos[2] * width_, pos[3] * height_);
   if (auto c = props::color(axes, "Color")) {
     setColor(*c);
     cairo_rectangle(cr_, f.x0, f.y0, f.w, f.h);

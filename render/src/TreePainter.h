@@ -9,7 +9,7 @@
 
 #include <cairo.h>
 
-#include "AxesFrame.h"
+#include "sgclasses/AxesFrame.h"
 #include "sgrender/RenderStats.h"
 #include "vcos/COSInterfacePtr.h"
 
@@ -27,7 +27,7 @@ class TreePainter {
   const RenderStats& stats() const { return stats_; }
 
  private:
-  using Frame = AxesFrame;
+  using Frame = sgclasses::AxesFrame;
 
   void paintAxes(COSInterface* axes);
   // The axes' own texts (title and labels), drawn outside its box, not

@@ -1,5 +1,7 @@
 // Where a reported hit lands, what its listeners receive, and which line of
 // an axes lies under a point.
+#include <cmath>
+#include <initializer_list>
 #include <vector>
 
 #include "classes/ClassesTestSupport.h"
@@ -129,6 +131,61 @@ TEST_F(ClassesTest, PickFindsTheTopmostVisibleLineNearThePoint) {
   set(s.group, "Visible", word("on").get());
   set(s.line, "YData", Arr(vxCreateDoubleScalar(10)).get());
   EXPECT_EQ(sgclasses::pickInAxes(s.axes.get(), 5, 10, at).get(), s.axes.get());
+}
+
+Arr row(std::initializer_list<double> values) {
+  Arr a(vxCreateDoubleMatrix(1, values.size(), vxREAL));
+  std::copy(values.begin(), values.end(), vxGetPr(a.get()));
+  return a;
+}
+
+// On a log axis a segment is drawn straight between the logarithms of its
+// ends: picking measures there too, not along the linear segment.
+TEST_F(ClassesTest, PickOnALogAxisFollowsTheDrawnShapes) {
+  COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  set(axes, "XLim", row({0, 10}).get());
+  set(axes, "YLim", row({1, 1000}).get());
+  set(axes, "YScale", word("log").get());
+  COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, axes);
+  set(line, "XData", row({0, 10}).get());
+  set(line, "YData", row({1, 1000}).get());
+  std::array<double, 3> at{};
+  // Half way across the line is at 10^1.5, a share of 0.5 up the axis.
+  EXPECT_EQ(sgclasses::pickInAxes(axes.get(), 5, 31.6, at).get(), line.get());
+  EXPECT_NEAR(at[0], 5, 0.01);
+  EXPECT_NEAR(std::log10(at[1]), std::log10(31.6), 0.005);
+  // The linear midpoint lies far above the drawn line.
+  EXPECT_EQ(sgclasses::pickInAxes(axes.get(), 5, 500.5, at).get(), axes.get());
+  // 1% of the axis is a factor of 10^0.03 on three decades.
+  EXPECT_EQ(sgclasses::pickInAxes(axes.get(), 5, 31.62 * std::pow(10, 0.025), at).get(), line.get());
+  EXPECT_EQ(sgclasses::pickInAxes(axes.get(), 5, 31.62 * std::pow(10, 0.05), at).get(), axes.get());
+  // A value a log axis has no place for hits nothing but the axes.
+  EXPECT_EQ(sgclasses::pickInAxes(axes.get(), 0, -1, at).get(), axes.get());
+
+  // A patch below the line: its slanted edge is the drawn line too.
+  set(line, "Visible", word("off").get());
+  COSInterfacePtr patch = sgclasses::create(sgclasses::kPatchClass, axes);
+  Arr px(vxCreateDoubleMatrix(3, 1, vxREAL)), py(vxCreateDoubleMatrix(3, 1, vxREAL));
+  const double xs[] = {0, 10, 10}, ys[] = {1, 1, 1000};
+  std::copy(xs, xs + 3, vxGetPr(px.get()));
+  std::copy(ys, ys + 3, vxGetPr(py.get()));
+  set(patch, "XData", px.get());
+  set(patch, "YData", py.get());
+  EXPECT_EQ(sgclasses::pickInAxes(axes.get(), 5, 10, at).get(), patch.get());
+  EXPECT_DOUBLE_EQ(at[1], 10);
+  EXPECT_EQ(sgclasses::pickInAxes(axes.get(), 5, 100, at).get(), axes.get());
+  // Near the slanted edge from outside: the nearest point on it, in data.
+  EXPECT_EQ(sgclasses::pickInAxes(axes.get(), 5, 31.62 * std::pow(10, 0.02), at).get(), patch.get());
+  EXPECT_NEAR(std::log10(at[1]) / 3, at[0] / 10, 1e-9);
+
+  // A text is placed where its anchor is drawn.
+  COSInterfacePtr label = sgclasses::create(sgclasses::kTextClass, axes);
+  set(label, "String", word("x").get());
+  set(label, "Position", row({2, 100, 0}).get());
+  set(patch, "Visible", word("off").get());
+  EXPECT_EQ(sgclasses::pickInAxes(axes.get(), 2, 100, at).get(), label.get());
+  EXPECT_EQ(sgclasses::pickInAxes(axes.get(), 2, 10, at).get(), axes.get());
 }
 
 TEST_F(ClassesTest, AHitArrivesAsAnObjectOfTheHitClassWithItsValues) {
