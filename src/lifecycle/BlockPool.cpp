@@ -1,7 +1,7 @@
 // The allocator of the data blocks (SGReference and its subclasses), for the
 // blocks that do not go in the room after their object: a slot pool per size
 // class of 16 bytes up to 512, whose slabs go back to the system when their
-// last block does (platform/vcos/src/core/SlotPool.h). Like the reference
+// last block does (vcos/SlotPool.h). Like the reference
 // counts, it serves the interpreter thread. Larger blocks, and every block
 // under AddressSanitizer (which then sees each one), go to the general
 // allocator. Other per-object data of the library (the Copyable data) comes
@@ -11,7 +11,7 @@
 #include <new>
 #include <utility>
 
-#include "platform/vcos/src/core/SlotPool.h"
+#include "vcos/SlotPool.h"
 #include "sgutils/lifecycle/SGReference.h"
 #include "src/lifecycle/BlockPool.h"
 #include "vcos/BlockArena.h"

@@ -6,7 +6,7 @@
 #include <set>
 #include <vector>
 
-#include "vcos/src/core/SlotPool.h"
+#include "vcos/SlotPool.h"
 
 using vcos::internal::SlotPool;
 

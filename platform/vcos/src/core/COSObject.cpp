@@ -6,7 +6,7 @@
 #include <cassert>
 
 #include "vcos/src/core/ObjectOps.h"
-#include "vcos/src/core/SlotPool.h"
+#include "vcos/SlotPool.h"
 #include "vcos/COSObjectOperations.h"
 
 namespace vcos::internal {

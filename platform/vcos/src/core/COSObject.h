@@ -17,7 +17,7 @@
 #include <new>
 
 #include "vcos/COSInterface.h"
-#include "vcos/src/core/SlotPool.h"
+#include "vcos/SlotPool.h"
 
 namespace vcos::internal {
 

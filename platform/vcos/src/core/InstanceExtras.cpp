@@ -3,7 +3,7 @@
 
 #include <cassert>
 
-#include "vcos/src/core/SlotPool.h"
+#include "vcos/SlotPool.h"
 
 namespace vcos::internal {
 

@@ -13,7 +13,7 @@
 #include "vcos/src/class/ClassTables.h"
 #include "vcos/src/core/BlockArenaScope.h"
 #include "vcos/src/core/COSObject.h"
-#include "vcos/src/core/SlotPool.h"
+#include "vcos/SlotPool.h"
 #include "vcos/COSClassInfo.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"

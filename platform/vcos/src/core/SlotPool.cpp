@@ -1,6 +1,6 @@
 // The process-wide parts of the slot pools: the bytes of the empty slabs
 // they keep, and the list of pools that releaseKeptSlabs walks.
-#include "vcos/src/core/SlotPool.h"
+#include "vcos/SlotPool.h"
 
 #include <array>
 
