@@ -11,11 +11,29 @@ import sys
 import time
 
 
+def wait_for_interrupt_handler(pid, limit=30.0):
+    """Waits until the process catches SIGINT: on a loaded machine the shell
+    may still be starting when the fixed delay is over, and the signal would
+    then end it instead of the running command."""
+    mask = 1 << (signal.SIGINT - 1)
+    end = time.monotonic() + limit
+    while time.monotonic() < end:
+        try:
+            with open(f"/proc/{pid}/status") as f:
+                for line in f:
+                    if line.startswith("SigCgt:") and int(line.split()[1], 16) & mask:
+                        return
+        except OSError:
+            return
+        time.sleep(0.01)
+
+
 def session(sgsh, lines, interrupt_after=None, more=b""):
     p = subprocess.Popen([sgsh], stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
     p.stdin.write(lines)
     p.stdin.flush()
     if interrupt_after is not None:
+        wait_for_interrupt_handler(p.pid)
         time.sleep(interrupt_after)
         p.send_signal(signal.SIGINT)
         time.sleep(0.2)
