@@ -8,6 +8,8 @@
 #include "sgutils/copy/Copyable.h"
 #include "sgutils/copy/CopyableData.h"
 #include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/objects/GraphicsCoreProperties.gen.h"
+#include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/persistence/GraphicsFile.h"
 #include "sgutils/persistence/SavedFieldsExtension.h"
 #include "sgutils/tree/ChildStrategy.h"
@@ -16,6 +18,8 @@
 #include "src/persistence/SavedPropertyList.h"
 #include "foundation/log/Logger.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSClassInfo.h"
+#include "vcos/DynamicProperties.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
 #include "vcos/ObjectCalls.h"
@@ -32,6 +36,13 @@
 namespace sgutils::persistence {
 
 namespace {
+
+graphics::internal::GraphicsCoreProperties* coreBlockOf(const COSInterface* object) {
+  using graphics::internal::GraphicsCoreProperties;
+  COSClass* core = GraphicsCoreProperties::getClassInstance();
+  if (!core || !object->getClass()->isSubclassOf(core)) return nullptr;
+  return sgutils::blockOf<GraphicsCoreProperties>(object, GraphicsCoreProperties::classID());
+}
 
 // A live graphics object, or null.
 COSInterfacePtr graphicsElement(const vxArray* array, std::size_t i) {
@@ -125,8 +136,17 @@ std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t 
   index_.emplace(object.get(), index);
   objects_.push_back(object);
   views_.push_back({{object->getClass()->getName(), madeBy, std::move(madeByProperty)}, {}});
-  if (foundation::log::Logger& lg = serializationLog(); lg.isOn(foundation::log::kInfo))
-    lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customSave ") + object->getClass()->getName());
+  // The top of a saved tree is marked as such, so that its load step runs
+  // the pass after load; the others wait for their parent's.
+  if (auto* core = coreBlockOf(object.get())) core->setTopLevelSerializedObject(!child);
+  // The class's save step: the stored defaults go into the dynamic property
+  // that readFields writes.
+  if (COSClassInfo* info = object->getClass()->getClassInfo()) {
+    COSValue value;
+    COSDataTypePtr type;
+    info->customSave(object.get(), value, type);
+    if (type) type->destroy(value);
+  }
   // Only a child of a saved tree leaves values out: a top (a figure) or a
   // part its owner made is written whole.
   readFields(static_cast<std::size_t>(index), child && madeBy < 0);
@@ -273,8 +293,21 @@ void GraphicsSaver::readFields(std::size_t index, bool omitDefaults) {
     fields.emplace_back(property->getName(), array.get());
     held_.push_back(std::move(array));
   }
-  if (const SGHandle* handle = SGHandle::fromObject(object); handle && handle->getDefaultProp())
-    fields.emplace_back(GraphicsFile::kDefaultsField, handle->getDefaultProp());
+  // Run-time properties that are stored: the defaults put there by customSave.
+  if (vcos::hasDynamicProperties(object)) {
+    static const COSID defaults(GraphicsFile::kDefaultsField);
+    COSInterfacePtr found;
+    object->findDynamicProperty(found, defaults);
+    if (const auto* property = static_cast<const COSPropInfo*>(found.get()); property && !property->isTransient()) {
+      const COSValue read = property->getValue(object);
+      matrix::unique_vxArray array = copy::toArray(property->getDataType(), read);
+      property->releaseValue(object, read);
+      if (array && vxIsStruct(array.get())) {
+        fields.emplace_back(GraphicsFile::kDefaultsField, array.get());
+        held_.push_back(std::move(array));
+      }
+    }
+  }
   for (const SavedFieldsExtension* extension : SavedFieldsExtension::of(object->getClass())) {
     if (!extension->save) continue;
     std::vector<vxNamedValue> extra;
