@@ -133,6 +133,9 @@ void GraphicsLoader::makeObjects(std::span<const vxSavedObjectHead> heads) {
       COSClass* cls = COSClass::getClass(COSID(head.className.c_str()));
       if (!cls || !cls->isSubclassOf(graphicsClassId()) || cls->isAbstract())
         throw Error("VANTEL:sg:load:UnknownClass", head.className);
+      // There is one root; a saved one would come back as a second, outside the tree.
+      static const COSID rootClassId("vantel.ui.Root");
+      if (cls->isSubclassOf(rootClassId)) throw Error("VANTEL:sg:load:SecondRoot", head.className);
       matrix::unique_vxArray made(omConstructObjectWithClient(cls->getID(), 0, nullptr, COSGetPublicClient()));
       object = made && omIsVCOS(made.get()) && vxGetNumberOfElements(made.get()) == 1
                    ? omGetLiveArrayElement(made.get(), 0)
