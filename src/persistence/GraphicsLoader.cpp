@@ -97,6 +97,7 @@ GraphicsLoader::~GraphicsLoader() {
 std::vector<vxNamedValue> GraphicsLoader::load(std::span<const std::uint8_t> bytes) {
   vxReadOptions read;
   read.makeFunctionHandle = options_.makeFunctionHandle;
+  read.makeCapturingFunctionHandle = options_.makeCapturingFunctionHandle;
   read.makeObjects = [this](std::span<const vxSavedObjectHead> heads) { makeObjects(heads); };
   read.makeObjectArray = [this](const std::string& className, std::span<const vxSize> dims,
                                 std::span<const std::int64_t> indexes) {

@@ -29,6 +29,7 @@
 #include "vcos/ObjectArray.h"
 #include "vx/vxCell.h"
 #include "vx/vxCreate.h"
+#include "vx/vxFunctionHandleData.h"
 #include "vx/vxData.h"
 #include "vx/vxQuery.h"
 #include "vx/vxStruct.h"
@@ -107,6 +108,9 @@ void GraphicsSaver::collect(const vxArray* value, std::vector<COSInterfacePtr>& 
     const int nf = vxGetNumberOfFields(value);
     for (std::size_t i = 0; i < n; ++i)
       for (int f = 0; f < nf; ++f) collect(vxGetFieldByNumber(value, i, f), out);
+  } else if (vxIsFunctionHandle(value)) {
+    // Objects an anonymous function captured are saved with it.
+    for (const auto& [name, captured] : vxGetFunctionHandle(value)->capturedValues()) collect(captured, out);
   }
 }
 

@@ -86,6 +86,10 @@ std::size_t realElementBytes(int c) {
 
 using Packer = msgpack::packer<msgpack::sbuffer>;
 
+// Set while packing when a function handle with captured variables was
+// written, which needs version 3.
+thread_local bool tCapturesWritten = false;
+
 void packBytes(Packer& pk, const void* data, std::size_t n) {
   pk.pack_bin(static_cast<std::uint32_t>(n));
   if (n) pk.pack_bin_body(static_cast<const char*>(data), static_cast<std::uint32_t>(n));
@@ -140,9 +144,25 @@ void packValue(Packer& pk, const vxArray* a, std::size_t depth, const vxWriteOpt
         }
       return;
     }
-    case vxFUNCTION_CLASS:
-      pk.pack(vxGetFunctionHandle(a)->text());
+    case vxFUNCTION_CLASS: {
+      const auto handle = vxGetFunctionHandle(a);
+      const std::vector<std::pair<std::string, const vxArray*>> captured = handle->capturedValues();
+      if (captured.empty()) {
+        pk.pack(handle->text());
+        return;
+      }
+      // [text, entries]: version 3.
+      tCapturesWritten = true;
+      pk.pack_array(2);
+      pk.pack(handle->text());
+      pk.pack_array(static_cast<std::uint32_t>(captured.size()));
+      for (const auto& [name, value] : captured) {
+        pk.pack_array(2);
+        pk.pack(name);
+        packValue(pk, value, depth + 1, objects);
+      }
       return;
+    }
     case vxOBJECT_CLASS:
       if (!objects || !objects->objectIndex || !objects->objectClassName) break;
       pk.pack_array(2);
@@ -178,6 +198,7 @@ struct Reader {
   const vxReadOptions& options;
   std::uint64_t rawLength;  // every element costs at least one byte of it
   std::size_t objectCount = 0;  // entries of the object table
+  std::uint32_t version = 1;    // of the file being read
 
   static const msgpack::object& at(const msgpack::object& o, std::size_t i) { return o.via.array.ptr[i]; }
 
@@ -287,9 +308,32 @@ struct Reader {
       }
       case vxFUNCTION_CLASS: {
         if (numel != 1 || dims.size() != 2) corrupt("a function handle that is not 1-by-1");
-        if (payload.type != msgpack::type::STR || payload.via.str.size == 0) corrupt("a function handle without text");
+        // Version 3 adds [text, entries] for a handle with captured variables.
+        const bool withCaptures = payload.type == msgpack::type::ARRAY && version >= 3;
+        if (withCaptures) expectArray(payload, 2, "a function handle is not its text and its variables");
+        const msgpack::object& textObject = withCaptures ? at(payload, 0) : payload;
+        if (textObject.type != msgpack::type::STR || textObject.via.str.size == 0) corrupt("a function handle without text");
+        std::string handleText(textObject.via.str.ptr, textObject.via.str.size);
+        if (withCaptures) {
+          const msgpack::object& list = at(payload, 1);
+          if (list.type != msgpack::type::ARRAY || list.via.array.size == 0) corrupt("a function handle's variables are not a list");
+          std::vector<vxNamedValue> captured;
+          for (std::uint32_t k = 0; k < list.via.array.size; ++k) {
+            const msgpack::object& entry = at(list, k);
+            expectArray(entry, 2, "a captured variable is not a name and a value");
+            const msgpack::object& name = at(entry, 0);
+            if (name.type != msgpack::type::STR || name.via.str.size == 0 || name.via.str.size > kMaxNameBytes)
+              corrupt("a captured variable's name is not text");
+            captured.push_back({std::string(name.via.str.ptr, name.via.str.size), value(at(entry, 1), depth + 1)});
+          }
+          if (options.makeCapturingFunctionHandle) {
+            matrix::unique_vxArray a(options.makeCapturingFunctionHandle(handleText, std::move(captured)));
+            if (!a || !vxIsFunctionHandle(a.get())) corrupt("a function handle whose text is not a function");
+            return a;
+          }
+        }
         if (!options.makeFunctionHandle) throw Error("VANTEL:vx:serialize:NoFunctionHandles");
-        matrix::unique_vxArray a(options.makeFunctionHandle(std::string(payload.via.str.ptr, payload.via.str.size)));
+        matrix::unique_vxArray a(options.makeFunctionHandle(handleText));
         if (!a || !vxIsFunctionHandle(a.get())) corrupt("a function handle whose text is not a function");
         return a;
       }
@@ -421,7 +465,10 @@ std::vector<vxNamedValue> readEntries(const msgpack::object& list, const Reader&
 std::vector<std::uint8_t> vxSerializeValues(std::span<const std::pair<std::string, const vxArray*>> values) {
   msgpack::sbuffer buffer;
   Packer pk(buffer);
+  tCapturesWritten = false;
   packEntries(pk, values, nullptr);
+  // Captured variables need version 3, whose body is that of version 2.
+  if (tCapturesWritten) return vxSerializeDocument(values, {}, {});
   return frame(buffer, 1);
 }
 
@@ -430,6 +477,7 @@ std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::str
                                               const vxWriteOptions& options) {
   msgpack::sbuffer buffer;
   Packer pk(buffer);
+  tCapturesWritten = false;
   pk.pack_array(2);
   packEntries(pk, values, &options);
   pk.pack_array(static_cast<std::uint32_t>(objects.size()));
@@ -440,7 +488,7 @@ std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::str
     pk.pack(object.head.madeByProperty);
     packEntries(pk, object.fields, &options);
   }
-  return frame(buffer, vxSerializeFormatVersion);
+  return frame(buffer, tCapturesWritten ? vxSerializeFormatVersion : vxSerializeObjectTableVersion);
 }
 
 vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const vxReadOptions& options) {
@@ -461,12 +509,13 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
   }
   const msgpack::object& top = handle.get();
   Reader reader{options, raw.size()};
+  reader.version = version;
   vxSavedDocument out;
   if (version == 1) {
     out.values = readEntries(top, reader);
     return out;
   }
-  // Version 2: [values, object table]. The heads are checked and handed up
+  // Versions 2 and 3: [values, object table]. The heads are checked and handed up
   // first, so that the objects exist before any value refers to them.
   Reader::expectArray(top, 2, "the body is not values and objects");
   const msgpack::object& table = Reader::at(top, 1);
