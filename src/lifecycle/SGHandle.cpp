@@ -104,13 +104,9 @@ void SGHandle::doPostSet(COSInterfacePtr, COSPropInfo*, DirtyFlags) {}
 void SGHandle::doPostSet(COSInterfacePtr, COSPropInfo*, bool, bool) {}
 bool SGHandle::isThisYours(COSInterfacePtr) { return false; }
 bool SGHandle::isChildProperty(const char*) const { return false; }
-void SGHandle::doCustomSave() {}
-void SGHandle::doDefaultPropSave(COSInterfacePtr, COSValue&, COSDataTypePtr&) {}
 bool SGHandle::isUIComponent() { return false; }
 bool SGHandle::isInWebFigure() { return false; }
-vxArray* SGHandle::getDeserializedChildren() { return nullptr; }
 const COSClient* SGHandle::getPrivateClient() { return COSGetPublicClient(); }
-void SGHandle::doLoadObj() {}
 
 const vxArray* SGHandle::getApplicationData() const {
   if (!applicationData_) applicationData_ = emptyStoredStruct();

@@ -7,6 +7,8 @@
 
 #include "foundation/core/except/Error.h"
 #include "foundation/log/LogRecord.h"
+#include "sgutils/classinfo/finalizeIncomingObjectMI.h"
+#include "sgutils/classinfo/loadobjMI.h"
 #include "sgutils/metadata/DirtyFlags.h"
 #include "sgutils/metadata/SGCustomMetaEvent.h"
 #include "sgutils/metadata/SGCustomMetaProperty.h"
@@ -171,9 +173,21 @@ void SGCustomMetaClass::finishPropertyCreation(COSClass* cls) {
   }
 }
 
+// "loadobj" and "finalizeIncomingObject" of the class. A "loadobj" of the
+// class's own, or one it inherits that is not the metaclass's, is kept: a
+// class that loads its own way overrides the step.
+void SGCustomMetaClass::addLoadMethods(COSClass* cls) {
+  static const COSID loadobj("loadobj"), finalize("finalizeIncomingObject");
+  const COSMethodInfo* own = cls->findMethod(loadobj);
+  if (!own || dynamic_cast<const loadobjBaseMI*>(own)) cls->addMethod(new loadobjMI(cls->getID()));
+  const COSMethodInfo* ownFinalize = cls->findMethod(finalize);
+  if (!ownFinalize || dynamic_cast<const loadobjBaseMI*>(ownFinalize))
+    cls->addMethod(new finalizeIncomingObjectMI(cls->getID()));
+}
+
 void SGCustomMetaClass::finishClassCreation(COSClass* cls) {
-  // "loadobj", "finalizeIncomingObject" and the generated callback
-  // properties of events come with load and save and with the generated
+  addLoadMethods(cls);
+  // The generated callback properties of events come with the generated
   // callbacks. What is here already is the walk over the events, so that a
   // flagged event is reported.
   const Ids& i = ids();

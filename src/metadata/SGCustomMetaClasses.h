@@ -20,6 +20,9 @@ class SGCustomMetaClass final : public COSCustomMetaClass {
   void finishPropertyCreation(COSClass* cls) override;
   void finishClassCreation(COSClass* cls) override;
   void customSetPropertyValue(COSInterface* object, COSPropInfo* property, COSValue value) override;
+
+ private:
+  static void addLoadMethods(COSClass* cls);
 };
 
 class SGCustomMetaPropInfo final : public COSCustomMetaPropertyInfo {

@@ -4,6 +4,8 @@
 #include "src/persistence/GraphicsSaver.h"
 #include "vcos/ObjectArray.h"
 #include "vx/vxCell.h"
+#include "vx/vxData.h"
+#include "vx/vxFunctionHandleData.h"
 #include "vx/vxQuery.h"
 #include "vx/vxStruct.h"
 
@@ -39,6 +41,9 @@ bool GraphicsFile::holdsObjects(const vxArray* value) {
     for (std::size_t i = 0; i < n; ++i)
       for (int f = 0; f < nf; ++f)
         if (holdsObjects(vxGetFieldByNumber(value, i, f))) return true;
+  } else if (vxIsFunctionHandle(value)) {
+    for (const auto& [name, captured] : vxGetFunctionHandle(value)->capturedValues())
+      if (holdsObjects(captured)) return true;
   }
   return false;
 }

@@ -9,9 +9,12 @@
 #include "foundation/log/Logger.h"
 #include "sgdatatypes/CallbackListeners.h"
 #include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/objects/GraphicsCoreProperties.gen.h"
+#include "sgutils/propinfos/BlockOf.h"
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/SavedPropertyList.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSClassInfo.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSInterface.h"
@@ -93,6 +96,7 @@ GraphicsLoader::~GraphicsLoader() {
 std::vector<vxNamedValue> GraphicsLoader::load(std::span<const std::uint8_t> bytes) {
   vxReadOptions read;
   read.makeFunctionHandle = options_.makeFunctionHandle;
+  read.makeCapturingFunctionHandle = options_.makeCapturingFunctionHandle;
   read.makeObjects = [this](std::span<const vxSavedObjectHead> heads) { makeObjects(heads); };
   read.makeObjectArray = [this](const std::string& className, std::span<const vxSize> dims,
                                 std::span<const std::int64_t> indexes) {
@@ -103,9 +107,7 @@ std::vector<vxNamedValue> GraphicsLoader::load(std::span<const std::uint8_t> byt
     setFields(document);
     hookChildren(document);
     placeTopLevel(document);
-    runCreateCallbacks(document);
-    for (const COSInterfacePtr& object : objects_)
-      if (SGHandle* handle = SGHandle::fromObject(object.get())) handle->setLoadedFromFile(true);
+    runLoadSteps();
     done_ = true;
     return std::move(document.values);
   } catch (const IMsgIDException& e) {
@@ -131,6 +133,9 @@ void GraphicsLoader::makeObjects(std::span<const vxSavedObjectHead> heads) {
       COSClass* cls = COSClass::getClass(COSID(head.className.c_str()));
       if (!cls || !cls->isSubclassOf(graphicsClassId()) || cls->isAbstract())
         throw Error("VANTEL:sg:load:UnknownClass", head.className);
+      // There is one root; a saved one would come back as a second, outside the tree.
+      static const COSID rootClassId("vantel.ui.Root");
+      if (cls->isSubclassOf(rootClassId)) throw Error("VANTEL:sg:load:SecondRoot", head.className);
       matrix::unique_vxArray made(omConstructObjectWithClient(cls->getID(), 0, nullptr, COSGetPublicClient()));
       object = made && omIsVCOS(made.get()) && vxGetNumberOfElements(made.get()) == 1
                    ? omGetLiveArrayElement(made.get(), 0)
@@ -185,8 +190,6 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
   for (std::size_t i = 0; i < document.objects.size(); ++i) {
     const COSInterfacePtr& object = objects_[i];
     const SavedPropertyList& list = SavedPropertyList::of(object->getClass());
-    if (lg.isOn(foundation::log::kInfo))
-      lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customLoad ") + object->getClass()->getName());
     // Values first, then modes: setting a value may turn its mode manual,
     // and the saved mode is the one the object ends with.
     const std::vector<vxNamedValue>& fields = document.objects[i].fields;
@@ -317,66 +320,93 @@ void GraphicsLoader::restoreCurrentObjects() noexcept {
   keptCurrent_.clear();
 }
 
-// The creation pass of one loaded object: its CreateFcn, then each of its
-// loaded children's pass followed by the defaults the child takes from its
-// parent, so that a loaded child gets its defaults after its callbacks.
-void GraphicsLoader::createPass(std::size_t index) {
-  if (passDone_[index]) return;
-  passDone_[index] = true;
-  const COSInterfacePtr& object = objects_[index];
-  static const COSID createFcn("CreateFcn");
-  if (const COSPropInfo* property = object->findPropertyInfo(createFcn)) {
-    // Most objects have none: the value is compared with the type's empty
-    // value before any array is made of it.
-    bool present = false;
-    {
-      const COSValue read = property->getValue(object.get());
-      struct Release {
-        const COSPropInfo* p;
-        COSInterface* o;
-        COSValue v;
-        ~Release() { p->releaseValue(o, v); }
-      } release{property, object.get(), read};
-      const COSDataTypePtr type = property->getDataType();
-      if (!type->isEqual(read, COSValue())) {
-        matrix::unique_vxArray value = copy::toArray(type, read);
-        present = value && !vxIsEmpty(value.get());
-      }
-    }
-    if (present) {
-      // An axes is current in its figure while its callback runs.
-      static const COSID abstractAxes("vantel.graphics.axis.AbstractAxes");
-      static const COSID axes("vantel.graphics.axis.Axes");
-      COSClass* cls = object->getClass();
-      if (COSInterface* figure = object->getOwnerObject();
-          figure && (cls->isSubclassOf(abstractAxes) || cls->isSubclassOf(axes))) {
-        static const COSID currentAxes("CurrentAxes");
-        if (figure->findPropertyInfo(currentAxes)) {
-          matrix::unique_vxArray owner(omCreateVCOSScalar(COSInterfacePtr(figure)));
-          matrix::unique_vxArray self(omCreateVCOSScalar(object));
-          vxSetProperty(owner.get(), 0, "CurrentAxes", self.get());
-        }
-      }
-      // The listener that runs CreateFcn when an object is made, made once
-      // per load and released with the loader.
-      if (!createFcnRunner_) createFcnRunner_ = graphics::datatype::createListener("CreateFcn", false, false);
-      COSListener::toListener(createFcnRunner_)->fire(object.get(), nullptr);
-    }
-  }
-  // The callback may have deleted the object.
-  if (object->isBeingDestroyed() || object->isDestroyed()) return;
-  for (std::size_t child : children_[index]) {
-    const COSInterfacePtr& c = objects_[child];
-    if (c->isBeingDestroyed() || c->isDestroyed()) continue;
-    createPass(child);
-    if (c->isBeingDestroyed() || c->isDestroyed()) continue;
-    if (SGHandle* handle = SGHandle::fromObject(c.get())) handle->applyDefaultProperties(object, false);
-  }
+namespace {
+
+// The load on this thread whose steps are running (loads may nest: a
+// CreateFcn may load a file).
+thread_local const GraphicsLoader* activeLoader = nullptr;
+
+class ActiveLoader {
+ public:
+  explicit ActiveLoader(const GraphicsLoader* loader) : previous_(activeLoader) { activeLoader = loader; }
+  ~ActiveLoader() { activeLoader = previous_; }
+  ActiveLoader(const ActiveLoader&) = delete;
+  ActiveLoader& operator=(const ActiveLoader&) = delete;
+
+ private:
+  const GraphicsLoader* previous_;
+};
+
+}  // namespace
+
+vxArray* GraphicsLoader::deserializedChildrenOf(const COSInterface* object) {
+  const GraphicsLoader* loader = activeLoader;
+  if (!loader || !object) return nullptr;
+  auto found = loader->indexOf_.find(object);
+  if (found == loader->indexOf_.end()) return nullptr;
+  const std::vector<std::size_t>& children = loader->children_[found->second];
+  matrix::unique_vxArray list(omCreateVCOSMatrix(1, children.size(), graphicsClassId()));
+  for (std::size_t k = 0; k < children.size(); ++k) omSetArrayElement(list.get(), k, loader->objects_[children[k]]);
+  return list.release();
 }
 
-void GraphicsLoader::runCreateCallbacks(const vxSavedDocument&) {
-  passDone_.assign(objects_.size(), false);
-  for (std::size_t i : topLevel_) createPass(i);
+// The class system's load step for every object, children before their
+// parents as the serializer finishes them: customLoad of the class info,
+// which calls "loadobj", which calls sgLoadObj. The tops of the saved trees
+// are marked as such, so their sgLoadObj runs the pass after load (CreateFcn,
+// then each loaded child's pass and defaults); every other object waits for
+// its parent's pass.
+void GraphicsLoader::runLoadSteps() {
+  using graphics::internal::GraphicsCoreProperties;
+  const std::size_t n = objects_.size();
+  std::vector<bool> top(n, false);
+  for (std::size_t i : topLevel_) top[i] = true;
+  COSClass* core = GraphicsCoreProperties::getClassInstance();
+  for (std::size_t i = 0; i < n; ++i) {
+    COSInterface* object = objects_[i].get();
+    if (core && object->getClass()->isSubclassOf(core))
+      if (auto* block = sgutils::blockOf<GraphicsCoreProperties>(object, GraphicsCoreProperties::classID()))
+        block->setTopLevelSerializedObject(top[i]);
+  }
+  // Each tree in the order of its top, its objects after the objects below
+  // them: loaded children in saved order, then the parts the object made.
+  std::vector<std::vector<std::size_t>> parts(n);
+  for (std::size_t i = 0; i < n; ++i)
+    if (madeBy_[i] >= 0) parts[static_cast<std::size_t>(madeBy_[i])].push_back(i);
+  std::vector<std::size_t> order;
+  order.reserve(n);
+  struct Frame {
+    std::size_t index;
+    std::size_t next;  // over children, then parts
+  };
+  std::vector<Frame> stack;
+  for (std::size_t t : topLevel_) {
+    stack.push_back({t, 0});
+    while (!stack.empty()) {
+      Frame& f = stack.back();
+      const std::vector<std::size_t>& kids = children_[f.index];
+      const std::vector<std::size_t>& own = parts[f.index];
+      if (f.next < kids.size() + own.size()) {
+        const std::size_t k = f.next++;
+        stack.push_back({k < kids.size() ? kids[k] : own[k - kids.size()], 0});
+      } else {
+        order.push_back(f.index);
+        stack.pop_back();
+      }
+    }
+  }
+  indexOf_.clear();
+  for (std::size_t i = 0; i < n; ++i) indexOf_.emplace(objects_[i].get(), i);
+  const ActiveLoader active(this);
+  for (std::size_t i : order) {
+    COSInterfacePtr object = objects_[i];
+    // A callback of an earlier object may have deleted this one.
+    if (object->isBeingDestroyed() || object->isDestroyed()) continue;
+    COSClassInfo* info = object->getClass()->getClassInfo();
+    if (!info) continue;
+    matrix::unique_vxArray value(omCreateVCOSScalar(object));
+    info->customLoad(object, COSValue(value.get()), COSDataTypePtr());
+  }
 }
 
 void GraphicsLoader::deleteMade() noexcept {

@@ -35,6 +35,10 @@ class GraphicsLoader {
 
   std::vector<vxNamedValue> load(std::span<const std::uint8_t> bytes);
 
+  // The children that the running load hooked to `object`, in saved order,
+  // as a new object array; null when no load on this thread made the object.
+  static vxArray* deserializedChildrenOf(const COSInterface* object);
+
  private:
   void makeObjects(std::span<const vxSavedObjectHead> heads);
   vxArray* makeObjectArray(const std::string& className, std::span<const vxSize> dims,
@@ -42,8 +46,7 @@ class GraphicsLoader {
   void setFields(const vxSavedDocument& document);
   void hookChildren(const vxSavedDocument& document);
   void placeTopLevel(const vxSavedDocument& document);
-  void runCreateCallbacks(const vxSavedDocument& document);
-  void createPass(std::size_t index);
+  void runLoadSteps();
   void keepCurrentObjectsOf(const COSInterfacePtr& holder);
   void restoreCurrentObjects() noexcept;
   void deleteMade() noexcept;
@@ -63,10 +66,9 @@ class GraphicsLoader {
   std::unordered_map<const COSInterface*, std::size_t> partOwner_;  // part -> its owner's index
   std::vector<std::size_t> topLevel_;
   std::vector<std::vector<std::size_t>> children_;  // loaded children by index, in saved order
-  std::vector<bool> passDone_;
+  std::unordered_map<const COSInterface*, std::size_t> indexOf_;  // made object -> its index
   std::vector<const COSPropInfo*> properties_;  // one object's fields' properties, reused
   std::vector<unsigned char> modes_;            // whether each of those is a mode, reused
-  COSInterfacePtr createFcnRunner_;         // objects neither hooked nor parts
   std::vector<KeptCurrent> keptCurrent_;    // set back when the load fails
   bool done_ = false;
 };

@@ -8,6 +8,8 @@
 #include "sgutils/copy/Copyable.h"
 #include "sgutils/copy/CopyableData.h"
 #include "sgutils/lifecycle/SGHandle.h"
+#include "sgutils/objects/GraphicsCoreProperties.gen.h"
+#include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/persistence/GraphicsFile.h"
 #include "sgutils/persistence/UDDConverter.h"
 #include "sgutils/tree/ChildStrategy.h"
@@ -16,6 +18,8 @@
 #include "src/persistence/SavedPropertyList.h"
 #include "foundation/log/Logger.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSClassInfo.h"
+#include "vcos/DynamicProperties.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
 #include "vcos/ObjectCalls.h"
@@ -25,6 +29,7 @@
 #include "vcos/ObjectArray.h"
 #include "vx/vxCell.h"
 #include "vx/vxCreate.h"
+#include "vx/vxFunctionHandleData.h"
 #include "vx/vxData.h"
 #include "vx/vxQuery.h"
 #include "vx/vxStruct.h"
@@ -32,6 +37,13 @@
 namespace sgutils::persistence {
 
 namespace {
+
+graphics::internal::GraphicsCoreProperties* coreBlockOf(const COSInterface* object) {
+  using graphics::internal::GraphicsCoreProperties;
+  COSClass* core = GraphicsCoreProperties::getClassInstance();
+  if (!core || !object->getClass()->isSubclassOf(core)) return nullptr;
+  return sgutils::blockOf<GraphicsCoreProperties>(object, GraphicsCoreProperties::classID());
+}
 
 // A live graphics object, or null.
 COSInterfacePtr graphicsElement(const vxArray* array, std::size_t i) {
@@ -99,6 +111,9 @@ void GraphicsSaver::collect(const vxArray* value, std::vector<COSInterfacePtr>& 
     const int nf = vxGetNumberOfFields(value);
     for (std::size_t i = 0; i < n; ++i)
       for (int f = 0; f < nf; ++f) collect(vxGetFieldByNumber(value, i, f), out);
+  } else if (vxIsFunctionHandle(value)) {
+    // Objects an anonymous function captured are saved with it.
+    for (const auto& [name, captured] : vxGetFunctionHandle(value)->capturedValues()) collect(captured, out);
   }
 }
 
@@ -126,11 +141,20 @@ std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t 
                                     bool child) {
   const auto index = static_cast<std::int64_t>(records_.size());
   index_.emplace(object.get(), index);
+  // The top of a saved tree is marked as such, so that its load step runs
+  // the pass after load; the others wait for their parent's.
+  if (auto* core = coreBlockOf(object.get())) core->setTopLevelSerializedObject(!child);
+  // The class's save step: the stored defaults go into the dynamic property
+  // that readFields writes.
+  if (COSClassInfo* info = object->getClass()->getClassInfo()) {
+    COSValue value;
+    COSDataTypePtr type;
+    info->customSave(object.get(), value, type);
+    if (type) type->destroy(value);
+  }
   // Only a child of a saved tree leaves values out: a top (a figure) or a
   // part its owner made is written whole.
   records_.push_back({object, madeBy, madeByProperty, child && madeBy < 0, {}});
-  if (foundation::log::Logger& lg = serializationLog(); lg.isOn(foundation::log::kInfo))
-    lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customSave ") + object->getClass()->getName());
 
   // Children oldest first, hidden ones too; the ones not saved
   // (Serializable off) and those already in the table are left out.
@@ -289,8 +313,21 @@ void GraphicsSaver::readFields(Record& record) {
     fields_.push_back({property->getName(), array.get()});
     held_.push_back(std::move(array));
   }
-  if (handle && handle->getDefaultProp())
-    fields_.push_back({GraphicsFile::kDefaultsField, handle->getDefaultProp()});
+  // Run-time properties that are stored: the defaults put there by customSave.
+  if (vcos::hasDynamicProperties(object)) {
+    static const COSID defaults(GraphicsFile::kDefaultsField);
+    COSInterfacePtr found;
+    object->findDynamicProperty(found, defaults);
+    if (const auto* property = static_cast<const COSPropInfo*>(found.get()); property && !property->isTransient()) {
+      const COSValue read = property->getValue(object);
+      matrix::unique_vxArray array = copy::toArray(property->getDataType(), read);
+      property->releaseValue(object, read);
+      if (array && vxIsStruct(array.get())) {
+        fields_.push_back({GraphicsFile::kDefaultsField, array.get()});
+        held_.push_back(std::move(array));
+      }
+    }
+  }
   if (record.children) fields_.push_back({GraphicsFile::kChildrenField, record.children.get()});
   // Objects held by the values (a context menu, objects in user data) are
   // saved where their own tree puts them; one outside every saved tree is

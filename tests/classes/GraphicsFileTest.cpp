@@ -304,13 +304,27 @@ TEST_F(GraphicsFileTest, ObjectsThatDoNotFitTogetherLoadNothing) {
                   std::int64_t madeBy = -1, const char* property = "") {
     return vxSavedObjectView{vxSavedObjectHead{cls, madeBy, property}, std::move(fields)};
   };
-  const std::size_t live = liveCount();
+  std::size_t live = liveCount();
   const std::string loader = "VANTEL:sg:load:";
   // An unknown or abstract class after a good one: the figure made first goes again.
   EXPECT_EQ(errorId([&] { load(document({entry(sgclasses::kFigureClass), entry("no.such.Class")})); }),
             loader + "UnknownClass");
   EXPECT_EQ(liveCount(), live);
   EXPECT_EQ(errorId([&] { load(document({entry("vantel.graphics.Graphics")})); }), loader + "UnknownClass");
+  // A root would be a second one: refused, after a figure or as a saved root.
+  EXPECT_EQ(errorId([&] { load(document({entry(sgclasses::kFigureClass), entry("vantel.ui.Root")})); }),
+            loader + "SecondRoot");
+  EXPECT_EQ(liveCount(), live);
+  {
+    Arr rootArr = obj(sgclasses::root());
+    const std::pair<std::string, const vxArray*> values[] = {{"r", rootArr.get()}};
+    const Bytes saved = GraphicsFile::serialize(values);
+    // (Reading the root's values may make objects it keeps: counted after.)
+    const std::size_t withRootParts = liveCount();
+    EXPECT_EQ(errorId([&] { load(saved); }), loader + "SecondRoot");
+    EXPECT_EQ(liveCount(), withRootParts);
+    live = withRootParts;
+  }
 
   // A part that the owner does not make.
   EXPECT_EQ(errorId([&] { load(document({entry(sgclasses::kFigureClass), entry(sgclasses::kTextClass, {}, 0, "Title")})); }),
@@ -384,9 +398,11 @@ TEST_F(GraphicsFileTest, AValueThatNoLongerFitsIsDroppedAndTheOthersLoad) {
   std::vector<std::string> lines;
   for (const auto& r : capture.records())
     if (r.channel == "graphics::object_serialization") lines.push_back(r.text);
-  EXPECT_EQ(lines, (std::vector<std::string>{"BaseObjectCOSInfo::customLoad vantel.graphics.primitive.Line",
-                                             "    Loading property: Color_I", "        Failed datatype conversion",
-                                             "    Loading property: Tag_I"}));
+  // The properties are restored first; then the class's load step runs.
+  EXPECT_EQ(lines, (std::vector<std::string>{"    Loading property: Color_I", "        Failed datatype conversion",
+                                             "    Loading property: Tag_I",
+                                             "BaseObjectCOSInfo::customLoad vantel.graphics.primitive.Line",
+                                             "    No doloadobj found", "    Calling sgLoadObj"}));
   line->deleteObject(COSGetPublicClient());
 }
 

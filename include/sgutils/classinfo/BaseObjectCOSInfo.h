@@ -19,6 +19,13 @@ class SGUTILS_API BaseObjectCOSInfo : public COSUseCustomMetaData, public sgutil
   COSConnectivity getConnectivity() const override;
   bool useClassDefaultsOnLoad() const override;
   COSID getMetaClassClassID() const override;
+  // Save: the defaults stored on a graphics object go into the dynamic
+  // property "InternalDefaultPropMap", then its block's doCustomSave (or a
+  // storage object's). Always false: the object is saved the ordinary way.
+  bool customSave(COSInterface* object, COSValue& value, COSDataTypePtr& type) override;
+  // Load: calls the class's "loadobj" with the restored object and marks the
+  // object as loaded from a file.
+  void customLoad(COSInterfacePtr& object, COSValue value, COSDataTypePtr type) override;
 
   // The class's private client; the class itself is made first.
   const COSClient* getClient();

@@ -33,6 +33,11 @@ class SGUTILS_API SGHandle : public SGReference {
   virtual void doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty);
   virtual bool isThisYours(COSInterfacePtr object);
   virtual bool isChildProperty(const char* name) const;
+  // Save and load (src/persistence/LoadPass.cpp). doDefaultPropSave puts
+  // the stored defaults in the dynamic property "InternalDefaultPropMap",
+  // which the serializer stores; getDeserializedChildren gives the children
+  // the running load hooked to this object, in saved order (owned; null
+  // outside a load).
   virtual void doCustomSave();
   virtual void doDefaultPropSave(COSInterfacePtr object, COSValue& value, COSDataTypePtr& type);
   virtual bool isUIComponent();

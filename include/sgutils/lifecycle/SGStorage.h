@@ -12,5 +12,7 @@ class SGUTILS_API SGStorage : public SGReference {
   void CreationComplete(COSInterfacePtr object) override;
   void ApplyingDefaults(COSInterfacePtr object) override;
   void DefaultsApplied(COSInterfacePtr object, bool fromReset) override;
+  // Called by the class info's customSave as the object is saved.
+  virtual void doCustomSave();
   static COSClass* getClassInstance();
 };

@@ -31,6 +31,9 @@ namespace sgutils {
 struct GraphicsLoadOptions {
   // Makes a function handle from its saved text (see vxReadOptions).
   std::function<vxArray*(const std::string& text)> makeFunctionHandle;
+  // Makes an anonymous function with the variables it captured (see
+  // vxReadOptions); without it they are dropped.
+  std::function<vxArray*(const std::string& text, std::vector<vxNamedValue> captured)> makeCapturingFunctionHandle;
   // The parent for a loaded object that is the top of a saved tree (null
   // for none), asked after the trees are built: a figure goes under the
   // root, for example.

@@ -100,3 +100,4 @@ vxArray* vxCreateFunctionHandle(std::shared_ptr<const vxFunctionHandleData> data
 }
 
 vxFunctionHandleData::~vxFunctionHandleData() = default;
+std::vector<std::pair<std::string, const vxArray*>> vxFunctionHandleData::capturedValues() const { return {}; }

@@ -87,6 +87,10 @@ std::size_t realElementBytes(int c) {
 
 using Packer = msgpack::packer<msgpack::sbuffer>;
 
+// Set while packing when a function handle with captured variables was
+// written, which needs version 3.
+thread_local bool tCapturesWritten = false;
+
 void packBytes(Packer& pk, const void* data, std::size_t n) {
   pk.pack_bin(static_cast<std::uint32_t>(n));
   if (n) pk.pack_bin_body(static_cast<const char*>(data), static_cast<std::uint32_t>(n));
@@ -141,9 +145,25 @@ void packValue(Packer& pk, const vxArray* a, std::size_t depth, const vxWriteOpt
         }
       return;
     }
-    case vxFUNCTION_CLASS:
-      pk.pack(vxGetFunctionHandle(a)->text());
+    case vxFUNCTION_CLASS: {
+      const auto handle = vxGetFunctionHandle(a);
+      const std::vector<std::pair<std::string, const vxArray*>> captured = handle->capturedValues();
+      if (captured.empty()) {
+        pk.pack(handle->text());
+        return;
+      }
+      // [text, entries]: version 3.
+      tCapturesWritten = true;
+      pk.pack_array(2);
+      pk.pack(handle->text());
+      pk.pack_array(static_cast<std::uint32_t>(captured.size()));
+      for (const auto& [name, value] : captured) {
+        pk.pack_array(2);
+        pk.pack(name);
+        packValue(pk, value, depth + 1, objects);
+      }
       return;
+    }
     case vxOBJECT_CLASS:
       if (!objects || !objects->objectIndex || !objects->objectClassName) break;
       pk.pack_array(2);
@@ -179,6 +199,7 @@ struct Reader {
   const vxReadOptions& options;
   std::uint64_t rawLength;  // every element costs at least one byte of it
   std::size_t objectCount = 0;  // entries of the object table
+  std::uint32_t version = 1;    // of the file being read
 
   static const msgpack::object& at(const msgpack::object& o, std::size_t i) { return o.via.array.ptr[i]; }
 
@@ -290,9 +311,32 @@ struct Reader {
       }
       case vxFUNCTION_CLASS: {
         if (numel != 1 || dims.size() != 2) corrupt("a function handle that is not 1-by-1");
-        if (payload.type != msgpack::type::STR || payload.via.str.size == 0) corrupt("a function handle without text");
+        // Version 3 adds [text, entries] for a handle with captured variables.
+        const bool withCaptures = payload.type == msgpack::type::ARRAY && version >= 3;
+        if (withCaptures) expectArray(payload, 2, "a function handle is not its text and its variables");
+        const msgpack::object& textObject = withCaptures ? at(payload, 0) : payload;
+        if (textObject.type != msgpack::type::STR || textObject.via.str.size == 0) corrupt("a function handle without text");
+        std::string handleText(textObject.via.str.ptr, textObject.via.str.size);
+        if (withCaptures) {
+          const msgpack::object& list = at(payload, 1);
+          if (list.type != msgpack::type::ARRAY || list.via.array.size == 0) corrupt("a function handle's variables are not a list");
+          std::vector<vxNamedValue> captured;
+          for (std::uint32_t k = 0; k < list.via.array.size; ++k) {
+            const msgpack::object& entry = at(list, k);
+            expectArray(entry, 2, "a captured variable is not a name and a value");
+            const msgpack::object& name = at(entry, 0);
+            if (name.type != msgpack::type::STR || name.via.str.size == 0 || name.via.str.size > kMaxNameBytes)
+              corrupt("a captured variable's name is not text");
+            captured.push_back({std::string(name.via.str.ptr, name.via.str.size), value(at(entry, 1), depth + 1)});
+          }
+          if (options.makeCapturingFunctionHandle) {
+            matrix::unique_vxArray a(options.makeCapturingFunctionHandle(handleText, std::move(captured)));
+            if (!a || !vxIsFunctionHandle(a.get())) corrupt("a function handle whose text is not a function");
+            return a;
+          }
+        }
         if (!options.makeFunctionHandle) throw Error("VANTEL:vx:serialize:NoFunctionHandles");
-        matrix::unique_vxArray a(options.makeFunctionHandle(std::string(payload.via.str.ptr, payload.via.str.size)));
+        matrix::unique_vxArray a(options.makeFunctionHandle(handleText));
         if (!a || !vxIsFunctionHandle(a.get())) corrupt("a function handle whose text is not a function");
         return a;
       }
@@ -425,7 +469,10 @@ std::vector<vxNamedValue> readEntries(const msgpack::object& list, const Reader&
 std::vector<std::uint8_t> vxSerializeValues(std::span<const std::pair<std::string, const vxArray*>> values) {
   msgpack::sbuffer buffer;
   Packer pk(buffer);
+  tCapturesWritten = false;
   packEntries(pk, values, nullptr);
+  // Captured variables need version 3, whose body is that of version 2.
+  if (tCapturesWritten) return vxSerializeDocument(values, {}, {});
   return frame(buffer, 1);
 }
 
@@ -435,6 +482,7 @@ struct vxDocumentWriter::State {
   msgpack::sbuffer buffer;
   Packer pk;
   std::size_t remaining = 0;
+  bool captures = false;  // a handle with captured variables was written: version 3
 };
 
 vxDocumentWriter::vxDocumentWriter(std::span<const std::pair<std::string, const vxArray*>> values,
@@ -443,7 +491,9 @@ vxDocumentWriter::vxDocumentWriter(std::span<const std::pair<std::string, const 
   if (objectCount > 0xffffffffULL) throw Error("VANTEL:vx:serialize:TooLarge");
   Packer& pk = state_->pk;
   pk.pack_array(2);
+  tCapturesWritten = false;
   packEntries(pk, values, &state_->options);
+  state_->captures = tCapturesWritten;
   pk.pack_array(static_cast<std::uint32_t>(objectCount));
   state_->remaining = objectCount;
 }
@@ -460,11 +510,13 @@ void vxDocumentWriter::addObject(std::string_view className, std::int64_t madeBy
   pk.pack(madeBy);
   pk.pack(madeByProperty);
   pk.pack_array(static_cast<std::uint32_t>(fields.size()));
+  tCapturesWritten = false;
   for (const Field& field : fields) {
     pk.pack_array(2);
     pk.pack(field.name);
     packValue(pk, field.value, 0, &state_->options);
   }
+  state_->captures = state_->captures || tCapturesWritten;
   // A large body is checked as it grows, not only at the end.
   if (state_->buffer.size() > kMaxRawBytes) throw Error("VANTEL:vx:serialize:TooLarge");
 }
@@ -472,7 +524,7 @@ void vxDocumentWriter::addObject(std::string_view className, std::int64_t madeBy
 std::vector<std::uint8_t> vxDocumentWriter::finish() {
   // A table shorter than announced would not read back.
   if (state_->remaining != 0) throw Error("VANTEL:vx:serialize:Corrupt", "records missing from the object table");
-  return frame(state_->buffer, vxSerializeFormatVersion);
+  return frame(state_->buffer, state_->captures ? vxSerializeFormatVersion : vxSerializeObjectTableVersion);
 }
 
 std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::string, const vxArray*>> values,
@@ -480,6 +532,7 @@ std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::str
                                               const vxWriteOptions& options) {
   msgpack::sbuffer buffer;
   Packer pk(buffer);
+  tCapturesWritten = false;
   pk.pack_array(2);
   packEntries(pk, values, &options);
   pk.pack_array(static_cast<std::uint32_t>(objects.size()));
@@ -490,7 +543,7 @@ std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::str
     pk.pack(object.head.madeByProperty);
     packEntries(pk, object.fields, &options);
   }
-  return frame(buffer, vxSerializeFormatVersion);
+  return frame(buffer, tCapturesWritten ? vxSerializeFormatVersion : vxSerializeObjectTableVersion);
 }
 
 vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const vxReadOptions& options) {
@@ -514,12 +567,13 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
   }
   const msgpack::object& top = handle.get();
   Reader reader{options, raw.size()};
+  reader.version = version;
   vxSavedDocument out;
   if (version == 1) {
     out.values = readEntries(top, reader);
     return out;
   }
-  // Version 2: [values, object table]. The heads are checked and handed up
+  // Versions 2 and 3: [values, object table]. The heads are checked and handed up
   // first, so that the objects exist before any value refers to them.
   Reader::expectArray(top, 2, "the body is not values and objects");
   const msgpack::object& table = Reader::at(top, 1);

@@ -24,6 +24,8 @@ class FunctionHandle final : public vxFunctionHandleData {
   ~FunctionHandle() override;
 
   std::string text() const override;
+  // The captured variables, so that a saved anonymous function keeps them.
+  std::vector<std::pair<std::string, const vxArray*>> capturedValues() const override;
 
   bool isAnonymous() const noexcept { return lambda_ != nullptr; }
   const std::string& name() const noexcept { return name_; }

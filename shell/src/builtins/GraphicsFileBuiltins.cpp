@@ -22,6 +22,7 @@ constexpr char kFigureEntry[] = "figure";
 sgutils::GraphicsLoadOptions loadOptions(const vxReadOptions& read) {
   sgutils::GraphicsLoadOptions options;
   options.makeFunctionHandle = read.makeFunctionHandle;
+  options.makeCapturingFunctionHandle = read.makeCapturingFunctionHandle;
   options.parentOfTopLevel = [](const COSInterfacePtr& object) {
     return sgclasses::isOfClass(object.get(), {sgclasses::kFigureClass}) ? sgclasses::root() : COSInterfacePtr();
   };
@@ -45,7 +46,7 @@ void bSavefig(Interpreter&, int, Out&, Args in) {
 void bOpenfig(Interpreter&, int, Out& out, Args in) {
   checkArgs("openfig", in, 1, 1);
   std::vector<vxNamedValue> values =
-      sgutils::GraphicsFile::load(textArg("openfig", in[0]), loadOptions({functionHandleFromText, {}, {}}));
+      sgutils::GraphicsFile::load(textArg("openfig", in[0]), loadOptions(handleReadOptions()));
   for (vxNamedValue& v : values)
     if (v.name == kFigureEntry && vxIsObject(v.value.get())) {
       out.push_back(Value(v.value.release()));

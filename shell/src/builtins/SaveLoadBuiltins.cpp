@@ -3,11 +3,15 @@
 // handles are saved as their text and made again by str2func on load.
 #include <algorithm>
 #include <cstdint>
+#include <map>
+#include <memory>
 
 #include <vx/vxSerialize.h>
 
 #include "builtins/BuiltinSupport.h"
 #include "builtins/SaveLoadHooks.h"
+#include "sgsh/FunctionHandle.h"
+#include "sgsh/Parser.h"
 
 namespace sgsh::builtins {
 
@@ -25,6 +29,26 @@ vxArray* functionHandleFromText(const std::string& text) {
   Out out;
   str2func(Interpreter::current(), 1, out, args);
   return out.at(0).release();
+}
+
+vxArray* functionHandleWithCaptures(const std::string& text, std::vector<vxNamedValue> captured) {
+  // Parsed as str2func parses an anonymous function; only such a text can
+  // have captured variables.
+  Program p = Parser::parse("h = " + text + ";");
+  if (p.body->kids.size() != 1 || p.body->kids[0]->kind != NodeKind::Assign ||
+      p.body->kids[0]->kids[1]->kind != NodeKind::Lambda)
+    throw Error("VANTEL:sgsh:NotHandle", "load");
+  std::map<std::string, Value> variables;
+  for (vxNamedValue& v : captured) variables.emplace(std::move(v.name), Value(v.value.release()));
+  NodePtr lambda = p.body->kids[0]->kids[1];
+  return Interpreter::current().makeHandle(std::make_shared<FunctionHandle>(lambda, std::move(variables))).release();
+}
+
+vxReadOptions handleReadOptions() {
+  vxReadOptions options;
+  options.makeFunctionHandle = functionHandleFromText;
+  options.makeCapturingFunctionHandle = functionHandleWithCaptures;
+  return options;
 }
 
 namespace {
@@ -63,7 +87,7 @@ void bLoad(Interpreter& in, int nargout, Out& out, Args args) {
   const std::string file = textArg("load", args[0]);
   const SaveLoadHooks& hooks = SaveLoadHooks::instance();
   std::vector<vxNamedValue> values =
-      hooks.load ? hooks.load(file, {functionHandleFromText, {}, {}}) : vxLoadValuesFile(file, {functionHandleFromText, {}, {}});
+      hooks.load ? hooks.load(file, handleReadOptions()) : vxLoadValuesFile(file, handleReadOptions());
   if (nargout > 0) {
     Value s(vxCreateStructMatrix(1, 1, 0, nullptr));
     for (vxNamedValue& v : values) {

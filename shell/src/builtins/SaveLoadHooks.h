@@ -25,5 +25,9 @@ struct SaveLoadHooks {
 
 // A function handle from its saved text, made the way str2func makes one.
 vxArray* functionHandleFromText(const std::string& text);
+// An anonymous function from its saved text and the variables it captured.
+vxArray* functionHandleWithCaptures(const std::string& text, std::vector<vxNamedValue> captured);
+// The reader's options of load and openfig: both of the above.
+vxReadOptions handleReadOptions();
 
 }  // namespace sgsh::builtins

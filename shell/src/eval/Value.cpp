@@ -52,6 +52,14 @@ FunctionHandle::~FunctionHandle() = default;
 
 std::string FunctionHandle::text() const { return lambda_ ? lambda_->text : "@" + name_; }
 
+std::vector<std::pair<std::string, const vxArray*>> FunctionHandle::capturedValues() const {
+  std::vector<std::pair<std::string, const vxArray*>> out;
+  out.reserve(captured_.size());
+  for (const auto& [name, value] : captured_)
+    if (value.get()) out.emplace_back(name, value.get());
+  return out;
+}
+
 // Output goes through the platform's printing sink, shared with utPrintf
 // and everything else that prints.
 void writeOutput(std::string_view text) { services::io::writeOutput(text); }

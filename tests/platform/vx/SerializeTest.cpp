@@ -320,7 +320,7 @@ TEST(Serialize, AnObjectTableIsHandedUpBeforeAnyValueAndChecked) {
   const std::vector<vxSavedObjectView> table = {{{"a.Owner", -1, ""}, {{"Tag", tag.get()}}},
                                                 {{"a.Part", 0, "Title"}, {}}};
   const std::vector<std::uint8_t> bytes = vxSerializeDocument(s.entries(), table, {});
-  EXPECT_EQ(bytes[8], vxSerializeFormatVersion);
+  EXPECT_EQ(bytes[8], vxSerializeObjectTableVersion);
   std::vector<std::string> order;
   vxReadOptions options;
   options.makeObjects = [&](std::span<const vxSavedObjectHead> heads) {

@@ -13,6 +13,8 @@
 
 class COSClass;
 class COSClient;
+class COSDataTypePtr;
+class COSValue;
 struct vxArray;
 
 class VCOS_API COSClassInfo {
@@ -68,10 +70,14 @@ class VCOS_API COSClassInfo {
   virtual bool isDestructible() const;
   virtual bool isLocked() const;
   virtual void instanceLoaded(COSInterface* instance);
-  // A custom saved form of the instance, or null for the ordinary one.
-  virtual vxArray* customSave(COSInterface* instance);
-  // True when the saved form was taken in by the class.
-  virtual bool customLoad(COSInterface* instance, const vxArray* saved);
+  // Called as the serializer saves the instance. True when the class put a
+  // saved form of its own in `value` (of type `type`); false saves the
+  // instance the ordinary way.
+  virtual bool customSave(COSInterface* instance, COSValue& value, COSDataTypePtr& type);
+  // Called once the serializer has restored the instance; `value` is the
+  // saved form (a 1-by-1 array of the instance when its properties were
+  // restored already) and `type` its type. The default does nothing.
+  virtual void customLoad(COSInterfacePtr& instance, COSValue value, COSDataTypePtr type);
   virtual const char* getModule() const;
   virtual bool areClassFunctionsAllowed() const;
   virtual bool areExtensionMethodsAllowed() const;

@@ -5,6 +5,9 @@
 #include <new>
 
 #include "vcos/AbstractClassInfo.h"
+#include "vcos/COSDataType.h"
+#include "vcos/COSDataTypePtr.h"
+#include "vcos/COSValue.h"
 
 void* COSClassInfo::operator new(std::size_t size) { return ::operator new(size); }
 void COSClassInfo::operator delete(void* p) noexcept { ::operator delete(p); }
@@ -40,8 +43,8 @@ bool COSClassInfo::isInstanceLeaf() const { return false; }
 bool COSClassInfo::isDestructible() const { return true; }
 bool COSClassInfo::isLocked() const { return false; }
 void COSClassInfo::instanceLoaded(COSInterface*) {}
-vxArray* COSClassInfo::customSave(COSInterface*) { return nullptr; }
-bool COSClassInfo::customLoad(COSInterface*, const vxArray*) { return false; }
+bool COSClassInfo::customSave(COSInterface*, COSValue&, COSDataTypePtr&) { return false; }
+void COSClassInfo::customLoad(COSInterfacePtr&, COSValue, COSDataTypePtr) {}
 const char* COSClassInfo::getModule() const { return ""; }
 bool COSClassInfo::areClassFunctionsAllowed() const { return true; }
 bool COSClassInfo::areExtensionMethodsAllowed() const { return false; }

@@ -83,12 +83,19 @@ struct vxReadOptions {
   std::function<vxArray*(const std::string& className, std::span<const vxSize> dims,
                          std::span<const std::int64_t> indexes)>
       makeObjectArray;
+  // Makes an anonymous function from its text and the variables it had
+  // captured (version 3); without it such a handle is made by
+  // makeFunctionHandle and its captured variables are dropped.
+  std::function<vxArray*(const std::string& text, std::vector<vxNamedValue> captured)> makeCapturingFunctionHandle;
 };
 
-// The format version this build writes for a set with an object table, and
-// the newest it reads; a set without one is written as version 1, which
-// older readers read too.
-inline constexpr std::uint32_t vxSerializeFormatVersion = 2;
+// The newest format version this build reads and writes. A set with a
+// function handle that captured variables is written as version 3; else a
+// set with an object table as version 2, and a set without one as version 1,
+// so that older readers read every file they can represent.
+inline constexpr std::uint32_t vxSerializeFormatVersion = 3;
+// The version of a set with an object table and no captured variables.
+inline constexpr std::uint32_t vxSerializeObjectTableVersion = 2;
 
 // The framed bytes of the values, in order. Object arrays raise
 // VANTEL:vx:serialize:UnsupportedClass.

@@ -1,0 +1,281 @@
+// The class-system load step of graphics objects on a generated test class:
+// the forms of "loadobj", the class's "doloadobj" and what it returns,
+// sgLoadObj and the load fields, the pass after load, and the defaults a
+// save carries in "InternalDefaultPropMap".
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "foundation/core/except/Error.h"
+#include "foundation/log/LogCapture.h"
+#include "foundation/log/Logger.h"
+#include "sgutils/classinfo/loadobjBaseMI.h"
+#include "sgutils/objects/TestLoadObj.gen.h"
+#include "support/ErrorId.h"
+#include "../objects/MixinTestSupport.h"
+#include "vcos/COSClass.h"
+#include "vcos/COSClassInfo.h"
+#include "vcos/COSDataType.h"
+#include "vcos/COSMethodBase.h"
+#include "vcos/COSPropInfo.h"
+
+namespace sgtest {
+
+namespace {
+
+// What the test class's "doloadobj" returns.
+enum class DoLoadObj { Same, Empty, Number, Throws };
+DoLoadObj doLoadObjMode = DoLoadObj::Same;
+int doLoadObjCalls = 0;
+
+class DoLoadObjMI final : public COSMethodBase {
+ public:
+  explicit DoLoadObjMI(COSID classId) : COSMethodBase(classId, COSID("doloadobj"), PublicAccess, "test load step") {}
+  void invoke(const COSClient*, int& nlhs, COSValue* plhs, int, const COSValue* prhs) const override {
+    ++doLoadObjCalls;
+    if (nlhs < 1) nlhs = 1;
+    switch (doLoadObjMode) {
+      case DoLoadObj::Same:
+        plhs[0] = COSValue(vxDuplicateArray(prhs[0].asPointer<const vxArray>()));
+        return;
+      case DoLoadObj::Empty: plhs[0] = COSValue(omCreateVCOSMatrix(0, 0, getClassID())); return;
+      case DoLoadObj::Number: plhs[0] = COSValue(vxCreateDoubleScalar(7)); return;
+      case DoLoadObj::Throws: throw foundation::core::except::Error("VANTEL:sg:load:BadContent", "from doloadobj");
+    }
+  }
+};
+
+}  // namespace
+
+void TestLoadObj::addMethods(COSClass* cls, COSID classId) { cls->addMethod(new DoLoadObjMI(classId)); }
+
+namespace mixins {
+namespace {
+
+namespace lg = foundation::log;
+
+TestLoadObj& core(const COSInterfacePtr& object) {
+  return *static_cast<TestLoadObj*>(static_cast<SGReference*>(object->getInstanceData(TestLoadObj::classID())));
+}
+
+struct Call {
+  bool called = false;
+  int nlhs = 0;
+  Arr out;
+};
+
+// Calls a static method of the test class with the inputs, asking for `nlhs` outputs.
+Call call(const char* method, std::vector<const vxArray*> in, int nlhs = 1) {
+  registerMixinTestClasses();
+  vxArray* out[1] = {nullptr};
+  Call c;
+  c.called = omCallMethod(COSID("sg2utils.TestLoadObj"), COSID(method), COSGetPublicClient(), nlhs, out,
+                          static_cast<int>(in.size()), in.data(), false);
+  c.out.reset(out[0]);
+  return c;
+}
+
+COSInterfacePtr element(const Arr& array) {
+  return array && omIsVCOS(array.get()) && vxGetNumberOfElements(array.get()) == 1 ? omGetArrayElement(array.get(), 0)
+                                                                                    : COSInterfacePtr();
+}
+
+struct Log {
+  explicit Log(std::uint32_t bits) { lg::setChannelLevel("graphics::object_serialization", bits); }
+  ~Log() { lg::setChannelLevel("graphics::object_serialization", 0); }
+  std::vector<std::string> lines() const {
+    std::vector<std::string> out;
+    for (const auto& r : capture.records())
+      if (r.channel == "graphics::object_serialization") out.push_back(r.text);
+    return out;
+  }
+  lg::LogCapture capture;
+};
+
+constexpr std::uint32_t kAllBits = (1u << 2) | (1u << 3) | (1u << 8) | (1u << 9);
+
+struct LoadObjTest : ::testing::Test {
+  void SetUp() override {
+    registerMixinTestClasses();
+    doLoadObjMode = DoLoadObj::Same;
+    doLoadObjCalls = 0;
+  }
+};
+
+TEST_F(LoadObjTest, TheMetaclassAddsBothLoadMethodsStaticAndOnlyLoadobjVisible) {
+  COSClass* cls = COSClass::getClass(COSID("sg2utils.TestLoadObj"));
+  ASSERT_NE(cls, nullptr);
+  const COSMethodInfo* loadobj = cls->findMethod(COSID("loadobj"));
+  const COSMethodInfo* finalize = cls->findMethod(COSID("finalizeIncomingObject"));
+  ASSERT_NE(dynamic_cast<const loadobjBaseMI*>(loadobj), nullptr);
+  ASSERT_NE(dynamic_cast<const loadobjBaseMI*>(finalize), nullptr);
+  EXPECT_TRUE(loadobj->isStatic() && finalize->isStatic());
+  EXPECT_TRUE(loadobj->isVisible());
+  EXPECT_FALSE(finalize->isVisible());
+  EXPECT_STREQ(loadobj->getDescription(), "Customized loadobj");
+  EXPECT_EQ(static_cast<const loadobjBaseMI*>(loadobj)->getOwningClassName(), "sg2utils.TestLoadObj");
+}
+
+// The restored object goes through doloadobj and sgLoadObj; a top of a save
+// runs its pass at once, any other object waits for its parent's.
+TEST_F(LoadObjTest, ObjFormCallsDoloadobjThenSgLoadObjWithTheLogLines) {
+  COSInterfacePtr object = make("sg2utils.TestLoadObj");
+  core(object).setTopLevelSerializedObject(false);
+  Arr self = obj(object);
+  std::vector<std::string> lines;
+  {
+    Log log(kAllBits);
+    Call c = call("loadobj", {self.get()});
+    EXPECT_TRUE(c.called);
+    EXPECT_EQ(element(c.out), object);
+    lines = log.lines();
+  }
+  EXPECT_EQ(lines, (std::vector<std::string>{"sg2utils.TestLoadObj.loadobj(obj)", "    Calling doloadobj",
+                                             "    Calling sgLoadObj"}));
+  EXPECT_EQ(doLoadObjCalls, 1);
+  EXPECT_TRUE(core(object).getLoadObjCalled());
+  // Not a top and no parent's pass yet: nothing ran, so the mark is unchanged.
+  EXPECT_FALSE(core(object).peekTopLevelSerializedObject());
+  // A parent's pass now runs it; a second pass without force does nothing.
+  core(object).executeCreateFcnAndApplyDefaultsAfterLoad(false);
+  EXPECT_TRUE(core(object).peekTopLevelSerializedObject());
+  remove(object);
+}
+
+TEST_F(LoadObjTest, APassBeforeTheObjectsOwnLoadStepLeavesAMarkThatSgLoadObjFollows) {
+  COSInterfacePtr object = make("sg2utils.TestLoadObj");
+  core(object).setTopLevelSerializedObject(false);
+  core(object).executeCreateFcnAndApplyDefaultsAfterLoad(false);
+  EXPECT_TRUE(core(object).getParentExecutedCreateFcn());
+  EXPECT_FALSE(core(object).peekTopLevelSerializedObject());
+  core(object).sgLoadObj();
+  EXPECT_TRUE(core(object).getLoadObjCalled());
+  EXPECT_TRUE(core(object).peekTopLevelSerializedObject());
+  remove(object);
+}
+
+// What doloadobj gives decides whether sgLoadObj runs; the result goes out as it came.
+TEST_F(LoadObjTest, DoloadobjResultsThatAreNoObjectSkipSgLoadObjAndErrorsPassThrough) {
+  COSInterfacePtr object = make("sg2utils.TestLoadObj");
+  Arr self = obj(object);
+  doLoadObjMode = DoLoadObj::Empty;
+  Call empty = call("loadobj", {self.get()});
+  ASSERT_TRUE(empty.out);
+  EXPECT_TRUE(omIsVCOS(empty.out.get()));
+  EXPECT_EQ(vxGetNumberOfElements(empty.out.get()), 0u);
+  EXPECT_FALSE(core(object).getLoadObjCalled());
+
+  doLoadObjMode = DoLoadObj::Number;
+  Call number = call("finalizeIncomingObject", {self.get()});
+  ASSERT_TRUE(number.out);
+  EXPECT_TRUE(vxIsDouble(number.out.get()));
+  EXPECT_EQ(vxGetScalar(number.out.get()), 7.0);
+  EXPECT_FALSE(core(object).getLoadObjCalled());
+
+  doLoadObjMode = DoLoadObj::Throws;
+  EXPECT_EQ(errorId([&] { call("loadobj", {self.get()}); }), "VANTEL:sg:load:BadContent");
+  EXPECT_FALSE(core(object).getLoadObjCalled());
+  remove(object);
+}
+
+// "(struct)" makes an object and sets the fields it can; the others are
+// logged and dropped. "(struct, obj)" with no usable object gives nothing.
+TEST_F(LoadObjTest, StructFormsLoadWhatFitsAndIgnoreAnUnusableObject) {
+  const char* names[] = {"Tag", "Interruptible", "NoSuchProperty"};
+  Arr s(vxCreateStructMatrix(1, 1, 3, names));
+  vxSetField(s.get(), 0, "Tag", vxCreateString("from struct"));
+  vxSetField(s.get(), 0, "Interruptible", vxCreateString("not a switch"));
+  vxSetField(s.get(), 0, "NoSuchProperty", vxCreateDoubleScalar(1));
+  std::vector<std::string> lines;
+  COSInterfacePtr made;
+  {
+    Log log(kAllBits);
+    Call c = call("loadobj", {s.get()});
+    made = element(c.out);
+    lines = log.lines();
+  }
+  ASSERT_TRUE(made);
+  EXPECT_EQ(getText(made, "Tag"), "from struct");
+  EXPECT_EQ(getText(made, "Interruptible"), "on");
+  EXPECT_TRUE(core(made).getLoadObjCalled());
+  const std::vector<std::string> expected{"sg2utils.TestLoadObj.loadobj(struct)",
+                                          "    Loading property: Interruptible",
+                                          "        Failed datatype conversion",
+                                          "    Loading property: Tag",
+                                          "    Calling doloadobj",
+                                          "    Calling sgLoadObj"};
+  // Properties come in the order of the class; compare without it.
+  std::vector<std::string> sortedLines = lines, sortedExpected = expected;
+  std::sort(sortedLines.begin(), sortedLines.end());
+  std::sort(sortedExpected.begin(), sortedExpected.end());
+  EXPECT_EQ(sortedLines, sortedExpected);
+  EXPECT_EQ(lines.front(), expected.front());
+  remove(made);
+
+  // doloadobj replacing the made object deletes it: nothing is left behind.
+  doLoadObjMode = DoLoadObj::Empty;
+  Call replaced = call("loadobj", {s.get()});
+  EXPECT_EQ(vxGetNumberOfElements(replaced.out.get()), 0u);
+
+  Arr none = empty();
+  Call nothing = call("loadobj", {s.get(), none.get()});
+  EXPECT_TRUE(nothing.called);
+  EXPECT_FALSE(nothing.out);
+  EXPECT_EQ(doLoadObjCalls, 2);
+}
+
+// The defaults stored on an object travel in a hidden dynamic property that
+// the serializer stores; an object without defaults gets none.
+TEST_F(LoadObjTest, CustomSavePutsStoredDefaultsInAHiddenStoredDynamicProperty) {
+  COSInterfacePtr plain = make("sg2utils.TestLoadObj");
+  COSInterfacePtr withDefaults = make("sg2utils.TestLoadObj");
+  const char* names[] = {"defaultLineLineWidth"};
+  Arr defaults(vxCreateStructMatrix(1, 1, 1, names));
+  vxSetField(defaults.get(), 0, "defaultLineLineWidth", vxCreateDoubleScalar(3));
+  SGHandle::fromObject(withDefaults.get())->setDefaultProp(defaults.get());
+  COSClassInfo* info = withDefaults->getClass()->getClassInfo();
+  for (const COSInterfacePtr& object : {plain, withDefaults}) {
+    COSValue value;
+    COSDataTypePtr type;
+    EXPECT_FALSE(info->customSave(object.get(), value, type));
+    const bool expectProperty = object == withDefaults;
+    COSInterfacePtr found;
+    object->findDynamicProperty(found, COSID("InternalDefaultPropMap"));
+    ASSERT_EQ(static_cast<bool>(found), expectProperty);
+    EXPECT_EQ(static_cast<bool>(type), expectProperty);
+    if (!expectProperty) continue;
+    EXPECT_EQ(element(Arr(value.asPointer<vxArray>())), object);
+    auto* property = static_cast<COSPropInfo*>(found.get());
+    EXPECT_FALSE(property->isTransient());
+    EXPECT_FALSE(property->isVisible());
+    Arr stored = get(object, "InternalDefaultPropMap");
+    ASSERT_TRUE(vxIsStruct(stored.get()));
+    EXPECT_EQ(vxGetScalar(vxGetField(stored.get(), 0, "defaultLineLineWidth")), 3.0);
+  }
+  remove(plain);
+  remove(withDefaults);
+}
+
+TEST_F(LoadObjTest, CustomLoadCallsLoadobjAndMarksTheObjectLoadedFromFile) {
+  COSInterfacePtr object = make("sg2utils.TestLoadObj");
+  core(object).setTopLevelSerializedObject(true);
+  Arr number(vxCreateDoubleScalar(1));
+  std::vector<std::string> lines;
+  {
+    Log log(1u << 2);
+    object->getClass()->getClassInfo()->customLoad(object, COSValue(number.get()), COSDataTypePtr());
+    lines = log.lines();
+  }
+  EXPECT_EQ(lines, (std::vector<std::string>{"BaseObjectCOSInfo::customLoad sg2utils.TestLoadObj",
+                                             "    'val' is not an VCOS object", "    Calling sgLoadObj"}));
+  EXPECT_EQ(doLoadObjCalls, 1);
+  EXPECT_TRUE(core(object).getLoadObjCalled());
+  EXPECT_TRUE(SGHandle::fromObject(object.get())->getLoadedFromFile());
+  remove(object);
+}
+
+}  // namespace
+}  // namespace mixins
+}  // namespace sgtest
