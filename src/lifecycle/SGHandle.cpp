@@ -17,7 +17,9 @@
 #include "vcos/COSListener.h"
 #include "vcos/COSClassInfo.h"
 #include "vcos/COSPackage.h"
+#include "vcos/InstanceBlocks.h"
 #include "vcos/ObjectArray.h"
+#include "vcos/PropertyRouteEpoch.h"
 #include "vx/matrix.h"
 #include "vx/vxCreate.h"
 #include "vcos/VxProperty.h"
@@ -151,8 +153,28 @@ void SGHandle::setDefaultProp(const vxArray* value) {
 
 SGHandle* SGHandle::fromObject(const COSInterface* object) noexcept {
   if (!object || object->isDestroyed()) return nullptr;
+  // Where the Graphics block lies depends on the class alone: its index is
+  // kept for the last class that has one while the property route epoch
+  // stays (a class destroyed moves it, so a new class at the same address
+  // is asked again). A class without the block is asked each time: its
+  // slot table may still be in the making. Interpreter thread only, like
+  // the other kept answers.
+  static struct {
+    const COSClass* cls = nullptr;
+    std::uint64_t epoch = 0;
+    int slot = -1;
+  } kept;
+  const COSClass* cls = object->getClass();
+  const std::uint64_t epoch = vcos::propertyRouteEpoch();
+  if (cls != kept.cls || epoch != kept.epoch) {
+    const int slot = vcos::blockSlotOf(cls, graphicsClassId());
+    if (slot < 0) return nullptr;
+    kept.cls = cls;
+    kept.epoch = epoch;
+    kept.slot = slot;
+  }
   // Blocks are stored as SGReference pointers.
-  void* block = object->getInstanceData(graphicsClassId());
+  void* block = vcos::instanceDataAt(object, kept.slot);
   return block ? static_cast<SGHandle*>(static_cast<SGReference*>(block)) : nullptr;
 }
 

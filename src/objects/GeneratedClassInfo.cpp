@@ -2,6 +2,8 @@
 // their post-set hook.
 #include "sgutils/objects/GeneratedClassInfo.h"
 
+#include <utility>
+
 #include "foundation/graphicsstate/GraphicsState.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "vcos/COSCasts.h"
@@ -14,11 +16,11 @@ GeneratedBlock::~GeneratedBlock() = default;
 
 void GeneratedBlock::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
   // Null for an object outside "vantel.graphics.Graphics".
-  if (SGHandle* handle = toSGHandle(object)) handle->doPostSet(object, property, flags);
+  if (SGHandle* handle = toSGHandle(object)) handle->doPostSet(std::move(object), property, flags);
 }
 
 void GeneratedBlock::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
-  if (SGHandle* handle = toSGHandle(object)) handle->doPostSet(object, property, limitsDirty, objectDirty);
+  if (SGHandle* handle = toSGHandle(object)) handle->doPostSet(std::move(object), property, limitsDirty, objectDirty);
 }
 
 const GeneratedClassInfo::BlockPlan& GeneratedClassInfo::planFor(COSClass* cls) {

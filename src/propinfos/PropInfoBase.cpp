@@ -73,10 +73,12 @@ namespace detail {
 
 WebChecks& webChecks() noexcept {
   static WebChecks checks{WebPropertyCheck(BoardUpUnimplementedWebFunctionality::checkWebPropertySupportDefault),
-                          WebPropertyCheck(BoardUpUnimplementedWebFunctionality::checkWebPropertySupportDefault),
-                          false, false};
+                          WebPropertyCheck(BoardUpUnimplementedWebFunctionality::checkWebPropertySupportDefault)};
   return checks;
 }
+
+bool webGetCheckActive = false;
+bool webSetCheckActive = false;
 
 void runWebCheck(const WebPropertyCheck& check, COSInterface* instance, const char* name, COSValue value) {
   check(COSInterfacePtr(instance), std::string(name ? name : ""), value);
@@ -97,8 +99,8 @@ void registerCheckWebPropertySupportFunctor(WebPropertyCheck setCheck, WebProper
   detail::WebChecks& c = detail::webChecks();
   c.set = std::move(setCheck);
   c.get = std::move(getCheck);
-  c.setActive = !isDefaultCheck(c.set);
-  c.getActive = !isDefaultCheck(c.get);
+  detail::webSetCheckActive = !isDefaultCheck(c.set);
+  detail::webGetCheckActive = !isDefaultCheck(c.get);
 }
 
 void clearCheckWebPropertySupportFunctor() {

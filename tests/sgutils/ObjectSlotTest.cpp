@@ -5,6 +5,9 @@
 #include <vector>
 
 #include "TestGraphicsClasses.h"
+#include "objects/MixinTestSupport.h"
+#include "sgutils/lifecycle/SGHandle.h"
+#include "vcos/InstanceBlocks.h"
 #include "vcos/vcos.h"
 
 using namespace sgtest;
@@ -43,4 +46,25 @@ TEST_F(ObjectSlot, BlocksFollowTheirObjectOnceTheClassLayoutIsKnown) {
     (*o)->deleteObject(COSGetPublicClient());
     o->reset();
   }
+}
+
+TEST_F(ObjectSlot, TheGraphicsBlockIsFoundForEachClassInTurn) {
+  // Two classes whose Graphics blocks lie at different indices, met in
+  // turn: the index kept for one class must not serve the other.
+  const COSID graphics("vantel.graphics.Graphics");
+  COSInterfacePtr a = construct({});
+  COSInterfacePtr b = mixins::make("sg2utils.TestLoadObj");
+  ASSERT_NE(vcos::blockSlotOf(a->getClass(), graphics), vcos::blockSlotOf(b->getClass(), graphics));
+  for (int i = 0; i < 3; ++i)
+    for (const COSInterfacePtr& o : {a, b, b, a}) {
+      ASSERT_NE(o->getInstanceData(graphics), nullptr);
+      EXPECT_EQ(static_cast<void*>(static_cast<SGReference*>(SGHandle::fromObject(o.get()))),
+                o->getInstanceData(graphics));
+    }
+  // No Graphics block: a class object, and an object once deleted.
+  EXPECT_EQ(SGHandle::fromObject(a->getClass()), nullptr);
+  EXPECT_NE(SGHandle::fromObject(a.get()), nullptr);
+  b->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(SGHandle::fromObject(b.get()), nullptr);
+  a->deleteObject(COSGetPublicClient());
 }

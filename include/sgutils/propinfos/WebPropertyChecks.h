@@ -33,22 +33,21 @@ namespace detail {
 struct WebChecks {
   WebPropertyCheck get;
   WebPropertyCheck set;
-  // True while a check other than the default is in place.
-  bool getActive = false;
-  bool setActive = false;
 };
 SGUTILS_API WebChecks& webChecks() noexcept;
+// True while a check other than the default is in place: plain flags, so
+// that a property get or set tests one byte before anything else.
+SGUTILS_API extern bool webGetCheckActive;
+SGUTILS_API extern bool webSetCheckActive;
 SGUTILS_API void runWebCheck(const WebPropertyCheck& check, COSInterface* instance, const char* name, COSValue value);
 }  // namespace detail
 
 // Runs the set check for `name`; a no-op while the default is in place.
 inline void checkWebPropertySet(COSInterface* instance, const char* name, COSValue value) {
-  const detail::WebChecks& c = detail::webChecks();
-  if (c.setActive) detail::runWebCheck(c.set, instance, name, value);
+  if (detail::webSetCheckActive) detail::runWebCheck(detail::webChecks().set, instance, name, value);
 }
 inline void checkWebPropertyGet(COSInterface* instance, const char* name) {
-  const detail::WebChecks& c = detail::webChecks();
-  if (c.getActive) detail::runWebCheck(c.get, instance, name, COSValue());
+  if (detail::webGetCheckActive) detail::runWebCheck(detail::webChecks().get, instance, name, COSValue());
 }
 
 }  // namespace sgutils

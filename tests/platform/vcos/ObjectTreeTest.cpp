@@ -5,6 +5,7 @@
 
 #include "VcosTestClasses.h"
 #include "foundation/core/except/Error.h"
+#include "vcos/InstanceBlocks.h"
 
 using foundation::core::except::Error;
 
@@ -134,6 +135,25 @@ TEST(ObjectDeletion, ADestroyedObjectIsAShellThatRaisesOnEveryOperation) {
   EXPECT_TRUE(raises([&] { weak->resetToClassDefaults(); }));
   EXPECT_TRUE(raises([&] { weak->hookChild(vt::make("vt.Shape").get()); }));
   EXPECT_EQ(weak->getInstanceData(COSID("vt.Shape")), nullptr);
+}
+
+TEST(ObjectBlocks, ABlockByItsKeptIndexIsTheBlockByClassId) {
+  // A circle carries blocks of its own class and of both superclasses, at
+  // other indices than a shape's: each index holds the block the class id
+  // finds, and a class not in the ancestry has none.
+  COSInterfacePtr shape = vt::make("vt.Shape");
+  COSInterfacePtr circle = vt::make("vt.Circle");
+  for (const COSInterfacePtr& o : {shape, circle}) {
+    for (const char* name : {"vt.Shape", "vt.Named", "vt.Circle"}) {
+      const int slot = vcos::blockSlotOf(o->getClass(), COSID(name));
+      void* byId = o->getInstanceData(COSID(name));
+      EXPECT_EQ(slot < 0, byId == nullptr) << name;
+      if (slot >= 0) EXPECT_EQ(vcos::instanceDataAt(o.get(), slot), byId) << name;
+    }
+  }
+  EXPECT_NE(vcos::blockSlotOf(circle->getClass(), COSID("vt.Shape")), -1);
+  EXPECT_EQ(vcos::blockSlotOf(shape->getClass(), COSID("vt.Circle")), -1);
+  EXPECT_EQ(vcos::blockSlotOf(nullptr, COSID("vt.Shape")), -1);
 }
 
 TEST(ObjectDeletion, IsOkToDestroyCanRefuseAnExplicitDelete) {
