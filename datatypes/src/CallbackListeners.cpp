@@ -12,6 +12,7 @@
 #include "vcos/COSListener.h"
 #include "vcos/COSListenerOp.h"
 #include "vcos/COSPropInfo.h"
+#include "vx/vxQuery.h"
 
 namespace graphics::datatype {
 namespace {
@@ -42,6 +43,32 @@ class PropertyCallbackOp final : public COSListenerOp {
   }
 
   bool readsEventData() const noexcept override { return passEventData_; }
+
+  // Nothing runs for a source whose callback property is missing or empty,
+  // which is the case of nearly every new object and its CreateFcn. Read
+  // in place, without the copy that callback takes.
+  bool mayRunFor(COSInterface* source) const noexcept override {
+    if (!source || source->isDestroyed() || (skipDying_ && source->isBeingDestroyed())) return false;
+    try {
+      COSPropInfo* property = source->findPropertyInfo(property_);
+      if (!property) return false;
+      static const COSID callbackType(kCallbackType);
+      COSDataTypePtr type = property->getDataType();
+      const BorrowedPropertyValue borrowed = BorrowedPropertyValue::readDirect(source, property);
+      const COSValue value = borrowed.get();
+      if (type && type->getID() == callbackType) {
+        const VCallback* held = value.asPointer<const VCallback>();
+        return held && !held->isEmpty();
+      }
+      if (type && type->isVANTELArrayType()) {
+        const vxArray* array = value.asPointer<const vxArray>();
+        return array && !vxIsEmpty(array);
+      }
+      return false;
+    } catch (...) {
+      return true;  // let callback meet the failure as it always has
+    }
+  }
 
  private:
   static VCallback read(COSInterface* source, COSPropInfo* property) {

@@ -120,6 +120,8 @@ struct ParsedField {
   // it was made for.
   std::string strippedFor;
   std::string stripped;
+  // The stripped name interned, with its mode and internal faces.
+  COSID strippedId, modeId, internalId;
 };
 
 struct NameHash {
@@ -379,10 +381,13 @@ void DefaultProp::appendPairsOfClass(PropValuePairs& pairs, const std::string& s
       std::string name(fieldName);
       eraseFirstIgnoringCase(name, "default");
       eraseFirstIgnoringCase(name, shortName);
+      field.strippedId = COSID(std::string_view(name));
+      field.modeId = COSID(std::string_view(name + "Mode"));
+      field.internalId = COSID(std::string_view(name + "_I"));
       field.stripped = std::move(name);
       field.strippedFor = shortName;
     }
-    pairs.emplace_back(field.stripped, std::move(copy));
+    pairs.emplace_back(DefaultPairName(field.strippedId, field.modeId, field.internalId), std::move(copy));
   }
 }
 
@@ -413,7 +418,7 @@ matrix::unique_vxArray DefaultProp::getClassDefaults(const std::string& name) co
     if (key.size() < rest.size() || !equalsIgnoringCase(std::string_view(key).substr(0, rest.size()), rest)) continue;
     PropValuePairs pairs;
     appendPairsOfShortName(pairs, key, /*stripNames=*/false);
-    for (auto& [field, value] : pairs) byField.try_emplace(field, std::move(value));
+    for (auto& [field, value] : pairs) byField.try_emplace(field.str(), std::move(value));
   }
   std::vector<const char*> names;
   names.reserve(byField.size());

@@ -73,6 +73,12 @@ const RelatedIds& relatedIds(const std::string& name) {
   return ids.emplace(name, entry).first->second;
 }
 
+// The pair's own ids where its maker interned them; else by its name.
+RelatedIds idsOf(const DefaultPairName& name) {
+  if (name.modeId() && name.internalId()) return {name.id(), name.modeId(), name.internalId()};
+  return relatedIds(name.str());
+}
+
 // Whether the mode property reads manual (as the public client).
 bool isManual(COSInterface* object, const COSPropInfo* mode) {
   const BorrowedPropertyValue borrowed = BorrowedPropertyValue::read(object, COSGetPublicClient(), mode);
@@ -117,7 +123,7 @@ void DefaultProp::setPVPairs(const COSInterfacePtr& object, const PropValuePairs
 
   std::vector<std::pair<COSID, const vxArray*>> modes;
   for (const auto& pair : pairs) {
-    const RelatedIds& ids = relatedIds(pair.first);
+    const RelatedIds ids = idsOf(pair.first);
     COSPropInfo* property = findOn(self, ids.name);
     if (!property) continue;  // the object has no such property
     if (property->getDataType().getID() == am.id) {

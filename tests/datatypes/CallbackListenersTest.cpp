@@ -97,6 +97,25 @@ TEST_F(CallbackListeners, ArrayPropertiesAndLanguageValuesGoThroughTheRunner) {
   EXPECT_EQ(source, w.get());
 }
 
+TEST_F(CallbackListeners, MayRunOnlyWhereTheSourceHoldsACallback) {
+  COSInterfacePtr w = make("dtt.Widget");
+  const COSInterfacePtr held[] = {createListener("ClickFcn", true, false), createListener("ArrayFcn", true, false),
+                                  createListener("NoSuchFcn", true, false)};
+  COSListener* click = COSListener::toListener(held[0]);
+  COSListener* array = COSListener::toListener(held[1]);
+  COSListener* missing = COSListener::toListener(held[2]);
+  EXPECT_FALSE(click->mayRunFor(w.get()));
+  EXPECT_FALSE(array->mayRunFor(w.get()));
+  EXPECT_FALSE(missing->mayRunFor(w.get()));
+  setClick(w, [](COSInterface*, COSEventData*) {});
+  EXPECT_TRUE(click->mayRunFor(w.get()));
+  auto code = text("disp(1)");
+  w->setPropertyValue(COSGetPublicClient(), w->findPropertyInfo(COSID("ArrayFcn")), COSValue(code.get()));
+  EXPECT_TRUE(array->mayRunFor(w.get()));
+  click->setEnabled(false);
+  EXPECT_FALSE(click->mayRunFor(w.get()));
+}
+
 TEST_F(CallbackListeners, ClassListenerRunsForEveryInstanceAndSkipsOnesWithoutTheProperty) {
   COSClass* widget = COSClass::getClass(COSID("dtt.Widget"));
   COSInterfacePtr listener = createClassListener("ClickFcn", false, false);

@@ -2,14 +2,14 @@
 // set: the defaults that apply to one object.
 #pragma once
 
-#include <string>
 #include <utility>
 #include <vector>
 
+#include "sgutils/defaults/DefaultPairName.h"
 #include "vx/matrix.h"
 
 namespace sgutils {
 
-using PropValuePairs = std::vector<std::pair<std::string, matrix::unique_vxArray>>;
+using PropValuePairs = std::vector<std::pair<DefaultPairName, matrix::unique_vxArray>>;
 
 }  // namespace sgutils

@@ -4,6 +4,8 @@
 
 #include "VcosTestClasses.h"
 #include "foundation/core/except/Error.h"
+#include "vcos/COSListenerOp.h"
+#include "vcos/FaultInjection.h"
 
 using foundation::core::except::Error;
 
@@ -102,6 +104,59 @@ TEST(Events, InstanceCreatedReachesClassListenersOfBaseClasses) {
   COSInterfacePtr b = vt::make("vt.Friend");
   shape->removeClassListener(COSID("InstanceCreated"), vt::L(l));
   EXPECT_EQ(created, (std::vector<std::string>{"vt.Circle"}));
+}
+
+// A listener op that says whether it would do anything for a source.
+class HintedOp final : public COSListenerOp {
+ public:
+  HintedOp(bool& mayRun, std::vector<std::string>& runs, std::string name)
+      : mayRun_(mayRun), runs_(runs), name_(std::move(name)) {}
+  void callback(COSInterface*, COSEventData*) override { runs_.push_back(name_); }
+  bool mayRunFor(COSInterface*) const noexcept override { return mayRun_; }
+
+ private:
+  bool& mayRun_;
+  std::vector<std::string>& runs_;
+  std::string name_;
+};
+
+TEST(Events, NothingIsDispatchedWhenNoListenerWouldRunAndAllRunInOrderOtherwise) {
+  COSClass* shape = vt::cls("vt.Shape");
+  std::vector<std::string> runs;
+  bool classMayRun = false, instanceMayRun = false;
+  COSInterfacePtr onClass = COSListener::createListener(new HintedOp(classMayRun, runs, "class"));
+  COSInterfacePtr onInstance = COSListener::createListener(new HintedOp(instanceMayRun, runs, "instance"));
+  shape->addClassListener(COSID("InstanceCreated"), vt::L(onClass));
+  COSInterfacePtr c;
+  {
+    // No listener call at all: an injected listener fault is never met.
+    vcos::fault::Scope scope(vcos::fault::Point::Listener, 1);
+    c = vt::make("vt.Circle");
+    EXPECT_FALSE(scope.fired());
+  }
+  EXPECT_TRUE(runs.empty());
+  classMayRun = true;
+  COSInterfacePtr d = vt::make("vt.Circle");
+  EXPECT_EQ(runs, (std::vector<std::string>{"class"}));
+  shape->removeClassListener(COSID("InstanceCreated"), vt::L(onClass));
+
+  // One listener that may run: every listener runs, in the usual order.
+  onClass = COSListener::createListener(new HintedOp(classMayRun, runs, "class"));  // a removed one never runs
+  shape->addClassListener(COSID("Changed"), vt::L(onClass), 10);
+  c->addListener(COSID("Changed"), vt::L(onInstance), 20);
+  runs.clear();
+  classMayRun = false;
+  c->notifyEvent(COSGetPublicClient(), COSID("Changed"), nullptr);
+  EXPECT_TRUE(runs.empty());
+  instanceMayRun = true;
+  c->notifyEvent(COSGetPublicClient(), COSID("Changed"), nullptr);
+  EXPECT_EQ(runs, (std::vector<std::string>{"instance", "class"}));
+  // A disabled listener never counts as one that may run.
+  vt::L(onInstance)->setEnabled(false);
+  runs.clear();
+  c->notifyEvent(COSGetPublicClient(), COSID("Changed"), nullptr);
+  EXPECT_TRUE(runs.empty());
+  shape->removeClassListener(COSID("Changed"), vt::L(onClass));
 }
 
 TEST(Events, ListenersMayRemoveOthersAndDeleteTheSourceWhileNotified) {

@@ -30,6 +30,10 @@ class VCOS_API COSListener : public COSInterface {
   void fire(COSInterface* source, COSEventData* data);
   // Whether the op reads the event data it is handed (see COSListenerOp).
   bool readsEventData() const noexcept;
+  // False only when fire would certainly do nothing for this source now:
+  // disabled, removed, already running without the recursive mark, or the
+  // op says so (COSListenerOp::mayRunFor).
+  bool mayRunFor(COSInterface* source) const noexcept;
 
  protected:
   ~COSListener() override;

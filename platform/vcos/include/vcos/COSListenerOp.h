@@ -16,6 +16,10 @@ class VCOS_API COSListenerOp {
   // Whether callback reads its data. An op that never does is handed null
   // when the sender made none, which spares an event data object per event.
   virtual bool readsEventData() const noexcept { return true; }
+  // False only when callback would certainly do nothing for this source
+  // now (say, the callback property it runs is empty). A notification that
+  // no listener may run for is not dispatched at all.
+  virtual bool mayRunFor(COSInterface* /*source*/) const noexcept { return true; }
 
   static COSListenerOp* fromFunction(std::function<void(COSInterface*, COSEventData*)> fn);
 };

@@ -68,6 +68,10 @@ COSListener* COSListener::toListener(const COSInterfacePtr& p) noexcept {
 
 bool COSListener::readsEventData() const noexcept { return op_->readsEventData(); }
 
+bool COSListener::mayRunFor(COSInterface* source) const noexcept {
+  return isEnabled() && (running_ == 0 || recursive_) && op_->mayRunFor(source);
+}
+
 void COSListener::fire(COSInterface* source, COSEventData* data) {
   if (!isEnabled() || (running_ > 0 && !recursive_)) return;
   vcos::fault::at(vcos::fault::Point::Listener);

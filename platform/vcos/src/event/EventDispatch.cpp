@@ -52,7 +52,14 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
   if (extras_)
     for (const auto& e : extras_->listeners)
       if (!e.property && e.eventId == eventId) pending.push_back({e.listener, e.priority, 1, e.sequence});
-  if (pending.empty()) return;
+  // Nothing is dispatched (no data, no hold, no listener call) when no
+  // listener would do anything: the "InstanceCreated" listener that runs
+  // CreateFcn meets an empty CreateFcn on nearly every new object. Asked
+  // before any runs, so no listener's effect can change another's answer.
+  if (std::none_of(pending.begin(), pending.end(), [this](const Pending& p) {
+        return static_cast<const COSListener*>(p.listener.get())->mayRunFor(this);
+      }))
+    return;
   const auto before = [](const Pending& a, const Pending& b) {
     if (a.priority != b.priority) return a.priority > b.priority;
     if (a.rank != b.rank) return a.rank < b.rank;
