@@ -97,6 +97,27 @@ TEST_F(FindobjRoute, ChildrenWithAddedPropertiesAreJudgedOneByOne) {
   EXPECT_EQ(find(figure, {"Type", "line"}), (std::vector<COSInterface*>{other.get(), plain.get()}));
 }
 
+// The visibility test reads both flags straight from the objects' blocks:
+// Internal hides a child whatever its HandleVisibility and whatever the
+// root's switch; HandleVisibility "off" only until the switch is on.
+TEST_F(FindobjRoute, InternalChildrenStayHiddenAndHiddenOnesShowWithTheSwitch) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  COSInterfacePtr plain = sgclasses::create(sgclasses::kLineClass, axes);
+  COSInterfacePtr internal = sgclasses::create(sgclasses::kLineClass, axes);
+  COSInterfacePtr both = sgclasses::create(sgclasses::kLineClass, axes);
+  COSInterfacePtr hidden = sgclasses::create(sgclasses::kLineClass, axes);
+  set(internal, "Internal", Arr(vxCreateLogicalScalar(true)).get());
+  set(both, "Internal", Arr(vxCreateLogicalScalar(true)).get());
+  set(both, "HandleVisibility", Arr(vxCreateString("off")).get());
+  set(hidden, "HandleVisibility", Arr(vxCreateString("off")).get());
+  EXPECT_EQ(find(axes, {"Type", "line"}), (std::vector<COSInterface*>{plain.get()}));
+  set(sgclasses::root(), "ShowHiddenHandles", Arr(vxCreateString("on")).get());
+  EXPECT_EQ(find(axes, {"Type", "line"}), (std::vector<COSInterface*>{hidden.get(), plain.get()}));
+  set(sgclasses::root(), "ShowHiddenHandles", Arr(vxCreateString("off")).get());
+  set(internal, "Internal", Arr(vxCreateLogicalScalar(false)).get());
+  expectSameBothWays(axes, {"Type", "line"}, 2);
+}
+
 // The search keeps its answer per distinct Type: a line whose Type was
 // changed on that object alone must be judged by its own Type, whichever
 // object of the class was met first, and a Type changed back is found again.
