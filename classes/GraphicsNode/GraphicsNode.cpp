@@ -144,6 +144,11 @@ void markViewPropertiesDirtyMethod(const COSClient*, int&, COSValue*, int nrhs, 
 
 }  // namespace
 
+unsigned char GraphicsNode::readHandleVisibility(const COSInterface* object) noexcept {
+  const auto* block = sgutils::blockOf<GraphicsNode>(object, classID());
+  return block ? static_cast<unsigned char>(block->handleVisibility_) : 0;
+}
+
 void GraphicsNode::addMethods(COSClass* cls, COSID classId) {
   sgutils::addMixinMethod(cls, classId, "markViewPropertiesDirty", &markViewPropertiesDirtyMethod, {"object", "names"},
                           {});

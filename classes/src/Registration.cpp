@@ -17,6 +17,7 @@
 #include "sgutils/objects/Figure.gen.h"
 #include "sgutils/objects/GraphicsContainer.gen.h"
 #include "sgutils/objects/GraphicsNode.gen.h"
+#include "sgutils/tree/ChildStrategy.h"
 #include "sgutils/objects/Group.gen.h"
 #include "sgutils/objects/Line.gen.h"
 #include "sgutils/objects/Patch.gen.h"
@@ -83,6 +84,8 @@ void registerClasses() {
     registerDisplayData();
     // findobj walks a container's children in place, as its Children lists them.
     sgutils::setChildListingLookup(&ContainerChildren::listingOf);
+    // ...and reads each child's HandleVisibility straight from its member.
+    sgutils::ChildStrategy::setHandleVisibilityReader(GraphicsNode::classID(), &GraphicsNode::readHandleVisibility);
     // The figure is the theme container of its tree.
     sgutils::themes::setGoverningThemeLookup(&themeFromAncestors);
     // A plotted line's colour follows its axes' themed colour order.

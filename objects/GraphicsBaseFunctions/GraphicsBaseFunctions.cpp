@@ -84,10 +84,19 @@ void GraphicsBaseFunctions::registerFindobjLender() {
     out = COSValue(&block->type_);
     return true;
   });
+  // Equal interned ids are equal texts, so a search by Type compares each
+  // distinct Type once rather than the text of every object.
+  vcos::setFindobjKey(classID(), COSID("Type"), [](COSInterface* object, const void*& key) {
+    auto* block = sgutils::blockOf<GraphicsBaseFunctions>(object, GraphicsBaseFunctions::classID());
+    if (!block || !block->typeId_) return false;
+    key = block->typeId_.entry();
+    return true;
+  });
 }
 
 void GraphicsBaseFunctions::setTypeImpl(COSPropInfo*, const COSClient*, COSInterface*, COSValue value) {
   type_ = value.isEmpty() ? graphics::datatype::TypeName() : *value.asPointer<const graphics::datatype::TypeName>();
+  typeId_ = COSID(type_.str());
 }
 
 void GraphicsBaseFunctions::setType(const char* text, graphics::datatype::ClientEnum client) {
@@ -107,6 +116,7 @@ void GraphicsBaseFunctions::initializeTypeProperty(COSInterfacePtr object) {
   // since nothing listens to an object in its Setup.
   static COSID lastClass;
   static std::optional<graphics::datatype::TypeName> lastType;
+  static COSID lastTypeId;
   const COSClass* cls = object->getClass();
   if (!cls) return;
   if (cls->getID() != lastClass) {
@@ -115,9 +125,13 @@ void GraphicsBaseFunctions::initializeTypeProperty(COSInterfacePtr object) {
     // A class the map lacks keeps its Type as it is.
     lastType.reset();
     if (found != reverse.end()) lastType.emplace(lowerAscii(found->second));
+    lastTypeId = lastType ? COSID(lastType->str()) : COSID();
     lastClass = cls->getID();
   }
-  if (lastType) type_ = *lastType;
+  if (lastType) {
+    type_ = *lastType;
+    typeId_ = lastTypeId;
+  }
 }
 
 bool GraphicsBaseFunctions::issghandlewithargs(const vxArray* value) const {

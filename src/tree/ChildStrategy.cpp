@@ -4,10 +4,13 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <typeinfo>
 #include <unordered_set>
 
 #include "foundation/core/except/Error.h"
+#include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/propinfos/PropInfoBase.h"
+#include "src/classinfo/GraphicsPropertyKinds.h"
 #include "sgutils/services/FormbenchFigureUtils.h"
 #include "sgutils/tree/ChildManager.h"
 #include "sgutils/tree/DefaultChildStrategy.h"
@@ -48,7 +51,23 @@ struct VisibilityProps {
   const COSPropInfo* internal = nullptr;
   // The classes whose data blocks the two reads touch (for the prefetch).
   COSID handleVisibilityBlock, internalBlock;
+  // Direct reads of the two, where the class's properties are the ones whose
+  // storage is known (else null / false: the property is read as usual).
+  ChildStrategy::HandleVisibilityReader readHandleVisibility = nullptr;
+  bool internalOnGraphicsBlock = false;
 };
+
+// The one reader installed; a process has one library defining HandleVisibility.
+struct HandleVisibilityReaderEntry {
+  COSID definingClass;
+  ChildStrategy::HandleVisibilityReader read = nullptr;
+};
+HandleVisibilityReaderEntry handleVisibilityReader;
+// Bumped when the reader changes, so the per-class answers are made again.
+unsigned readerGeneration = 0;
+
+// The Internal property of the Graphics block: a flag read through the block.
+using GraphicsInternalPI = LogicalAccessorPI<SGHandle, &SGHandle::getInternal, &SGHandle::setInternal>;
 
 // The class whose block a property reads, where the kind of property tells.
 COSID blockClassOf(const COSPropInfo* property) {
@@ -72,14 +91,23 @@ const VisibilityProps& visibilityPropsOf(const COSInterface* object) {
   // class's address, so that the prefetch a few children ahead and the
   // test of a container of mixed classes do not evict each other.
   static VisibilityProps cache[8];
+  static unsigned generation[8];
   const COSClass* cls = object->getClass();
-  VisibilityProps& last = cache[(reinterpret_cast<std::uintptr_t>(cls) >> 6) & 7];
-  if (cls != last.cls) {
+  const std::size_t at = (reinterpret_cast<std::uintptr_t>(cls) >> 6) & 7;
+  VisibilityProps& last = cache[at];
+  if (cls != last.cls || generation[at] != readerGeneration) {
     last.cls = cls;
+    generation[at] = readerGeneration;
     last.handleVisibility = cls ? cls->findPropertyExact(handleVisibilityName()) : nullptr;
     last.internal = cls ? cls->findPropertyExact(internalName()) : nullptr;
     last.handleVisibilityBlock = blockClassOf(last.handleVisibility);
     last.internalBlock = blockClassOf(last.internal);
+    // Only the exact property kinds whose storage the direct reads know.
+    last.readHandleVisibility = nullptr;
+    if (auto* p = dynamic_cast<const PropInfoBase*>(last.handleVisibility);
+        p && handleVisibilityReader.read && p->getClassID() == handleVisibilityReader.definingClass)
+      last.readHandleVisibility = handleVisibilityReader.read;
+    last.internalOnGraphicsBlock = last.internal && typeid(*last.internal) == typeid(GraphicsInternalPI);
   }
   return last;
 }
@@ -139,11 +167,27 @@ void ChildStrategy::prefetchVisibility(const COSInterface* child) noexcept {
 
 bool ChildStrategy::isChildHandleVisible(const COSInterfacePtr& child) { return isChildHandleVisible(child.get()); }
 
+void ChildStrategy::setHandleVisibilityReader(COSID definingClass, HandleVisibilityReader reader) noexcept {
+  handleVisibilityReader = {definingClass, reader};
+  ++readerGeneration;
+}
+
 bool ChildStrategy::isChildHandleVisible(COSInterface* child) {
   if (!child || child->isDestroyed()) return false;
   if (vcos::hasDynamicProperties(child) && FormbenchFigureUtils::hasFormbenchFigureProperty(COSInterfacePtr(child)))
     return false;
   const VisibilityProps& props = visibilityPropsOf(child);
+  // The common case: both properties of the class, each read straight from
+  // its member (the same values their getValue gives, with no calls through
+  // the property and nothing to give back).
+  if (props.readHandleVisibility && props.internalOnGraphicsBlock) {
+    const SGHandle* handle = SGHandle::fromObject(child);
+    if (handle && handle->getInternal()) return false;
+    if (ShowHiddenHandlesInternal::GetShowHiddenHandlesInternalFlag()) return true;
+    const unsigned char visibility = props.readHandleVisibility(child);
+    if (visibility == 0) return true;
+    return visibility == 1 && callbackRunning();
+  }
   // Copies: a property read below may run code that looks at another class.
   const COSPropInfo* handleVisibility = propertyOf(child, props.handleVisibility, &handleVisibilityName);
   const COSPropInfo* internal = propertyOf(child, props.internal, &internalName);

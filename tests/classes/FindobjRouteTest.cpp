@@ -6,6 +6,8 @@
 #include "ClassesTestSupport.h"
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/ContainerChildren.h"
+#include "sgutils/objects/GraphicsBaseFunctions.gen.h"
+#include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/tree/ChildListing.h"
 #include "sgutils/tree/DefaultFindobjClassInfo.h"
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
@@ -93,6 +95,53 @@ TEST_F(FindobjRoute, ChildrenWithAddedPropertiesAreJudgedOneByOne) {
   other->addDynamicProperty(new COSPropT(other->getClass()->getID(), COSID("Note"), COSDataTypePtr("any")));
   expectSameBothWays(figure, {"Type", "line"}, 2);
   EXPECT_EQ(find(figure, {"Type", "line"}), (std::vector<COSInterface*>{other.get(), plain.get()}));
+}
+
+// The visibility test reads both flags straight from the objects' blocks:
+// Internal hides a child whatever its HandleVisibility and whatever the
+// root's switch; HandleVisibility "off" only until the switch is on.
+TEST_F(FindobjRoute, InternalChildrenStayHiddenAndHiddenOnesShowWithTheSwitch) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  COSInterfacePtr plain = sgclasses::create(sgclasses::kLineClass, axes);
+  COSInterfacePtr internal = sgclasses::create(sgclasses::kLineClass, axes);
+  COSInterfacePtr both = sgclasses::create(sgclasses::kLineClass, axes);
+  COSInterfacePtr hidden = sgclasses::create(sgclasses::kLineClass, axes);
+  set(internal, "Internal", Arr(vxCreateLogicalScalar(true)).get());
+  set(both, "Internal", Arr(vxCreateLogicalScalar(true)).get());
+  set(both, "HandleVisibility", Arr(vxCreateString("off")).get());
+  set(hidden, "HandleVisibility", Arr(vxCreateString("off")).get());
+  EXPECT_EQ(find(axes, {"Type", "line"}), (std::vector<COSInterface*>{plain.get()}));
+  set(sgclasses::root(), "ShowHiddenHandles", Arr(vxCreateString("on")).get());
+  EXPECT_EQ(find(axes, {"Type", "line"}), (std::vector<COSInterface*>{hidden.get(), plain.get()}));
+  set(sgclasses::root(), "ShowHiddenHandles", Arr(vxCreateString("off")).get());
+  set(internal, "Internal", Arr(vxCreateLogicalScalar(false)).get());
+  expectSameBothWays(axes, {"Type", "line"}, 2);
+}
+
+// The search keeps its answer per distinct Type: a line whose Type was
+// changed on that object alone must be judged by its own Type, whichever
+// object of the class was met first, and a Type changed back is found again.
+TEST_F(FindobjRoute, ATypeChangedOnOneObjectIsJudgedByItsOwnValue) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  std::vector<COSInterfacePtr> lines;
+  for (int i = 0; i < 5; ++i) lines.push_back(sgclasses::create(sgclasses::kLineClass, axes));
+  auto setType = [](const COSInterfacePtr& object, const char* type) {
+    using graphics::internal::GraphicsBaseFunctions;
+    sgutils::blockOf<GraphicsBaseFunctions>(object.get(), GraphicsBaseFunctions::classID())
+        ->setType(type, graphics::datatype::PrivateClient);
+  };
+  setType(lines[2], "Marker");  // met third, newest first
+  setType(lines[4], "marker");  // met first
+  EXPECT_EQ(find(axes, {"Type", "line"}), (std::vector<COSInterface*>{lines[3].get(), lines[1].get(), lines[0].get()}));
+  EXPECT_EQ(find(axes, {"Type", "MARKER"}), (std::vector<COSInterface*>{lines[4].get(), lines[2].get()}));
+  EXPECT_EQ(find(axes, {"-not", "Type", "Line"}).size(), 3u);  // the axes and the two markers
+  EXPECT_EQ(text(lines[2], "Type"), "Marker");
+
+  setType(lines[2], "line");
+  EXPECT_EQ(find(axes, {"Type", "line"}).size(), 4u);
+  setType(lines[4], "");
+  EXPECT_EQ(find(axes, {"Type", ""}), (std::vector<COSInterface*>{lines[4].get()}));
+  expectSameBothWays(axes, {"Type", "line"}, 4);
 }
 
 TEST_F(FindobjRoute, OrderIsNewestFirstAndAReorderIsSeen) {

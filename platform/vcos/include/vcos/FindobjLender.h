@@ -23,4 +23,16 @@ using FindobjLender = bool (*)(COSInterface* object, COSValue& out);
 VCOS_API void setFindobjLender(COSID definingClass, COSID name, FindobjLender lender);
 VCOS_API FindobjLender findobjLender(COSID definingClass, COSID name) noexcept;
 
+// A key that stands for the value of the property on `object`, so a search
+// comparing many objects with one value compares each distinct value once:
+// two objects whose keys are equal hold equal values, for as long as the
+// process runs (an interned id of the value, say). False: no key (the value
+// is then compared as usual). Asked on the same plain course as a lender,
+// reads no value and runs no code.
+using FindobjKey = bool (*)(COSInterface* object, const void*& key);
+
+// For the property `name` of the class that defines it; a null key removes it.
+VCOS_API void setFindobjKey(COSID definingClass, COSID name, FindobjKey key);
+VCOS_API FindobjKey findobjKey(COSID definingClass, COSID name) noexcept;
+
 }  // namespace vcos

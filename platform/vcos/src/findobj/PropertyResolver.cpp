@@ -52,6 +52,8 @@ PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* propert
     r.isText = r.isAscii || type.getID() == unicode;
   }
   r.fetchAhead = r.generic ? r.isText : r.block >= 0;
+  if (cls && !r.isArray && property->getDefiningClass())
+    r.key = findobjKey(property->getDefiningClass()->getID(), COSID(property->getName()));
   return r;
 }
 
@@ -101,6 +103,7 @@ PropertyResolver::~PropertyResolver() {
 void PropertyResolver::forgetKnownValues() noexcept {
   for (KnownValue& k : known_) knownType_->destroy(k.word);
   known_.clear();
+  knownKeys_.clear();
 }
 
 PropertyResolver::Typed PropertyResolver::compareByValue(COSInterface* object, ArrayTest test, const void* context) {
@@ -112,17 +115,32 @@ PropertyResolver::Typed PropertyResolver::compareByValue(COSInterface* object, A
     knownType_ = r.property->getDataType();
     keepKnown_ = knownType_ && !knownType_->canContainInterfaces();
   }
+  // A key stands for the value only where the read would take its plain
+  // course (no listener or routed get that could answer otherwise).
+  const void* key = nullptr;
+  if (r.key && r.reader.plainCourse(object) && r.key(object, key)) {
+    for (const KnownKey& k : knownKeys_)
+      if (k.key == key) return k.result ? Typed::Equal : Typed::NotEqual;
+  } else {
+    key = nullptr;
+  }
+  const bool result = compareValue(r, object, test, context);
+  if (key && knownKeys_.size() < kKnownValues) knownKeys_.push_back({key, result});
+  return result ? Typed::Equal : Typed::NotEqual;
+}
+
+bool PropertyResolver::compareValue(const Resolved& r, COSInterface* object, ArrayTest test, const void* context) {
   internal::SlotReader::Value v;
-  if (!r.reader.read(object, v, /*lend=*/true)) return Typed::NotEqual;
+  if (!r.reader.read(object, v, /*lend=*/true)) return false;
   for (const KnownValue& k : known_)
-    if (knownType_->isEqual(v.word(), k.word)) return k.result ? Typed::Equal : Typed::NotEqual;
+    if (knownType_->isEqual(v.word(), k.word)) return k.result;
   matrix::unique_vxArray array(r.toArray->convert(v.word()).asPointer<vxArray>());
-  if (!array) return Typed::NotEqual;
+  if (!array) return false;
   const bool result = test(array.get(), context);
   if (keepKnown_ && known_.size() < kKnownValues) {
     known_.push_back({knownType_->copy(v.word()), result});
   }
-  return result ? Typed::Equal : Typed::NotEqual;
+  return result;
 }
 
 PropertyResolver::Typed PropertyResolver::compareTyped(COSInterface* object, const vxArray* value) {

@@ -16,6 +16,7 @@
 #include "vcos/COSInterface.h"
 #include "vcos/COSInternedBase.h"
 #include "vcos/COSValue.h"
+#include "vcos/FindobjLender.h"
 #include "vcos/src/property/SlotReader.h"
 #include "vx/vxTypes.h"
 
@@ -77,7 +78,9 @@ class PropertyResolver {
   // array nor text, such as an enumeration compared with a text: the answer
   // for each distinct value (by the type's isEqual) is kept, so a walk makes
   // the array of each distinct value once rather than one per object. Types
-  // that may hold objects are not kept.
+  // that may hold objects are not kept. Where the defining library gives keys
+  // for the values (FindobjKey), the answer is kept by key too, and an
+  // object whose key is known is answered without reading its value.
   using ArrayTest = bool (*)(const vxArray* array, const void* context);
   Typed compareByValue(COSInterface* object, ArrayTest test, const void* context);
 
@@ -102,6 +105,7 @@ class PropertyResolver {
     bool generic = false;                    // a plain COSPropT: the value is in the generic store
     int block = -1;                          // else the slot of the defining class's block, if any
     bool fetchAhead = false;                 // prefetch has something to fetch
+    FindobjKey key = nullptr;                // keys for the values, where the defining library gives them
   };
   void fetchAhead(const COSInterface* object) const noexcept;
   // The compared value in the type of one property.
@@ -121,7 +125,14 @@ class PropertyResolver {
     bool result;
   };
   static constexpr std::size_t kKnownValues = 8;
+  // Answers of compareByValue by the key of the value (FindobjKey).
+  struct KnownKey {
+    const void* key;
+    bool result;
+  };
   void forgetKnownValues() noexcept;
+  // compareByValue past the keys: reads the value and tests it.
+  bool compareValue(const Resolved& r, COSInterface* object, ArrayTest test, const void* context);
 
   COSID name_;
   const COSClass* cachedClass_ = nullptr;
@@ -132,6 +143,7 @@ class PropertyResolver {
   COSDataTypePtr knownType_;
   bool keepKnown_ = false;
   std::vector<KnownValue> known_;
+  std::vector<KnownKey> knownKeys_;
 };
 
 }  // namespace vcos::search

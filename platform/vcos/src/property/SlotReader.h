@@ -95,6 +95,17 @@ class SlotReader {
     return readThroughPath(o, out);
   }
 
+  // Whether a read of `o` would take the plain course above (the slot still
+  // ours, no routed get, no listeners on the object, public get access), so
+  // that what a lender or a key of findobj says stands for the value.
+  bool plainCourse(const COSInterface* o) const noexcept {
+    if (!tables_) return false;
+    const PropSlot& s = tables_->properties[index_];
+    const InstanceExtras* x = ObjectOps::extrasIfAny(o);
+    return s.property == property_ && !(s.route & kGetRoutes) && !(x && x->propertyListenerCount > 0) &&
+           property_->getMemberGetAccess() == PublicAccess && !property_->getExtendedGetAccess();
+  }
+
  private:
   bool readThroughPath(COSInterface* o, Value& out) const;
 
