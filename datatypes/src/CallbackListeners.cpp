@@ -52,36 +52,33 @@ class PropertyCallbackOp final : public COSListenerOp {
     try {
       COSPropInfo* property = source->findPropertyInfo(property_);
       if (!property) return false;
-      static const COSID callbackType(kCallbackType);
-      COSDataTypePtr type = property->getDataType();
-      const BorrowedPropertyValue borrowed = BorrowedPropertyValue::readDirect(source, property);
-      const COSValue value = borrowed.get();
-      if (type && type->getID() == callbackType) {
-        const VCallback* held = value.asPointer<const VCallback>();
-        return held && !held->isEmpty();
-      }
-      if (type && type->isVANTELArrayType()) {
-        const vxArray* array = value.asPointer<const vxArray>();
-        return array && !vxIsEmpty(array);
-      }
-      return false;
+      return visitHeld(
+          source, property, [](const VCallback* held) { return held && !held->isEmpty(); },
+          [](const vxArray* array) { return array && !vxIsEmpty(array); }, false);
     } catch (...) {
       return true;  // let callback meet the failure as it always has
     }
   }
 
  private:
-  static VCallback read(COSInterface* source, COSPropInfo* property) {
+  // Reads the callback property in place and hands what it holds to the
+  // visitor of its form: a callback value, or an array (the older form);
+  // `none` for a property of another type.
+  template <class R, class OnCallback, class OnArray>
+  static R visitHeld(COSInterface* source, COSPropInfo* property, OnCallback onCallback, OnArray onArray, R none) {
     static const COSID callbackType(kCallbackType);
     COSDataTypePtr type = property->getDataType();
     const BorrowedPropertyValue borrowed = BorrowedPropertyValue::readDirect(source, property);
     const COSValue value = borrowed.get();
-    if (type && type->getID() == callbackType) {
-      const VCallback* held = value.asPointer<const VCallback>();
-      return held ? *held : VCallback();
-    }
-    if (type && type->isVANTELArrayType()) return VCallback::fromArray(value.asPointer<const vxArray>());
-    return VCallback();
+    if (type && type->getID() == callbackType) return onCallback(value.asPointer<const VCallback>());
+    if (type && type->isVANTELArrayType()) return onArray(value.asPointer<const vxArray>());
+    return none;
+  }
+
+  static VCallback read(COSInterface* source, COSPropInfo* property) {
+    return visitHeld(
+        source, property, [](const VCallback* held) { return held ? *held : VCallback(); },
+        [](const vxArray* array) { return VCallback::fromArray(array); }, VCallback());
   }
 
   COSID property_;

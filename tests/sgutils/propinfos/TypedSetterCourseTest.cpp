@@ -95,6 +95,30 @@ class TypedSetterCourse : public ::testing::Test {
     EXPECT_EQ(selectableOf(object).getSelectedMode(), AutoManual::Manual);
   }
 
+  // Counts the calls of a PostSet listener of the class on Selected until
+  // it is removed (at the latest when it goes).
+  struct ClassPostSetCounter {
+    explicit ClassPostSetCounter(COSInterface* object)
+        : cls(object->getClass()),
+          face(prop(object, "Selected")),
+          listener(COSListener::createListener(
+              COSListenerOp::fromFunction([this](COSInterface*, COSEventData*) { ++calls; }))) {
+      cls->addClassPropertyListener(COSGetPublicClient(), COSPropertyEvent::PostSet, face,
+                                    COSListener::toListener(listener));
+    }
+    ClassPostSetCounter(const ClassPostSetCounter&) = delete;
+    ClassPostSetCounter& operator=(const ClassPostSetCounter&) = delete;
+    ~ClassPostSetCounter() { remove(); }
+    void remove() {
+      if (cls) cls->removeClassPropertyListener(COSPropertyEvent::PostSet, face, COSListener::toListener(listener));
+      cls = nullptr;
+    }
+    COSClass* cls;
+    COSPropInfo* face;
+    COSInterfacePtr listener;
+    int calls = 0;
+  };
+
   struct Attached {
     COSPropertyEvent kind;
     COSPropInfo* property;
@@ -127,18 +151,13 @@ TEST_F(TypedSetterCourse, ListenersOnTheFaceHearTheTypedSetInOrder) {
 }
 
 TEST_F(TypedSetterCourse, AClassListenerOnTheFaceIsHeard) {
-  int calls = 0;
-  COSInterfacePtr l = COSListener::createListener(
-      COSListenerOp::fromFunction([&calls](COSInterface*, COSEventData*) { ++calls; }));
-  COSClass* cls = object->getClass();
-  COSPropInfo* face = prop(object, "Selected");
-  cls->addClassPropertyListener(COSGetPublicClient(), COSPropertyEvent::PostSet, face, COSListener::toListener(l));
+  ClassPostSetCounter counter(object.get());
   selectableOf(object).setSelected(true, PublicClient);
-  cls->removeClassPropertyListener(COSPropertyEvent::PostSet, face, COSListener::toListener(l));
-  EXPECT_EQ(calls, 1);
+  counter.remove();
+  EXPECT_EQ(counter.calls, 1);
   EXPECT_EQ(selectableOf(object).getSelectedMode(), AutoManual::Manual);
   selectableOf(object).setSelected(false, PublicClient);
-  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(counter.calls, 1);
 }
 
 TEST_F(TypedSetterCourse, PassesAsManyFaultPointsAsASetByNameAndStopsAtEach) {
@@ -188,18 +207,13 @@ TEST_F(TypedSetterCourse, ArraySetByNameIsSeenAsTheClientPath) {
 TEST_F(TypedSetterCourse, ClassListenersAddedAfterUseAreHeardByEveryRoute) {
   for (Route route : {Route::Typed, Route::Array}) {
     set(route, false);  // the course of the class is worked out and kept
-    int calls = 0;
-    COSInterfacePtr l = COSListener::createListener(
-        COSListenerOp::fromFunction([&calls](COSInterface*, COSEventData*) { ++calls; }));
-    COSClass* cls = object->getClass();
-    COSPropInfo* face = prop(object, "Selected");
-    cls->addClassPropertyListener(COSGetPublicClient(), COSPropertyEvent::PostSet, face, COSListener::toListener(l));
+    ClassPostSetCounter counter(object.get());
     set(route, true);
-    EXPECT_EQ(calls, 1) << "route " << static_cast<int>(route);
+    EXPECT_EQ(counter.calls, 1) << "route " << static_cast<int>(route);
     EXPECT_EQ(selectableOf(object).getSelectedMode(), AutoManual::Manual);
-    cls->removeClassPropertyListener(COSPropertyEvent::PostSet, face, COSListener::toListener(l));
+    counter.remove();
     set(route, false);
-    EXPECT_EQ(calls, 1) << "removed, route " << static_cast<int>(route);
+    EXPECT_EQ(counter.calls, 1) << "removed, route " << static_cast<int>(route);
   }
 }
 
