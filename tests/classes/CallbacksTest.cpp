@@ -22,14 +22,8 @@ namespace {
 using graphics::datatype::CallbackContext;
 using graphics::datatype::VCallback;
 
-class CallbacksTest : public ClassesTest {
+class CallbacksTest : public AxesInFigureTest {
  protected:
-  void SetUp() override {
-    ClassesTest::SetUp();
-    figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
-    axes = sgclasses::create(sgclasses::kAxesClass, figure);
-  }
-
   COSInterfacePtr line() { return sgclasses::create(sgclasses::kLineClass, axes); }
 
   static Arr array(const std::vector<COSInterfacePtr>& objects) {
@@ -71,8 +65,6 @@ class CallbacksTest : public ClassesTest {
         });
     return str("callbacksTestRecord");
   }
-
-  COSInterfacePtr figure, axes;
 };
 
 TEST_F(CallbacksTest, AddListenerOverAnArrayGivesOneScalarListenerPerElementInAColumn) {

@@ -27,16 +27,25 @@ class ClassesTest : public ::testing::Test {
   void TearDown() override { sgclasses::releaseRoot(); }
 };
 
-// A figure holding an axes holding a line, made fresh for each test.
-class LineInAxesTest : public ClassesTest {
+// A figure holding an axes, made fresh for each test.
+class AxesInFigureTest : public ClassesTest {
  protected:
   void SetUp() override {
     ClassesTest::SetUp();
     figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
     axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  }
+  COSInterfacePtr figure, axes;
+};
+
+// A figure holding an axes holding a line, made fresh for each test.
+class LineInAxesTest : public AxesInFigureTest {
+ protected:
+  void SetUp() override {
+    AxesInFigureTest::SetUp();
     line = sgclasses::create(sgclasses::kLineClass, axes);
   }
-  COSInterfacePtr figure, axes, line;
+  COSInterfacePtr line;
 };
 
 using sgtest::get;

@@ -8,18 +8,12 @@
 namespace sgtest::classes {
 namespace {
 
-class DefaultApplicationTest : public ClassesTest {
+class DefaultApplicationTest : public AxesInFigureTest {
  protected:
-  void SetUp() override {
-    ClassesTest::SetUp();
-    figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
-    axes = sgclasses::create(sgclasses::kAxesClass, figure);
-  }
   void setDefault(const COSInterfacePtr& on, const char* name, double value) {
     Arr v(vxCreateDoubleScalar(value));
     sgutils::DefaultNameAccess::set(on, name, v.get());
   }
-  COSInterfacePtr figure, axes;
 };
 
 TEST_F(DefaultApplicationTest, ObjectsOfAlternatingClassesTakeTheirOwnClasssDefaults) {
