@@ -16,6 +16,7 @@
 #include "sgutils/persistence/GraphicsFile.h"
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/GraphicsLoader.h"
+#include "src/persistence/SavedDefaults.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
@@ -63,26 +64,8 @@ void SGHandle::doCustomSave() {}
 
 void SGHandle::doDefaultPropSave(COSInterfacePtr object, COSValue& value, COSDataTypePtr& type) {
   if (!object || !defaultProps_ || vxIsEmpty(defaultProps_)) return;
-  static const COSID name(sgutils::GraphicsFile::kDefaultsField);
-  COSPropInfo* property = nullptr;
-  {
-    COSInterfacePtr found;
-    object->findDynamicProperty(found, name);
-    property = static_cast<COSPropInfo*>(found.get());
-  }
-  if (!property) {
-    // Stored by the serializer, out of sight of get and display.
-    COSInterfacePtr made(
-        COSGenericProp::createNewDynamicProp(COSString(name.str()), object->getClass()->getID(), COSID("any")));
-    auto* generic = static_cast<COSGenericProp*>(made.get());
-    generic->setTransient(false);
-    generic->setVisible(false);
-    object->addDynamicProperty(generic);
-    COSInterfacePtr found;
-    object->findDynamicProperty(found, name);
-    property = static_cast<COSPropInfo*>(found.get());
-    if (!property) return;
-  }
+  COSPropInfo* property = sgutils::persistence::savedDefaultsProperty(object, true);
+  if (!property) return;
   property->setValue(object.get(), COSValue(defaultProps_));
   value = COSValue(omCreateVCOSScalar(object));
   type = property->getDataType();
