@@ -12,6 +12,7 @@
 #include "sgutils/objects/GraphicsCoreProperties.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "src/copy/ArrayValue.h"
+#include "src/persistence/SavedDefaults.h"
 #include "src/persistence/SavedPropertyList.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClassInfo.h"
@@ -208,7 +209,9 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
         if (field.name == GraphicsFile::kDefaultsField) {
           if (pass == 1) continue;
           if (!vxIsStruct(value)) throw Error("VANTEL:sg:load:BadDefaults");
-          if (SGHandle* handle = SGHandle::fromObject(object.get())) handle->setDefaultProp(value);
+          // Restored as saved, in "InternalDefaultPropMap": the object's first
+          // DefaultProp takes it into the store.
+          restoreSavedDefaults(object, value);
           continue;
         }
         const COSPropInfo* property = properties_[f];
@@ -407,6 +410,9 @@ void GraphicsLoader::runLoadSteps() {
     matrix::unique_vxArray value(omCreateVCOSScalar(object));
     info->customLoad(object, COSValue(value.get()), COSDataTypePtr());
   }
+  // A saved map no default look-up took during the load goes into its store now.
+  for (const COSInterfacePtr& object : objects_)
+    if (!object->isBeingDestroyed() && !object->isDestroyed()) takeWaitingSavedDefaults(object);
 }
 
 void GraphicsLoader::deleteMade() noexcept {
