@@ -12,6 +12,7 @@
 #include "sgutils/objects/GraphicsCoreProperties.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "src/copy/ArrayValue.h"
+#include "src/persistence/ElementContent.h"
 #include "src/persistence/SavedDefaults.h"
 #include "src/persistence/SavedPropertyList.h"
 #include "vcos/COSClass.h"
@@ -188,8 +189,12 @@ vxArray* GraphicsLoader::makeObjectArray(const std::string& className, std::span
 
 void GraphicsLoader::setFields(const vxSavedDocument& document) {
   foundation::log::Logger& lg = serializationLog();
+  elements_.resize(objects_.size());
   for (std::size_t i = 0; i < document.objects.size(); ++i) {
     const COSInterfacePtr& object = objects_[i];
+    // A class that restores itself element by element gets its fields in its
+    // load step instead.
+    if (restoresElements(object->getClass())) elements_[i] = elementsOf(document.objects[i].fields);
     const SavedPropertyList& list = SavedPropertyList::of(object->getClass());
     // Values first, then modes: setting a value may turn its mode manual,
     // and the saved mode is the one the object ends with.
@@ -214,6 +219,7 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
           restoreSavedDefaults(object, value);
           continue;
         }
+        if (elements_[i]) continue;
         const COSPropInfo* property = properties_[f];
         // A property the class no longer has, or no longer keeps, is passed
         // over: the file loads all the others.
@@ -407,7 +413,7 @@ void GraphicsLoader::runLoadSteps() {
     if (object->isBeingDestroyed() || object->isDestroyed()) continue;
     COSClassInfo* info = object->getClass()->getClassInfo();
     if (!info) continue;
-    matrix::unique_vxArray value(omCreateVCOSScalar(object));
+    matrix::unique_vxArray value(elements_[i] ? std::move(elements_[i]) : matrix::unique_vxArray(omCreateVCOSScalar(object)));
     info->customLoad(object, COSValue(value.get()), COSDataTypePtr());
   }
   // A saved map no default look-up took during the load goes into its store now.

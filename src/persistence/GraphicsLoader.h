@@ -70,6 +70,9 @@ class GraphicsLoader {
   std::vector<const COSPropInfo*> properties_;  // one object's fields' properties, reused
   std::vector<unsigned char> modes_;            // whether each of those is a mode, reused
   std::vector<KeptCurrent> keptCurrent_;    // set back when the load fails
+  // By table index: the saved elements of an object whose class takes them
+  // in itself (a struct handed to its customLoad), else null.
+  std::vector<matrix::unique_vxArray> elements_;
   bool done_ = false;
 };
 
