@@ -25,6 +25,7 @@
 #include "vcos/COSListener.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
+#include "vcos/ObjectSerialization.h"
 #include "vx/matrix.h"
 #include "vx/vxQuery.h"
 
@@ -79,16 +80,21 @@ void BaseObjectCOSInfo::customLoad(COSInterfacePtr& object, COSValue value, COSD
   foundation::log::Logger& lg = sgutils::persistence::serializationLog();
   if (lg.isOn(foundation::log::kInfo))
     lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customLoad ") + (cls ? cls->getName() : ""));
-  // (Element-based content of the serialization service has no class here:
-  // every saved form comes to loadobj.)
-  const vxArray* saved = value.asPointer<const vxArray>();
-  matrix::unique_vxArray self;
-  if (!saved || !omIsVCOS(saved)) {
-    if (lg.isOn(foundation::log::kInfo)) lg.write(foundation::log::kInfo, "    'val' is not an VCOS object");
-    self.reset(omCreateVCOSScalar(object));
-    saved = self.get();
+  static const COSID elementBased(object_serialization::CUSTOM_ELEMENT_SERIALIZATION_MIXIN_NAME);
+  if (cls && cls->isSubclassOf(elementBased)) {
+    // The class takes its saved elements in itself, then finishes through
+    // "finalizeIncomingObject".
+    object_serialization::customizeAndDeserialize(object, cls, value, type);
+  } else {
+    const vxArray* saved = value.asPointer<const vxArray>();
+    matrix::unique_vxArray self;
+    if (!saved || !omIsVCOS(saved)) {
+      if (lg.isOn(foundation::log::kInfo)) lg.write(foundation::log::kInfo, "    'val' is not an VCOS object");
+      self.reset(omCreateVCOSScalar(object));
+      saved = self.get();
+    }
+    omCallLoadobjMethod(object, saved, type);
   }
-  omCallLoadobjMethod(object, saved, type);
   if (SGHandle* handle = SGHandle::fromObject(object.get())) handle->setLoadedFromFile(true);
 }
 
