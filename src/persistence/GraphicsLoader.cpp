@@ -348,15 +348,31 @@ class ActiveLoader {
 
 }  // namespace
 
+namespace {
+
+// The objects of a list of table indexes, as a new object array.
+vxArray* objectsAt(const std::vector<COSInterfacePtr>& objects, const std::vector<std::size_t>& indexes) {
+  matrix::unique_vxArray list(omCreateVCOSMatrix(1, indexes.size(), graphicsClassId()));
+  for (std::size_t k = 0; k < indexes.size(); ++k) omSetArrayElement(list.get(), k, objects[indexes[k]]);
+  return list.release();
+}
+
+}  // namespace
+
 vxArray* GraphicsLoader::deserializedChildrenOf(const COSInterface* object) {
   const GraphicsLoader* loader = activeLoader;
   if (!loader || !object) return nullptr;
   auto found = loader->indexOf_.find(object);
   if (found == loader->indexOf_.end()) return nullptr;
-  const std::vector<std::size_t>& children = loader->children_[found->second];
-  matrix::unique_vxArray list(omCreateVCOSMatrix(1, children.size(), graphicsClassId()));
-  for (std::size_t k = 0; k < children.size(); ++k) omSetArrayElement(list.get(), k, loader->objects_[children[k]]);
-  return list.release();
+  return objectsAt(loader->objects_, loader->children_[found->second]);
+}
+
+vxArray* GraphicsLoader::deserializedPartsOf(const COSInterface* object) {
+  const GraphicsLoader* loader = activeLoader;
+  if (!loader || !object) return nullptr;
+  auto found = loader->indexOf_.find(object);
+  if (found == loader->indexOf_.end() || loader->parts_[found->second].empty()) return nullptr;
+  return objectsAt(loader->objects_, loader->parts_[found->second]);
 }
 
 // The class system's load step for every object, children before their
@@ -379,9 +395,10 @@ void GraphicsLoader::runLoadSteps() {
   }
   // Each tree in the order of its top, its objects after the objects below
   // them: loaded children in saved order, then the parts the object made.
-  std::vector<std::vector<std::size_t>> parts(n);
+  parts_.assign(n, {});
   for (std::size_t i = 0; i < n; ++i)
-    if (madeBy_[i] >= 0) parts[static_cast<std::size_t>(madeBy_[i])].push_back(i);
+    if (madeBy_[i] >= 0) parts_[static_cast<std::size_t>(madeBy_[i])].push_back(i);
+  const std::vector<std::vector<std::size_t>>& parts = parts_;
   std::vector<std::size_t> order;
   order.reserve(n);
   struct Frame {

@@ -148,6 +148,18 @@ void GraphicsCoreProperties::executeCreateFcnAndApplyDefaultsAfterLoad(bool forc
   // The callback may have deleted the object.
   if (object->isBeingDestroyed() || object->isDestroyed()) return;
 
+  // The parts the object made itself (an axes's title), its oldest children,
+  // run their callbacks first. They take no defaults: their owner gave them
+  // none when it made them, and the load gives back the values they had.
+  if (matrix::unique_vxArray parts{sgutils::persistence::GraphicsLoader::deserializedPartsOf(object.get())}) {
+    for (std::size_t i = 0, n = vxGetNumberOfElements(parts.get()); i < n; ++i) {
+      const COSInterfacePtr part = omGetLiveArrayElement(parts.get(), i);
+      if (!part || part->isBeingDestroyed() || part->isDestroyed()) continue;
+      if (GraphicsCoreProperties* block = coreBlockOf(part.get())) block->executeCreateFcnAndApplyDefaultsAfterLoad(false);
+    }
+    if (object->isBeingDestroyed() || object->isDestroyed()) return;
+  }
+
   SGHandle* self = SGHandle::fromObject(object.get());
   matrix::unique_vxArray children(self ? self->getDeserializedChildren() : nullptr);
   if (!children || vxIsEmpty(children.get()) || !omIsVCOS(children.get())) return;
