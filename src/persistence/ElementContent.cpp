@@ -9,7 +9,15 @@ namespace sgutils::persistence {
 
 bool restoresElements(const COSClass* cls) {
   static const COSID mixin(object_serialization::CUSTOM_ELEMENT_SERIALIZATION_MIXIN_NAME);
-  return cls && cls->isSubclassOf(mixin);
+  // A load meets runs of objects of one class: the last answer is kept
+  // (classes live as long as the process).
+  thread_local const COSClass* lastClass = nullptr;
+  thread_local bool lastAnswer = false;
+  if (cls != lastClass) {
+    lastClass = cls;
+    lastAnswer = cls && cls->isSubclassOf(mixin);
+  }
+  return lastAnswer;
 }
 
 matrix::unique_vxArray elementsOf(const std::vector<vxNamedValue>& fields) {
