@@ -430,7 +430,8 @@ void GraphicsLoader::runLoadSteps() {
     if (object->isBeingDestroyed() || object->isDestroyed()) continue;
     COSClassInfo* info = object->getClass()->getClassInfo();
     if (!info) continue;
-    matrix::unique_vxArray value(elements_[i] ? std::move(elements_[i]) : matrix::unique_vxArray(omCreateVCOSScalar(object)));
+    matrix::unique_vxArray value = elements_[i] ? std::move(elements_[i])
+                                                : matrix::unique_vxArray(omCreateVCOSScalar(object));
     info->customLoad(object, COSValue(value.get()), COSDataTypePtr());
   }
   // A saved map no default look-up took during the load goes into its store now.

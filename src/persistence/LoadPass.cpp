@@ -20,9 +20,9 @@
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
-#include "vcos/COSGenericProp.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSListener.h"
+#include "vcos/COSPropInfo.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vcos/ObjectSerialization.h"
@@ -155,7 +155,8 @@ void GraphicsCoreProperties::executeCreateFcnAndApplyDefaultsAfterLoad(bool forc
     for (std::size_t i = 0, n = vxGetNumberOfElements(parts.get()); i < n; ++i) {
       const COSInterfacePtr part = omGetLiveArrayElement(parts.get(), i);
       if (!part || part->isBeingDestroyed() || part->isDestroyed()) continue;
-      if (GraphicsCoreProperties* block = coreBlockOf(part.get())) block->executeCreateFcnAndApplyDefaultsAfterLoad(false);
+      if (GraphicsCoreProperties* block = coreBlockOf(part.get()))
+        block->executeCreateFcnAndApplyDefaultsAfterLoad(false);
     }
     if (object->isBeingDestroyed() || object->isDestroyed()) return;
   }

@@ -207,9 +207,10 @@ TEST_F(ElementLoadTest, AnElementLoadingObjectTakesItsContentThroughItsDeseriali
 
 // A deserializer that fails fails the load, which leaves nothing behind.
 TEST_F(ElementLoadTest, AFailingDeserializerLoadsNothing) {
-  object_serialization::setElementDeserializer(COSID(kElementClass), [](const COSInterfacePtr&, const ElementBasedContent&) {
-    throw foundation::core::except::Error("VANTEL:sg:InvalidProperty", "Nope", kElementClass);
-  });
+  object_serialization::setElementDeserializer(
+      COSID(kElementClass), [](const COSInterfacePtr&, const ElementBasedContent&) {
+        throw foundation::core::except::Error("VANTEL:sg:InvalidProperty", "Nope", kElementClass);
+      });
   const COSInterfacePtr saved = tagged(kElementClass);
   const std::size_t live = vcos::liveObjectCount();
   EXPECT_THROW(saveAndLoad(saved), foundation::core::except::IMsgIDException);
