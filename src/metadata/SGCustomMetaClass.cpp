@@ -24,6 +24,7 @@
 #include "vcos/COSMethodInfo.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
+#include "vcos/ObjectSerialization.h"
 #include "vcos/VxProperty.h"
 #include "vx/vx.h"
 
@@ -49,7 +50,7 @@ struct Ids {
   COSID componentContainer{"vantel.ui.componentcontainer.ComponentContainer"};
   COSID chartContainerMixin{"vantel.graphics.chartcontainer.mixin.Mixin"};
   COSID componentContainerMixin{"vantel.ui.componentcontainer.mixin.Mixin"};
-  COSID customElementSerialization{"vantel.mixin.CustomElementSerialization"};
+  COSID customElementSerialization{object_serialization::CUSTOM_ELEMENT_SERIALIZATION_MIXIN_NAME};
   COSID nodeParent{"NodeParent"};
   COSID addNode{"addNode"};
   COSID replaceChild{"replaceChild"};
@@ -173,13 +174,15 @@ void SGCustomMetaClass::finishPropertyCreation(COSClass* cls) {
   }
 }
 
-// "loadobj" and "finalizeIncomingObject" of the class. A "loadobj" of the
-// class's own, or one it inherits that is not the metaclass's, is kept: a
-// class that loads its own way overrides the step.
+// "loadobj" of the class, and "finalizeIncomingObject" for a class that the
+// serializer restores element by element. One of the class's own, or one it
+// inherits that is not the metaclass's, is kept: a class that loads its own
+// way overrides the step.
 void SGCustomMetaClass::addLoadMethods(COSClass* cls) {
   static const COSID loadobj("loadobj"), finalize("finalizeIncomingObject");
   const COSMethodInfo* own = cls->findMethod(loadobj);
   if (!own || dynamic_cast<const loadobjBaseMI*>(own)) cls->addMethod(new loadobjMI(cls->getID()));
+  if (!cls->isSubclassOf(ids().customElementSerialization)) return;
   const COSMethodInfo* ownFinalize = cls->findMethod(finalize);
   if (!ownFinalize || dynamic_cast<const loadobjBaseMI*>(ownFinalize))
     cls->addMethod(new finalizeIncomingObjectMI(cls->getID()));

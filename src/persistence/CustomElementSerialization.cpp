@@ -7,6 +7,7 @@
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
+#include "vcos/ElementBasedContent.h"
 #include "vx/vx.h"
 
 using foundation::core::except::Error;
@@ -44,6 +45,30 @@ void CustomElementSerialization::copyValuesFromStructToObject(const COSInterface
 
 void CustomElementSerialization::copyValuesFromStructToObject(const COSInterfacePtr& object, COSValue structure) {
   copyValuesFromStructToObject(object, structure.asPointer<const vxArray>());
+}
+
+matrix::unique_vxArray CustomElementSerialization::getElementBasedSerializationContent(
+    const object_serialization::ElementBasedContent& content) {
+  matrix::unique_vxArray out(vxCreateStructMatrix(1, 1, 0, nullptr));
+  for (std::size_t i = 0; i < content.size(); ++i) {
+    const int field = vxAddField(out.get(), content.nameAt(i));
+    const vxArray* value = content.valueAt(i);
+    vxSetFieldByNumber(out.get(), 0, field, value ? vxDuplicateArray(value) : nullptr);
+  }
+  return out;
+}
+
+void CustomElementSerialization::createStructFromUnitsAndValue(const object_serialization::ElementBasedContent* content,
+                                                               const char* name, const char* unitsName,
+                                                               vxArray* structure) {
+  if (!content || !structure || !content->hasProperty(name)) return;
+  const char* names[] = {"Units", "Value"};
+  matrix::unique_vxArray pair(vxCreateStructMatrix(1, 1, 2, names));
+  const vxArray* units = unitsName ? content->getValue(unitsName) : nullptr;
+  vxSetFieldByNumber(pair.get(), 0, 0, units ? vxDuplicateArray(units) : vxCreateDoubleMatrix(0, 0, vxREAL));
+  vxSetFieldByNumber(pair.get(), 0, 1, vxDuplicateArray(content->getValue(name)));
+  const int field = vxAddField(structure, name);
+  vxSetFieldByNumber(structure, 0, field, pair.release());
 }
 
 }  // namespace sgutils

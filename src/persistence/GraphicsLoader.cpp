@@ -12,6 +12,8 @@
 #include "sgutils/objects/GraphicsCoreProperties.gen.h"
 #include "sgutils/propinfos/BlockOf.h"
 #include "src/copy/ArrayValue.h"
+#include "src/persistence/ElementContent.h"
+#include "src/persistence/SavedDefaults.h"
 #include "src/persistence/SavedPropertyList.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClassInfo.h"
@@ -187,8 +189,12 @@ vxArray* GraphicsLoader::makeObjectArray(const std::string& className, std::span
 
 void GraphicsLoader::setFields(const vxSavedDocument& document) {
   foundation::log::Logger& lg = serializationLog();
+  elements_.resize(objects_.size());
   for (std::size_t i = 0; i < document.objects.size(); ++i) {
     const COSInterfacePtr& object = objects_[i];
+    // A class that restores itself element by element gets its fields in its
+    // load step instead.
+    if (restoresElements(object->getClass())) elements_[i] = elementsOf(document.objects[i].fields);
     const SavedPropertyList& list = SavedPropertyList::of(object->getClass());
     // Values first, then modes: setting a value may turn its mode manual,
     // and the saved mode is the one the object ends with.
@@ -208,9 +214,12 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
         if (field.name == GraphicsFile::kDefaultsField) {
           if (pass == 1) continue;
           if (!vxIsStruct(value)) throw Error("VANTEL:sg:load:BadDefaults");
-          if (SGHandle* handle = SGHandle::fromObject(object.get())) handle->setDefaultProp(value);
+          // Restored as saved, in "InternalDefaultPropMap": the object's first
+          // DefaultProp takes it into the store.
+          restoreSavedDefaults(object, value);
           continue;
         }
+        if (elements_[i]) continue;
         const COSPropInfo* property = properties_[f];
         // A property the class no longer has, or no longer keeps, is passed
         // over: the file loads all the others.
@@ -339,15 +348,31 @@ class ActiveLoader {
 
 }  // namespace
 
+namespace {
+
+// The objects of a list of table indexes, as a new object array.
+vxArray* objectsAt(const std::vector<COSInterfacePtr>& objects, const std::vector<std::size_t>& indexes) {
+  matrix::unique_vxArray list(omCreateVCOSMatrix(1, indexes.size(), graphicsClassId()));
+  for (std::size_t k = 0; k < indexes.size(); ++k) omSetArrayElement(list.get(), k, objects[indexes[k]]);
+  return list.release();
+}
+
+}  // namespace
+
 vxArray* GraphicsLoader::deserializedChildrenOf(const COSInterface* object) {
   const GraphicsLoader* loader = activeLoader;
   if (!loader || !object) return nullptr;
   auto found = loader->indexOf_.find(object);
   if (found == loader->indexOf_.end()) return nullptr;
-  const std::vector<std::size_t>& children = loader->children_[found->second];
-  matrix::unique_vxArray list(omCreateVCOSMatrix(1, children.size(), graphicsClassId()));
-  for (std::size_t k = 0; k < children.size(); ++k) omSetArrayElement(list.get(), k, loader->objects_[children[k]]);
-  return list.release();
+  return objectsAt(loader->objects_, loader->children_[found->second]);
+}
+
+vxArray* GraphicsLoader::deserializedPartsOf(const COSInterface* object) {
+  const GraphicsLoader* loader = activeLoader;
+  if (!loader || !object) return nullptr;
+  auto found = loader->indexOf_.find(object);
+  if (found == loader->indexOf_.end() || loader->parts_[found->second].empty()) return nullptr;
+  return objectsAt(loader->objects_, loader->parts_[found->second]);
 }
 
 // The class system's load step for every object, children before their
@@ -370,9 +395,10 @@ void GraphicsLoader::runLoadSteps() {
   }
   // Each tree in the order of its top, its objects after the objects below
   // them: loaded children in saved order, then the parts the object made.
-  std::vector<std::vector<std::size_t>> parts(n);
+  parts_.assign(n, {});
   for (std::size_t i = 0; i < n; ++i)
-    if (madeBy_[i] >= 0) parts[static_cast<std::size_t>(madeBy_[i])].push_back(i);
+    if (madeBy_[i] >= 0) parts_[static_cast<std::size_t>(madeBy_[i])].push_back(i);
+  const std::vector<std::vector<std::size_t>>& parts = parts_;
   std::vector<std::size_t> order;
   order.reserve(n);
   struct Frame {
@@ -404,9 +430,13 @@ void GraphicsLoader::runLoadSteps() {
     if (object->isBeingDestroyed() || object->isDestroyed()) continue;
     COSClassInfo* info = object->getClass()->getClassInfo();
     if (!info) continue;
-    matrix::unique_vxArray value(omCreateVCOSScalar(object));
+    matrix::unique_vxArray value = elements_[i] ? std::move(elements_[i])
+                                                : matrix::unique_vxArray(omCreateVCOSScalar(object));
     info->customLoad(object, COSValue(value.get()), COSDataTypePtr());
   }
+  // A saved map no default look-up took during the load goes into its store now.
+  for (const COSInterfacePtr& object : objects_)
+    if (!object->isBeingDestroyed() && !object->isDestroyed()) takeWaitingSavedDefaults(object);
 }
 
 void GraphicsLoader::deleteMade() noexcept {

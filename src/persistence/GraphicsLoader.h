@@ -38,6 +38,9 @@ class GraphicsLoader {
   // The children that the running load hooked to `object`, in saved order,
   // as a new object array; null when no load on this thread made the object.
   static vxArray* deserializedChildrenOf(const COSInterface* object);
+  // The same for the parts the object made itself (an axes's title) that
+  // the running load restored.
+  static vxArray* deserializedPartsOf(const COSInterface* object);
 
  private:
   void makeObjects(std::span<const vxSavedObjectHead> heads);
@@ -66,10 +69,14 @@ class GraphicsLoader {
   std::unordered_map<const COSInterface*, std::size_t> partOwner_;  // part -> its owner's index
   std::vector<std::size_t> topLevel_;
   std::vector<std::vector<std::size_t>> children_;  // loaded children by index, in saved order
+  std::vector<std::vector<std::size_t>> parts_;     // parts by their owner's index, in table order
   std::unordered_map<const COSInterface*, std::size_t> indexOf_;  // made object -> its index
   std::vector<const COSPropInfo*> properties_;  // one object's fields' properties, reused
   std::vector<unsigned char> modes_;            // whether each of those is a mode, reused
   std::vector<KeptCurrent> keptCurrent_;    // set back when the load fails
+  // By table index: the saved elements of an object whose class takes them
+  // in itself (a struct handed to its customLoad), else null.
+  std::vector<matrix::unique_vxArray> elements_;
   bool done_ = false;
 };
 

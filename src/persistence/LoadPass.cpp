@@ -16,14 +16,16 @@
 #include "sgutils/persistence/GraphicsFile.h"
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/GraphicsLoader.h"
+#include "src/persistence/SavedDefaults.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
-#include "vcos/COSGenericProp.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSListener.h"
+#include "vcos/COSPropInfo.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
+#include "vcos/ObjectSerialization.h"
 #include "vx/matrix.h"
 #include "vx/vxQuery.h"
 
@@ -63,26 +65,8 @@ void SGHandle::doCustomSave() {}
 
 void SGHandle::doDefaultPropSave(COSInterfacePtr object, COSValue& value, COSDataTypePtr& type) {
   if (!object || !defaultProps_ || vxIsEmpty(defaultProps_)) return;
-  static const COSID name(sgutils::GraphicsFile::kDefaultsField);
-  COSPropInfo* property = nullptr;
-  {
-    COSInterfacePtr found;
-    object->findDynamicProperty(found, name);
-    property = static_cast<COSPropInfo*>(found.get());
-  }
-  if (!property) {
-    // Stored by the serializer, out of sight of get and display.
-    COSInterfacePtr made(
-        COSGenericProp::createNewDynamicProp(COSString(name.str()), object->getClass()->getID(), COSID("any")));
-    auto* generic = static_cast<COSGenericProp*>(made.get());
-    generic->setTransient(false);
-    generic->setVisible(false);
-    object->addDynamicProperty(generic);
-    COSInterfacePtr found;
-    object->findDynamicProperty(found, name);
-    property = static_cast<COSPropInfo*>(found.get());
-    if (!property) return;
-  }
+  COSPropInfo* property = sgutils::persistence::savedDefaultsProperty(object, true);
+  if (!property) return;
   property->setValue(object.get(), COSValue(defaultProps_));
   value = COSValue(omCreateVCOSScalar(object));
   type = property->getDataType();
@@ -96,16 +80,21 @@ void BaseObjectCOSInfo::customLoad(COSInterfacePtr& object, COSValue value, COSD
   foundation::log::Logger& lg = sgutils::persistence::serializationLog();
   if (lg.isOn(foundation::log::kInfo))
     lg.write(foundation::log::kInfo, std::string("BaseObjectCOSInfo::customLoad ") + (cls ? cls->getName() : ""));
-  // (Element-based content of the serialization service has no class here:
-  // every saved form comes to loadobj.)
-  const vxArray* saved = value.asPointer<const vxArray>();
-  matrix::unique_vxArray self;
-  if (!saved || !omIsVCOS(saved)) {
-    if (lg.isOn(foundation::log::kInfo)) lg.write(foundation::log::kInfo, "    'val' is not an VCOS object");
-    self.reset(omCreateVCOSScalar(object));
-    saved = self.get();
+  static const COSID elementBased(object_serialization::CUSTOM_ELEMENT_SERIALIZATION_MIXIN_NAME);
+  if (cls && cls->isSubclassOf(elementBased)) {
+    // The class takes its saved elements in itself, then finishes through
+    // "finalizeIncomingObject".
+    object_serialization::customizeAndDeserialize(object, cls, value, type);
+  } else {
+    const vxArray* saved = value.asPointer<const vxArray>();
+    matrix::unique_vxArray self;
+    if (!saved || !omIsVCOS(saved)) {
+      if (lg.isOn(foundation::log::kInfo)) lg.write(foundation::log::kInfo, "    'val' is not an VCOS object");
+      self.reset(omCreateVCOSScalar(object));
+      saved = self.get();
+    }
+    omCallLoadobjMethod(object, saved, type);
   }
-  omCallLoadobjMethod(object, saved, type);
   if (SGHandle* handle = SGHandle::fromObject(object.get())) handle->setLoadedFromFile(true);
 }
 
@@ -158,6 +147,19 @@ void GraphicsCoreProperties::executeCreateFcnAndApplyDefaultsAfterLoad(bool forc
   }
   // The callback may have deleted the object.
   if (object->isBeingDestroyed() || object->isDestroyed()) return;
+
+  // The parts the object made itself (an axes's title), its oldest children,
+  // run their callbacks first. They take no defaults: their owner gave them
+  // none when it made them, and the load gives back the values they had.
+  if (matrix::unique_vxArray parts{sgutils::persistence::GraphicsLoader::deserializedPartsOf(object.get())}) {
+    for (std::size_t i = 0, n = vxGetNumberOfElements(parts.get()); i < n; ++i) {
+      const COSInterfacePtr part = omGetLiveArrayElement(parts.get(), i);
+      if (!part || part->isBeingDestroyed() || part->isDestroyed()) continue;
+      if (GraphicsCoreProperties* block = coreBlockOf(part.get()))
+        block->executeCreateFcnAndApplyDefaultsAfterLoad(false);
+    }
+    if (object->isBeingDestroyed() || object->isDestroyed()) return;
+  }
 
   SGHandle* self = SGHandle::fromObject(object.get());
   matrix::unique_vxArray children(self ? self->getDeserializedChildren() : nullptr);

@@ -13,6 +13,7 @@
 #include "sgclasses/Drawnow.h"
 #include "foundation/log/LogCapture.h"
 #include "foundation/log/Logger.h"
+#include "sgutils/defaults/DefaultNameAccess.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/persistence/GraphicsFile.h"
 #include "sgutils/persistence/UDDConverter.h"
@@ -437,6 +438,38 @@ TEST_F(GraphicsFileTest, ApplicationDataIsSavedInItsSavedFormAndLeftUntouched) {
   EXPECT_EQ(vxGetScalar(vxGetField(back, 0, "n")), 4.0);
   // Placeholders stand for no object: outside every saved tree, so none come back.
   EXPECT_TRUE(vxIsEmpty(vxGetField(back, 0, "h")));
+}
+
+// Stored defaults come back through the map each object saved: the top's
+// reach its loaded children in the pass after load (a line whose width
+// followed no default takes the figure's now), and a leaf's own map, which no
+// look-up asked for during the load, is in its store once the load is done.
+TEST_F(GraphicsFileTest, StoredDefaultsComeBackThroughTheSavedMaps) {
+  const COSInterfacePtr figure = make(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr axes = make(sgclasses::kAxesClass, figure);
+  const COSInterfacePtr line = make(sgclasses::kLineClass, axes);
+  Arr width(vxCreateDoubleScalar(4)), size(vxCreateDoubleScalar(20));
+  sgutils::DefaultNameAccess::set(figure, "defaultLineLineWidth", width.get());
+  sgutils::DefaultNameAccess::set(line, "defaultTextFontSize", size.get());
+  ASSERT_EQ(number(line, "LineWidth"), 0.5);
+
+  const COSInterfacePtr loaded = load(save(figure));
+  ASSERT_TRUE(loaded);
+  COSInterface* loadedLine = loaded->getOldestChild()->getNewestChild();
+  ASSERT_STREQ(loadedLine->getClass()->getName(), sgclasses::kLineClass);
+  EXPECT_EQ(number(COSInterfacePtr(loadedLine), "LineWidth"), 4.0);
+  EXPECT_EQ(text(COSInterfacePtr(loadedLine), "LineWidthMode"), "auto");
+  EXPECT_EQ(vxGetScalar(sgutils::DefaultNameAccess::get(loaded, "defaultLineLineWidth").get()), 4.0);
+  const vxArray* leafStore = SGHandle::fromObject(loadedLine)->getDefaultProp();
+  ASSERT_TRUE(leafStore && vxIsStruct(leafStore));
+  EXPECT_EQ(vxGetNumberOfFields(leafStore), 1);
+  std::vector<COSInterfacePtr> all;
+  walk(loaded, all);
+  for (const COSInterfacePtr& object : all) {
+    COSInterfacePtr waiting;
+    object->findDynamicProperty(waiting, COSID(GraphicsFile::kDefaultsField));
+    EXPECT_FALSE(waiting) << object->getClass()->getName() << " still holds its saved map";
+  }
 }
 
 TEST_F(GraphicsFileTest, ANewerFormatVersionIsRefusedWithItsOwnIdentifier) {

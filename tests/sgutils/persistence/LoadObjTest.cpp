@@ -12,6 +12,7 @@
 #include "foundation/log/LogCapture.h"
 #include "foundation/log/Logger.h"
 #include "sgutils/classinfo/loadobjBaseMI.h"
+#include "sgutils/persistence/GraphicsFile.h"
 #include "sgutils/objects/TestLoadObj.gen.h"
 #include "support/ErrorId.h"
 #include "../objects/MixinTestSupport.h"
@@ -29,12 +30,26 @@ namespace {
 enum class DoLoadObj { Same, Empty, Number, Throws };
 DoLoadObj doLoadObjMode = DoLoadObj::Same;
 int doLoadObjCalls = 0;
+// What the last "doloadobj" saw of the object's stored defaults: the saved
+// map waiting in its dynamic property, and the store itself.
+bool sawSavedMap = false;
+bool sawStore = false;
+
+void lookAtDefaults(const vxArray* self) {
+  if (!self || !omIsVCOS(self) || vxGetNumberOfElements(self) != 1) return;
+  COSInterfacePtr object = omGetArrayElement(self, 0);
+  COSInterfacePtr found;
+  object->findDynamicProperty(found, COSID("InternalDefaultPropMap"));
+  sawSavedMap = static_cast<bool>(found);
+  sawStore = SGHandle::fromObject(object.get())->getDefaultProp() != nullptr;
+}
 
 class DoLoadObjMI final : public COSMethodBase {
  public:
   explicit DoLoadObjMI(COSID classId) : COSMethodBase(classId, COSID("doloadobj"), PublicAccess, "test load step") {}
   void invoke(const COSClient*, int& nlhs, COSValue* plhs, int, const COSValue* prhs) const override {
     ++doLoadObjCalls;
+    lookAtDefaults(prhs[0].asPointer<const vxArray>());
     if (nlhs < 1) nlhs = 1;
     switch (doLoadObjMode) {
       case DoLoadObj::Same:
@@ -101,19 +116,34 @@ struct LoadObjTest : ::testing::Test {
     registerMixinTestClasses();
     doLoadObjMode = DoLoadObj::Same;
     doLoadObjCalls = 0;
+    sawSavedMap = sawStore = false;
   }
 };
 
-TEST_F(LoadObjTest, TheMetaclassAddsBothLoadMethodsStaticAndOnlyLoadobjVisible) {
+// Saves the objects as one variable and loads them back; the loaded objects.
+std::vector<COSInterfacePtr> saveAndLoad(const std::vector<COSInterfacePtr>& objects) {
+  Arr array(omCreateVCOSMatrix(1, objects.size(), COSID("sg2utils.TestLoadObj")));
+  for (std::size_t i = 0; i < objects.size(); ++i) omSetArrayElement(array.get(), i, objects[i]);
+  const std::pair<std::string, const vxArray*> entry[] = {{"saved", array.get()}};
+  const std::vector<std::uint8_t> bytes = sgutils::GraphicsFile::serialize(entry);
+  std::vector<vxNamedValue> values = sgutils::GraphicsFile::deserialize(bytes, sgutils::GraphicsLoadOptions());
+  std::vector<COSInterfacePtr> out;
+  if (values.size() != 1 || !omIsVCOS(values[0].value.get())) return out;
+  for (std::size_t i = 0; i < vxGetNumberOfElements(values[0].value.get()); ++i)
+    out.push_back(omGetArrayElement(values[0].value.get(), i));
+  return out;
+}
+
+// "finalizeIncomingObject" comes only to classes that load element by
+// element (ElementLoadTest).
+TEST_F(LoadObjTest, TheMetaclassAddsAStaticVisibleLoadobj) {
   COSClass* cls = COSClass::getClass(COSID("sg2utils.TestLoadObj"));
   ASSERT_NE(cls, nullptr);
   const COSMethodInfo* loadobj = cls->findMethod(COSID("loadobj"));
-  const COSMethodInfo* finalize = cls->findMethod(COSID("finalizeIncomingObject"));
   ASSERT_NE(dynamic_cast<const loadobjBaseMI*>(loadobj), nullptr);
-  ASSERT_NE(dynamic_cast<const loadobjBaseMI*>(finalize), nullptr);
-  EXPECT_TRUE(loadobj->isStatic() && finalize->isStatic());
+  EXPECT_TRUE(loadobj->isStatic());
   EXPECT_TRUE(loadobj->isVisible());
-  EXPECT_FALSE(finalize->isVisible());
+  EXPECT_EQ(cls->findMethod(COSID("finalizeIncomingObject")), nullptr);
   EXPECT_STREQ(loadobj->getDescription(), "Customized loadobj");
   EXPECT_EQ(static_cast<const loadobjBaseMI*>(loadobj)->getOwningClassName(), "sg2utils.TestLoadObj");
 }
@@ -168,7 +198,7 @@ TEST_F(LoadObjTest, DoloadobjResultsThatAreNoObjectSkipSgLoadObjAndErrorsPassThr
   EXPECT_FALSE(core(object).getLoadObjCalled());
 
   doLoadObjMode = DoLoadObj::Number;
-  Call number = call("finalizeIncomingObject", {self.get()});
+  Call number = call("loadobj", {self.get()});
   ASSERT_TRUE(number.out);
   EXPECT_TRUE(vxIsDouble(number.out.get()));
   EXPECT_EQ(vxGetScalar(number.out.get()), 7.0);
@@ -256,6 +286,35 @@ TEST_F(LoadObjTest, CustomSavePutsStoredDefaultsInAHiddenStoredDynamicProperty) 
   }
   remove(plain);
   remove(withDefaults);
+}
+
+// A file's stored defaults come back in the dynamic property they were saved
+// in: the object's own load step sees them waiting there, and after the load
+// they are in its store and the property is gone.
+TEST_F(LoadObjTest, SavedDefaultsArriveInTheirDynamicPropertyAndMoveIntoTheStore) {
+  COSInterfacePtr object = make("sg2utils.TestLoadObj");
+  const char* names[] = {"defaultLineLineWidth"};
+  Arr defaults(vxCreateStructMatrix(1, 1, 1, names));
+  vxSetField(defaults.get(), 0, "defaultLineLineWidth", vxCreateDoubleScalar(3));
+  SGHandle::fromObject(object.get())->setDefaultProp(defaults.get());
+  const std::vector<COSInterfacePtr> loaded = saveAndLoad({object});
+  ASSERT_EQ(loaded.size(), 1u);
+  EXPECT_EQ(doLoadObjCalls, 1);
+  EXPECT_TRUE(sawSavedMap);
+  EXPECT_FALSE(sawStore);
+  COSInterfacePtr left;
+  loaded[0]->findDynamicProperty(left, COSID("InternalDefaultPropMap"));
+  EXPECT_FALSE(left);
+  const vxArray* store = SGHandle::fromObject(loaded[0].get())->getDefaultProp();
+  ASSERT_TRUE(store && vxIsStruct(store));
+  EXPECT_EQ(vxGetScalar(vxGetField(store, 0, "defaultLineLineWidth")), 3.0);
+  // An object saved without defaults comes back with no store and no property.
+  COSInterfacePtr plain = make("sg2utils.TestLoadObj");
+  const std::vector<COSInterfacePtr> again = saveAndLoad({plain});
+  ASSERT_EQ(again.size(), 1u);
+  EXPECT_FALSE(sawSavedMap);
+  EXPECT_EQ(SGHandle::fromObject(again[0].get())->getDefaultProp(), nullptr);
+  for (const COSInterfacePtr& o : {object, plain, loaded[0], again[0]}) remove(o);
 }
 
 TEST_F(LoadObjTest, CustomLoadCallsLoadobjAndMarksTheObjectLoadedFromFile) {

@@ -28,6 +28,9 @@ const ClassRow kClasses[] = {
     {"event", "proplistener", {"event.listener", nullptr}, false, nullptr, nullptr, &addPropListenerMembers},
     {"vantel.mixin", "Heterogeneous", {nullptr, nullptr}, true, nullptr, nullptr, &addHeterogeneousMembers},
     {"vantel.mixin", "CustomDisplay", {nullptr, nullptr}, true, nullptr, nullptr, &addCustomDisplayMembers},
+    // The mark of classes that the serializer restores element by element
+    // (vcos/ObjectSerialization.h); it has no members.
+    {"vantel.mixin", "CustomElementSerialization", {nullptr, nullptr}, true, nullptr, nullptr, nullptr},
     {"vantel.mixin.util", "PropertyGroup", {"handle", nullptr}, false, &newBlock<PropertyGroupBlock>,
      &deleteBlock<PropertyGroupBlock>, &addPropertyGroupMembers},
 };
