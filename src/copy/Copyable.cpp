@@ -20,6 +20,7 @@
 #include "src/copy/ShallowCopyPolicy.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
+#include "vcos/COSDataType.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/ObjectArray.h"
@@ -235,6 +236,31 @@ void callCopyElement(CopyTask& task, const COSClient* client) {
   throw Error("VANTEL:copyobj:InvalidReturnType", classNameOf(sourceArrayOf(task)));
 }
 
+// Whether the source's value of a reconnected property may name an object
+// that this transaction copies. A type that lists the objects of its values
+// answers without an array being made: naming none of the copied objects
+// (an empty menu, a menu outside the copied tree), the copy keeps its own
+// value, as the policy would decide. Other types answer yes and the policy
+// decides.
+bool mayReferIntoCopy(const PropertyCopyEntry& entry, const COSInterfacePtr& source, const CopyContextImpl* context) {
+  if (!context) return false;  // the policy finds no copy without a context
+  const COSDataType* type = entry.type.get();
+  if (!type || type->isVANTELArrayType() || !type->canContainInterfaces()) return true;
+  auto* property = const_cast<COSPropInfo*>(entry.property);
+  const COSValue value = property->getValue(source.get());
+  std::vector<COSInterfacePtr> named;  // allocates only when the value names an object
+  try {
+    type->getInterfaces(value, named);
+  } catch (...) {
+    property->releaseValue(source.get(), value);
+    throw;
+  }
+  property->releaseValue(source.get(), value);
+  for (const COSInterfacePtr& object : named)
+    if (context->isPlanned(object.get())) return true;
+  return false;
+}
+
 // Sets the copy's Parent to the parent's copy, through the client path (its
 // checks, listeners and defaults), then points the reconnected properties
 // at the copies.
@@ -257,6 +283,7 @@ void connectCopy(const COSInterfacePtr& source, const COSInterfacePtr& copy, con
     }
   }
   for (const PropertyCopyEntry& entry : plan.connect) {
+    if (!mayReferIntoCopy(entry, source, context)) continue;
     ReconnectHandleCopyPolicy policy(entry.property, source, client, context);
     apply(policy, copy);
   }
