@@ -94,27 +94,27 @@ bool holds(const PropertyCopyEntry& entry, const COSInterfacePtr& target, COSVal
   return same;
 }
 
-// The source's and the target's block of one class, looked up at the first
-// value that needs them.
+// The source's and the target's block of one class.
 struct BlockPair {
   const SGReference* from = nullptr;
   SGReference* to = nullptr;
-  bool fetched = false;
 };
 
 void copyProperties(const ClassCopyPlan& plan, const std::vector<PropertyCopyEntry>& entries,
                     const COSInterfacePtr& source, const COSInterfacePtr& target, const COSClient* client,
                     bool valuesOnly) {
+  // Every block the plan names, looked up once per side before the values
+  // (a class's faces mostly reach all of them); a pair with a side missing
+  // sends its faces the general way.
   std::array<BlockPair, ClassCopyPlan::kMaxBlocks> blocks;
+  const std::size_t blockCount = plan.blockClasses.size();
+  for (std::size_t b = 0; b < blockCount; ++b) {
+    blocks[b].from = static_cast<const SGReference*>(source->getInstanceData(plan.blockClasses[b]));
+    blocks[b].to = static_cast<SGReference*>(target->getInstanceData(plan.blockClasses[b]));
+  }
   for (const PropertyCopyEntry& entry : entries) {
     if (entry.face) {
-      BlockPair& pair = blocks[static_cast<std::size_t>(entry.block)];
-      if (!pair.fetched) {
-        const COSID blockClass = plan.blockClasses[static_cast<std::size_t>(entry.block)];
-        pair.from = static_cast<const SGReference*>(source->getInstanceData(blockClass));
-        pair.to = static_cast<SGReference*>(target->getInstanceData(blockClass));
-        pair.fetched = true;
-      }
+      const BlockPair& pair = blocks[static_cast<std::size_t>(entry.block)];
       if (pair.from && pair.to) {
         entry.face->copyBetweenBlocks(source.get(), pair.from, pair.to, target.get());
         continue;
