@@ -133,6 +133,7 @@ void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* paren
     if (!property) continue;  // no Children: no children
     const matrix::unique_vxArray children = fetchChildren(client, task->source, property);
     if (!children || !omIsVCOS(children.get())) continue;
+    taskMap.reserve(taskMap.size() + vxGetNumberOfElements(children.get()));
     // The list is newest first: walking it backwards plans the oldest child
     // first.
     for (std::size_t i = vxGetNumberOfElements(children.get()); i-- > 0;) {
