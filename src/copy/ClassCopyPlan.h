@@ -26,8 +26,10 @@ struct ClassCopyPlan {
   // copy), and whether its type takes the parent's array as it is.
   COSPropInfo* parent = nullptr;
   bool parentTakesArray = false;
-  // The class's "Children" (null: looked up per object).
+  // The class's "Children" (null: looked up per object), and whether its
+  // values are arrays as they are (read and used without a copy).
   COSPropInfo* children = nullptr;
+  bool childrenPassArrays = false;
   // The classes whose blocks hold the values copied block to block, each
   // looked up once per object.
   static constexpr std::size_t kMaxBlocks = 16;

@@ -103,6 +103,7 @@ const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {
   static const COSID copyElementName("copyElement"), connectName("connectCopyToTree"), parentName("Parent"),
       childrenName("Children");
   plan->children = cls->findPropertyExact(childrenName);
+  if (plan->children) plan->childrenPassArrays = passesArrays(plan->children->getDataType());
   plan->defaultCopyElement = cls->findMethod(copyElementName) == defaultCopyElementMethod();
   plan->defaultConnect = cls->findMethod(connectName) == defaultConnectMethod();
   // A property of the class itself, so the same for every object of it.
