@@ -26,7 +26,7 @@ bool PropertyCopyVisitor::has(const COSPropInfo* property) const {
 }
 
 void PropertyCopyVisitor::add(const COSPropInfo* property, PropertyCopyKind kind) {
-  entries_.push_back({property, kind, property->getDataType(), nullptr, -1});
+  entries_.push_back({property, kind, property->getDataType(), nullptr, -1, property == copyableFlagProperty()});
   names_.emplace_back(property->getName());
 }
 

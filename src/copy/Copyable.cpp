@@ -94,7 +94,8 @@ bool holds(const PropertyCopyEntry& entry, const COSInterfacePtr& target, COSVal
   return same;
 }
 
-// The source's and the target's block of one class.
+// The source's and the target's block of one class; both null when either
+// side lacks it.
 struct BlockPair {
   const SGReference* from = nullptr;
   SGReference* to = nullptr;
@@ -103,25 +104,35 @@ struct BlockPair {
 void copyProperties(const ClassCopyPlan& plan, const std::vector<PropertyCopyEntry>& entries,
                     const COSInterfacePtr& source, const COSInterfacePtr& target, const COSClient* client,
                     bool valuesOnly) {
+  COSInterface* const from = source.get();
+  COSInterface* const to = target.get();
   // Every block the plan names, looked up once per side before the values
   // (a class's faces mostly reach all of them); a pair with a side missing
   // sends its faces the general way.
   std::array<BlockPair, ClassCopyPlan::kMaxBlocks> blocks;
   const std::size_t blockCount = plan.blockClasses.size();
   for (std::size_t b = 0; b < blockCount; ++b) {
-    blocks[b].from = static_cast<const SGReference*>(source->getInstanceData(plan.blockClasses[b]));
-    blocks[b].to = static_cast<SGReference*>(target->getInstanceData(plan.blockClasses[b]));
+    const auto* fromBlock = static_cast<const SGReference*>(from->getInstanceData(plan.blockClasses[b]));
+    auto* toBlock = static_cast<SGReference*>(to->getInstanceData(plan.blockClasses[b]));
+    if (fromBlock && toBlock) blocks[b] = {fromBlock, toBlock};
   }
   for (const PropertyCopyEntry& entry : entries) {
-    if (entry.face) {
+    if (PropInfoBase* face = entry.face) {
       const BlockPair& pair = blocks[static_cast<std::size_t>(entry.block)];
-      if (pair.from && pair.to) {
-        entry.face->copyBetweenBlocks(source.get(), pair.from, pair.to, target.get());
+      if (pair.from) {
+        face->copyBetweenBlocks(from, pair.from, pair.to, to);
         continue;
       }
     }
+    if (entry.copyableFlag) {
+      // Equal flags (a copied object and its new copy are both copyable):
+      // nothing to write, as holds() would find through two reads.
+      const CopyableData* fromData = Copyable::dataOf(from);
+      const CopyableData* toData = Copyable::dataOf(to);
+      if (fromData && toData && fromData->copyable == toData->copyable) continue;
+    }
     if (entry.kind == PropertyCopyKind::Value) {
-      ShallowCopyPolicy policy(entry.property, source.get());
+      ShallowCopyPolicy policy(entry.property, from);
       COSValue value;
       policy.getValue(value);
       if (!holds(entry, target, value))
@@ -178,6 +189,7 @@ void discardAllocatedCopy(CopyTask& task) noexcept {
 namespace {
 const COSMethodInfo* gDefaultCopyElement = nullptr;
 const COSMethodInfo* gDefaultConnect = nullptr;
+const COSPropInfo* gCopyableFlag = nullptr;
 
 const vxArray* sourceArrayOf(CopyTask& task) {
   if (!task.sourceArray) task.sourceArray.reset(omCreateVCOSScalar(task.source));
@@ -296,6 +308,8 @@ void setDefaultMethods(const COSMethodInfo* copyElement, const COSMethodInfo* co
 }
 const COSMethodInfo* defaultCopyElementMethod() noexcept { return gDefaultCopyElement; }
 const COSMethodInfo* defaultConnectMethod() noexcept { return gDefaultConnect; }
+void setCopyableFlagProperty(const COSPropInfo* property) noexcept { gCopyableFlag = property; }
+const COSPropInfo* copyableFlagProperty() noexcept { return gCopyableFlag; }
 
 const vxArray* copyArrayOf(CopyTask& task) {
   if (!task.copyArray)
