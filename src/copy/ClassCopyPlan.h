@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "src/copy/PropertyCopyVisitor.h"
@@ -34,6 +35,18 @@ struct ClassCopyPlan {
   // looked up once per object.
   static constexpr std::size_t kMaxBlocks = 16;
   std::vector<COSID> blockClasses;
+
+  // The class the plan was made for.
+  const COSClass* cls = nullptr;
+  // Where the class's instances keep those blocks and the Copyable data
+  // (vcos::blockSlotOf; -1: none), so that objects of the class find them
+  // by index. Worked out again once the property route epoch has moved
+  // (a class destroyed or changed moves it).
+  mutable std::vector<int> blockSlots;
+  mutable int copyableSlot = -1;
+  mutable std::uint64_t slotEpoch = 0;
+  mutable bool slotsKnown = false;
+  void refreshSlots() const;
 
   // The plan of the object's class; `object` answers the child-property test.
   static const ClassCopyPlan& of(const COSInterface* object);

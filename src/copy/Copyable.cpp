@@ -23,6 +23,7 @@
 #include "vcos/COSDataType.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/InstanceBlocks.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vx/vxQuery.h"
@@ -106,14 +107,23 @@ void copyProperties(const ClassCopyPlan& plan, const std::vector<PropertyCopyEnt
                     bool valuesOnly) {
   COSInterface* const from = source.get();
   COSInterface* const to = target.get();
+  // Both objects of the plan's class (as nearly always): their blocks are
+  // found by the indexes kept with the plan, not by class id.
+  const bool bySlot = from->getClass() == plan.cls && to->getClass() == plan.cls;
+  if (bySlot) plan.refreshSlots();
+  const auto blockOf = [&](const COSInterface* object, std::size_t b) -> void* {
+    if (!bySlot) return object->getInstanceData(plan.blockClasses[b]);
+    const int slot = plan.blockSlots[b];
+    return slot < 0 ? nullptr : vcos::instanceDataAt(object, slot);
+  };
   // Every block the plan names, looked up once per side before the values
   // (a class's faces mostly reach all of them); a pair with a side missing
   // sends its faces the general way.
   std::array<BlockPair, ClassCopyPlan::kMaxBlocks> blocks;
   const std::size_t blockCount = plan.blockClasses.size();
   for (std::size_t b = 0; b < blockCount; ++b) {
-    const auto* fromBlock = static_cast<const SGReference*>(from->getInstanceData(plan.blockClasses[b]));
-    auto* toBlock = static_cast<SGReference*>(to->getInstanceData(plan.blockClasses[b]));
+    const auto* fromBlock = static_cast<const SGReference*>(blockOf(from, b));
+    auto* toBlock = static_cast<SGReference*>(blockOf(to, b));
     if (fromBlock && toBlock) blocks[b] = {fromBlock, toBlock};
   }
   for (const PropertyCopyEntry& entry : entries) {
@@ -127,8 +137,11 @@ void copyProperties(const ClassCopyPlan& plan, const std::vector<PropertyCopyEnt
     if (entry.copyableFlag) {
       // Equal flags (a copied object and its new copy are both copyable):
       // nothing to write, as holds() would find through two reads.
-      const CopyableData* fromData = Copyable::dataOf(from);
-      const CopyableData* toData = Copyable::dataOf(to);
+      const bool slot = bySlot && plan.copyableSlot >= 0;
+      const auto* fromData = static_cast<const CopyableData*>(
+          slot ? vcos::instanceDataAt(from, plan.copyableSlot) : Copyable::dataOf(from));
+      const auto* toData =
+          static_cast<const CopyableData*>(slot ? vcos::instanceDataAt(to, plan.copyableSlot) : Copyable::dataOf(to));
       if (fromData && toData && fromData->copyable == toData->copyable) continue;
     }
     if (entry.kind == PropertyCopyKind::Value) {
