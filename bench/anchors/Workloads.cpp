@@ -4,7 +4,7 @@
 // "sg <workload> <value> <unit>" line per result; with --check it runs the
 // checks instead (exit 2 when one fails); with --profile create|set|typed|
 // get|find it runs that one workload once, smaller and untimed (saveload:
-// W7 once at its size).
+// W7 once at its size; copy: W6 twice at its size).
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -246,6 +246,18 @@ int runProfile(const char* which) {
     }
   }
   if (w == "find") acc += static_cast<long long>(findSelectedByName(root.get()));
+  if (w == "copy") {
+    // W6 twice at its full size (the second copy shows the steady cost, the
+    // first also builds what a copy keeps per class), each deleted after.
+    const std::vector<COSInterfacePtr> sources{COSInterfacePtr(childAt(root.get(), 0))};
+    const COSInterfacePtr treeRoot(root);
+    sgutils::RootInstance::setGetRootInstanceFcn([treeRoot] { return treeRoot; });
+    for (int r = 0; r < 2; ++r) {
+      matrix::unique_vxArray made(sgutils::CopyContext::doCopyObjects(sources, {}, false));
+      omGetArrayElement(made.get(), 0)->deleteObject(COSGetPublicClient());
+    }
+    sgutils::RootInstance::clearGetRootInstanceFcn();
+  }
   if (w == "saveload") {
     // W7 once at its full size: one container saved and loaded again.
     matrix::unique_vxArray container(omCreateVCOSScalar(COSInterfacePtr(childAt(root.get(), 0))));

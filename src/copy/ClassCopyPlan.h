@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "src/copy/PropertyCopyVisitor.h"
@@ -26,12 +27,26 @@ struct ClassCopyPlan {
   // copy), and whether its type takes the parent's array as it is.
   COSPropInfo* parent = nullptr;
   bool parentTakesArray = false;
-  // The class's "Children" (null: looked up per object).
+  // The class's "Children" (null: looked up per object), and whether its
+  // values are arrays as they are (read and used without a copy).
   COSPropInfo* children = nullptr;
+  bool childrenPassArrays = false;
   // The classes whose blocks hold the values copied block to block, each
   // looked up once per object.
   static constexpr std::size_t kMaxBlocks = 16;
   std::vector<COSID> blockClasses;
+
+  // The class the plan was made for.
+  const COSClass* cls = nullptr;
+  // Where the class's instances keep those blocks and the Copyable data
+  // (vcos::blockSlotOf; -1: none), so that objects of the class find them
+  // by index. Worked out again once the property route epoch has moved
+  // (a class destroyed or changed moves it).
+  mutable std::vector<int> blockSlots;
+  mutable int copyableSlot = -1;
+  mutable std::uint64_t slotEpoch = 0;
+  mutable bool slotsKnown = false;
+  void refreshSlots() const;
 
   // The plan of the object's class; `object` answers the child-property test.
   static const ClassCopyPlan& of(const COSInterface* object);

@@ -128,7 +128,9 @@ class CopyableCI final : public AbstractClassInfo {
   void initializeClass(COSClass* cls, const COSClient*) override {
     cls_ = cls;
     const COSID id = cls->getID();
-    cls->addProperty(new CopyablePropInfo(id));
+    auto* flag = new CopyablePropInfo(id);
+    cls->addProperty(flag);
+    copy::setCopyableFlagProperty(flag);
     auto* copyElement = new CopyableMethod(id, "copyElement", &copy::defaultCopyElement, {"source"}, {"copy"}, true);
     cls->addMethod(copyElement);
     auto* connect = new CopyableMethod(id, "connectCopyToTree", &copy::defaultConnectCopyToTree,

@@ -36,27 +36,57 @@ const COSID& contextClassId() {
   return id;
 }
 
-// The whole child list of an object, hidden children included (the caller
-// holds ScopeShowHiddenHandlesOn). The caller found the "Children" property.
+// The name looked up on an object whose class has no "Children" of its own.
 const COSID& childrenName() {
   static const COSID id("Children");
   return id;
 }
 
-// `property` is the object's "Children".
-matrix::unique_vxArray fetchChildren(const COSClient* client, const COSInterfacePtr& object, COSPropInfo* property) {
-  const COSDataTypePtr type = property->getDataType();
-  if (!copy::hasArrayForm(type)) return nullptr;
-  const COSValue value = object->getPropertyValue(client, property);
-  struct Release {
-    const COSClient* c;
-    COSInterface* o;
-    const COSPropInfo* p;
-    COSValue v;
-    ~Release() { o->releasePropertyValue(c, p, v); }
-  } release{client, object.get(), property, value};
-  return copy::toArray(type, value);
-}
+// The whole child list of an object, hidden children included (the caller
+// holds ScopeShowHiddenHandlesOn), read once through `property`, its
+// "Children". A value that is an array as it is (`passesArrays`) is used as
+// read and given back at the end of the scope: no copy of it is made, which
+// matters for the many leaves whose list is empty. Other values are
+// converted to an array of their own.
+class ChildrenRead {
+ public:
+  ChildrenRead(const COSClient* client, const COSInterfacePtr& object, COSPropInfo* property, bool passesArrays)
+      : client_(client), object_(object.get()), property_(property) {
+    if (passesArrays) {
+      value_ = object->getPropertyValue(client, property);
+      borrowed_ = true;
+      array_ = value_.asPointer<const vxArray>();
+      return;
+    }
+    const COSDataTypePtr type = property->getDataType();
+    if (!copy::hasArrayForm(type)) return;
+    const COSValue value = object->getPropertyValue(client, property);
+    struct Release {
+      const COSClient* c;
+      COSInterface* o;
+      const COSPropInfo* p;
+      COSValue v;
+      ~Release() { o->releasePropertyValue(c, p, v); }
+    } release{client, object.get(), property, value};
+    owned_ = copy::toArray(type, value);
+    array_ = owned_.get();
+  }
+  ~ChildrenRead() {
+    if (borrowed_) object_->releasePropertyValue(client_, property_, value_);
+  }
+  ChildrenRead(const ChildrenRead&) = delete;
+  ChildrenRead& operator=(const ChildrenRead&) = delete;
+  const vxArray* array() const noexcept { return array_; }
+
+ private:
+  const COSClient* client_;
+  COSInterface* object_;
+  const COSPropInfo* property_;
+  COSValue value_;
+  bool borrowed_ = false;
+  matrix::unique_vxArray owned_;
+  const vxArray* array_ = nullptr;
+};
 
 // The task's copy, or null when it has none or it was deleted.
 COSInterfacePtr liveCopyOf(const CopyTask& task) {
@@ -128,15 +158,20 @@ void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* paren
   // By index: the deque grows while it is walked.
   for (std::size_t k = tasks.size() - 1; k < tasks.size(); ++k) {
     CopyTask* task = &tasks[k];
-    COSPropInfo* property = task->plan && task->plan->children ? task->plan->children
-                                                               : task->source->findPropertyInfo(childrenName());
+    const bool fromPlan = task->plan && task->plan->children;
+    COSPropInfo* property = fromPlan ? task->plan->children : task->source->findPropertyInfo(childrenName());
     if (!property) continue;  // no Children: no children
-    const matrix::unique_vxArray children = fetchChildren(client, task->source, property);
-    if (!children || !omIsVCOS(children.get())) continue;
+    const ChildrenRead read(client, task->source, property,
+                            fromPlan ? task->plan->childrenPassArrays : copy::passesArrays(property->getDataType()));
+    const vxArray* children = read.array();
+    if (!children || !omIsVCOS(children)) continue;
+    const std::size_t count = vxGetNumberOfElements(children);
+    if (count == 0) continue;
+    taskMap.reserve(taskMap.size() + count);
     // The list is newest first: walking it backwards plans the oldest child
     // first.
-    for (std::size_t i = vxGetNumberOfElements(children.get()); i-- > 0;) {
-      const COSInterfacePtr child = omGetArrayElement(children.get(), i);
+    for (std::size_t i = count; i-- > 0;) {
+      const COSInterfacePtr child = omGetArrayElement(children, i);
       if (isCopyable(child.get())) addTask(child, task);
     }
   }

@@ -31,6 +31,10 @@ const vxArray* copyArrayOf(CopyTask& task);
 void setDefaultMethods(const COSMethodInfo* copyElement, const COSMethodInfo* connect) noexcept;
 const COSMethodInfo* defaultCopyElementMethod() noexcept;
 const COSMethodInfo* defaultConnectMethod() noexcept;
+// The Copyable flag property, which the registration made: its value sits
+// in the Copyable data of both objects and is compared there.
+void setCopyableFlagProperty(const COSPropInfo* property) noexcept;
+const COSPropInfo* copyableFlagProperty() noexcept;
 
 void defaultCopyElement(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs);
 void defaultConnectCopyToTree(const COSClient* client, int& nlhs, COSValue* plhs, int nrhs, const COSValue* prhs);

@@ -15,6 +15,8 @@
 #include "vcos/COSDataType.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/InstanceBlocks.h"
+#include "vcos/PropertyRouteEpoch.h"
 
 namespace sgutils::copy {
 
@@ -26,7 +28,7 @@ bool PropertyCopyVisitor::has(const COSPropInfo* property) const {
 }
 
 void PropertyCopyVisitor::add(const COSPropInfo* property, PropertyCopyKind kind) {
-  entries_.push_back({property, kind, property->getDataType(), nullptr, -1});
+  entries_.push_back({property, kind, property->getDataType(), nullptr, -1, property == copyableFlagProperty()});
   names_.emplace_back(property->getName());
 }
 
@@ -81,6 +83,16 @@ void bindBlocks(std::vector<PropertyCopyEntry>& entries, std::vector<COSID>& cla
 }
 }  // namespace
 
+void ClassCopyPlan::refreshSlots() const {
+  const std::uint64_t epoch = vcos::propertyRouteEpoch();
+  if (slotsKnown && epoch == slotEpoch) return;
+  blockSlots.resize(blockClasses.size());
+  for (std::size_t b = 0; b < blockClasses.size(); ++b) blockSlots[b] = vcos::blockSlotOf(cls, blockClasses[b]);
+  copyableSlot = vcos::blockSlotOf(cls, Copyable::classID());
+  slotEpoch = epoch;
+  slotsKnown = true;
+}
+
 const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {
   // Interpreter thread only, as all class-system work; classes live for the
   // process, so a plan does too.
@@ -89,6 +101,7 @@ const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {
   auto found = plans.find(cls);
   if (found != plans.end()) return *found->second;
   auto plan = std::make_unique<ClassCopyPlan>();
+  plan->cls = cls;
   CopyElementVisitor element(object);
   cls->acceptPropertyVisitor(element);
   plan->element = element.entries();
@@ -103,6 +116,7 @@ const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {
   static const COSID copyElementName("copyElement"), connectName("connectCopyToTree"), parentName("Parent"),
       childrenName("Children");
   plan->children = cls->findPropertyExact(childrenName);
+  if (plan->children) plan->childrenPassArrays = passesArrays(plan->children->getDataType());
   plan->defaultCopyElement = cls->findMethod(copyElementName) == defaultCopyElementMethod();
   plan->defaultConnect = cls->findMethod(connectName) == defaultConnectMethod();
   // A property of the class itself, so the same for every object of it.

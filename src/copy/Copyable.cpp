@@ -20,8 +20,10 @@
 #include "src/copy/ShallowCopyPolicy.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
+#include "vcos/COSDataType.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/InstanceBlocks.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vx/vxQuery.h"
@@ -93,34 +95,57 @@ bool holds(const PropertyCopyEntry& entry, const COSInterfacePtr& target, COSVal
   return same;
 }
 
-// The source's and the target's block of one class, looked up at the first
-// value that needs them.
+// The source's and the target's block of one class; both null when either
+// side lacks it.
 struct BlockPair {
   const SGReference* from = nullptr;
   SGReference* to = nullptr;
-  bool fetched = false;
 };
 
 void copyProperties(const ClassCopyPlan& plan, const std::vector<PropertyCopyEntry>& entries,
                     const COSInterfacePtr& source, const COSInterfacePtr& target, const COSClient* client,
                     bool valuesOnly) {
+  COSInterface* const from = source.get();
+  COSInterface* const to = target.get();
+  // Both objects of the plan's class (as nearly always): their blocks are
+  // found by the indexes kept with the plan, not by class id.
+  const bool bySlot = from->getClass() == plan.cls && to->getClass() == plan.cls;
+  if (bySlot) plan.refreshSlots();
+  const auto blockOf = [&](const COSInterface* object, std::size_t b) -> void* {
+    if (!bySlot) return object->getInstanceData(plan.blockClasses[b]);
+    const int slot = plan.blockSlots[b];
+    return slot < 0 ? nullptr : vcos::instanceDataAt(object, slot);
+  };
+  // Every block the plan names, looked up once per side before the values
+  // (a class's faces mostly reach all of them); a pair with a side missing
+  // sends its faces the general way.
   std::array<BlockPair, ClassCopyPlan::kMaxBlocks> blocks;
+  const std::size_t blockCount = plan.blockClasses.size();
+  for (std::size_t b = 0; b < blockCount; ++b) {
+    const auto* fromBlock = static_cast<const SGReference*>(blockOf(from, b));
+    auto* toBlock = static_cast<SGReference*>(blockOf(to, b));
+    if (fromBlock && toBlock) blocks[b] = {fromBlock, toBlock};
+  }
   for (const PropertyCopyEntry& entry : entries) {
-    if (entry.face) {
-      BlockPair& pair = blocks[static_cast<std::size_t>(entry.block)];
-      if (!pair.fetched) {
-        const COSID blockClass = plan.blockClasses[static_cast<std::size_t>(entry.block)];
-        pair.from = static_cast<const SGReference*>(source->getInstanceData(blockClass));
-        pair.to = static_cast<SGReference*>(target->getInstanceData(blockClass));
-        pair.fetched = true;
-      }
-      if (pair.from && pair.to) {
-        entry.face->copyBetweenBlocks(source.get(), pair.from, pair.to, target.get());
+    if (PropInfoBase* face = entry.face) {
+      const BlockPair& pair = blocks[static_cast<std::size_t>(entry.block)];
+      if (pair.from) {
+        face->copyBetweenBlocks(from, pair.from, pair.to, to);
         continue;
       }
     }
+    if (entry.copyableFlag) {
+      // Equal flags (a copied object and its new copy are both copyable):
+      // nothing to write, as holds() would find through two reads.
+      const bool slot = bySlot && plan.copyableSlot >= 0;
+      const auto* fromData = static_cast<const CopyableData*>(
+          slot ? vcos::instanceDataAt(from, plan.copyableSlot) : Copyable::dataOf(from));
+      const auto* toData =
+          static_cast<const CopyableData*>(slot ? vcos::instanceDataAt(to, plan.copyableSlot) : Copyable::dataOf(to));
+      if (fromData && toData && fromData->copyable == toData->copyable) continue;
+    }
     if (entry.kind == PropertyCopyKind::Value) {
-      ShallowCopyPolicy policy(entry.property, source.get());
+      ShallowCopyPolicy policy(entry.property, from);
       COSValue value;
       policy.getValue(value);
       if (!holds(entry, target, value))
@@ -177,6 +202,7 @@ void discardAllocatedCopy(CopyTask& task) noexcept {
 namespace {
 const COSMethodInfo* gDefaultCopyElement = nullptr;
 const COSMethodInfo* gDefaultConnect = nullptr;
+const COSPropInfo* gCopyableFlag = nullptr;
 
 const vxArray* sourceArrayOf(CopyTask& task) {
   if (!task.sourceArray) task.sourceArray.reset(omCreateVCOSScalar(task.source));
@@ -235,6 +261,31 @@ void callCopyElement(CopyTask& task, const COSClient* client) {
   throw Error("VANTEL:copyobj:InvalidReturnType", classNameOf(sourceArrayOf(task)));
 }
 
+// Whether the source's value of a reconnected property may name an object
+// that this transaction copies. A type that lists the objects of its values
+// answers without an array being made: naming none of the copied objects
+// (an empty menu, a menu outside the copied tree), the copy keeps its own
+// value, as the policy would decide. Other types answer yes and the policy
+// decides.
+bool mayReferIntoCopy(const PropertyCopyEntry& entry, const COSInterfacePtr& source, const CopyContextImpl* context) {
+  if (!context) return false;  // the policy finds no copy without a context
+  const COSDataType* type = entry.type.get();
+  if (!type || type->isVANTELArrayType() || !type->canContainInterfaces()) return true;
+  auto* property = const_cast<COSPropInfo*>(entry.property);
+  const COSValue value = property->getValue(source.get());
+  std::vector<COSInterfacePtr> named;  // allocates only when the value names an object
+  try {
+    type->getInterfaces(value, named);
+  } catch (...) {
+    property->releaseValue(source.get(), value);
+    throw;
+  }
+  property->releaseValue(source.get(), value);
+  for (const COSInterfacePtr& object : named)
+    if (context->isPlanned(object.get())) return true;
+  return false;
+}
+
 // Sets the copy's Parent to the parent's copy, through the client path (its
 // checks, listeners and defaults), then points the reconnected properties
 // at the copies.
@@ -257,6 +308,7 @@ void connectCopy(const COSInterfacePtr& source, const COSInterfacePtr& copy, con
     }
   }
   for (const PropertyCopyEntry& entry : plan.connect) {
+    if (!mayReferIntoCopy(entry, source, context)) continue;
     ReconnectHandleCopyPolicy policy(entry.property, source, client, context);
     apply(policy, copy);
   }
@@ -269,6 +321,8 @@ void setDefaultMethods(const COSMethodInfo* copyElement, const COSMethodInfo* co
 }
 const COSMethodInfo* defaultCopyElementMethod() noexcept { return gDefaultCopyElement; }
 const COSMethodInfo* defaultConnectMethod() noexcept { return gDefaultConnect; }
+void setCopyableFlagProperty(const COSPropInfo* property) noexcept { gCopyableFlag = property; }
+const COSPropInfo* copyableFlagProperty() noexcept { return gCopyableFlag; }
 
 const vxArray* copyArrayOf(CopyTask& task) {
   if (!task.copyArray)

@@ -28,6 +28,8 @@ struct PropertyCopyEntry {
   // blockClasses (null and -1 for other properties).
   PropInfoBase* face = nullptr;
   int block = -1;
+  // The Copyable flag: compared in the two objects' Copyable data first.
+  bool copyableFlag = false;
 };
 
 class PropertyCopyVisitor : public COSVisitor {

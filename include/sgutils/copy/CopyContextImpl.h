@@ -35,6 +35,8 @@ class SGUTILS_API CopyContextImpl final : public CopyContext {
   // The object that wraps this context for the language.
   const vxArray* getContextObject() const noexcept { return contextObject.get(); }
   std::size_t taskCount() const noexcept { return tasks.size(); }
+  // Whether the transaction copies `object` (willBeCopied for one object).
+  bool isPlanned(const COSInterface* object) const noexcept { return findTask(object) != nullptr; }
   // The implementation behind a context object, or null.
   static CopyContextImpl* of(const COSInterface* object) noexcept;
 

@@ -38,6 +38,14 @@ class CopyTaskMap {
     }
   }
   bool contains(const COSInterface* object) const noexcept { return find(object) != nullptr; }
+  // Makes room for `n` objects in all, so that adding up to that many grows
+  // the array at most once.
+  void reserve(std::size_t n) {
+    if (n * 2 <= slots_.size()) return;
+    std::size_t size = slots_.empty() ? 64 : slots_.size();
+    while (size < n * 2) size *= 2;
+    rehash(size);
+  }
   std::size_t size() const noexcept { return count_; }
   bool empty() const noexcept { return count_ == 0; }
 
@@ -53,8 +61,9 @@ class CopyTaskMap {
     const auto bits = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(object) >> 4);
     return static_cast<std::size_t>((bits * 0x9E3779B97F4A7C15ull) >> 32) & mask();
   }
-  void grow() {
-    std::vector<Slot> old(slots_.empty() ? 64 : slots_.size() * 2);
+  void grow() { rehash(slots_.empty() ? 64 : slots_.size() * 2); }
+  void rehash(std::size_t size) {
+    std::vector<Slot> old(size);
     old.swap(slots_);
     count_ = 0;
     for (const Slot& slot : old)
