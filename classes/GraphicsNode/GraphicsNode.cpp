@@ -144,9 +144,10 @@ void markViewPropertiesDirtyMethod(const COSClient*, int&, COSValue*, int nrhs, 
 
 }  // namespace
 
-unsigned char GraphicsNode::readHandleVisibility(const COSInterface* object) noexcept {
-  const auto* block = sgutils::blockOf<GraphicsNode>(object, classID());
-  return block ? static_cast<unsigned char>(block->handleVisibility_) : 0;
+unsigned char GraphicsNode::readHandleVisibility(const void* block) noexcept {
+  // Blocks are stored as SGReference pointers.
+  const auto* node = static_cast<const GraphicsNode*>(static_cast<const SGReference*>(block));
+  return static_cast<unsigned char>(node->handleVisibility_);
 }
 
 void GraphicsNode::addMethods(COSClass* cls, COSID classId) {
