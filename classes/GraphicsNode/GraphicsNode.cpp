@@ -104,21 +104,24 @@ struct OtherLines {
   int slots[kLines] = {};
 };
 
-const OtherLines& otherLinesOf(const COSClass* cls) {
+OtherLines otherLinesOf(const COSClass* cls) {
   // The property route epoch moves when a class goes, so a class made later
-  // at the same address is asked again. Interpreter thread only.
+  // at the same address is asked again; a class whose block table is not
+  // complete yet (it holds its own block once it is) is asked each time.
+  // Interpreter thread only.
   static OtherLines kept;
   const std::uint64_t epoch = vcos::propertyRouteEpoch();
-  if (kept.cls != cls || kept.epoch != epoch) {
-    static const COSID lines[OtherLines::kLines] = {
-        graphics::internal::GraphicsUIProperties::classID(), graphics::internal::Legacy::classID(),
-        graphics::mixin::CurrentAxes::classID(),             graphics::mixin::Layoutable::classID(),
-        graphics::mixin::Themeable::classID(),               graphics::mixin::ViewPropertiesManager::classID()};
-    for (std::size_t i = 0; i < OtherLines::kLines; ++i) kept.slots[i] = vcos::blockSlotOf(cls, lines[i]);
-    kept.cls = cls;
-    kept.epoch = epoch;
-  }
-  return kept;
+  if (kept.cls == cls && kept.epoch == epoch) return kept;
+  static const COSID lines[OtherLines::kLines] = {
+      graphics::internal::GraphicsUIProperties::classID(), graphics::internal::Legacy::classID(),
+      graphics::mixin::CurrentAxes::classID(),             graphics::mixin::Layoutable::classID(),
+      graphics::mixin::Themeable::classID(),               graphics::mixin::ViewPropertiesManager::classID()};
+  OtherLines found;
+  for (std::size_t i = 0; i < OtherLines::kLines; ++i) found.slots[i] = vcos::blockSlotOf(cls, lines[i]);
+  found.cls = cls;
+  found.epoch = epoch;
+  if (cls && vcos::blockSlotOf(cls, cls->getID()) >= 0) kept = found;
+  return found;
 }
 
 }  // namespace

@@ -60,6 +60,8 @@ struct VisibilityProps {
   bool internalOnGraphicsBlock = false;
   // Both reads direct, each from a block found by its index.
   bool direct = false;
+  // The class's block table was complete when the answers were made.
+  bool complete = false;
 };
 
 // The one reader installed; a process has one library defining HandleVisibility.
@@ -104,7 +106,9 @@ const VisibilityProps& visibilityPropsOf(const COSInterface* object) {
   const std::size_t at = (reinterpret_cast<std::uintptr_t>(cls) >> 6) & 7;
   VisibilityProps& last = cache[at];
   const std::uint64_t epoch = vcos::propertyRouteEpoch();
-  if (cls != last.cls || generation[at] != readerGeneration || epochs[at] != epoch) {
+  // A class whose block table is not complete yet (it holds its own block
+  // once it is) is asked again at the next call.
+  if (cls != last.cls || generation[at] != readerGeneration || epochs[at] != epoch || !last.complete) {
     last.cls = cls;
     generation[at] = readerGeneration;
     epochs[at] = epoch;
@@ -118,6 +122,7 @@ const VisibilityProps& visibilityPropsOf(const COSInterface* object) {
         p && handleVisibilityReader.read && p->getClassID() == handleVisibilityReader.definingClass)
       last.readHandleVisibility = handleVisibilityReader.read;
     last.internalOnGraphicsBlock = last.internal && typeid(*last.internal) == typeid(GraphicsInternalPI);
+    last.complete = cls && vcos::blockSlotOf(cls, cls->getID()) >= 0;
     last.direct = last.readHandleVisibility && last.internalOnGraphicsBlock && last.handleVisibilitySlot >= 0 &&
                   last.internalSlot >= 0;
   }
