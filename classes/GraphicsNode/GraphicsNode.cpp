@@ -19,6 +19,8 @@
 #include "sgutils/propinfos/BlockOf.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
+#include "vcos/InstanceBlocks.h"
+#include "vcos/PropertyRouteEpoch.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/ObjectArray.h"
 #include "vx/vx.h"
@@ -91,20 +93,55 @@ void GraphicsNode::reparent(COSInterface* object, COSInterface* parent) {
   applyThemeFromAncestors(object);
 }
 
+namespace {
+
+// Where the blocks of the other lines lie in the instances of one class:
+// found once per class, so a new object looks none of them up by class id.
+struct OtherLines {
+  static constexpr std::size_t kLines = 6;  // the last is the views' block
+  const COSClass* cls = nullptr;
+  std::uint64_t epoch = 0;
+  int slots[kLines] = {};
+};
+
+OtherLines otherLinesOf(const COSClass* cls) {
+  // The property route epoch moves when a class goes, so a class made later
+  // at the same address is asked again; a class whose block table is not
+  // complete yet (it holds its own block once it is) is asked each time.
+  // Interpreter thread only.
+  static OtherLines kept;
+  const std::uint64_t epoch = vcos::propertyRouteEpoch();
+  if (kept.cls == cls && kept.epoch == epoch) return kept;
+  static const COSID lines[OtherLines::kLines] = {
+      graphics::internal::GraphicsUIProperties::classID(), graphics::internal::Legacy::classID(),
+      graphics::mixin::CurrentAxes::classID(),             graphics::mixin::Layoutable::classID(),
+      graphics::mixin::Themeable::classID(),               graphics::mixin::ViewPropertiesManager::classID()};
+  OtherLines found;
+  for (std::size_t i = 0; i < OtherLines::kLines; ++i) found.slots[i] = vcos::blockSlotOf(cls, lines[i]);
+  found.cls = cls;
+  found.epoch = epoch;
+  if (cls && vcos::blockSlotOf(cls, cls->getID()) >= 0) kept = found;
+  return found;
+}
+
+}  // namespace
+
 void GraphicsNode::runOtherLineSetups(COSInterfacePtr object) {
-  static const COSID lines[] = {graphics::internal::GraphicsUIProperties::classID(),
-                                graphics::internal::Legacy::classID(), graphics::mixin::CurrentAxes::classID(),
-                                graphics::mixin::Layoutable::classID(),
-                                graphics::mixin::Themeable::classID(),
-                                graphics::mixin::ViewPropertiesManager::classID()};
-  for (const COSID& id : lines) {
-    auto* block = static_cast<SGReference*>(object->getInstanceData(id));
+  // A copy: a Setup may make objects of other classes.
+  const OtherLines lines = otherLinesOf(object->getClass());
+  for (const int slot : lines.slots) {
+    if (slot < 0) continue;
+    auto* block = static_cast<SGReference*>(vcos::instanceDataAt(object.get(), slot));
     if (block && block != static_cast<SGReference*>(this)) block->Setup(object);
   }
   // The view strategy is chosen when the object is made; the names a class
   // starts with go to the view at the next drawnow. The block is kept at
   // hand, so a set marks its name without looking the block up.
-  viewProperties_ = graphics::mixin::ViewPropertiesManager::fromObject(object.get());
+  const int views = lines.slots[OtherLines::kLines - 1];
+  viewProperties_ = views < 0
+                        ? nullptr
+                        : static_cast<graphics::mixin::ViewPropertiesManager*>(
+                              static_cast<SGReference*>(vcos::instanceDataAt(object.get(), views)));
   if (!viewProperties_) return;
   viewProperties_->setStrategy(object.get());
   if (viewProperties_->hasDirtyProperties()) queueForViews(object.get());
@@ -144,9 +181,10 @@ void markViewPropertiesDirtyMethod(const COSClient*, int&, COSValue*, int nrhs, 
 
 }  // namespace
 
-unsigned char GraphicsNode::readHandleVisibility(const COSInterface* object) noexcept {
-  const auto* block = sgutils::blockOf<GraphicsNode>(object, classID());
-  return block ? static_cast<unsigned char>(block->handleVisibility_) : 0;
+unsigned char GraphicsNode::readHandleVisibility(const void* block) noexcept {
+  // Blocks are stored as SGReference pointers.
+  const auto* node = static_cast<const GraphicsNode*>(static_cast<const SGReference*>(block));
+  return static_cast<unsigned char>(node->handleVisibility_);
 }
 
 void GraphicsNode::addMethods(COSClass* cls, COSID classId) {

@@ -86,8 +86,11 @@ void GraphicsBaseFunctions::registerFindobjLender() {
   });
   // Equal interned ids are equal texts, so a search by Type compares each
   // distinct Type once rather than the text of every object.
-  vcos::setFindobjKey(classID(), COSID("Type"), [](COSInterface* object, const void*& key) {
-    auto* block = sgutils::blockOf<GraphicsBaseFunctions>(object, GraphicsBaseFunctions::classID());
+  vcos::setFindobjKey(classID(), COSID("Type"), [](COSInterface* object, const void* data, const void*& key) {
+    // The search hands over the block it found by index; blocks are stored
+    // as SGReference pointers.
+    auto* block = data ? static_cast<const GraphicsBaseFunctions*>(static_cast<const SGReference*>(data))
+                       : sgutils::blockOf<GraphicsBaseFunctions>(object, GraphicsBaseFunctions::classID());
     if (!block || !block->typeId_) return false;
     key = block->typeId_.entry();
     return true;

@@ -7,6 +7,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "sgutils/lifecycle/SGReference.h"
+#include "sgutils/objects/KeptBlockSlots.h"
 #include "sgutils/objects/GraphicsTheme.gen.h"
 #include "sgutils/themes/ThemeChangedEventData.h"
 #include "sgutils/themes/ThemeSettings.h"
@@ -65,8 +66,11 @@ std::string textField(const vxArray* value, const char* name) {
 
 ThemeContainer* ThemeContainer::fromObject(const COSInterface* object) noexcept {
   if (!object) return nullptr;
-  void* slot = object->getInstanceData(classID());
-  return slot ? static_cast<ThemeContainer*>(static_cast<SGReference*>(slot)) : nullptr;
+  // Asked of every object made and of each ancestor up to its figure: the
+  // block's index is kept per class.
+  static sgutils::KeptBlockSlots<4> slots;
+  void* block = slots.blockOf(object, classID());
+  return block ? static_cast<ThemeContainer*>(static_cast<SGReference*>(block)) : nullptr;
 }
 
 COSValue ThemeContainer::getThemeImpl(COSPropInfo*, const COSClient*, COSInterface*) {

@@ -20,6 +20,8 @@
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
 #include "vcos/DynamicProperties.h"
+#include "vcos/InstanceBlocks.h"
+#include "vcos/PropertyRouteEpoch.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSPropT.h"
 #include "vcos/COSTypeConversion.h"
@@ -49,12 +51,17 @@ struct VisibilityProps {
   const COSClass* cls = nullptr;
   const COSPropInfo* handleVisibility = nullptr;
   const COSPropInfo* internal = nullptr;
-  // The classes whose data blocks the two reads touch (for the prefetch).
-  COSID handleVisibilityBlock, internalBlock;
+  // The indexes of the data blocks the two reads touch in the class's
+  // instances (-1: none), for the prefetch and the direct reads.
+  int handleVisibilitySlot = -1, internalSlot = -1;
   // Direct reads of the two, where the class's properties are the ones whose
   // storage is known (else null / false: the property is read as usual).
   ChildStrategy::HandleVisibilityReader readHandleVisibility = nullptr;
   bool internalOnGraphicsBlock = false;
+  // Both reads direct, each from a block found by its index.
+  bool direct = false;
+  // The class's block table was complete when the answers were made.
+  bool complete = false;
 };
 
 // The one reader installed; a process has one library defining HandleVisibility.
@@ -90,24 +97,34 @@ const VisibilityProps& visibilityPropsOf(const COSInterface* object) {
   // One thread runs the class-object system. A few entries, picked by the
   // class's address, so that the prefetch a few children ahead and the
   // test of a container of mixed classes do not evict each other.
+  // The property route epoch moves when a class goes, so a class made
+  // later at the same address is not answered from its predecessor.
   static VisibilityProps cache[8];
   static unsigned generation[8];
+  static std::uint64_t epochs[8];
   const COSClass* cls = object->getClass();
   const std::size_t at = (reinterpret_cast<std::uintptr_t>(cls) >> 6) & 7;
   VisibilityProps& last = cache[at];
-  if (cls != last.cls || generation[at] != readerGeneration) {
+  const std::uint64_t epoch = vcos::propertyRouteEpoch();
+  // A class whose block table is not complete yet (it holds its own block
+  // once it is) is asked again at the next call.
+  if (cls != last.cls || generation[at] != readerGeneration || epochs[at] != epoch || !last.complete) {
     last.cls = cls;
     generation[at] = readerGeneration;
+    epochs[at] = epoch;
     last.handleVisibility = cls ? cls->findPropertyExact(handleVisibilityName()) : nullptr;
     last.internal = cls ? cls->findPropertyExact(internalName()) : nullptr;
-    last.handleVisibilityBlock = blockClassOf(last.handleVisibility);
-    last.internalBlock = blockClassOf(last.internal);
+    last.handleVisibilitySlot = vcos::blockSlotOf(cls, blockClassOf(last.handleVisibility));
+    last.internalSlot = vcos::blockSlotOf(cls, blockClassOf(last.internal));
     // Only the exact property kinds whose storage the direct reads know.
     last.readHandleVisibility = nullptr;
     if (auto* p = dynamic_cast<const PropInfoBase*>(last.handleVisibility);
         p && handleVisibilityReader.read && p->getClassID() == handleVisibilityReader.definingClass)
       last.readHandleVisibility = handleVisibilityReader.read;
     last.internalOnGraphicsBlock = last.internal && typeid(*last.internal) == typeid(GraphicsInternalPI);
+    last.complete = cls && vcos::blockSlotOf(cls, cls->getID()) >= 0;
+    last.direct = last.readHandleVisibility && last.internalOnGraphicsBlock && last.handleVisibilitySlot >= 0 &&
+                  last.internalSlot >= 0;
   }
   return last;
 }
@@ -161,8 +178,8 @@ std::shared_ptr<ChildStrategy> ChildStrategy::createDefaultChildStrategy() {
 void ChildStrategy::prefetchVisibility(const COSInterface* child) noexcept {
   if (!child || child->isDestroyed()) return;
   const VisibilityProps& props = visibilityPropsOf(child);
-  if (props.handleVisibilityBlock) __builtin_prefetch(child->getInstanceData(props.handleVisibilityBlock));
-  if (props.internalBlock) __builtin_prefetch(child->getInstanceData(props.internalBlock));
+  if (props.handleVisibilitySlot >= 0) __builtin_prefetch(vcos::instanceDataAt(child, props.handleVisibilitySlot));
+  if (props.internalSlot >= 0) __builtin_prefetch(vcos::instanceDataAt(child, props.internalSlot));
 }
 
 bool ChildStrategy::isChildHandleVisible(const COSInterfacePtr& child) { return isChildHandleVisible(child.get()); }
@@ -178,13 +195,15 @@ bool ChildStrategy::isChildHandleVisible(COSInterface* child) {
     return false;
   const VisibilityProps& props = visibilityPropsOf(child);
   // The common case: both properties of the class, each read straight from
-  // its member (the same values their getValue gives, with no calls through
-  // the property and nothing to give back).
-  if (props.readHandleVisibility && props.internalOnGraphicsBlock) {
-    const SGHandle* handle = SGHandle::fromObject(child);
-    if (handle && handle->getInternal()) return false;
+  // its member in the block found by its index (the same values their
+  // getValue gives, with no calls through the property and nothing to give
+  // back). Blocks are stored as SGReference pointers.
+  if (props.direct) {
+    const void* graphics = vcos::instanceDataAt(child, props.internalSlot);
+    if (graphics && static_cast<const SGHandle*>(static_cast<const SGReference*>(graphics))->getInternal()) return false;
     if (ShowHiddenHandlesInternal::GetShowHiddenHandlesInternalFlag()) return true;
-    const unsigned char visibility = props.readHandleVisibility(child);
+    const void* node = vcos::instanceDataAt(child, props.handleVisibilitySlot);
+    const unsigned char visibility = node ? props.readHandleVisibility(node) : 0;
     if (visibility == 0) return true;
     return visibility == 1 && callbackRunning();
   }

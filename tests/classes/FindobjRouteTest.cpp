@@ -144,6 +144,32 @@ TEST_F(FindobjRoute, ATypeChangedOnOneObjectIsJudgedByItsOwnValue) {
   expectSameBothWays(axes, {"Type", "line"}, 4);
 }
 
+// Children of several classes side by side: each class keeps its blocks at
+// its own indexes, and the search keeps those per class, so every child must
+// be judged through its own class's, whichever class came before it.
+TEST_F(FindobjRoute, ChildrenOfMixedClassesAreEachJudgedThroughTheirOwnBlocks) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  const char* classes[] = {sgclasses::kLineClass, sgclasses::kTextClass, sgclasses::kPatchClass,
+                           sgclasses::kGroupClass};
+  std::vector<COSInterfacePtr> made;
+  for (int round = 0; round < 3; ++round)
+    for (const char* cls : classes) made.push_back(sgclasses::create(cls, axes));
+  // One hidden and one internal object of each class, in different rounds.
+  for (std::size_t c = 0; c < 4; ++c) {
+    set(made[c], "HandleVisibility", Arr(vxCreateString("off")).get());
+    set(made[4 + c], "Internal", Arr(vxCreateLogicalScalar(true)).get());
+  }
+  // The one visible object of each class is the one made last.
+  EXPECT_EQ(find(axes, {"Type", "line"}), (std::vector<COSInterface*>{made[8].get()}));
+  EXPECT_EQ(find(axes, {"Type", "text"}), (std::vector<COSInterface*>{made[9].get()}));
+  EXPECT_EQ(find(axes, {"Type", "patch"}), (std::vector<COSInterface*>{made[10].get()}));
+  EXPECT_EQ(find(axes, {"-class", sgclasses::kGroupClass}), (std::vector<COSInterface*>{made[11].get()}));
+  expectSameBothWays(axes, {}, 5);  // the axes and the four
+  set(sgclasses::root(), "ShowHiddenHandles", Arr(vxCreateString("on")).get());
+  expectSameBothWays(axes, {"Type", "text"}, 3);  // hidden shows, internal stays out; the title too
+  set(sgclasses::root(), "ShowHiddenHandles", Arr(vxCreateString("off")).get());
+}
+
 TEST_F(FindobjRoute, OrderIsNewestFirstAndAReorderIsSeen) {
   COSInterfacePtr axes = sgclasses::currentAxes(true);
   std::vector<COSInterfacePtr> lines;

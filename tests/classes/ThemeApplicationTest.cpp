@@ -2,12 +2,15 @@
 // re-colours its tree from the mapping table, manual values stay, and new or
 // moved objects take the theme of the figure they join.
 #include <string>
+#include <utility>
 
 #include "ClassesTestSupport.h"
 #include "ThemeColorRows.h"
 #include "foundation/uithemes/ThemeColors.h"
 #include "sgclasses/ClassNames.h"
 #include "sgdatatypes/RGBAColor.h"
+#include "sgutils/objects/GraphicsNode.gen.h"
+#include "sgutils/propinfos/BlockOf.h"
 #include "sgutils/themes/ThemeMappingTable.h"
 #include "sgutils/themes/ThemeUtils.h"
 #include "support/ErrorId.h"
@@ -101,6 +104,33 @@ TEST_F(ClassesTest, NewAndMovedObjectsTakeTheThemeOfTheirFigure) {
   set(given, "Color", green.get());
   setTheme(dark, "light");
   EXPECT_EQ(row(given, "Color"), "0.000000 1.000000 0.000000");
+}
+
+// New objects find their figure's theme container, and their own mixin
+// blocks, by indexes kept per class: objects of several classes made in
+// turn under two figures must each take their own figure's theme and have
+// their views' block, whichever class was made before them.
+TEST_F(ClassesTest, ObjectsOfSeveralClassesMadeInTurnTakeTheirOwnFiguresTheme) {
+  COSInterfacePtr dark = create(sgclasses::kFigureClass, root());
+  COSInterfacePtr light = create(sgclasses::kFigureClass, root());
+  setTheme(dark, "dark");
+  setTheme(light, "light");
+  COSInterfacePtr darkAxes = create(sgclasses::kAxesClass, dark);
+  COSInterfacePtr lightAxes = create(sgclasses::kAxesClass, light);
+  COSInterfacePtr group = create(sgclasses::kGroupClass, darkAxes);
+  const char* classes[] = {sgclasses::kLineClass, sgclasses::kTextClass, sgclasses::kPatchClass};
+  for (int round = 0; round < 2; ++round) {
+    for (const char* cls : classes) {
+      for (const auto& [parent, style] : {std::pair{darkAxes, "dark"}, std::pair{lightAxes, "light"},
+                                          std::pair{group, "dark"}}) {
+        COSInterfacePtr object = create(cls, parent);
+        expectThemed(object, style);
+        const auto* node = sgutils::blockOf<sgclasses::GraphicsNode>(object.get(), sgclasses::GraphicsNode::classID());
+        ASSERT_NE(node, nullptr) << cls;
+        EXPECT_NE(node->viewProperties(), nullptr) << cls;
+      }
+    }
+  }
 }
 
 TEST_F(ClassesTest, ThemeValuesThatAreRefused) {

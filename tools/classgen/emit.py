@@ -233,8 +233,11 @@ def source(d, src):
     if has_callback_events(d):
         destroy = t.DETACH_CALLBACKS.template + destroy
         setup = t.ATTACH_CALLBACKS.template + setup
+    # Each level hands its reference down the chain rather than copying it,
+    # unless its own Setup uses the object after the base's.
     out.append(t.BLOCK_FRAME.substitute(n=n, destroy=destroy, package_getter=d.package_getter,
-                                        full_name=d.full_name, base=base, setup=setup))
+                                        full_name=d.full_name, base=base, setup=setup,
+                                        setup_object="object" if setup else "std::move(object)"))
     for r in d.of("triple"):
         out.append(t.TRIPLE_SETTER.substitute(n=n, x=r.name, arg=arg_of(r.cpp), word=word_of(r.cpp, "value")))
         out.append(t.MODE_SETTER.substitute(n=n, x=r.name))

@@ -216,24 +216,24 @@ const COSClient* $n::getPrivateClient() {
 void $n::Setup(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
   getClassInstance();
-  $base::Setup(object);
+  $base::Setup($setup_object);
 $setup}
 
 void $n::SetupFailed(COSInterfacePtr object) { $base::SetupFailed(object); }
 
 void $n::CreationComplete(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) $base::CreationComplete(object);
+  if (isLiveForHooks(object)) $base::CreationComplete(std::move(object));
 }
 
 void $n::ApplyingDefaults(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) $base::ApplyingDefaults(object);
+  if (isLiveForHooks(object)) $base::ApplyingDefaults(std::move(object));
 }
 
 void $n::DefaultsApplied(COSInterfacePtr object, bool fromReset) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) $base::DefaultsApplied(object, fromReset);
+  if (isLiveForHooks(object)) $base::DefaultsApplied(std::move(object), fromReset);
 }
 
 """)

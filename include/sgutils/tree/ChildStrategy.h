@@ -56,9 +56,10 @@ class SGUTILS_API ChildStrategy {
   // A direct read of the "HandleVisibility" that the class `definingClass`
   // keeps in a member of its block (0 on, 1 callback, 2 off), answering what
   // the property's getValue answers, so the visibility test of a walk does
-  // not go through the generic property path. Installed once at start-up by
-  // the library that defines the property; null removes it.
-  using HandleVisibilityReader = unsigned char (*)(const COSInterface* object) noexcept;
+  // not go through the generic property path. It is handed the object's
+  // block of `definingClass` (found by an index kept per class). Installed
+  // once at start-up by the library that defines the property; null removes it.
+  using HandleVisibilityReader = unsigned char (*)(const void* block) noexcept;
   static void setHandleVisibilityReader(COSID definingClass, HandleVisibilityReader reader) noexcept;
   // Whether the child's "Serializable" is on (false without the property).
   static bool isChildSerializable(const COSInterfacePtr& child);

@@ -85,24 +85,24 @@ const COSClient* Definitions::getPrivateClient() {
 void Definitions::Setup(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
   getClassInstance();
-  gentest::Stubs::Setup(object);
+  gentest::Stubs::Setup(std::move(object));
 }
 
 void Definitions::SetupFailed(COSInterfacePtr object) { gentest::Stubs::SetupFailed(object); }
 
 void Definitions::CreationComplete(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) gentest::Stubs::CreationComplete(object);
+  if (isLiveForHooks(object)) gentest::Stubs::CreationComplete(std::move(object));
 }
 
 void Definitions::ApplyingDefaults(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) gentest::Stubs::ApplyingDefaults(object);
+  if (isLiveForHooks(object)) gentest::Stubs::ApplyingDefaults(std::move(object));
 }
 
 void Definitions::DefaultsApplied(COSInterfacePtr object, bool fromReset) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) gentest::Stubs::DefaultsApplied(object, fromReset);
+  if (isLiveForHooks(object)) gentest::Stubs::DefaultsApplied(std::move(object), fromReset);
 }
 
 void Definitions::setLabel(std::u16string value, graphics::datatype::ClientEnum client) {

@@ -88,17 +88,17 @@ void Events::SetupFailed(COSInterfacePtr object) { sgutils::GeneratedBlock::Setu
 
 void Events::CreationComplete(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) sgutils::GeneratedBlock::CreationComplete(object);
+  if (isLiveForHooks(object)) sgutils::GeneratedBlock::CreationComplete(std::move(object));
 }
 
 void Events::ApplyingDefaults(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) sgutils::GeneratedBlock::ApplyingDefaults(object);
+  if (isLiveForHooks(object)) sgutils::GeneratedBlock::ApplyingDefaults(std::move(object));
 }
 
 void Events::DefaultsApplied(COSInterfacePtr object, bool fromReset) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) sgutils::GeneratedBlock::DefaultsApplied(object, fromReset);
+  if (isLiveForHooks(object)) sgutils::GeneratedBlock::DefaultsApplied(std::move(object), fromReset);
 }
 
 }  // namespace gentest

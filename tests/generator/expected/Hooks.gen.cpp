@@ -90,17 +90,17 @@ void Hooks::SetupFailed(COSInterfacePtr object) { sgutils::GeneratedBlock::Setup
 
 void Hooks::CreationComplete(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) sgutils::GeneratedBlock::CreationComplete(object);
+  if (isLiveForHooks(object)) sgutils::GeneratedBlock::CreationComplete(std::move(object));
 }
 
 void Hooks::ApplyingDefaults(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) sgutils::GeneratedBlock::ApplyingDefaults(object);
+  if (isLiveForHooks(object)) sgutils::GeneratedBlock::ApplyingDefaults(std::move(object));
 }
 
 void Hooks::DefaultsApplied(COSInterfacePtr object, bool fromReset) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) sgutils::GeneratedBlock::DefaultsApplied(object, fromReset);
+  if (isLiveForHooks(object)) sgutils::GeneratedBlock::DefaultsApplied(std::move(object), fromReset);
 }
 
 }  // namespace gentest

@@ -83,24 +83,24 @@ const COSClient* Objects::getPrivateClient() {
 void Objects::Setup(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
   getClassInstance();
-  sgutils::GeneratedBlock::Setup(object);
+  sgutils::GeneratedBlock::Setup(std::move(object));
 }
 
 void Objects::SetupFailed(COSInterfacePtr object) { sgutils::GeneratedBlock::SetupFailed(object); }
 
 void Objects::CreationComplete(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) sgutils::GeneratedBlock::CreationComplete(object);
+  if (isLiveForHooks(object)) sgutils::GeneratedBlock::CreationComplete(std::move(object));
 }
 
 void Objects::ApplyingDefaults(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) sgutils::GeneratedBlock::ApplyingDefaults(object);
+  if (isLiveForHooks(object)) sgutils::GeneratedBlock::ApplyingDefaults(std::move(object));
 }
 
 void Objects::DefaultsApplied(COSInterfacePtr object, bool fromReset) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) sgutils::GeneratedBlock::DefaultsApplied(object, fromReset);
+  if (isLiveForHooks(object)) sgutils::GeneratedBlock::DefaultsApplied(std::move(object), fromReset);
 }
 
 }  // namespace gentest

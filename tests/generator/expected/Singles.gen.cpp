@@ -97,24 +97,24 @@ const COSClient* Singles::getPrivateClient() {
 void Singles::Setup(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
   getClassInstance();
-  gentest::Stubs::Setup(object);
+  gentest::Stubs::Setup(std::move(object));
 }
 
 void Singles::SetupFailed(COSInterfacePtr object) { gentest::Stubs::SetupFailed(object); }
 
 void Singles::CreationComplete(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) gentest::Stubs::CreationComplete(object);
+  if (isLiveForHooks(object)) gentest::Stubs::CreationComplete(std::move(object));
 }
 
 void Singles::ApplyingDefaults(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) gentest::Stubs::ApplyingDefaults(object);
+  if (isLiveForHooks(object)) gentest::Stubs::ApplyingDefaults(std::move(object));
 }
 
 void Singles::DefaultsApplied(COSInterfacePtr object, bool fromReset) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) gentest::Stubs::DefaultsApplied(object, fromReset);
+  if (isLiveForHooks(object)) gentest::Stubs::DefaultsApplied(std::move(object), fromReset);
 }
 
 void Singles::setCount(double value, graphics::datatype::ClientEnum client) {

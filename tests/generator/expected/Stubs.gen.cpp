@@ -88,24 +88,24 @@ const COSClient* Stubs::getPrivateClient() {
 void Stubs::Setup(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
   getClassInstance();
-  sgutils::GeneratedBlock::Setup(object);
+  sgutils::GeneratedBlock::Setup(std::move(object));
 }
 
 void Stubs::SetupFailed(COSInterfacePtr object) { sgutils::GeneratedBlock::SetupFailed(object); }
 
 void Stubs::CreationComplete(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) sgutils::GeneratedBlock::CreationComplete(object);
+  if (isLiveForHooks(object)) sgutils::GeneratedBlock::CreationComplete(std::move(object));
 }
 
 void Stubs::ApplyingDefaults(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) sgutils::GeneratedBlock::ApplyingDefaults(object);
+  if (isLiveForHooks(object)) sgutils::GeneratedBlock::ApplyingDefaults(std::move(object));
 }
 
 void Stubs::DefaultsApplied(COSInterfacePtr object, bool fromReset) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) sgutils::GeneratedBlock::DefaultsApplied(object, fromReset);
+  if (isLiveForHooks(object)) sgutils::GeneratedBlock::DefaultsApplied(std::move(object), fromReset);
 }
 
 }  // namespace gentest

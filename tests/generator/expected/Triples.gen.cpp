@@ -161,24 +161,24 @@ const COSClient* Triples::getPrivateClient() {
 void Triples::Setup(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
   getClassInstance();
-  gentest::Definitions::Setup(object);
+  gentest::Definitions::Setup(std::move(object));
 }
 
 void Triples::SetupFailed(COSInterfacePtr object) { gentest::Definitions::SetupFailed(object); }
 
 void Triples::CreationComplete(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) gentest::Definitions::CreationComplete(object);
+  if (isLiveForHooks(object)) gentest::Definitions::CreationComplete(std::move(object));
 }
 
 void Triples::ApplyingDefaults(COSInterfacePtr object) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) gentest::Definitions::ApplyingDefaults(object);
+  if (isLiveForHooks(object)) gentest::Definitions::ApplyingDefaults(std::move(object));
 }
 
 void Triples::DefaultsApplied(COSInterfacePtr object, bool fromReset) {
   sgutils::logGeneratedHook(classLog(), kSource, __func__, __LINE__);
-  if (isLiveForHooks(object)) gentest::Definitions::DefaultsApplied(object, fromReset);
+  if (isLiveForHooks(object)) gentest::Definitions::DefaultsApplied(std::move(object), fromReset);
 }
 
 void Triples::setSelected(bool value, graphics::datatype::ClientEnum client) {

@@ -28,8 +28,10 @@ VCOS_API FindobjLender findobjLender(COSID definingClass, COSID name) noexcept;
 // two objects whose keys are equal hold equal values, for as long as the
 // process runs (an interned id of the value, say). False: no key (the value
 // is then compared as usual). Asked on the same plain course as a lender,
-// reads no value and runs no code.
-using FindobjKey = bool (*)(COSInterface* object, const void*& key);
+// reads no value and runs no code. `block` is the object's data block of the
+// defining class, found by the search once per class (null where the class
+// keeps none under that class), so the key is read without a look-up.
+using FindobjKey = bool (*)(COSInterface* object, const void* block, const void*& key);
 
 // For the property `name` of the class that defines it; a null key removes it.
 VCOS_API void setFindobjKey(COSID definingClass, COSID name, FindobjKey key);

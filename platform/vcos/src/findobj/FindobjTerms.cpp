@@ -49,18 +49,22 @@ bool textEquals(const vxArray* value, const Term& term) {
 bool Query::test(Term& term, COSInterface* object) {
   switch (term.kind) {
     case TermKind::PropertyValue: {
-      const PropertyResolver::Typed t =
-          term.valueIsText
-              ? term.property->compareText(object, term.foldedText, term.asciiText ? &term.asciiFoldedText : nullptr)
-              : term.property->compareTyped(object, term.value);
-      if (t != PropertyResolver::Typed::NotApplicable) return t == PropertyResolver::Typed::Equal;
       const auto matches = [](const vxArray* a, const void* context) {
         const Term& tm = *static_cast<const Term*>(context);
         if (tm.valueIsText && isText(a)) return textEquals(a, tm);
         return vxAreMatricesEqualNanOptional(a, tm.value, /*nanEqual=*/false);
       };
-      const PropertyResolver::Typed known = term.property->compareByValue(object, matches, &term);
-      if (known != PropertyResolver::Typed::NotApplicable) return known == PropertyResolver::Typed::Equal;
+      if (term.valueIsText) {
+        // A text property compared as text, else the value's array form.
+        const PropertyResolver::Typed t = term.property->compareWithText(
+            object, term.foldedText, term.asciiText ? &term.asciiFoldedText : nullptr, matches, &term);
+        if (t != PropertyResolver::Typed::NotApplicable) return t == PropertyResolver::Typed::Equal;
+      } else {
+        const PropertyResolver::Typed t = term.property->compareTyped(object, term.value);
+        if (t != PropertyResolver::Typed::NotApplicable) return t == PropertyResolver::Typed::Equal;
+        const PropertyResolver::Typed known = term.property->compareByValue(object, matches, &term);
+        if (known != PropertyResolver::Typed::NotApplicable) return known == PropertyResolver::Typed::Equal;
+      }
       PropertyValue v;
       if (!term.property->read(object, v, /*lend=*/true)) return false;
       return matches(v.array(), &term);

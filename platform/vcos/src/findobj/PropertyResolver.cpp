@@ -23,6 +23,15 @@
 
 namespace vcos::search {
 
+namespace {
+// The block at `slot` of the object's class (-1: none), or null.
+const void* blockOf(COSInterface* object, int slot) noexcept {
+  if (slot < 0) return nullptr;
+  void** blocks = internal::ObjectOps::blocks(object);
+  return blocks ? blocks[slot] : nullptr;
+}
+}  // namespace
+
 void PropertyValue::reset() noexcept {
   if (converted_) matrix::destroyArray(std::exchange(converted_, nullptr));
   raw_.reset();
@@ -57,7 +66,7 @@ PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* propert
   return r;
 }
 
-const PropertyResolver::Resolved& PropertyResolver::resolve(COSInterface* object) {
+const PropertyResolver::Resolved& PropertyResolver::resolveOther(COSInterface* object) {
   const COSClass* cls = object->getClass();
   if (cls != cachedClass_) {
     cachedClass_ = cls;
@@ -107,7 +116,20 @@ void PropertyResolver::forgetKnownValues() noexcept {
 }
 
 PropertyResolver::Typed PropertyResolver::compareByValue(COSInterface* object, ArrayTest test, const void* context) {
+  return byValueOf(resolve(object), object, test, context);
+}
+
+PropertyResolver::Typed PropertyResolver::compareWithText(COSInterface* object, std::u16string_view folded,
+                                                          const std::string* asciiFolded, ArrayTest test,
+                                                          const void* context) {
   const Resolved& r = resolve(object);
+  if (!r.property) return Typed::NotEqual;
+  if (r.isText) return textOf(r, object, folded, asciiFolded);
+  return byValueOf(r, object, test, context);
+}
+
+PropertyResolver::Typed PropertyResolver::byValueOf(const Resolved& r, COSInterface* object, ArrayTest test,
+                                                    const void* context) {
   if (!r.property || r.isArray || r.isText || !r.toArray) return Typed::NotApplicable;
   if (knownProperty_ != r.property) {
     forgetKnownValues();
@@ -118,7 +140,8 @@ PropertyResolver::Typed PropertyResolver::compareByValue(COSInterface* object, A
   // A key stands for the value only where the read would take its plain
   // course (no listener or routed get that could answer otherwise).
   const void* key = nullptr;
-  if (r.key && r.reader.plainCourse(object) && r.key(object, key)) {
+  if (r.key && r.reader.plainCourse(object) &&
+      r.key(object, blockOf(object, r.block), key)) {
     for (const KnownKey& k : knownKeys_)
       if (k.key == key) return k.result ? Typed::Equal : Typed::NotEqual;
   } else {
@@ -172,6 +195,11 @@ PropertyResolver::Typed PropertyResolver::compareText(COSInterface* object, std:
                                                       const std::string* asciiFolded) {
   const Resolved& r = resolve(object);
   if (!r.property) return Typed::NotEqual;
+  return textOf(r, object, folded, asciiFolded);
+}
+
+PropertyResolver::Typed PropertyResolver::textOf(const Resolved& r, COSInterface* object, std::u16string_view folded,
+                                                 const std::string* asciiFolded) {
   if (!r.isText || (r.isAscii && !asciiFolded)) return Typed::NotApplicable;
   internal::SlotReader::Value read;
   if (!r.reader.read(object, read, /*lend=*/true)) return Typed::NotEqual;

@@ -83,6 +83,11 @@ class PropertyResolver {
   // object whose key is known is answered without reading its value.
   using ArrayTest = bool (*)(const vxArray* array, const void* context);
   Typed compareByValue(COSInterface* object, ArrayTest test, const void* context);
+  // compareText where the property is text, else compareByValue, with the
+  // property resolved once: a condition given as text on a property of
+  // another type (Type, an enumeration) costs one look-up per object.
+  Typed compareWithText(COSInterface* object, std::u16string_view folded, const std::string* asciiFolded,
+                        ArrayTest test, const void* context);
 
   // A hint for an object to be read soon: starts fetching the memory where
   // the property of the class met last keeps its value when that lies
@@ -115,8 +120,14 @@ class PropertyResolver {
     COSValue value;
     bool usable = false;  // false: the value has no form in that type
   };
-  // Valid until the next call.
-  const Resolved& resolve(COSInterface* object);
+  // Valid until the next call. The class met last is answered inline.
+  const Resolved& resolve(COSInterface* object) {
+    if (object->getClass() == cachedClass_ && cached_.property) return cached_;
+    return resolveOther(object);
+  }
+  const Resolved& resolveOther(COSInterface* object);
+  Typed textOf(const Resolved& r, COSInterface* object, std::u16string_view folded, const std::string* asciiFolded);
+  Typed byValueOf(const Resolved& r, COSInterface* object, ArrayTest test, const void* context);
   static Resolved describe(const COSPropInfo* property, const COSClass* cls);
 
   // Answers of compareByValue for the values met so far.
