@@ -127,19 +127,28 @@ std::vector<vxNamedValue> GraphicsLoader::load(std::span<const std::uint8_t> byt
 void GraphicsLoader::makeObjects(std::span<const vxSavedObjectHead> heads) {
   objects_.reserve(heads.size());
   madeBy_.reserve(heads.size());
+  constructed_.reserve(heads.size());
+  // The class of the previous record, checked once: a saved tree names the
+  // same few classes over and over.
+  const std::string* lastName = nullptr;
+  COSClass* lastClass = nullptr;
+  const COSClient* client = COSGetPublicClient();
   for (const vxSavedObjectHead& head : heads) {
     COSInterfacePtr object;
     if (head.madeBy < 0) {
-      COSClass* cls = COSClass::getClass(COSID(head.className.c_str()));
-      if (!cls || !cls->isSubclassOf(graphicsClassId()) || cls->isAbstract())
-        throw Error("VANTEL:sg:load:UnknownClass", head.className);
-      // There is one root; a saved one would come back as a second, outside the tree.
-      static const COSID rootClassId("vantel.ui.Root");
-      if (cls->isSubclassOf(rootClassId)) throw Error("VANTEL:sg:load:SecondRoot", head.className);
-      matrix::unique_vxArray made(omConstructObjectWithClient(cls->getID(), 0, nullptr, COSGetPublicClient()));
-      object = made && omIsVCOS(made.get()) && vxGetNumberOfElements(made.get()) == 1
-                   ? omGetLiveArrayElement(made.get(), 0)
-                   : COSInterfacePtr();
+      if (!lastName || *lastName != head.className) {
+        COSClass* cls = COSClass::getClass(COSID(head.className.c_str()));
+        if (!cls || !cls->isSubclassOf(graphicsClassId()) || cls->isAbstract())
+          throw Error("VANTEL:sg:load:UnknownClass", head.className);
+        // There is one root; a saved one would come back as a second, outside the tree.
+        static const COSID rootClassId("vantel.ui.Root");
+        if (cls->isSubclassOf(rootClassId)) throw Error("VANTEL:sg:load:SecondRoot", head.className);
+        lastName = &head.className;
+        lastClass = cls;
+      }
+      // Made as a constructor call without arguments through the public
+      // client makes it, without the array that call hands back.
+      object = lastClass->createInstance(client, 0, nullptr);
       if (!object) throw Error("VANTEL:sg:load:UnknownClass", head.className);
       constructed_.push_back(object);
     } else {
@@ -398,13 +407,22 @@ void GraphicsLoader::runLoadSteps() {
   indexOf_.clear();
   for (std::size_t i = 0; i < n; ++i) indexOf_.emplace(objects_[i].get(), i);
   const ActiveLoader active(this);
+  // One object array of one element carries each object of a class in turn
+  // to its load step, which reads it and keeps none of it.
+  matrix::unique_vxArray value;
+  COSClass* valueClass = nullptr;
   for (std::size_t i : order) {
     COSInterfacePtr object = objects_[i];
     // A callback of an earlier object may have deleted this one.
     if (object->isBeingDestroyed() || object->isDestroyed()) continue;
     COSClassInfo* info = object->getClass()->getClassInfo();
     if (!info) continue;
-    matrix::unique_vxArray value(omCreateVCOSScalar(object));
+    if (!value || valueClass != object->getClass()) {
+      value.reset(omCreateVCOSScalar(object));
+      valueClass = object->getClass();
+    } else {
+      omSetArrayElement(value.get(), 0, object);
+    }
     info->customLoad(object, COSValue(value.get()), COSDataTypePtr());
   }
 }
