@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 #include "foundation/core/except/Error.h"
@@ -21,6 +22,7 @@
 #include "vcos/COSListener.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/DynamicProperties.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vcos/VxProperty.h"
@@ -59,19 +61,31 @@ class ParentValue {
   // own rules on parents apply.
   void setOn(const COSInterfacePtr& object) {
     static const COSID parentName("Parent");
-    COSPropInfo* property = object->findPropertyInfo(parentName);
-    if (!property) throw Error("VANTEL:sg:load:NoParentProperty", object->getClass()->getName());
-    COSDataTypePtr type = property->getDataType();
-    if (!value_.has() || type.get() != type_.get()) {
-      matrix::unique_vxArray scalar(omCreateVCOSScalar(parent_));
-      value_ = copy::OwnedValue(type, copy::fromArray(type, scalar.get()));
-      type_ = std::move(type);
+    // Siblings are mostly of one class: its property is looked up once,
+    // unless the object has run-time properties of its own.
+    if (object->getClass() != class_ || vcos::hasDynamicProperties(object.get())) {
+      property_ = object->findPropertyInfo(parentName);
+      if (!property_) throw Error("VANTEL:sg:load:NoParentProperty", object->getClass()->getName());
+      class_ = vcos::hasDynamicProperties(object.get()) ? nullptr : object->getClass();
+    }
+    const COSPropInfo* property = property_;
+    if (!value_.has() || property != valueProperty_) {
+      COSDataTypePtr type = property->getDataType();
+      if (!value_.has() || type.get() != type_.get()) {
+        matrix::unique_vxArray scalar(omCreateVCOSScalar(parent_));
+        value_ = copy::OwnedValue(type, copy::fromArray(type, scalar.get()));
+        type_ = std::move(type);
+      }
+      valueProperty_ = property;
     }
     object->setPropertyValue(COSGetPublicClient(), property, value_.get());
   }
 
  private:
   const COSInterfacePtr& parent_;
+  const COSClass* class_ = nullptr;
+  const COSPropInfo* property_ = nullptr;
+  const COSPropInfo* valueProperty_ = nullptr;  // the property value_ was made for
   COSDataTypePtr type_;
   copy::OwnedValue value_;
 };
@@ -196,6 +210,10 @@ vxArray* GraphicsLoader::makeObjectArray(const std::string& className, std::span
 
 void GraphicsLoader::setFields(const vxSavedDocument& document) {
   foundation::log::Logger& lg = serializationLog();
+  constexpr unsigned char kChildren = 2;
+  constexpr unsigned char kDefaults = 3;
+  constexpr std::string_view childrenField(GraphicsFile::kChildrenField);
+  constexpr std::string_view defaultsField(GraphicsFile::kDefaultsField);
   for (std::size_t i = 0; i < document.objects.size(); ++i) {
     const COSInterfacePtr& object = objects_[i];
     const SavedPropertyList& list = SavedPropertyList::of(object->getClass());
@@ -204,8 +222,21 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
     const std::vector<vxNamedValue>& fields = document.objects[i].fields;
     properties_.clear();
     modes_.clear();
+    // Per field: its property, and whether it is a mode (1), a value (0),
+    // the child list (kChildren) or the stored defaults (kDefaults).
     for (const vxNamedValue& field : fields) {
-      const std::ptrdiff_t k = list.find(field.name);
+      const std::string_view name = field.name;
+      if (name == childrenField) {
+        properties_.push_back(nullptr);
+        modes_.push_back(kChildren);
+        continue;
+      }
+      if (name == defaultsField) {
+        properties_.push_back(nullptr);
+        modes_.push_back(kDefaults);
+        continue;
+      }
+      const std::ptrdiff_t k = list.find(name);
       properties_.push_back(k < 0 ? nullptr : list.properties[static_cast<std::size_t>(k)]);
       modes_.push_back(k < 0 ? 0 : list.mode[static_cast<std::size_t>(k)]);
     }
@@ -213,8 +244,8 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
       for (std::size_t f = 0; f < fields.size(); ++f) {
         const vxNamedValue& field = fields[f];
         const vxArray* value = field.value.get();
-        if (field.name == GraphicsFile::kChildrenField) continue;
-        if (field.name == GraphicsFile::kDefaultsField) {
+        if (modes_[f] == kChildren) continue;
+        if (modes_[f] == kDefaults) {
           if (pass == 1) continue;
           if (!vxIsStruct(value)) throw Error("VANTEL:sg:load:BadDefaults");
           if (SGHandle* handle = SGHandle::fromObject(object.get())) handle->setDefaultProp(value);
@@ -250,7 +281,9 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
 }
 
 void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
-  std::unordered_map<const COSInterface*, std::size_t> indexOf;
+  // Made once; the load steps find the objects of a parent's pass in it too.
+  std::unordered_map<const COSInterface*, std::size_t>& indexOf = indexOf_;
+  indexOf.clear();
   indexOf.reserve(objects_.size());
   for (std::size_t i = 0; i < objects_.size(); ++i) indexOf.emplace(objects_[i].get(), i);
   std::vector<bool> hooked(objects_.size(), false);
@@ -404,8 +437,6 @@ void GraphicsLoader::runLoadSteps() {
       }
     }
   }
-  indexOf_.clear();
-  for (std::size_t i = 0; i < n; ++i) indexOf_.emplace(objects_[i].get(), i);
   const ActiveLoader active(this);
   // One object array of one element carries each object of a class in turn
   // to its load step, which reads it and keeps none of it.
