@@ -41,6 +41,12 @@ constexpr std::uint32_t kLoadingBit = 1u << 2;
 constexpr std::uint32_t kSetBit = 1u << 8;
 constexpr std::uint32_t kConversionBit = 1u << 9;
 
+// The kinds of a record's fields besides values (0) and modes (1).
+constexpr unsigned char kChildren = 2;
+constexpr unsigned char kDefaults = 3;
+constexpr std::string_view childrenField(GraphicsFile::kChildrenField);
+constexpr std::string_view defaultsField(GraphicsFile::kDefaultsField);
+
 const COSID& graphicsClassId() {
   static const COSID id("vantel.graphics.Graphics");
   return id;
@@ -210,10 +216,6 @@ vxArray* GraphicsLoader::makeObjectArray(const std::string& className, std::span
 
 void GraphicsLoader::setFields(const vxSavedDocument& document) {
   foundation::log::Logger& lg = serializationLog();
-  constexpr unsigned char kChildren = 2;
-  constexpr unsigned char kDefaults = 3;
-  constexpr std::string_view childrenField(GraphicsFile::kChildrenField);
-  constexpr std::string_view defaultsField(GraphicsFile::kDefaultsField);
   for (std::size_t i = 0; i < document.objects.size(); ++i) {
     const COSInterfacePtr& object = objects_[i];
     const SavedPropertyList& list = SavedPropertyList::of(object->getClass());

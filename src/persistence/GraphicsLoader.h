@@ -68,7 +68,7 @@ class GraphicsLoader {
   std::vector<std::vector<std::size_t>> children_;  // loaded children by index, in saved order
   std::unordered_map<const COSInterface*, std::size_t> indexOf_;  // made object -> its index
   std::vector<const COSPropInfo*> properties_;  // one object's fields' properties, reused
-  std::vector<unsigned char> modes_;            // whether each of those is a mode, reused
+  std::vector<unsigned char> modes_;            // each one's kind: value, mode, child list or defaults; reused
   std::vector<KeptCurrent> keptCurrent_;    // set back when the load fails
   bool done_ = false;
 };
