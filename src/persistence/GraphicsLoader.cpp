@@ -167,9 +167,10 @@ void GraphicsLoader::makeObjects(std::span<const vxSavedObjectHead> heads) {
         lastClass = cls;
       }
       // Made as a constructor call without arguments through the public
-      // client makes it, without the array that call hands back.
+      // client makes it, without the array that call hands back; one that a
+      // creation callback deleted counts as not made, as before.
       object = lastClass->createInstance(client, 0, nullptr);
-      if (!object) throw Error("VANTEL:sg:load:UnknownClass", head.className);
+      if (!object || object->isDestroyed()) throw Error("VANTEL:sg:load:UnknownClass", head.className);
       constructed_.push_back(object);
     } else {
       // A part its owner made with itself (an axes's title): take the one
