@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 #include "foundation/core/except/Error.h"
@@ -23,6 +24,7 @@
 #include "vcos/COSListener.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/DynamicProperties.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vcos/VxProperty.h"
@@ -40,6 +42,12 @@ namespace {
 constexpr std::uint32_t kLoadingBit = 1u << 2;
 constexpr std::uint32_t kSetBit = 1u << 8;
 constexpr std::uint32_t kConversionBit = 1u << 9;
+
+// The kinds of a record's fields besides values (0) and modes (1).
+constexpr unsigned char kChildren = 2;
+constexpr unsigned char kDefaults = 3;
+constexpr std::string_view childrenField(GraphicsFile::kChildrenField);
+constexpr std::string_view defaultsField(GraphicsFile::kDefaultsField);
 
 const COSID& graphicsClassId() {
   static const COSID id("vantel.graphics.Graphics");
@@ -61,19 +69,31 @@ class ParentValue {
   // own rules on parents apply.
   void setOn(const COSInterfacePtr& object) {
     static const COSID parentName("Parent");
-    COSPropInfo* property = object->findPropertyInfo(parentName);
-    if (!property) throw Error("VANTEL:sg:load:NoParentProperty", object->getClass()->getName());
-    COSDataTypePtr type = property->getDataType();
-    if (!value_.has() || type.get() != type_.get()) {
-      matrix::unique_vxArray scalar(omCreateVCOSScalar(parent_));
-      value_ = copy::OwnedValue(type, copy::fromArray(type, scalar.get()));
-      type_ = std::move(type);
+    // Siblings are mostly of one class: its property is looked up once,
+    // unless the object has run-time properties of its own.
+    if (object->getClass() != class_ || vcos::hasDynamicProperties(object.get())) {
+      property_ = object->findPropertyInfo(parentName);
+      if (!property_) throw Error("VANTEL:sg:load:NoParentProperty", object->getClass()->getName());
+      class_ = vcos::hasDynamicProperties(object.get()) ? nullptr : object->getClass();
+    }
+    const COSPropInfo* property = property_;
+    if (!value_.has() || property != valueProperty_) {
+      COSDataTypePtr type = property->getDataType();
+      if (!value_.has() || type.get() != type_.get()) {
+        matrix::unique_vxArray scalar(omCreateVCOSScalar(parent_));
+        value_ = copy::OwnedValue(type, copy::fromArray(type, scalar.get()));
+        type_ = std::move(type);
+      }
+      valueProperty_ = property;
     }
     object->setPropertyValue(COSGetPublicClient(), property, value_.get());
   }
 
  private:
   const COSInterfacePtr& parent_;
+  const COSClass* class_ = nullptr;
+  const COSPropInfo* property_ = nullptr;
+  const COSPropInfo* valueProperty_ = nullptr;  // the property value_ was made for
   COSDataTypePtr type_;
   copy::OwnedValue value_;
 };
@@ -129,20 +149,30 @@ std::vector<vxNamedValue> GraphicsLoader::load(std::span<const std::uint8_t> byt
 void GraphicsLoader::makeObjects(std::span<const vxSavedObjectHead> heads) {
   objects_.reserve(heads.size());
   madeBy_.reserve(heads.size());
+  constructed_.reserve(heads.size());
+  // The class of the previous record, checked once: a saved tree names the
+  // same few classes over and over.
+  const std::string* lastName = nullptr;
+  COSClass* lastClass = nullptr;
+  const COSClient* client = COSGetPublicClient();
   for (const vxSavedObjectHead& head : heads) {
     COSInterfacePtr object;
     if (head.madeBy < 0) {
-      COSClass* cls = COSClass::getClass(COSID(head.className.c_str()));
-      if (!cls || !cls->isSubclassOf(graphicsClassId()) || cls->isAbstract())
-        throw Error("VANTEL:sg:load:UnknownClass", head.className);
-      // There is one root; a saved one would come back as a second, outside the tree.
-      static const COSID rootClassId("vantel.ui.Root");
-      if (cls->isSubclassOf(rootClassId)) throw Error("VANTEL:sg:load:SecondRoot", head.className);
-      matrix::unique_vxArray made(omConstructObjectWithClient(cls->getID(), 0, nullptr, COSGetPublicClient()));
-      object = made && omIsVCOS(made.get()) && vxGetNumberOfElements(made.get()) == 1
-                   ? omGetLiveArrayElement(made.get(), 0)
-                   : COSInterfacePtr();
-      if (!object) throw Error("VANTEL:sg:load:UnknownClass", head.className);
+      if (!lastName || *lastName != head.className) {
+        COSClass* cls = COSClass::getClass(COSID(head.className.c_str()));
+        if (!cls || !cls->isSubclassOf(graphicsClassId()) || cls->isAbstract())
+          throw Error("VANTEL:sg:load:UnknownClass", head.className);
+        // There is one root; a saved one would come back as a second, outside the tree.
+        static const COSID rootClassId("vantel.ui.Root");
+        if (cls->isSubclassOf(rootClassId)) throw Error("VANTEL:sg:load:SecondRoot", head.className);
+        lastName = &head.className;
+        lastClass = cls;
+      }
+      // Made as a constructor call without arguments through the public
+      // client makes it, without the array that call hands back; one that a
+      // creation callback deleted counts as not made, as before.
+      object = lastClass->createInstance(client, 0, nullptr);
+      if (!object || object->isDestroyed()) throw Error("VANTEL:sg:load:UnknownClass", head.className);
       constructed_.push_back(object);
     } else {
       // A part its owner made with itself (an axes's title): take the one
@@ -201,8 +231,21 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
     const std::vector<vxNamedValue>& fields = document.objects[i].fields;
     properties_.clear();
     modes_.clear();
+    // Per field: its property, and whether it is a mode (1), a value (0),
+    // the child list (kChildren) or the stored defaults (kDefaults).
     for (const vxNamedValue& field : fields) {
-      const std::ptrdiff_t k = list.find(field.name);
+      const std::string_view name = field.name;
+      if (name == childrenField) {
+        properties_.push_back(nullptr);
+        modes_.push_back(kChildren);
+        continue;
+      }
+      if (name == defaultsField) {
+        properties_.push_back(nullptr);
+        modes_.push_back(kDefaults);
+        continue;
+      }
+      const std::ptrdiff_t k = list.find(name);
       properties_.push_back(k < 0 ? nullptr : list.properties[static_cast<std::size_t>(k)]);
       modes_.push_back(k < 0 ? 0 : list.mode[static_cast<std::size_t>(k)]);
     }
@@ -210,8 +253,8 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
       for (std::size_t f = 0; f < fields.size(); ++f) {
         const vxNamedValue& field = fields[f];
         const vxArray* value = field.value.get();
-        if (field.name == GraphicsFile::kChildrenField) continue;
-        if (field.name == GraphicsFile::kDefaultsField) {
+        if (modes_[f] == kChildren) continue;
+        if (modes_[f] == kDefaults) {
           if (pass == 1) continue;
           if (!vxIsStruct(value)) throw Error("VANTEL:sg:load:BadDefaults");
           // Restored as saved, in "InternalDefaultPropMap": the object's first
@@ -250,7 +293,9 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
 }
 
 void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
-  std::unordered_map<const COSInterface*, std::size_t> indexOf;
+  // Made once; the load steps find the objects of a parent's pass in it too.
+  std::unordered_map<const COSInterface*, std::size_t>& indexOf = indexOf_;
+  indexOf.clear();
   indexOf.reserve(objects_.size());
   for (std::size_t i = 0; i < objects_.size(); ++i) indexOf.emplace(objects_[i].get(), i);
   std::vector<bool> hooked(objects_.size(), false);
@@ -421,17 +466,29 @@ void GraphicsLoader::runLoadSteps() {
       }
     }
   }
-  indexOf_.clear();
-  for (std::size_t i = 0; i < n; ++i) indexOf_.emplace(objects_[i].get(), i);
   const ActiveLoader active(this);
+  // One object array of one element carries each object of a class in turn
+  // to its load step, which reads it and keeps none of it.
+  matrix::unique_vxArray value;
+  COSClass* valueClass = nullptr;
   for (std::size_t i : order) {
     COSInterfacePtr object = objects_[i];
     // A callback of an earlier object may have deleted this one.
     if (object->isBeingDestroyed() || object->isDestroyed()) continue;
     COSClassInfo* info = object->getClass()->getClassInfo();
     if (!info) continue;
-    matrix::unique_vxArray value = elements_[i] ? std::move(elements_[i])
-                                                : matrix::unique_vxArray(omCreateVCOSScalar(object));
+    if (elements_[i]) {
+      // An element-loading object takes its saved elements instead.
+      matrix::unique_vxArray elements = std::move(elements_[i]);
+      info->customLoad(object, COSValue(elements.get()), COSDataTypePtr());
+      continue;
+    }
+    if (!value || valueClass != object->getClass()) {
+      value.reset(omCreateVCOSScalar(object));
+      valueClass = object->getClass();
+    } else {
+      omSetArrayElement(value.get(), 0, object);
+    }
     info->customLoad(object, COSValue(value.get()), COSDataTypePtr());
   }
   // A saved map no default look-up took during the load goes into its store now.

@@ -72,7 +72,7 @@ class GraphicsLoader {
   std::vector<std::vector<std::size_t>> parts_;     // parts by their owner's index, in table order
   std::unordered_map<const COSInterface*, std::size_t> indexOf_;  // made object -> its index
   std::vector<const COSPropInfo*> properties_;  // one object's fields' properties, reused
-  std::vector<unsigned char> modes_;            // whether each of those is a mode, reused
+  std::vector<unsigned char> modes_;            // each one's kind: value, mode, child list or defaults; reused
   std::vector<KeptCurrent> keptCurrent_;    // set back when the load fails
   // By table index: the saved elements of an object whose class takes them
   // in itself (a struct handed to its customLoad), else null.

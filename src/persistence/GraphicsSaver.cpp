@@ -97,6 +97,17 @@ const COSPropInfo* propertyHolding(COSInterface* owner, const COSInterface* chil
   return finder.found;
 }
 
+// The empty 1-by-1 struct without fields that a new object's application
+// data is, made once and kept.
+vxArray* emptyApplicationData() {
+  static vxArray* const empty = [] {
+    vxArray* s = vxCreateStructMatrix(1, 1, 0, nullptr);
+    vxSetArrayScope(s, vxSCOPE_PERSISTENT);
+    return s;
+  }();
+  return empty;
+}
+
 }  // namespace
 
 void GraphicsSaver::collect(const vxArray* value, std::vector<COSInterfacePtr>& out) {
@@ -289,9 +300,11 @@ void GraphicsSaver::readFields(Record& record) {
   differs_.assign(n, reference ? 0 : 1);
   for (std::size_t k = 0; k < n; ++k) {
     if (k == borrowed_) {
-      auto* stored = const_cast<vxArray*>(handle->getApplicationData());
-      vxArray* saved = UDDConverter::convertUDDToHandles(stored);
-      if (saved != stored) converted_.reset(saved);
+      // An object whose application data nobody made holds the empty
+      // struct: one shared here stands for it, rather than one made on it.
+      auto* stored = const_cast<vxArray*>(handle->madeApplicationData());
+      vxArray* saved = stored ? UDDConverter::convertUDDToHandles(stored) : emptyApplicationData();
+      if (saved != stored && stored) converted_.reset(saved);
       read_.push_back(COSValue(saved));
     } else {
       read_.push_back(list.properties[k]->getValue(object));

@@ -409,7 +409,7 @@ TEST_F(GraphicsFileTest, AValueThatNoLongerFitsIsDroppedAndTheOthersLoad) {
 
 // The saver reads application data where the object keeps it, without the
 // copy of its getter: the file keeps the same values, and the object's own
-// data is left as it was.
+// data is left as it was (none is made where there was none).
 TEST_F(GraphicsFileTest, ApplicationDataIsSavedInItsSavedFormAndLeftUntouched) {
   const COSInterfacePtr figure = make(sgclasses::kFigureClass, sgclasses::root());
   const COSInterfacePtr axes = make(sgclasses::kAxesClass, figure);
@@ -427,6 +427,8 @@ TEST_F(GraphicsFileTest, ApplicationDataIsSavedInItsSavedFormAndLeftUntouched) {
   const Bytes bytes = save(figure);
   EXPECT_EQ(SGHandle::fromObject(holding.get())->getApplicationData(), stored);
   EXPECT_STREQ(vxGetClassName(vxGetField(stored, 0, "h")), "vantel.graphics.GraphicsPlaceholder");
+  // An object whose data nobody made gets none made by being saved.
+  EXPECT_EQ(SGHandle::fromObject(plain.get())->madeApplicationData(), nullptr);
   EXPECT_EQ(vxGetNumberOfFields(SGHandle::fromObject(plain.get())->getApplicationData()), 0);
 
   const COSInterfacePtr loaded = load(bytes);

@@ -59,6 +59,9 @@ class SGUTILS_API SGHandle : public SGReference {
   // object holds is made on first read, so objects whose application data
   // nobody reads carry none.
   const vxArray* getApplicationData() const;
+  // The stored struct, or null while none has been made: a reader that only
+  // looks (the saver) makes none.
+  const vxArray* madeApplicationData() const noexcept { return applicationData_; }
   // Stores a copy of a struct or object-holding array; anything else, null
   // included, stores an empty 1-by-1 struct. The same pointer is a no-op.
   void setApplicationData(const vxArray* value);

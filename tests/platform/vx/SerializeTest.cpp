@@ -213,6 +213,33 @@ TEST(Serialize, FramesCompressWhenItPaysAndRefuseWhatTheyCannotHold) {
   EXPECT_EQ(idOf([&] { vxDeserializeValues(fhBytes, {}); }), "VANTEL:vx:serialize:NoFunctionHandles");
 }
 
+// The frame's checksum is the byte-wise FNV-1a of the body, whatever the
+// body's length (the reader takes eight bytes at a time, then the rest); the
+// writer's header holds the same sum.
+TEST(Serialize, TheChecksumIsByteWiseFnv1aForEveryBodyLength) {
+  const auto fnv1a = [](const std::uint8_t* p, std::size_t n) {
+    std::uint64_t h = 0xcbf29ce484222325ULL;
+    for (std::size_t i = 0; i < n; ++i) h = (h ^ p[i]) * 0x100000001b3ULL;
+    return h;
+  };
+  const auto load = [](const std::vector<std::uint8_t>& b) { return idOf([&] { vxDeserializeValues(b, {}); }); };
+  for (std::size_t n = 0; n <= 25; ++n) {
+    msgpack::sbuffer body;
+    for (std::size_t i = 0; i < n; ++i) body.write(std::string(1, static_cast<char>(0x80 + 37 * i)).data(), 1);
+    std::vector<std::uint8_t> bytes = frame(body);
+    // Past the checksum the body is no list of values (or too short to be one).
+    EXPECT_NE(load(bytes), "VANTEL:vx:serialize:ChecksumMismatch") << n << " bytes";
+    bytes[32] ^= 1;
+    EXPECT_EQ(load(bytes), "VANTEL:vx:serialize:ChecksumMismatch") << n << " bytes";
+  }
+  unique_vxArray text = from_vantel(vxCreateString("seventeen letters"));
+  const std::vector<std::uint8_t> saved = vxSerializeValues(Entries{{"t", text.get()}});
+  ASSERT_EQ(saved[12], 0) << "stored as it is";
+  std::uint64_t sum = 0;
+  for (int i = 7; i >= 0; --i) sum = (sum << 8) | saved[32 + i];
+  EXPECT_EQ(sum, fnv1a(saved.data() + 40, saved.size() - 40));
+}
+
 TEST(Serialize, EveryTruncationAndByteChangeLoadsTheSameOrFailsWithAnIdentifier) {
   Sample sample;
   const std::vector<std::uint8_t> good = vxSerializeValues(sample.entries());
