@@ -58,6 +58,7 @@ const RoundTrip kRoundTrips[] = {
 };
 
 TEST_F(RegisteredTypes, EveryTypeRoundTripsThroughAnyAndRefusesWithItsIdentifier) {
+  int builtInPlace = 0;
   for (const RoundTrip& t : kRoundTrips) {
     SCOPED_TRACE(t.type);
     COSDataTypePtr type(t.type);
@@ -77,7 +78,27 @@ TEST_F(RegisteredTypes, EveryTypeRoundTripsThroughAnyAndRefusesWithItsIdentifier
     type->destroy(v);
     auto refused = t.bad();
     EXPECT_EQ(raisedId([&] { fromAny(t.type, refused.get()); }), t.error);
+
+    // A value built in the caller's room equals the heap one and is refused
+    // alike; nothing is built when the conversion raises.
+    const COSTypeConversion* conversion = COSTypeRepository::getConversion(COSID("any"), COSID(t.type));
+    ASSERT_NE(conversion, nullptr);
+    alignas(std::max_align_t) unsigned char room[COSTypeConversion::kInPlaceBytes];
+    COSValue inPlace;
+    COSTypeConversion::EndInPlace end = nullptr;
+    if (conversion->convertInPlace(COSValue(given.get()), room, inPlace, end)) {
+      EXPECT_EQ(inPlace.getValue(), static_cast<void*>(room));
+      COSValue heap = fromAny(t.type, given.get());
+      EXPECT_TRUE(type->isEqual(inPlace, heap));
+      type->destroy(heap);
+      end(room);
+      end = nullptr;
+      EXPECT_EQ(raisedId([&] { conversion->convertInPlace(COSValue(refused.get()), room, inPlace, end); }), t.error);
+      EXPECT_EQ(end, nullptr);
+      ++builtInPlace;
+    }
   }
+  EXPECT_EQ(builtInPlace, 13) << "every value class converts in place";
 }
 
 TEST_F(RegisteredTypes, DifferentValuesCompareUnequal) {

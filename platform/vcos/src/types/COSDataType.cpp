@@ -49,3 +49,5 @@ COSDataTypePtr::COSDataTypePtr(COSDataType* type) : Base(type) {}
 COSID COSDataTypePtr::getID() const noexcept { return isNull() ? COSID() : get()->getID(); }
 
 COSTypeConversion::~COSTypeConversion() = default;
+
+bool COSTypeConversion::convertInPlace(COSValue, void*, COSValue&, EndInPlace&) const { return false; }

@@ -3,6 +3,7 @@
 // property of an array element by name through the public client path, with
 // the value converted between the property's type and an array.
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -149,6 +150,13 @@ struct Converted {
   }
 };
 
+// A value built in a caller's room by convertInPlace, ended when the guard goes.
+struct InPlaceValue {
+  void* room;
+  COSTypeConversion::EndInPlace end;
+  ~InPlaceValue() { end(room); }
+};
+
 // The array of a borrowed value, for the caller to own.
 vxArray* arrayOf(const NamedProperty& e, COSValue value) {
   if (e.arrayType) {
@@ -183,13 +191,26 @@ void setThrough(COSInterface* o, const NamedProperty& e, const vxArray* array) {
     return;
   }
   if (!e.fromArray) conversionFor(*e.type, /*toArray=*/false);  // raises
-  const Converted converted{*e.type, e.fromArray->convert(value)};
-  if (e.plainSet && !o->hasOwnPropertyListeners()) {
-    vcos::fault::at(vcos::fault::Point::PropertySet);
-    p->setValue(o, converted.value);
-  } else {
-    p->setAsPublicClient(o, converted.value);
+  auto set = [&](COSValue v) {
+    if (e.plainSet && !o->hasOwnPropertyListeners()) {
+      vcos::fault::at(vcos::fault::Point::PropertySet);
+      p->setValue(o, v);
+    } else {
+      p->setAsPublicClient(o, v);
+    }
+  };
+  // The value lives for the set only: built on the stack where the
+  // conversion can, so that a colour, say, costs no heap value.
+  alignas(std::max_align_t) unsigned char room[COSTypeConversion::kInPlaceBytes];
+  COSValue inPlace;
+  COSTypeConversion::EndInPlace end = nullptr;
+  if (e.fromArray->convertInPlace(value, room, inPlace, end)) {
+    const InPlaceValue guard{room, end};
+    set(inPlace);
+    return;
   }
+  const Converted converted{*e.type, e.fromArray->convert(value)};
+  set(converted.value);
 }
 
 vxArray* getFrom(COSInterface* o, const COSPropInfo* property) {
