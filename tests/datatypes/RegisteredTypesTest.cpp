@@ -122,6 +122,11 @@ TEST_F(RegisteredTypes, ValueWordsFollowTheTable) {
   // on/off: the bool itself.
   COSValue on = fromAny(kOnOffType, text("on").get());
   EXPECT_EQ(on.word(), 1u);
+  // Only that word is the whole value, which a holder may compare and store
+  // without the type; a pointer word never is.
+  for (const RoundTrip& t : kRoundTrips)
+    EXPECT_EQ(COSDataTypePtr(t.type)->isPlainWord(), std::string_view(t.type) == kOnOffType) << t.type;
+  EXPECT_FALSE(COSDataTypePtr(kCOSInterfaceType)->isPlainWord());
   // Enumerations: a pointer to one byte; copies point at the same canonical
   // byte, so passing a value allocates nothing.
   COSDataTypePtr am(kAutoManualType);
