@@ -3,8 +3,9 @@
 // copy, W7 save and load in memory. Prints one
 // "sg <workload> <value> <unit>" line per result; with --check it runs the
 // checks instead (exit 2 when one fails); with --profile create|set|typed|
-// get|find it runs that one workload once, smaller and untimed (saveload:
-// W7 once at its size; copy: W6 twice at its size).
+// get|colorset|colortyped|colorget|find it runs that one workload once,
+// smaller and untimed (saveload: W7 once at its size; copy: W6 twice at its
+// size).
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -235,6 +236,11 @@ int runProfile(const char* which) {
   matrix::unique_vxArray self(omCreateVCOSScalar(COSInterfacePtr(leaf)));
   matrix::unique_vxArray on(vxCreateLogicalScalar(true)), off(vxCreateLogicalScalar(false));
   const vxArray* boolV[2] = {off.get(), on.get()};
+  matrix::unique_vxArray red(vxCreateDoubleMatrix(1, 3, vxREAL)), blue(vxCreateDoubleMatrix(1, 3, vxREAL));
+  vxGetPr(red.get())[0] = 1;
+  vxGetPr(blue.get())[2] = 1;
+  const vxArray* colorV[2] = {red.get(), blue.get()};
+  const graphics::datatype::RGBAColor colorC[2] = {{1, 0, 0}, {0, 0, 1}};
   long long acc = 0;
   for (int i = 0; i < kOps / 10; ++i) {
     if (w == "set") vxSetProperty(self.get(), 0, "Selected", boolV[i & 1]);
@@ -242,6 +248,13 @@ int runProfile(const char* which) {
     if (w == "get") {
       vxArray* v = vxGetProperty(self.get(), 0, "Selected");
       acc += isOn(v);
+      vxDestroyArray(v);
+    }
+    if (w == "colorset") vxSetProperty(self.get(), 0, "Color", colorV[i & 1]);
+    if (w == "colortyped") nodeData(leaf).setColor(colorC[i & 1], graphics::datatype::PublicClient);
+    if (w == "colorget") {
+      vxArray* v = vxGetProperty(self.get(), 0, "Color");
+      acc += static_cast<long long>(vxGetPr(v)[2]);
       vxDestroyArray(v);
     }
   }

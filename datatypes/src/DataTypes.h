@@ -28,6 +28,7 @@ class OnOffType final : public COSDataType {
  public:
   OnOffType();
   bool checkValue(COSValue value, bool raise) const override;
+  bool isPlainWord() const override { return true; }
   std::vector<std::string> getPossibleValues() const override;
 };
 

@@ -4,6 +4,9 @@
 // (numeric handles).
 #include "sgdatatypes/Registration.h"
 
+#include <cstddef>
+#include <memory>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -78,10 +81,29 @@ void addConversion(const char* from, const char* to, F f, Track track = Track::Y
 
 const vxArray* arrayOf(COSValue v) { return v.asPointer<const vxArray>(); }
 
+// What a user typed to a value class: a new value on the heap, or one built
+// in the caller's room when it fits (a set by name lends it for the set).
+template <class T>
+class ValueFromArray final : public COSTypeConversion {
+ public:
+  COSValue convert(COSValue from) const override { return COSValue(new T(T::fromArray(arrayOf(from)))); }
+  bool convertInPlace(COSValue from, void* room, COSValue& out, EndInPlace& end) const override {
+    if constexpr (sizeof(T) <= kInPlaceBytes && alignof(T) <= alignof(std::max_align_t)) {
+      out = COSValue(::new (room) T(T::fromArray(arrayOf(from))));
+      end = [](void* r) noexcept { std::destroy_at(static_cast<T*>(r)); };
+      return true;
+    } else {
+      return false;
+    }
+  }
+};
+
 template <class T>
 void registerValueType(const char* name, bool holdsObjects = false) {
   register_datatype(new detail::ValueType<T>(COSID(name), holdsObjects));
-  addConversion("any", name, [](COSValue v) { return COSValue(new T(T::fromArray(arrayOf(v)))); });
+  const COSID any("any"), type(name);
+  COSTypeRepository::addConversion(any, type, new ValueFromArray<T>);
+  addedConversions().emplace_back(any, type);
   addConversion(name, "any", [](COSValue v) { return COSValue(detail::ValueType<T>::valueOf(v).toArray()); });
 }
 

@@ -5,6 +5,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "foundation/log/LogRecord.h"
+#include "sgdatatypes/Enumeration.h"
 #include "sgutils/lifecycle/SGReference.h"
 #include "sgutils/propinfos/DataTypeDefaultProvider.h"
 #include "sgutils/propinfos/ObjectPropInfo.h"
@@ -39,6 +40,10 @@ bool PropInfoBase::isAbortSet() const { return SGReference::getAbortSet() && fla
 bool PropInfoBase::canContainInterfaces() const {
   if (flag(kPropNoInterfaces)) return false;
   return dataType_ && dataType_->canContainInterfaces();
+}
+
+void PropInfoBase::setManualInBlock(SGReference& block, COSInterface* instance) {
+  setInBlock(block, instance, COSValue(graphics::datatype::canonicalEnumerationByte(1)));
 }
 
 void PropInfoBase::setResetAllowed(bool allowed) {

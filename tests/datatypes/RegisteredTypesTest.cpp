@@ -58,6 +58,7 @@ const RoundTrip kRoundTrips[] = {
 };
 
 TEST_F(RegisteredTypes, EveryTypeRoundTripsThroughAnyAndRefusesWithItsIdentifier) {
+  int builtInPlace = 0;
   for (const RoundTrip& t : kRoundTrips) {
     SCOPED_TRACE(t.type);
     COSDataTypePtr type(t.type);
@@ -77,7 +78,27 @@ TEST_F(RegisteredTypes, EveryTypeRoundTripsThroughAnyAndRefusesWithItsIdentifier
     type->destroy(v);
     auto refused = t.bad();
     EXPECT_EQ(raisedId([&] { fromAny(t.type, refused.get()); }), t.error);
+
+    // A value built in the caller's room equals the heap one and is refused
+    // alike; nothing is built when the conversion raises.
+    const COSTypeConversion* conversion = COSTypeRepository::getConversion(COSID("any"), COSID(t.type));
+    ASSERT_NE(conversion, nullptr);
+    alignas(std::max_align_t) unsigned char room[COSTypeConversion::kInPlaceBytes];
+    COSValue inPlace;
+    COSTypeConversion::EndInPlace end = nullptr;
+    if (conversion->convertInPlace(COSValue(given.get()), room, inPlace, end)) {
+      EXPECT_EQ(inPlace.getValue(), static_cast<void*>(room));
+      COSValue heap = fromAny(t.type, given.get());
+      EXPECT_TRUE(type->isEqual(inPlace, heap));
+      type->destroy(heap);
+      end(room);
+      end = nullptr;
+      EXPECT_EQ(raisedId([&] { conversion->convertInPlace(COSValue(refused.get()), room, inPlace, end); }), t.error);
+      EXPECT_EQ(end, nullptr);
+      ++builtInPlace;
+    }
   }
+  EXPECT_EQ(builtInPlace, 13) << "every value class converts in place";
 }
 
 TEST_F(RegisteredTypes, DifferentValuesCompareUnequal) {
@@ -101,6 +122,11 @@ TEST_F(RegisteredTypes, ValueWordsFollowTheTable) {
   // on/off: the bool itself.
   COSValue on = fromAny(kOnOffType, text("on").get());
   EXPECT_EQ(on.word(), 1u);
+  // Only that word is the whole value, which a holder may compare and store
+  // without the type; a pointer word never is.
+  for (const RoundTrip& t : kRoundTrips)
+    EXPECT_EQ(COSDataTypePtr(t.type)->isPlainWord(), std::string_view(t.type) == kOnOffType) << t.type;
+  EXPECT_FALSE(COSDataTypePtr(kCOSInterfaceType)->isPlainWord());
   // Enumerations: a pointer to one byte; copies point at the same canonical
   // byte, so passing a value allocates nothing.
   COSDataTypePtr am(kAutoManualType);

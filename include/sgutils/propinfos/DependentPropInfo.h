@@ -60,7 +60,7 @@ class DependentPropInfo : public PropInfoBase, public DependentPropertyFactoryDe
         // client paths would write them, one fault point each.
         vcos::fault::at(vcos::fault::Point::PropertySet);
         vcos::fault::at(vcos::fault::Point::PropertySet);
-        static_cast<ModePI*>(mode())->setIn(block, instance, COSValue(graphics::datatype::canonicalEnumerationByte(1)));
+        static_cast<ModePI*>(mode())->setManualIn(block, instance);
         checkWebPropertySet(instance, getName(), value);
         static_cast<InternalPI*>(internal())->setIn(block, instance, value);
         return;
@@ -90,8 +90,7 @@ class DependentPropInfo : public PropInfoBase, public DependentPropertyFactoryDe
     }
     vcos::fault::at(vcos::fault::Point::PropertySet);
     vcos::fault::at(vcos::fault::Point::PropertySet);
-    static_cast<PropInfoBase*>(mode())->setInBlock(*block, instance,
-                                                   COSValue(graphics::datatype::canonicalEnumerationByte(1)));
+    static_cast<PropInfoBase*>(mode())->setManualInBlock(*block, instance);
     checkWebPropertySet(instance, getName(), value);
     static_cast<PropInfoBase*>(internal())->setInBlock(*block, instance, value);
   }

@@ -27,7 +27,8 @@ class InternalPropInfo : public PropInfoBase, public InternalPropertyFactoryDefa
  public:
   InternalPropInfo(COSID classId, const char* name, COSDataTypePtr type, MemberAccess getAccess,
                    MemberAccess setAccess, unsigned flags, const char* description)
-      : PropInfoBase(classId, name, std::move(type), getAccess, setAccess, flags, description) {}
+      : PropInfoBase(classId, name, std::move(type), getAccess, setAccess, flags, description),
+        plainWord_(this->type() && this->type()->isPlainWord()) {}
   COSValue getFactoryDefault() const override {
     return factory_.get(type(), [](const COSDataType& t) { return PI::makeFactoryValue(t); });
   }
@@ -47,6 +48,16 @@ class InternalPropInfo : public PropInfoBase, public InternalPropertyFactoryDefa
 
   // setValue on the instance's block, for a caller that holds it.
   void setIn(Class& block, COSInterface* instance, COSValue value) {
+    if constexpr (!requires(Class& b, COSValue v) { PI::assign(b, v); }) {
+      if (plainWord_) {
+        // The word is the whole value (an on/off): compared and stored as it
+        // is, without the type's calls.
+        const bool same = PI::read(block) == value;
+        PI::store(block, value);
+        if (!same) block.doPostSet(COSInterfacePtr(instance), this, false, true);
+        return;
+      }
+    }
     const COSDataType& t = *type();
     const COSValue old = PI::read(block);
     const bool same = t.isEqual(old, value);
@@ -79,6 +90,7 @@ class InternalPropInfo : public PropInfoBase, public InternalPropertyFactoryDefa
 
  private:
   LazyFactoryValue factory_;
+  const bool plainWord_;  // the type's isPlainWord, asked once
 };
 
 }  // namespace sgutils

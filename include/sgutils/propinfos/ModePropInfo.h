@@ -65,6 +65,21 @@ class ModePropInfo : public PropInfoBase, public ModePropertyFactoryDefaultIniti
     }
   }
 
+  // The public face's write of manual. Manual over manual marks nothing and
+  // stores the same byte, so only the web check is left of it.
+  void setManualIn(Class& block, COSInterface* instance) {
+    if (PI::readMode(block) == 1) {
+      if (detail::webSetCheckActive) checkWebPropertySet(instance, getName(), COSValue(graphics::datatype::canonicalEnumerationByte(1)));
+      return;
+    }
+    setIn(block, instance, COSValue(graphics::datatype::canonicalEnumerationByte(1)));
+  }
+  void setManualInBlock(SGReference& block, COSInterface* instance) override {
+    setManualIn(static_cast<Class&>(block), instance);
+  }
+
+  // Asked of a write that changes the mode byte or turns it to auto; a
+  // write of manual over manual never marks.
   virtual bool isTransitionToAuto(const unsigned char* oldMode, const unsigned char* newMode) const {
     return isModeTransitionToAuto(oldMode, newMode);
   }

@@ -85,6 +85,9 @@ class SGUTILS_API PropInfoBase : public COSPropInfo, private boost::noncopyable 
   // setValue on `block`, the instance's data block of getClassID(), for a
   // caller that holds it.
   virtual void setInBlock(SGReference&, COSInterface* instance, COSValue value) { setValue(instance, value); }
+  // A public face's write of "manual" into the block of its mode face (this
+  // one); a mode face answers a mode that is manual already without a write.
+  virtual void setManualInBlock(SGReference& block, COSInterface* instance);
   virtual void setResetAllowed(bool allowed);
   virtual bool isExternal() const { return false; }
   virtual bool isDeepCopy() const { return false; }

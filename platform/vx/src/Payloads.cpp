@@ -58,10 +58,12 @@ void destroyPayload(Payload* p) noexcept {
 }
 
 NumericPayload::NumericPayload(vxSize numel, vxSize elementBytes)
-    : numel_(numel),
-      capacity_(numel),
-      elementBytes_(elementBytes),
-      bytes_(std::make_unique<std::byte[]>(numel * elementBytes)) {}
+    : numel_(numel), capacity_(numel), elementBytes_(elementBytes) {
+  if (numel * elementBytes <= kSmallBytes)
+    capacity_ = elementBytes ? kSmallBytes / elementBytes : numel;
+  else
+    bytes_ = std::make_unique<std::byte[]>(numel * elementBytes);
+}
 
 PayloadRef NumericPayload::clone(Depth) const {
   auto p = makePayload<NumericPayload>(numel_, elementBytes_);
@@ -70,9 +72,10 @@ PayloadRef NumericPayload::clone(Depth) const {
 }
 
 void NumericPayload::resize(vxSize numel) {
-  if (numel <= capacity_ && numel >= capacity_ / 4) {
-    // Fits: new elements read as zero; a modest shrink keeps the room.
-    if (numel > numel_) std::memset(bytes_.get() + numel_ * elementBytes_, 0, (numel - numel_) * elementBytes_);
+  if (numel <= capacity_ && (numel >= capacity_ / 4 || !bytes_)) {
+    // Fits: new elements read as zero; a modest shrink keeps the room, and
+    // the small room is kept whatever the shrink.
+    if (numel > numel_) std::memset(data() + numel_ * elementBytes_, 0, (numel - numel_) * elementBytes_);
     numel_ = numel;
     return;
   }
@@ -80,7 +83,7 @@ void NumericPayload::resize(vxSize numel) {
   // resize of an empty or shrinking payload allocates exactly.
   const vxSize capacity = numel > numel_ && numel_ > 0 ? std::max(numel, numel_ + numel_ / 2) : numel;
   auto bytes = std::make_unique<std::byte[]>(capacity * elementBytes_);
-  std::memcpy(bytes.get(), bytes_.get(), std::min(numel, numel_) * elementBytes_);
+  std::memcpy(bytes.get(), data(), std::min(numel, numel_) * elementBytes_);
   bytes_ = std::move(bytes);
   numel_ = numel;
   capacity_ = capacity;

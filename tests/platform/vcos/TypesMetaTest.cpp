@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <thread>
 
 #include "VcosTestClasses.h"
@@ -136,6 +137,31 @@ TEST(ArrayBridge, GetAndSetByNameGoThroughTheClientPath) {
   vxArray* one = vxCreateDoubleScalar(1);
   EXPECT_THROW(vxSetProperty(arr, 0, "Secret", one), Error);
   vxDestroyArray(one);
+  vxDestroyArray(arr);
+}
+
+// The answer kept for a name given in a buffer does not outlive the text:
+// the same buffer naming another property, or an unknown one, is looked up
+// again.
+TEST(ArrayBridge, ABufferReusedForAnotherNameReachesThatProperty) {
+  COSInterfacePtr c = vt::make("vt.Circle");
+  vxArray* arr = vxCreateObjectMatrix(1, 1, c->getClass()->getID().entry());
+  vxGetObjectElements(arr)[0] = c.get();
+  vxArray* three = vxCreateDoubleScalar(3);
+  vxArray* text = vxCreateString("disc");
+  char name[16] = "Radius";
+  vxSetProperty(arr, 0, name, three);
+  vxDestroyArray(vxGetProperty(arr, 0, name));
+  std::snprintf(name, sizeof name, "%s", "Name");
+  vxSetProperty(arr, 0, name, text);
+  vxArray* back = vxGetProperty(arr, 0, name);
+  EXPECT_EQ(vxArrayToStdString(back), "disc");
+  EXPECT_EQ(vt::get<double>(c, "Radius"), 3.0);
+  std::snprintf(name, sizeof name, "%s", "Nameless");
+  EXPECT_THROW(vxSetProperty(arr, 0, name, text), Error);
+  vxDestroyArray(back);
+  vxDestroyArray(text);
+  vxDestroyArray(three);
   vxDestroyArray(arr);
 }
 

@@ -82,6 +82,39 @@ TEST(Shape, GrowingStepByStepMovesTheDataRarelyAndZeroFillsReusedRoom) {
   EXPECT_EQ(vxGetN(b.get()), 1000u);
 }
 
+// A few elements live in the storage's own small room: they grow out of it
+// with their values, and a shrink and regrowth inside it reads zeros; a
+// shared copy of a small array still unshares on a write.
+TEST(Shape, SmallArraysGrowOutOfTheirRoomAndUnshareOnWrite) {
+  unique_vxArray a = from_vantel(vxCreateDoubleMatrix(1, 3, vxREAL));
+  double* p = vxGetPr(a.get());
+  p[0] = 1;
+  p[1] = 2;
+  p[2] = 3;
+  vxSetN(a.get(), 1);
+  vxSetN(a.get(), 4);
+  p = vxGetPr(a.get());
+  EXPECT_EQ(p[0], 1);
+  EXPECT_EQ(p[1], 0) << "room reused after a shrink must read as zero";
+  EXPECT_EQ(p[3], 0);
+  p[3] = 4;
+  unique_vxArray copy = from_vantel(vxCreateSharedDataCopy(a.get()));
+  vxSetN(a.get(), 9);
+  p = vxGetPr(a.get());
+  EXPECT_EQ(p[3], 4);
+  EXPECT_EQ(p[8], 0);
+  p[0] = -1;
+  const double* c = vxGetPr(static_cast<const vxArray*>(copy.get()));
+  EXPECT_EQ(c[0], 1);
+  EXPECT_EQ(c[3], 4);
+  vxGetPr(copy.get())[1] = 7;  // a write to the copy leaves the other alone
+  EXPECT_EQ(vxGetPr(static_cast<const vxArray*>(a.get()))[1], 0);
+
+  unique_vxArray text = from_vantel(vxCreateString("on"));
+  unique_vxArray same = from_vantel(vxDuplicateArray(text.get()));
+  EXPECT_TRUE(vxAreMatricesEqualNanOptional(text.get(), same.get(), false));
+}
+
 TEST(Shape, ReshapeToAnotherCountRefusedForHandles) {
   struct Handle : vxFunctionHandleData {
     std::string text() const override { return "@g"; }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "PropertyModelClasses.h"
+#include "sgutils/propinfos/WebPropertyChecks.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
@@ -135,6 +136,35 @@ TEST_F(TypedSetterCourse, UnobservedSetPostsAsASetByName) {
   // A second equal typed set leaves the mode manual and posts nothing.
   const std::vector<std::string> again = seen(true, false);
   EXPECT_TRUE(again.empty());
+}
+
+// A public set whose mode is manual already writes no mode, but the web
+// set checks asked are those of the client path, from auto and from manual,
+// by every route.
+TEST_F(TypedSetterCourse, WebChecksAreAskedAsOnTheClientPathWhetherTheModeFlipsOrNot) {
+  std::vector<std::string> asked;
+  sgutils::registerCheckWebPropertySupportFunctor(
+      [&asked](COSInterfacePtr, std::string name, COSValue) { asked.push_back(name); },
+      [](COSInterfacePtr, std::string, COSValue) {});
+  auto checks = [&](Route route, bool fromManual) {
+    publicSet(object, "Selected_I", COSValue::fromBool(false));
+    publicSet(object, "SelectedMode", COSValue(modeWord(fromManual ? AutoManual::Manual : AutoManual::Auto)));
+    asked.clear();
+    const std::vector<std::string> seenThen = seen(route, true);
+    EXPECT_EQ(selectableOf(object).getSelectedMode(), AutoManual::Manual);
+    EXPECT_TRUE(selectableOf(object).getSelected());
+    std::vector<std::string> out = asked;
+    out.insert(out.end(), seenThen.begin(), seenThen.end());
+    return out;
+  };
+  for (bool fromManual : {false, true}) {
+    SCOPED_TRACE(fromManual ? "from manual" : "from auto");
+    const std::vector<std::string> byName = checks(Route::ClientPath, fromManual);
+    EXPECT_EQ(checks(Route::Typed, fromManual), byName);
+    EXPECT_EQ(checks(Route::Array, fromManual), byName);
+    EXPECT_GE(byName.size(), 2u) << "the mode's check and the value's";
+  }
+  sgutils::clearCheckWebPropertySupportFunctor();
 }
 
 TEST_F(TypedSetterCourse, ListenersOnTheFaceHearTheTypedSetInOrder) {

@@ -40,6 +40,10 @@ class VCOS_API COSDataType : public COSInterface {
   virtual int getMatFormat() const;
   // True when the word is a vxArray*.
   virtual bool isVANTELArrayType() const;
+  // True when the word is the whole value, compared, copied and freed as the
+  // plain word (the defaults of isEqual, copy and destroy): a holder may then
+  // compare and store it directly. False unless the type says so.
+  virtual bool isPlainWord() const;
   virtual std::size_t keyHash(COSValue value) const;
   virtual bool keyMatch(COSValue a, COSValue b) const;
 

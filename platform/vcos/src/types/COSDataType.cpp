@@ -31,6 +31,7 @@ void COSDataType::releaseReference(COSValue value) const { destroy(value); }
 void COSDataType::getInterfaces(COSValue, std::vector<COSInterfacePtr>&) const {}
 int COSDataType::getMatFormat() const { return 0; }
 bool COSDataType::isVANTELArrayType() const { return false; }
+bool COSDataType::isPlainWord() const { return false; }
 std::size_t COSDataType::keyHash(COSValue value) const { return getHashCode(value); }
 bool COSDataType::keyMatch(COSValue a, COSValue b) const { return isEqual(a, b); }
 
@@ -49,3 +50,5 @@ COSDataTypePtr::COSDataTypePtr(COSDataType* type) : Base(type) {}
 COSID COSDataTypePtr::getID() const noexcept { return isNull() ? COSID() : get()->getID(); }
 
 COSTypeConversion::~COSTypeConversion() = default;
+
+bool COSTypeConversion::convertInPlace(COSValue, void*, COSValue&, EndInPlace&) const { return false; }

@@ -3,7 +3,9 @@
 // property of an array element by name through the public client path, with
 // the value converted between the property's type and an array.
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "vcos/BorrowedPropertyValue.h"
 #include "vcos/ConvertedValue.h"
@@ -86,7 +88,8 @@ COSTypeConversion* conversionFor(const COSDataType& type, bool toArray) {
 // dynamic property of the object comes after the class's own).
 struct NamedProperty {
   const COSClass* cls = nullptr;
-  const void* name = nullptr;
+  const char* text = nullptr;  // the caller's name as given, compared again on a hit
+  const vcos::internal::InternedEntry* name = nullptr;
   std::uint64_t epoch = 0;
   COSPropInfo* property = nullptr;
   const COSDataType* type = nullptr;  // kept alive by the property
@@ -101,21 +104,26 @@ struct NamedProperty {
 
 // Null when the name is not a property of the object's class by its exact
 // name (dynamic properties, other cases, prefixes): the full look-up then.
+// Callers name a property with the same literal again and again, so an
+// answer is kept under the address of the caller's text and the name is not
+// interned on a hit; the text is compared with the kept name, so a buffer
+// reused for another name finds nothing.
 const NamedProperty* namedProperty(const COSInterface* o, const char* name) {
   COSClass* cls = o->getClass();
-  if (!cls) return nullptr;
-  const COSID id(name);
+  if (!cls || !name) return nullptr;
   thread_local std::array<NamedProperty, 64> kept{};
-  const auto key = reinterpret_cast<std::uintptr_t>(cls) ^ (reinterpret_cast<std::uintptr_t>(id.entry()) >> 3);
+  const auto key = reinterpret_cast<std::uintptr_t>(cls) ^ (reinterpret_cast<std::uintptr_t>(name) >> 3);
   NamedProperty& k = kept[(key ^ (key >> 6) ^ (key >> 12)) & 63];
   const std::uint64_t epoch = vcos::propertyRouteEpoch();
-  if (k.cls == cls && k.name == id.entry() && k.epoch == epoch) return &k;
+  if (k.cls == cls && k.text == name && k.epoch == epoch && std::strcmp(k.name->text.c_str(), name) == 0) return &k;
+  const COSID id(name);
   COSPropInfo* p = id ? cls->findPropertyExact(id) : nullptr;
   const vcos::internal::PropSlot* slot = p ? cls->findSlot(p) : nullptr;
   if (!slot) return nullptr;
   COSDataTypePtr type = p->getDataType();
   NamedProperty e;
   e.cls = cls;
+  e.text = name;
   e.name = id.entry();
   e.epoch = epoch;
   e.property = p;
@@ -140,6 +148,13 @@ struct Converted {
   ~Converted() {
     if (!value.isEmpty()) type.destroy(value);
   }
+};
+
+// A value built in a caller's room by convertInPlace, ended when the guard goes.
+struct InPlaceValue {
+  void* room;
+  COSTypeConversion::EndInPlace end;
+  ~InPlaceValue() { end(room); }
 };
 
 // The array of a borrowed value, for the caller to own.
@@ -176,13 +191,26 @@ void setThrough(COSInterface* o, const NamedProperty& e, const vxArray* array) {
     return;
   }
   if (!e.fromArray) conversionFor(*e.type, /*toArray=*/false);  // raises
-  const Converted converted{*e.type, e.fromArray->convert(value)};
-  if (e.plainSet && !o->hasOwnPropertyListeners()) {
-    vcos::fault::at(vcos::fault::Point::PropertySet);
-    p->setValue(o, converted.value);
-  } else {
-    p->setAsPublicClient(o, converted.value);
+  auto set = [&](COSValue v) {
+    if (e.plainSet && !o->hasOwnPropertyListeners()) {
+      vcos::fault::at(vcos::fault::Point::PropertySet);
+      p->setValue(o, v);
+    } else {
+      p->setAsPublicClient(o, v);
+    }
+  };
+  // The value lives for the set only: built on the stack where the
+  // conversion can, so that a colour, say, costs no heap value.
+  alignas(std::max_align_t) unsigned char room[COSTypeConversion::kInPlaceBytes];
+  COSValue inPlace;
+  COSTypeConversion::EndInPlace end = nullptr;
+  if (e.fromArray->convertInPlace(value, room, inPlace, end)) {
+    const InPlaceValue guard{room, end};
+    set(inPlace);
+    return;
   }
+  const Converted converted{*e.type, e.fromArray->convert(value)};
+  set(converted.value);
 }
 
 vxArray* getFrom(COSInterface* o, const COSPropInfo* property) {
