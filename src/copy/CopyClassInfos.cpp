@@ -147,12 +147,12 @@ class CopyableCI final : public AbstractClassInfo {
   }
   void* allocateInstance(COSInterface* instance) override {
     if (cls_) cls_->notifyInstanceAllocated(instance);
-    // Made with every object: from the block pools, beside the other blocks.
-    return ::new (blockpool::allocate(sizeof(CopyableData))) CopyableData;
+    // Made with every object: in its room, beside the other blocks.
+    return ::new (blockpool::allocateWithObject(sizeof(CopyableData))) CopyableData;
   }
   void deallocateInstance(COSInterface*, void* data) override {
     static_cast<CopyableData*>(data)->~CopyableData();
-    blockpool::release(data, sizeof(CopyableData));
+    blockpool::releaseWithObject(data, sizeof(CopyableData));
   }
   bool willAllocateData() const override { return true; }
 

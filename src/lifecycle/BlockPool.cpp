@@ -48,14 +48,20 @@ void sgutils::blockpool::release(void* block, std::size_t size) noexcept {
   sizeClass(size).release(block);
 }
 
-// A block made with its object goes in the room after the object where the
-// class's layout has one (vcos/BlockArena.h), and is freed with the object.
-void* SGReference::operator new(std::size_t size) {
+void* sgutils::blockpool::allocateWithObject(std::size_t size) {
   if (void* block = vcos::blockarena::allocate(size)) return block;
-  return sgutils::blockpool::allocate(size);
+  return allocate(size);
 }
 
-void SGReference::operator delete(void* block, std::size_t size) noexcept {
+void sgutils::blockpool::releaseWithObject(void* block, std::size_t size) noexcept {
   if (vcos::blockarena::owns(block)) return;
-  sgutils::blockpool::release(block, size);
+  release(block, size);
+}
+
+// A block made with its object goes in the room after the object where the
+// class's layout has one (vcos/BlockArena.h), and is freed with the object.
+void* SGReference::operator new(std::size_t size) { return sgutils::blockpool::allocateWithObject(size); }
+
+void SGReference::operator delete(void* block, std::size_t size) noexcept {
+  sgutils::blockpool::releaseWithObject(block, size);
 }

@@ -10,4 +10,10 @@ namespace sgutils::blockpool {
 void* allocate(std::size_t size);
 void release(void* block, std::size_t size) noexcept;
 
+// The same for data made with its object and freed with it (from the
+// object's class info): in the room after the object where the class's
+// layout has one (vcos/BlockArena.h), else from the pools.
+void* allocateWithObject(std::size_t size);
+void releaseWithObject(void* block, std::size_t size) noexcept;
+
 }  // namespace sgutils::blockpool

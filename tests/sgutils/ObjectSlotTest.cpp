@@ -6,6 +6,7 @@
 
 #include "TestGraphicsClasses.h"
 #include "objects/MixinTestSupport.h"
+#include "sgutils/copy/Copyable.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "vcos/InstanceBlocks.h"
 #include "vcos/vcos.h"
@@ -33,6 +34,12 @@ TEST_F(ObjectSlot, BlocksFollowTheirObjectOnceTheClassLayoutIsKnown) {
     EXPECT_GT(block, address(o.get()));
     EXPECT_LT(block, address(o.get()) + 4096) << "the block is not in its object's slot";
     EXPECT_EQ(blockOf(o)->getCOSObject(), o.get());
+    // Every block, the Copyable data too, lies where the class's layout puts
+    // it: the object keeps no block pointers.
+    EXPECT_TRUE(vcos::hasFixedBlocks(o.get()));
+    const auto copyable = address(sgutils::Copyable::dataOf(o.get()));
+    EXPECT_GT(copyable, address(o.get()));
+    EXPECT_LT(copyable, address(o.get()) + 4096) << "the Copyable data is not in its object's slot";
   }
   // Blocks freed with their object's slot are not handed out again by the
   // block pools: objects made after a deletion get blocks of their own.

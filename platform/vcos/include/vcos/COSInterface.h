@@ -77,7 +77,10 @@ class VCOS_API COSInterface {
   // object; null for objects outside the class system (data types, ...).
   COSClass* getClass() const noexcept { return class_; }
   // The data block of the class `classId` within this object, or null (also
-  // for a destroyed object). O(1): a slot probe in the class's table.
+  // for a destroyed object). O(1): a slot probe in the class's table, then
+  // the block's fixed offset from the object (or its entry in the object's
+  // block array, for an object whose blocks do not lie where its class's
+  // layout puts them).
   void* getInstanceData(COSID classId) const noexcept;
   // The owner in the object tree (a strong reference), or null.
   void getOwner(COSInterfacePtr& out) const;
@@ -169,13 +172,20 @@ class VCOS_API COSInterface {
   friend class vcos::internal::ObjectOps;
   friend class COSClass;
 
-  enum : unsigned char { kBeingDestroyed = 1, kDestroyed = 2, kHeapBlocks = 4 };
+  // kHeapBlocks: blocks_ is an array of its own, freed with the blocks;
+  // kFixedBlocks: the blocks lie at their class's offsets (blocks_ is null);
+  // kFixedBlocksGoing: they are being freed, those below blocksGone_ are.
+  enum : unsigned char { kBeingDestroyed = 1, kDestroyed = 2, kHeapBlocks = 4, kFixedBlocks = 8, kFixedBlocksGoing = 16 };
+  // Out of line: the look-up for an object whose blocks are listed, or are
+  // being made or freed.
+  void* listedInstanceData(COSID classId) const noexcept;
   [[noreturn]] static void raiseInvalidHandle();
 
   std::uint32_t strong_ = 0;
   std::uint32_t total_ = 0;
   COSKind kind_;
   unsigned char state_ = 0;
+  unsigned char blocksGone_ = 0;  // see kFixedBlocksGoing
   COSClass* class_ = nullptr;
   void** blocks_ = nullptr;
   vcos::internal::InstanceExtras* extras_ = nullptr;

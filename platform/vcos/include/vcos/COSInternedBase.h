@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -19,6 +20,10 @@ namespace vcos::internal {
 struct InternedEntry {
   std::string text;
   const InternedEntry* folded = nullptr;
+  // For the id of a class whose instances carry a block (or an alias of
+  // one): its number among such ids, given once, from 1; the index into the
+  // per-class tables of block offsets. 0 for other ids.
+  mutable std::uint32_t blockKey = 0;
 };
 
 // Thread-safe; returns the same entry for equal texts. Null for "".

@@ -20,4 +20,8 @@ VCOS_API int blockSlotOf(const COSClass* cls, COSID classId) noexcept;
 // null for an object without blocks.
 VCOS_API void* instanceDataAt(const COSInterface* object, int slot) noexcept;
 
+// Whether the blocks of `object` lie at the offsets its class's layout gives
+// them, so that it keeps no block pointers of its own.
+VCOS_API bool hasFixedBlocks(const COSInterface* object) noexcept;
+
 }  // namespace vcos

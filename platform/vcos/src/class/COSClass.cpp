@@ -113,9 +113,19 @@ void finalizeClass(COSClass* c) {
   for (COSClass* s : t.superclasses)
     for (COSClass* a : s->tables().ancestry)
       if (std::find(t.ancestry.begin(), t.ancestry.end(), a) == t.ancestry.end()) t.ancestry.push_back(a);
+  // Every id that names a block gets its key once (interpreter thread, like
+  // the rest of class building).
+  static std::uint32_t blockKeys = 0;
+  auto giveKey = [](COSID id) {
+    if (id.entry() && !id.entry()->blockKey) id.entry()->blockKey = ++blockKeys;
+  };
   for (std::uint32_t i = 0; i < t.ancestry.size(); ++i) {
-    t.blockSlot.add(t.ancestry[i]->getID(), i);
-    if (COSID alias = blockAliasOf(t.ancestry[i]->getID())) t.blockSlot.add(alias, i);
+    giveKey(t.ancestry[i]->getID());
+    t.blockSlot.add(t.ancestry[i]->getID(), BlockSlot{i});
+    if (COSID alias = blockAliasOf(t.ancestry[i]->getID())) {
+      giveKey(alias);
+      t.blockSlot.add(alias, BlockSlot{i});
+    }
   }
   t.constructorId = COSID(vcos::nameresolution::getBaseClassNameFromFullName(c->getID().str()));
   t.state = ClassTables::State::SlotsReady;

@@ -29,6 +29,12 @@ enum PropRoute : unsigned char {
 constexpr unsigned char kGetRoutes = kRouteCustomGet | kRouteClassListeners;
 constexpr unsigned char kSetRoutes = kRouteCustomSet | kRouteClassListeners;
 
+// Where the block of one class lies in an instance (ClassTables::blockSlot).
+struct BlockSlot {
+  std::uint32_t index = 0;  // into the ancestry and an object's block array
+  std::int32_t offset = 0;  // from the instance, for fixed blocks; 0: none
+};
+
 struct PropSlot {
   COSPropInfo* property = nullptr;
   // The meta classes whose customSetPropertyValue, and whose
@@ -82,8 +88,25 @@ struct ClassTables {
   std::vector<COSEventInfo*> events;
   IdTable<std::uint32_t> eventIndex;
 
-  // Ancestor class id -> index into the instance's block array.
-  IdTable<std::uint32_t> blockSlot;
+  // Ancestor class id -> where its block lies in an instance: the index into
+  // the block array of an object that has one, and the offset from the
+  // instance of a block at a fixed place (see blockOffsets).
+  IdTable<BlockSlot> blockSlot;
+  // Per ancestry index: the offset from an instance of this class to the
+  // block of that class, the same for every instance made with the class's
+  // room (0 for a class that makes no block). Learnt from the first
+  // instance whose blocks all lie in its room or are null; an instance whose
+  // blocks lie elsewhere keeps a block array instead.
+  std::vector<std::int32_t> blockOffsets;
+  // The same by the block key of a class id (InternedEntry::blockKey; 0
+  // where this class has no block of it): the look-up of a fixed block reads
+  // it without a probe.
+  std::vector<std::int32_t> offsetByKey;
+  // The ancestry indices whose class info allocates a block, base first,
+  // with their offsets: what is checked when an instance is made and freed
+  // when it is deleted.
+  std::vector<std::pair<std::uint32_t, std::int32_t>> fixedBlocks;
+  bool blockOffsetsKnown = false;
   // Objects whose blocks wait for this (meta) class's slot table.
   std::vector<COSInterface*> pendingInstances;
   // Properties turned on for the custom set or get path before the table

@@ -2,6 +2,8 @@
 // then the "InstanceCreated" class event; and the class listeners that such
 // events reach.
 #include <algorithm>
+#include <array>
+#include <memory>
 #include <utility>
 
 #include "vcos/src/class/ClassTables.h"
@@ -39,20 +41,26 @@ COSInterfacePtr makeInstance(COSClass* cls, void* ownBlock) {
   // An instance wrapping a block it was given has one block fewer to make:
   // it takes no room and does not set the layout.
   const bool layout = !ownBlock;
-  COSObject* o = COSObject::make(n, layout ? t.blockRoom : 0);
+  COSObject* o = COSObject::make(layout ? t.blockRoom : 0);
   COSInterfacePtr ref(o);
   ObjectOps::setClass(o, cls);
-  const bool ownArray = n > o->inlineCapacity();
-  void** storage = o->inlineBlocks();
-  if (ownArray) {
-    storage = ObjectOps::newBlockArray(n);
-    ObjectOps::setState(o, ObjectOps::heapBlocksBit());
-  }
+  // The blocks are listed here while they are made; keepBlocks then decides
+  // whether the object needs the list.
+  std::array<void*, ObjectOps::kMaxFixedBlocks> onStack;
+  std::unique_ptr<void*[]> onHeap;
+  void** made = onStack.data();
+  if (n > onStack.size())
+    made = (onHeap = std::make_unique<void*[]>(n)).get();
+  else
+    std::fill_n(made, n, nullptr);
   std::size_t asked = 0;
   try {
-    ObjectOps::allocateBlocks(o, cls, storage, ownBlock, &asked);
+    ObjectOps::allocateBlocks(o, cls, made, ownBlock, &asked);
+    if (layout)
+      ObjectOps::keepBlocks(o, made, o->blockRoomBegin(), o->blockRoomEnd());
+    else
+      ObjectOps::keepBlocks(o, made, nullptr, nullptr);
   } catch (...) {
-    if (ownArray) ObjectOps::freeBlockArray(storage, n);
     // Never alive: dropping the reference must not run deletion.
     ObjectOps::setState(o, ObjectOps::destroyedBit());
     throw;

@@ -19,15 +19,25 @@ COSInterface::~COSInterface() {
 // Classes and member objects free their meta data blocks when the last owner
 // lets go; instances override this with full deletion.
 void COSInterface::lastStrongReferenceReleased() {
-  if (blocks_) ObjectOps::deallocateBlocks(this);
+  if (blocks_ || (state_ & kFixedBlocks)) ObjectOps::deallocateBlocks(this);
 }
 
 void COSInterface::raiseInvalidHandle() { throw foundation::core::except::Error(vcos::msg::InvalidHandle); }
 
 void* COSInterface::getInstanceData(COSID classId) const noexcept {
-  if (!blocks_) return nullptr;
-  const std::uint32_t* slot = class_->tables().blockSlot.find(classId);
-  return slot ? blocks_[*slot] : nullptr;
+  if (state_ & kFixedBlocks) {
+    const std::vector<std::int32_t>& offsets = class_->tables().offsetByKey;
+    const std::uint32_t key = classId.entry() ? classId.entry()->blockKey : 0;
+    const std::int32_t offset = key < offsets.size() ? offsets[key] : 0;
+    return offset ? const_cast<char*>(reinterpret_cast<const char*>(this)) + offset : nullptr;
+  }
+  return listedInstanceData(classId);
+}
+
+void* COSInterface::listedInstanceData(COSID classId) const noexcept {
+  if (!blocks_ && !(state_ & kFixedBlocksGoing)) return nullptr;
+  const vcos::internal::BlockSlot* slot = class_->tables().blockSlot.find(classId);
+  return slot ? ObjectOps::blockAt(this, slot->index) : nullptr;
 }
 
 void COSInterface::getOwner(COSInterfacePtr& out) const {

@@ -47,6 +47,11 @@ class IdTable {
     for (const Slot& s : slots_)
       if (s.key) f(COSID(s.key), s.value);
   }
+  template <class F>
+  void forEachValue(F&& f) {
+    for (Slot& s : slots_)
+      if (s.key) f(s.value);
+  }
 
  private:
   struct Slot {

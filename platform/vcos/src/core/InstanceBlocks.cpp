@@ -9,13 +9,14 @@ namespace vcos {
 
 int blockSlotOf(const COSClass* cls, COSID classId) noexcept {
   if (!cls) return -1;
-  const std::uint32_t* slot = cls->tables().blockSlot.find(classId);
-  return slot ? static_cast<int>(*slot) : -1;
+  const internal::BlockSlot* slot = cls->tables().blockSlot.find(classId);
+  return slot ? static_cast<int>(slot->index) : -1;
 }
 
 void* instanceDataAt(const COSInterface* object, int slot) noexcept {
-  void** blocks = internal::ObjectOps::blocks(const_cast<COSInterface*>(object));
-  return blocks ? blocks[slot] : nullptr;
+  return internal::ObjectOps::blockAt(object, static_cast<std::size_t>(slot));
 }
+
+bool hasFixedBlocks(const COSInterface* object) noexcept { return internal::ObjectOps::hasFixedBlocks(object); }
 
 }  // namespace vcos

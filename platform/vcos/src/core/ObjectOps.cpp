@@ -6,8 +6,10 @@
 // derived first, mark destroyed.
 #include "vcos/src/core/ObjectOps.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <functional>
 #include <exception>
 
 #include "vcos/src/class/ClassTables.h"
@@ -124,11 +126,79 @@ void ObjectOps::allocateBlocks(COSInterface* o, COSClass* cls, void** storage, v
   if (asked) *asked = room.asked();
 }
 
+void ObjectOps::keepBlocks(COSInterface* o, void** made, std::byte* roomBegin, std::byte* roomEnd) {
+  ClassTables& t = o->class_->tables();
+  const std::size_t n = t.ancestry.size();
+  auto* self = reinterpret_cast<std::byte*>(o);
+  if (roomBegin && !t.blockOffsetsKnown && n <= kMaxFixedBlocks) {
+    // Only the classes that allocate can have a block (allocateBlocks).
+    std::less<const void*> before;  // blocks may lie anywhere: compared as addresses
+    auto inRoom = [&](std::uint32_t i) { return !made[i] || (!before(made[i], roomBegin) && before(made[i], roomEnd)); };
+    if (std::all_of(t.allocatingBlocks.begin(), t.allocatingBlocks.end(), inRoom)) {
+      t.blockOffsets.assign(n, 0);
+      for (std::uint32_t i : t.allocatingBlocks) {
+        const std::int32_t offset = made[i] ? static_cast<std::int32_t>(static_cast<std::byte*>(made[i]) - self) : 0;
+        t.blockOffsets[i] = offset;
+        t.fixedBlocks.emplace_back(i, offset);
+      }
+      std::uint32_t keys = 1;
+      t.blockSlot.forEach([&](COSID id, const BlockSlot&) { keys = std::max(keys, id.entry()->blockKey + 1); });
+      t.offsetByKey.assign(keys, 0);
+      t.blockSlot.forEach([&](COSID id, const BlockSlot& s) { t.offsetByKey[id.entry()->blockKey] = t.blockOffsets[s.index]; });
+      t.blockSlot.forEachValue([&](BlockSlot& s) { s.offset = t.blockOffsets[s.index]; });
+      t.blockOffsetsKnown = true;
+    }
+  }
+  bool fixed = roomBegin && t.blockOffsetsKnown;
+  if (fixed) {
+    // Without a branch per block: any block off its place leaves a bit set.
+    const auto base = reinterpret_cast<std::uintptr_t>(self);
+    std::uintptr_t off = 0;
+    for (const auto& [index, offset] : t.fixedBlocks)
+      off |= reinterpret_cast<std::uintptr_t>(made[index]) ^ (offset ? base + static_cast<std::uintptr_t>(offset) : 0);
+    fixed = off == 0;
+  }
+  if (fixed) {
+    o->blocks_ = nullptr;
+    o->state_ |= COSInterface::kFixedBlocks;
+    return;
+  }
+  void** own = nullptr;
+  try {
+    own = newBlockArray(n);
+  } catch (...) {
+    deallocateBlocks(o);  // still listed in `made`
+    throw;
+  }
+  std::copy(made, made + n, own);
+  o->blocks_ = own;
+  o->state_ |= COSInterface::kHeapBlocks;
+}
+
 void ObjectOps::deallocateBlocks(COSInterface* o) noexcept {
-  void** blocks = o->blocks_;
-  if (!blocks) return;
+  if (!o->blocks_ && !(o->state_ & COSInterface::kFixedBlocks)) return;
   // Blocks in the room go with the slot; the allocator must not take them.
   BlockArenaScope room = roomScope(o);
+  if (o->state_ & COSInterface::kFixedBlocks) {
+    // Most derived first; each block counts as gone from the start of its
+    // release, as with a block array whose entry is cleared first.
+    const ClassTables& t = o->class_->tables();
+    o->state_ = static_cast<unsigned char>((o->state_ & ~COSInterface::kFixedBlocks) | COSInterface::kFixedBlocksGoing);
+    auto* self = reinterpret_cast<std::byte*>(o);
+    for (auto it = t.fixedBlocks.rbegin(); it != t.fixedBlocks.rend(); ++it) {
+      o->blocksGone_ = static_cast<unsigned char>(it->first + 1);
+      if (!it->second) continue;
+      try {
+        t.ancestry[it->first]->getClassInfo()->deallocateInstance(o, self + it->second);
+      } catch (...) {
+        assert(false && "deallocateInstance must not throw");
+      }
+    }
+    o->blocksGone_ = 0;
+    o->state_ &= static_cast<unsigned char>(~COSInterface::kFixedBlocksGoing);
+    return;
+  }
+  void** blocks = o->blocks_;
   const std::vector<COSClass*>& ancestry = o->class_->tables().ancestry;
   for (std::size_t i = 0; i < ancestry.size(); ++i) {
     if (void* b = std::exchange(blocks[i], nullptr)) {

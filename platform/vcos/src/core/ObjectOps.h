@@ -6,10 +6,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "vcos/COSClass.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/src/class/ClassTables.h"
 #include "vcos/src/core/InstanceExtras.h"
 
 namespace vcos::internal {
@@ -30,8 +32,32 @@ class ObjectOps {
                              std::size_t* asked = nullptr);
   // Most derived first.
   static void deallocateBlocks(COSInterface* o) noexcept;
-  // The array of block pointers of an ancestry too long for the inline ones:
-  // zeroed, from a pool of arrays of that length (a heap array past 32).
+  // After allocateBlocks made the blocks of instance `o` into `made` (an
+  // array of the caller's): where they all lie at the offsets of the class's
+  // layout (learnt here from the first instance that allows it), the object
+  // keeps none of them; otherwise it gets a block array of its own. On
+  // failure frees the blocks and raises.
+  // Without a room (null `roomBegin`), the object gets the array.
+  static void keepBlocks(COSInterface* o, void** made, std::byte* roomBegin, std::byte* roomEnd);
+  // The block at ancestry index `index` of `o` (valid for its class), or
+  // null.
+  static void* blockAt(const COSInterface* o, std::size_t index) noexcept {
+    if (o->blocks_) return o->blocks_[index];
+    const unsigned char state = o->state_;
+    if (!(state & (COSInterface::kFixedBlocks | COSInterface::kFixedBlocksGoing))) return nullptr;
+    if ((state & COSInterface::kFixedBlocksGoing) && index < o->blocksGone_) return nullptr;
+    const std::int32_t offset = o->class_->tables().blockOffsets[index];
+    return offset ? const_cast<char*>(reinterpret_cast<const char*>(o)) + offset : nullptr;
+  }
+  static bool hasFixedBlocks(const COSInterface* o) noexcept {
+    return (o->state_ & COSInterface::kFixedBlocks) != 0;
+  }
+  // The longest ancestry whose blocks may lie at fixed offsets (the index
+  // freed last is kept in a byte; instances list their blocks on the stack
+  // while they are made).
+  static constexpr std::size_t kMaxFixedBlocks = 32;
+  // The array of block pointers of an object that keeps one: zeroed, from a
+  // pool of arrays of that length (a heap array past 32).
   static void** newBlockArray(std::size_t n);
   static void freeBlockArray(void** blocks, std::size_t n) noexcept;
 

@@ -48,7 +48,7 @@ PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* propert
     if (typeid(*property) == typeid(COSPropT) || typeid(*property) == typeid(COSGenericProp)) {
       r.generic = true;
     } else if (const COSClass* definer = property->getDefiningClass()) {
-      if (const std::uint32_t* slot = cls->tables().blockSlot.find(definer->getID())) r.block = int(*slot);
+      if (const internal::BlockSlot* slot = cls->tables().blockSlot.find(definer->getID())) r.block = int(slot->index);
     }
   }
   COSDataTypePtr type = property->getDataType();
@@ -83,8 +83,8 @@ void PropertyResolver::fetchAhead(const COSInterface* object) const noexcept {
     if (const internal::InstanceExtras* x = internal::ObjectOps::extrasIfAny(object))
       for (const internal::StoredValue& v : x->values)
         if (v.property == cached_.property) return __builtin_prefetch(v.value.asPointer<const void>());
-  } else if (void** blocks = internal::ObjectOps::blocks(const_cast<COSInterface*>(object))) {
-    __builtin_prefetch(blocks[cached_.block]);
+  } else if (const void* block = internal::ObjectOps::blockAt(object, static_cast<std::size_t>(cached_.block))) {
+    __builtin_prefetch(block);
   }
 }
 

@@ -1,0 +1,179 @@
+// Blocks at fixed offsets in their object's room: learnt from an instance
+// whose blocks all lie in its room, used by later instances, and given up
+// by an instance whose blocks lie elsewhere.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "vcos/BlockArena.h"
+#include "vcos/InstanceBlocks.h"
+#include "vcos/vcos.h"
+
+namespace {
+
+struct Record {
+  bool derivedOutside = false;  // the next Derived block comes from the heap
+  std::vector<std::string> seen;  // what the class infos found, in order
+};
+Record& record() {
+  static Record r;
+  return r;
+}
+
+const COSID& baseId() {
+  static const COSID id("vfix.Base");
+  return id;
+}
+const COSID& derivedId() {
+  static const COSID id("vfix.Derived");
+  return id;
+}
+
+struct Block {
+  std::uint64_t words[5] = {};
+};
+
+void* makeBlock(bool outside) {
+  if (!outside)
+    if (void* room = vcos::blockarena::allocate(sizeof(Block))) return ::new (room) Block;
+  return new Block;
+}
+
+void freeBlock(void* b) {
+  if (vcos::blockarena::owns(b))
+    static_cast<Block*>(b)->~Block();
+  else
+    delete static_cast<Block*>(b);
+}
+
+const char* found(COSInterface* o, const COSID& id) { return o->getInstanceData(id) ? "found" : "none"; }
+
+class BaseInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "Base"; }
+  void* allocateInstance(COSInterface* o) override {
+    record().seen.push_back(std::string("make Base, Derived ") + found(o, derivedId()));
+    return makeBlock(false);
+  }
+  void deallocateInstance(COSInterface* o, void* b) override {
+    record().seen.push_back(std::string("free Base, Base ") + found(o, baseId()) + ", Derived " + found(o, derivedId()));
+    freeBlock(b);
+  }
+};
+
+class DerivedInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "Derived"; }
+  void initializeClass(COSClass* c, const COSClient*) override { c->addSuperclass(baseId()); }
+  void* allocateInstance(COSInterface* o) override {
+    record().seen.push_back(std::string("make Derived, Base ") + found(o, baseId()));
+    return makeBlock(std::exchange(record().derivedOutside, false));
+  }
+  void deallocateInstance(COSInterface* o, void* b) override {
+    record().seen.push_back(std::string("free Derived, Base ") + found(o, baseId()) + ", Derived " +
+                            found(o, derivedId()));
+    freeBlock(b);
+  }
+};
+
+// Unrelated to the others, built before Derived: its id has a block key
+// that falls inside Derived's table.
+class OtherInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "Other"; }
+  void* allocateInstance(COSInterface*) override { return makeBlock(false); }
+  void deallocateInstance(COSInterface*, void* b) override { freeBlock(b); }
+};
+
+class FixNamespace final : public COSNamespaceInfo {
+ public:
+  const char* getName() const override { return "vfix"; }
+};
+
+COSInterfacePtr makeDerived() {
+  static const bool registered = [] {
+    COSPackage* p = COSPackage::addNamespace(new FixNamespace);
+    p->addClass(new BaseInfo);
+    p->addClass(new DerivedInfo);
+    p->addClass(new OtherInfo);
+    COSClass::getClass(COSID("vfix.Other"));
+    return true;
+  }();
+  (void)registered;
+  return COSClass::getClass(derivedId())->createInstance(COSGetPublicClient());
+}
+
+std::intptr_t offsetOf(const COSInterfacePtr& o, const COSID& id) {
+  return reinterpret_cast<std::intptr_t>(o->getInstanceData(id)) - reinterpret_cast<std::intptr_t>(o.get());
+}
+
+void drop(std::vector<COSInterfacePtr>& objects) {
+  for (COSInterfacePtr& o : objects)
+    if (!o->isDestroyed()) o->deleteObject(COSGetPublicClient());
+  objects.clear();
+}
+
+}  // namespace
+
+TEST(FixedBlocks, BlocksInTheRoomLieAtTheSameOffsetsAndABlockElsewhereKeepsAnArray) {
+  std::vector<COSInterfacePtr> objects;
+  for (int i = 0; i < 3; ++i) objects.push_back(makeDerived());
+  // The first instance sets the room; the next ones carve their blocks there.
+  for (int i : {1, 2}) {
+    const COSInterfacePtr& o = objects[i];
+    ASSERT_TRUE(vcos::hasFixedBlocks(o.get())) << i;
+    EXPECT_EQ(offsetOf(o, baseId()), offsetOf(objects[1], baseId()));
+    EXPECT_EQ(offsetOf(o, derivedId()), offsetOf(objects[1], derivedId()));
+    EXPECT_GT(offsetOf(o, baseId()), 0);
+    EXPECT_NE(offsetOf(o, baseId()), offsetOf(o, derivedId()));
+    for (const COSID& id : {baseId(), derivedId()})
+      EXPECT_EQ(vcos::instanceDataAt(o.get(), vcos::blockSlotOf(o->getClass(), id)), o->getInstanceData(id));
+  }
+  EXPECT_EQ(objects[1]->getInstanceData(COSID("vfix.Unrelated")), nullptr);
+  EXPECT_EQ(objects[1]->getInstanceData(COSID("vfix.Other")), nullptr);
+  EXPECT_EQ(objects[1]->getInstanceData(COSID()), nullptr);
+
+  // A Derived block from the heap: that object keeps its blocks listed and
+  // finds both; the next object is at the fixed offsets again.
+  record().derivedOutside = true;
+  objects.push_back(makeDerived());
+  objects.push_back(makeDerived());
+  const COSInterfacePtr& apart = objects[3];
+  EXPECT_FALSE(vcos::hasFixedBlocks(apart.get()));
+  EXPECT_EQ(offsetOf(apart, baseId()), offsetOf(objects[1], baseId()));
+  EXPECT_NE(offsetOf(apart, derivedId()), offsetOf(objects[1], derivedId()));
+  EXPECT_NE(apart->getInstanceData(derivedId()), nullptr);
+  EXPECT_EQ(vcos::instanceDataAt(apart.get(), vcos::blockSlotOf(apart->getClass(), derivedId())),
+            apart->getInstanceData(derivedId()));
+  EXPECT_TRUE(vcos::hasFixedBlocks(objects[4].get()));
+  drop(objects);
+}
+
+TEST(FixedBlocks, ABlockIsFoundOnlyWhileItLivesWhetherFixedOrListed) {
+  // Made base first, freed most derived first: each class info sees the
+  // blocks made before its own and not those freed before it, and not its
+  // own while it frees it. The same for an object whose blocks are listed.
+  std::vector<COSInterfacePtr> objects;
+  for (int i = 0; i < 2; ++i) objects.push_back(makeDerived());
+  record().derivedOutside = true;
+  objects.push_back(makeDerived());
+  ASSERT_TRUE(vcos::hasFixedBlocks(objects[1].get()));
+  ASSERT_FALSE(vcos::hasFixedBlocks(objects[2].get()));
+  const std::vector<std::string> expected = {"free Derived, Base found, Derived none",
+                                             "free Base, Base none, Derived none"};
+  for (int i : {1, 2}) {
+    COSInterfacePtr weak(objects[i].get(), COSWeakReference);
+    record().seen.clear();
+    objects[i]->deleteObject(COSGetPublicClient());
+    EXPECT_EQ(record().seen, expected) << i;
+    EXPECT_FALSE(vcos::hasFixedBlocks(weak.get()));
+    EXPECT_EQ(weak->getInstanceData(baseId()), nullptr);
+    EXPECT_EQ(vcos::instanceDataAt(weak.get(), 0), nullptr);
+  }
+  record().seen.clear();
+  objects.push_back(makeDerived());
+  EXPECT_EQ(record().seen, (std::vector<std::string>{"make Base, Derived none", "make Derived, Base found"}));
+  drop(objects);
+}
