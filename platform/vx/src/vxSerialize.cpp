@@ -505,6 +505,10 @@ struct vxDocumentWriter::State {
   Packer pk;
   std::size_t remaining = 0;
   bool captures = false;  // a handle with captured variables was written: version 3
+  // Saved forms (version 4): the offset of their list's count, written as a
+  // 32-bit placeholder and filled in by finish(), and how many were added.
+  std::size_t formsCountAt = 0;
+  std::uint32_t forms = 0;
 };
 
 vxDocumentWriter::vxDocumentWriter(std::span<const std::pair<std::string, const vxArray*>> values,
@@ -543,10 +547,39 @@ void vxDocumentWriter::addObject(std::string_view className, std::int64_t madeBy
   if (state_->buffer.size() > kMaxRawBytes) throw Error("VANTEL:vx:serialize:TooLarge");
 }
 
+void vxDocumentWriter::addSavedForm(std::string_view className, std::string_view typeName, const vxArray* form) {
+  if (state_->remaining != 0) throw Error("VANTEL:vx:serialize:Corrupt", "a saved form before the last record");
+  if (!form) throw Error("VANTEL:vx:serialize:Corrupt", "a saved form without a value");
+  msgpack::sbuffer& buffer = state_->buffer;
+  if (state_->forms == 0) {
+    // The list's count is not known yet: an array32 head, filled in later.
+    state_->formsCountAt = buffer.size() + 1;
+    buffer.write("\xdd\0\0\0\0", 5);
+  }
+  if (state_->forms == 0xffffffffU) throw Error("VANTEL:vx:serialize:TooLarge");
+  ++state_->forms;
+  Packer& pk = state_->pk;
+  pk.pack_array(3);
+  pk.pack(className);
+  pk.pack(typeName);
+  tCapturesWritten = false;
+  packValue(pk, form, 0, &state_->options);
+  if (buffer.size() > kMaxRawBytes) throw Error("VANTEL:vx:serialize:TooLarge");
+}
+
 std::vector<std::uint8_t> vxDocumentWriter::finish() {
   // A table shorter than announced would not read back.
   if (state_->remaining != 0) throw Error("VANTEL:vx:serialize:Corrupt", "records missing from the object table");
-  return frame(state_->buffer, state_->captures ? vxSerializeFormatVersion : vxSerializeObjectTableVersion);
+  if (state_->forms > 0) {
+    // [values, objects] becomes [values, objects, forms]: the body's head is
+    // the one-byte array head the constructor wrote.
+    char* data = state_->buffer.data();
+    data[0] = static_cast<char>(0x93);
+    for (int i = 0; i < 4; ++i)
+      data[state_->formsCountAt + static_cast<std::size_t>(i)] = static_cast<char>(state_->forms >> (8 * (3 - i)));
+    return frame(state_->buffer, vxSerializeFormatVersion);
+  }
+  return frame(state_->buffer, state_->captures ? vxSerializeCapturesVersion : vxSerializeObjectTableVersion);
 }
 
 std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::string, const vxArray*>> values,
@@ -565,7 +598,7 @@ std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::str
     pk.pack(object.head.madeByProperty);
     packEntries(pk, object.fields, &options);
   }
-  return frame(buffer, tCapturesWritten ? vxSerializeFormatVersion : vxSerializeObjectTableVersion);
+  return frame(buffer, tCapturesWritten ? vxSerializeCapturesVersion : vxSerializeObjectTableVersion);
 }
 
 vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const vxReadOptions& options) {
@@ -596,11 +629,22 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
     out.values = readEntries(top, reader);
     return out;
   }
-  // Versions 2 and 3: [values, object table]. The heads are checked and handed up
-  // first, so that the objects exist before any value refers to them.
-  Reader::expectArray(top, 2, "the body is not values and objects");
+  // Versions 2 to 4: [values, object table], and from version 4 the saved
+  // forms may follow. The heads are checked and handed up first, so that the
+  // objects exist before any value refers to them.
+  if (top.type != msgpack::type::ARRAY || top.via.array.size < 2 || top.via.array.size > (version >= 4 ? 3u : 2u))
+    corrupt("the body is not values and objects");
   const msgpack::object& table = Reader::at(top, 1);
   if (table.type != msgpack::type::ARRAY) corrupt("the object table is not a list");
+  static const msgpack::object noForms = [] {
+    msgpack::object o;
+    o.type = msgpack::type::ARRAY;
+    o.via.array.size = 0;
+    o.via.array.ptr = nullptr;
+    return o;
+  }();
+  const msgpack::object& forms = top.via.array.size == 3 ? Reader::at(top, 2) : noForms;
+  if (forms.type != msgpack::type::ARRAY) corrupt("the saved forms are not a list");
   std::vector<vxSavedObjectHead> heads;
   heads.reserve(table.via.array.size);
   for (std::uint32_t i = 0; i < table.via.array.size; ++i) {
@@ -619,6 +663,17 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
     if (Reader::at(record, 3).type != msgpack::type::ARRAY) corrupt("an object's values are not a list");
     heads.push_back(std::move(head));
   }
+  // Each saved form: [class, data type name, value].
+  for (std::uint32_t i = 0; i < forms.via.array.size; ++i) {
+    const msgpack::object& form = Reader::at(forms, i);
+    Reader::expectArray(form, 3, "a saved form is not a class, a type and a value");
+    vxSavedObjectHead head;
+    head.className = nameOf(Reader::at(form, 0), "a saved form's class name is not text");
+    const msgpack::object& type = Reader::at(form, 1);
+    if (type.type != msgpack::type::STR || type.via.str.size > kMaxNameBytes) corrupt("a saved form's type is not text");
+    head.savedForm = true;
+    heads.push_back(std::move(head));
+  }
   if (!heads.empty()) {
     if (!options.makeObjects || !options.makeObjectArray) throw Error("VANTEL:vx:serialize:UnsupportedClass", "object");
     options.makeObjects(heads);
@@ -628,6 +683,13 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
   out.objects.reserve(heads.size());
   for (std::uint32_t i = 0; i < table.via.array.size; ++i)
     out.objects.push_back({std::move(heads[i]), readEntries(Reader::at(Reader::at(table, i), 3), reader)});
+  out.forms.reserve(forms.via.array.size);
+  for (std::uint32_t i = 0; i < forms.via.array.size; ++i) {
+    const msgpack::object& form = Reader::at(forms, i);
+    const msgpack::object& type = Reader::at(form, 1);
+    out.forms.push_back({std::move(heads[table.via.array.size + i]), std::string(type.via.str.ptr, type.via.str.size),
+                         reader.value(Reader::at(form, 2), 0)});
+  }
   return out;
 }
 

@@ -38,6 +38,9 @@ struct vxSavedObjectHead {
   std::string className;
   std::int64_t madeBy = -1;
   std::string madeByProperty;
+  // Set for an object whose class saved a form of its own (version 4): the
+  // reader hands over its form (vxSavedForm) instead of named values.
+  bool savedForm = false;
 };
 
 // An entry of a saved object table as the writer is given it: its head and
@@ -53,10 +56,20 @@ struct vxSavedObject {
   std::vector<vxNamedValue> fields;
 };
 
+// An object whose class saved a form of its own instead of its values
+// (version 4): the name of the form's data type ("" for an array) and the
+// form, owned. Its index in the object table follows the records'.
+struct vxSavedForm {
+  vxSavedObjectHead head;
+  std::string typeName;
+  matrix::unique_vxArray value;
+};
+
 // A saved set with an object table.
 struct vxSavedDocument {
   std::vector<vxNamedValue> values;
   std::vector<vxSavedObject> objects;
+  std::vector<vxSavedForm> forms;
 };
 
 // What the writer needs to save object arrays: the class name of an object
@@ -89,11 +102,14 @@ struct vxReadOptions {
   std::function<vxArray*(const std::string& text, std::vector<vxNamedValue> captured)> makeCapturingFunctionHandle;
 };
 
-// The newest format version this build reads and writes. A set with a
-// function handle that captured variables is written as version 3; else a
-// set with an object table as version 2, and a set without one as version 1,
+// The newest format version this build reads and writes. A set with
+// objects that saved forms of their own is written as version 4; else a set
+// with a function handle that captured variables as version 3; else a set
+// with an object table as version 2, and a set without one as version 1,
 // so that older readers read every file they can represent.
-inline constexpr std::uint32_t vxSerializeFormatVersion = 3;
+inline constexpr std::uint32_t vxSerializeFormatVersion = 4;
+// The version of a set with a function handle that captured variables.
+inline constexpr std::uint32_t vxSerializeCapturesVersion = 3;
 // The version of a set with an object table and no captured variables.
 inline constexpr std::uint32_t vxSerializeObjectTableVersion = 2;
 
@@ -129,6 +145,11 @@ class VX_API vxDocumentWriter {
   // The next record of the table (see vxSavedObjectHead).
   void addObject(std::string_view className, std::int64_t madeBy, std::string_view madeByProperty,
                  std::span<const Field> fields);
+  // After every record: the next object whose class saved a form of its
+  // own, with the name of the form's data type ("" for an array). Its index
+  // is the record count plus the forms added before it; forms may be added
+  // while one is written (an object its form holds). Makes the set version 4.
+  void addSavedForm(std::string_view className, std::string_view typeName, const vxArray* form);
   // The framed bytes; every announced record must have been added.
   std::vector<std::uint8_t> finish();
 
