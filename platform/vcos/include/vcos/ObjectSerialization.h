@@ -35,6 +35,13 @@ VCOS_API void setElementDeserializer(COSID classId, ElementDeserializer deserial
 // "finalizeIncomingObject" runs with the object, and what it returns is
 // dropped. Errors of the deserializer and of the finishing method pass
 // through. `type` is the data type of `value`, when the caller has one.
+// The other way: a new 1-by-1 struct of the object's stored elements, one
+// field per property that is neither transient nor dependent and has an
+// array form, in the class's order, the caller's to free. A class whose
+// customSave keeps its elements this way (and answers true) gets them back
+// through customizeAndDeserialize.
+VCOS_API vxArray* collectElements(const COSInterfacePtr& object);
+
 VCOS_API void customizeAndDeserialize(const COSInterfacePtr& object, COSClass* cls, COSValue value,
                                       const COSDataTypePtr& type);
 

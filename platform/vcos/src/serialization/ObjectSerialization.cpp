@@ -12,9 +12,12 @@
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
+#include "vcos/COSVisitor.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vx/matrix.h"
+#include "vx/vxCreate.h"
+#include "vx/vxStruct.h"
 
 namespace object_serialization {
 
@@ -88,6 +91,48 @@ void setElementDeserializer(COSID classId, ElementDeserializer deserializer) {
     return;
   }
   if (deserializer) list.push_back({classId, std::move(deserializer)});
+}
+
+vxArray* collectElements(const COSInterfacePtr& object) {
+  if (!object) return nullptr;
+  object->checkValid();
+  matrix::unique_vxArray elements(vxCreateStructMatrix(1, 1, 0, nullptr));
+  class Collect final : public COSVisitor {
+   public:
+    Collect(COSInterface* object, vxArray* elements) : object_(object), elements_(elements) {}
+    bool visitProperty(COSClass*, COSPropInfo* property) override {
+      if (property->isTransient() || property->isDependent()) return true;
+      const char* name = property->getName();
+      // A property overridden in a subclass arrives once per defining class.
+      if (vxGetFieldNumber(elements_, name) >= 0) return true;
+      const COSDataTypePtr type = property->getDataType();
+      const bool isArray = !type || type->isVANTELArrayType();
+      COSTypeConversion* conversion = isArray ? nullptr : COSTypeRepository::getArrayConversion(*type, /*toArray=*/true);
+      if (!isArray && !conversion) return true;
+      const COSValue read = property->getValue(object_);
+      matrix::unique_vxArray array;
+      try {
+        if (isArray) {
+          if (const auto* a = read.asPointer<const vxArray>()) array.reset(vxCreateSharedDataCopy(a));
+        } else {
+          array.reset(conversion->convert(read).asPointer<vxArray>());
+        }
+      } catch (...) {
+        property->releaseValue(object_, read);
+        throw;
+      }
+      property->releaseValue(object_, read);
+      if (!array) return true;
+      vxSetFieldByNumber(elements_, 0, vxAddField(elements_, name), array.release());
+      return true;
+    }
+
+   private:
+    COSInterface* object_;
+    vxArray* elements_;
+  } collect(object.get(), elements.get());
+  object->getClass()->acceptPropertyVisitor(collect);
+  return elements.release();
 }
 
 void customizeAndDeserialize(const COSInterfacePtr& object, COSClass* cls, COSValue value,
