@@ -15,6 +15,7 @@
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/ElementContent.h"
 #include "src/persistence/SavedDefaults.h"
+#include "src/persistence/SavedForms.h"
 #include "src/persistence/SavedPropertyList.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClassInfo.h"
@@ -129,6 +130,13 @@ std::vector<vxNamedValue> GraphicsLoader::load(std::span<const std::uint8_t> byt
     setFields(document);
     hookChildren(document);
     placeTopLevel(document);
+    // Saved forms go back before the graphics objects' load steps run, so
+    // that a CreateFcn finds them loaded; the last found first, so that an
+    // object whose form holds another finds that one loaded.
+    for (std::size_t k = document.forms.size(); k-- > 0;) {
+      const COSInterfacePtr& object = objects_[document.objects.size() + k];
+      if (!object->isDestroyed() && !object->isBeingDestroyed()) loadSavedForm(object, document.forms[k]);
+    }
     runLoadSteps();
     done_ = true;
     return std::move(document.values);
@@ -157,7 +165,12 @@ void GraphicsLoader::makeObjects(std::span<const vxSavedObjectHead> heads) {
   const COSClient* client = COSGetPublicClient();
   for (const vxSavedObjectHead& head : heads) {
     COSInterfacePtr object;
-    if (head.madeBy < 0) {
+    if (head.savedForm) {
+      // An object whose class saved a form of its own: made now, so that the
+      // values can refer to it, and handed its form once the trees are built.
+      object = makeSavedFormObject(head.className);
+      constructed_.push_back(object);
+    } else if (head.madeBy < 0) {
       if (!lastName || *lastName != head.className) {
         COSClass* cls = COSClass::getClass(COSID(head.className.c_str()));
         if (!cls || !cls->isSubclassOf(graphicsClassId()) || cls->isAbstract())
@@ -313,7 +326,8 @@ void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
         auto found = child ? indexOf.find(child.get()) : indexOf.end();
         // The table lists parents before children, so a child after its
         // parent cannot be its own ancestor.
-        if (found == indexOf.end() || found->second <= i || hooked[found->second] || madeBy_[found->second] >= 0)
+        if (found == indexOf.end() || found->second <= i || found->second >= document.objects.size() ||
+            hooked[found->second] || madeBy_[found->second] >= 0)
           throw Error("VANTEL:sg:load:BadChildren");
         hooked[found->second] = true;
         children_[i].push_back(found->second);
@@ -321,7 +335,8 @@ void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
       }
     }
   topLevel_.clear();
-  for (std::size_t i = 0; i < objects_.size(); ++i)
+  // Objects that saved forms of their own are in no tree.
+  for (std::size_t i = 0; i < document.objects.size(); ++i)
     if (!hooked[i] && madeBy_[i] < 0) topLevel_.push_back(i);
 }
 

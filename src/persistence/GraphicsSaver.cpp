@@ -15,6 +15,7 @@
 #include "sgutils/tree/ChildStrategy.h"
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/GraphicsLoader.h"
+#include "src/persistence/SavedForms.h"
 #include "src/persistence/SavedPropertyList.h"
 #include "foundation/log/Logger.h"
 #include "vcos/COSClass.h"
@@ -353,7 +354,14 @@ std::vector<std::uint8_t> GraphicsSaver::serialize(std::span<const std::pair<std
     COSClass* cls = vcos::array::classOf(a);
     return cls ? cls->getName() : "vantel.graphics.GraphicsPlaceholder";
   };
-  options.objectIndex = [this](const vxArray* a, std::size_t i) { return indexOf(omGetLiveArrayElement(a, i).get()); };
+  // An object outside the saved trees is kept when its class saves a form
+  // of its own; the forms follow the records.
+  SavedForms forms(records_.size());
+  options.objectIndex = [this, &forms](const vxArray* a, std::size_t i) {
+    const COSInterfacePtr element = omGetLiveArrayElement(a, i);
+    const std::int64_t index = indexOf(element.get());
+    return index >= 0 ? index : forms.indexOf(element.get());
+  };
   // The table is written record by record; each record's values are
   // released once it is packed, and its child list with it.
   vxDocumentWriter writer(values, records_.size(), options);
@@ -369,6 +377,7 @@ std::vector<std::uint8_t> GraphicsSaver::serialize(std::span<const std::pair<std
     readFields(record);
     writer.addObject(record.object->getClass()->getName(), record.madeBy, record.madeByProperty, fields_);
   }
+  forms.writeTo(writer);
   return writer.finish();
 }
 
