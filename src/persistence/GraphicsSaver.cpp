@@ -17,6 +17,7 @@
 #include "src/persistence/GraphicsLoader.h"
 #include "src/persistence/SavedForms.h"
 #include "src/persistence/SavedPropertyList.h"
+#include "foundation/core/except/Error.h"
 #include "foundation/log/Logger.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSClassInfo.h"
@@ -161,8 +162,12 @@ std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t 
   if (COSClassInfo* info = object->getClass()->getClassInfo()) {
     COSValue value;
     COSDataTypePtr type;
-    info->customSave(object.get(), value, type);
+    const bool ownForm = info->customSave(object.get(), value, type);
     if (type) type->destroy(value);
+    else if (ownForm) matrix::destroyArray(value.asPointer<vxArray>());
+    // A graphics object is saved by its values (its class info's customSave
+    // answers false); a form of its own would be lost, so none is accepted.
+    if (ownForm) throw foundation::core::except::Error("VANTEL:sg:save:GraphicsForm", object->getClass()->getName());
   }
   // Only a child of a saved tree leaves values out: a top (a figure) or a
   // part its owner made is written whole.
