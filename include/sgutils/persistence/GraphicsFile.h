@@ -6,8 +6,11 @@
 // data and callbacks. Objects are written once, in an object table of the
 // saved-value format, and every reference to a saved object (a child list,
 // a context menu, an object in user data) is written as its index there, so
-// shared references come back shared. A reference to an object outside the
-// saved trees is not kept (see docs/architecture.md, "Saving graphics
+// shared references come back shared. An object that is not a graphics
+// object and whose class saves a form of its own (its class info's
+// customSave answers true) is saved as that form and handed it back on load
+// (docs/architecture.md, "A class's own saved form"). Any other reference
+// to an object outside the saved trees is not kept (see "Saving graphics
 // objects").
 //
 // Reading builds every object or none: on any failure the objects made so
