@@ -273,17 +273,22 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
           if (owner != partOwner_.end() && owner->second == i) continue;
         }
         if (lg.isOn(kLoadingBit)) lg.write(kLoadingBit, "    Loading property: " + field.name);
-        // A value that no longer fits is dropped, and the others load.
+        // A value that no longer fits is dropped, and the others load. An
+        // array property takes the read array itself: it stores a copy of
+        // its own, so no conversion copy is made and freed in between.
         const COSDataTypePtr type = property->getDataType();
         copy::OwnedValue converted;
-        try {
-          converted = copy::OwnedValue(type, copy::fromArray(type, value));
-        } catch (const IMsgIDException&) {
-          if (lg.isOn(kConversionBit)) lg.write(kConversionBit, "        Failed datatype conversion");
-          continue;
+        if (!copy::passesArrays(type)) {
+          try {
+            converted = copy::OwnedValue(type, copy::fromArray(type, value));
+          } catch (const IMsgIDException&) {
+            if (lg.isOn(kConversionBit)) lg.write(kConversionBit, "        Failed datatype conversion");
+            continue;
+          }
         }
         try {
-          vcos::omCopyPropertyWithNoPermissionCheck(object, property, converted.get());
+          vcos::omCopyPropertyWithNoPermissionCheck(object, property,
+                                                    converted.has() ? converted.get() : COSValue(value));
         } catch (const IMsgIDException&) {
           if (lg.isOn(kSetBit)) lg.write(kSetBit, "        set." + field.name + " failed");
         }
