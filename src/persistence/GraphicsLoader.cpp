@@ -414,7 +414,18 @@ vxArray* GraphicsLoader::deserializedChildrenOf(const COSInterface* object) {
   if (!loader || !object) return nullptr;
   auto found = loader->indexOf_.find(object);
   if (found == loader->indexOf_.end()) return nullptr;
-  return objectsAt(loader->objects_, loader->children_[found->second]);
+  const std::vector<std::size_t>& children = loader->children_[found->second];
+  if (children.empty()) {
+    // Most loaded objects are leaves: each gets a shared copy of one kept
+    // empty list rather than a new one.
+    static vxArray* const none = [] {
+      vxArray* list = omCreateVCOSMatrix(1, 0, graphicsClassId());
+      vxSetArrayScope(list, vxSCOPE_PERSISTENT);
+      return list;
+    }();
+    return vxCreateSharedDataCopy(none);
+  }
+  return objectsAt(loader->objects_, children);
 }
 
 vxArray* GraphicsLoader::deserializedPartsOf(const COSInterface* object) {
