@@ -37,6 +37,7 @@
 #include "foundation/core/except/Error.h"
 #include "vcos/COSNamespaceInfo.h"
 #include "vcos/COSPackage.h"
+#include "vx/matrix.h"
 #include "vx/vxCreate.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSFunctionConversion.h"
@@ -121,15 +122,17 @@ COSDataTypePtr registerEnumeration(const char* name, const EnumerationDescriptio
       [desc](COSValue v) { return COSValue(canonicalEnumerationByte(parseEnumeration(arrayOf(v), *desc))); }, track);
   // Each value's text is made once, as a kept array: a read (and every value
   // a save writes) gets a shared copy of it instead of a new text. The last
-  // one is the empty text of a value outside the enumeration.
-  auto texts = std::make_shared<std::vector<vxArray*>>();
+  // one is the empty text of a value outside the enumeration. The texts go
+  // with the conversion (when the types are taken away at termination).
+  auto texts = std::make_shared<std::vector<matrix::unique_vxArray>>();
   texts->reserve(std::size_t{d.count} + 1);
-  for (unsigned i = 0; i <= d.count; ++i) texts->push_back(keptArray(enumerationToArray(static_cast<unsigned char>(i), d)));
+  for (unsigned i = 0; i <= d.count; ++i)
+    texts->emplace_back(keptArray(enumerationToArray(static_cast<unsigned char>(i), d)));
   addConversion(
       name, "any",
       [texts](COSValue v) {
         const std::size_t b = v.isEmpty() ? 0 : *v.asPointer<const unsigned char>();
-        return COSValue(vxCreateSharedDataCopy((*texts)[b < texts->size() ? b : texts->size() - 1]));
+        return COSValue(vxCreateSharedDataCopy((*texts)[b < texts->size() ? b : texts->size() - 1].get()));
       },
       track);
   return type;
