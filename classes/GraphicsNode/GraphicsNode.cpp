@@ -153,13 +153,13 @@ void GraphicsNode::queueForViews(COSInterface* object) {
 
 void GraphicsNode::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
   GraphicsCoreProperties::doPostSet(object, property, flags);
-  if (viewProperties_) viewProperties_->markViewPropertyDirty(object.get(), property->getName());
+  if (viewProperties_) viewProperties_->markViewPropertyDirty(object.get(), property);
   queueForViews(object.get());
 }
 
 void GraphicsNode::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
   GraphicsCoreProperties::doPostSet(object, property, limitsDirty, objectDirty);
-  if (viewProperties_) viewProperties_->markViewPropertyDirty(object.get(), property->getName());
+  if (viewProperties_) viewProperties_->markViewPropertyDirty(object.get(), property);
   queueForViews(object.get());
 }
 

@@ -37,6 +37,7 @@
 #include "foundation/core/except/Error.h"
 #include "vcos/COSNamespaceInfo.h"
 #include "vcos/COSPackage.h"
+#include "vx/matrix.h"
 #include "vx/vxCreate.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSFunctionConversion.h"
@@ -107,26 +108,34 @@ void registerValueType(const char* name, bool holdsObjects = false) {
   addConversion(name, "any", [](COSValue v) { return COSValue(detail::ValueType<T>::valueOf(v).toArray()); });
 }
 
+// An array kept for the life of the process.
+vxArray* keptArray(vxArray* array) {
+  vxSetArrayScope(array, vxSCOPE_PERSISTENT);
+  return array;
+}
+
 COSDataTypePtr registerEnumeration(const char* name, const EnumerationDescription& d, Track track) {
   COSDataTypePtr type = register_datatype(new detail::EnumerationType(COSID(name), d));
   const EnumerationDescription* desc = &d;
   addConversion(
       "any", name,
       [desc](COSValue v) { return COSValue(canonicalEnumerationByte(parseEnumeration(arrayOf(v), *desc))); }, track);
+  // Each value's text is made once, as a kept array: a read (and every value
+  // a save writes) gets a shared copy of it instead of a new text. The last
+  // one is the empty text of a value outside the enumeration. The texts go
+  // with the conversion (when the types are taken away at termination).
+  auto texts = std::make_shared<std::vector<matrix::unique_vxArray>>();
+  texts->reserve(std::size_t{d.count} + 1);
+  for (unsigned i = 0; i <= d.count; ++i)
+    texts->emplace_back(keptArray(enumerationToArray(static_cast<unsigned char>(i), d)));
   addConversion(
       name, "any",
-      [desc](COSValue v) {
-        const unsigned char b = v.isEmpty() ? 0 : *v.asPointer<const unsigned char>();
-        return COSValue(enumerationToArray(b, *desc));
+      [texts](COSValue v) {
+        const std::size_t b = v.isEmpty() ? 0 : *v.asPointer<const unsigned char>();
+        return COSValue(vxCreateSharedDataCopy((*texts)[b < texts->size() ? b : texts->size() - 1].get()));
       },
       track);
   return type;
-}
-
-// An array kept for the life of the process.
-vxArray* keptArray(vxArray* array) {
-  vxSetArrayScope(array, vxSCOPE_PERSISTENT);
-  return array;
 }
 
 template <class E>

@@ -15,6 +15,7 @@
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSInterface.h"
+#include "vcos/COSPropInfo.h"
 #include "vcos/ObjectArray.h"
 #include "vx/vx.h"
 
@@ -136,6 +137,16 @@ void ViewPropertiesManager::markClean() {
 }
 
 void ViewPropertiesManager::markViewPropertyDirty(COSInterface* self, std::string_view name) {
+  markViewPropertyDirty(self, COSID(name));
+}
+
+void ViewPropertiesManager::markViewPropertyDirty(COSInterface* self, const COSPropInfo* property) {
+  // A property not yet added to a class has no id: its name is interned.
+  const COSID id = property->getID();
+  markViewPropertyDirty(self, id ? id : COSID(property->getName()));
+}
+
+void ViewPropertiesManager::markViewPropertyDirty(COSInterface* self, COSID name) {
   setStrategy(self);
   if (!strategy_) {
     strategy_ = choice_->makeStrategy();

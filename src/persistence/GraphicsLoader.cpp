@@ -286,17 +286,22 @@ void GraphicsLoader::setFields(const vxSavedDocument& document) {
           if (owner != partOwner_.end() && owner->second == i) continue;
         }
         if (lg.isOn(kLoadingBit)) lg.write(kLoadingBit, "    Loading property: " + field.name);
-        // A value that no longer fits is dropped, and the others load.
+        // A value that no longer fits is dropped, and the others load. An
+        // array property takes the read array itself: it stores a copy of
+        // its own, so no conversion copy is made and freed in between.
         const COSDataTypePtr type = property->getDataType();
         copy::OwnedValue converted;
-        try {
-          converted = copy::OwnedValue(type, copy::fromArray(type, value));
-        } catch (const IMsgIDException&) {
-          if (lg.isOn(kConversionBit)) lg.write(kConversionBit, "        Failed datatype conversion");
-          continue;
+        if (!copy::passesArrays(type)) {
+          try {
+            converted = copy::OwnedValue(type, copy::fromArray(type, value));
+          } catch (const IMsgIDException&) {
+            if (lg.isOn(kConversionBit)) lg.write(kConversionBit, "        Failed datatype conversion");
+            continue;
+          }
         }
         try {
-          vcos::omCopyPropertyWithNoPermissionCheck(object, property, converted.get());
+          vcos::omCopyPropertyWithNoPermissionCheck(object, property,
+                                                    converted.has() ? converted.get() : COSValue(value));
         } catch (const IMsgIDException&) {
           if (lg.isOn(kSetBit)) lg.write(kSetBit, "        set." + field.name + " failed");
         }
@@ -424,7 +429,18 @@ vxArray* GraphicsLoader::deserializedChildrenOf(const COSInterface* object) {
   if (!loader || !object) return nullptr;
   auto found = loader->indexOf_.find(object);
   if (found == loader->indexOf_.end()) return nullptr;
-  return objectsAt(loader->objects_, loader->children_[found->second]);
+  const std::vector<std::size_t>& children = loader->children_[found->second];
+  if (children.empty()) {
+    // Most loaded objects are leaves: each gets a shared copy of one kept
+    // empty list rather than a new one.
+    static vxArray* const none = [] {
+      vxArray* list = omCreateVCOSMatrix(1, 0, graphicsClassId());
+      vxSetArrayScope(list, vxSCOPE_PERSISTENT);
+      return list;
+    }();
+    return vxCreateSharedDataCopy(none);
+  }
+  return objectsAt(loader->objects_, children);
 }
 
 vxArray* GraphicsLoader::deserializedPartsOf(const COSInterface* object) {

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <exception>
+#include <unordered_map>
 #include <unordered_set>
 
 
@@ -99,6 +100,20 @@ const COSPropInfo* propertyHolding(COSInterface* owner, const COSInterface* chil
   return finder.found;
 }
 
+// Per owner class and part class, the property that held the last part
+// saved: kept for the process, as classes and their properties are (the
+// interpreter thread only, as all class-system work). A hit is checked
+// before it is used, so a stale one costs a walk, never a wrong part.
+const COSPropInfo*& lastPartProperty(const COSClass* owner, const COSClass* part) {
+  struct ClassPairHash {
+    std::size_t operator()(const std::pair<const COSClass*, const COSClass*>& p) const noexcept {
+      return std::hash<const void*>()(p.first) * 31 + std::hash<const void*>()(p.second);
+    }
+  };
+  static std::unordered_map<std::pair<const COSClass*, const COSClass*>, const COSPropInfo*, ClassPairHash> found;
+  return found[{owner, part}];
+}
+
 // The empty 1-by-1 struct without fields that a new object's application
 // data is, made once and kept.
 vxArray* emptyApplicationData() {
@@ -186,9 +201,9 @@ std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t 
       // Saved as a part of the owner when a property of the owner holds it;
       // the owner makes it again on load.
       // The property found for the last part of this class in an owner of
-      // this class is tried first: the walk reads every property that can
-      // hold objects, the children among them.
-      const COSPropInfo*& last = partProperty_[{object->getClass(), c->getClass()}];
+      // this class, in this save or an earlier one, is tried first: the walk
+      // reads every property that can hold objects, the children among them.
+      const COSPropInfo*& last = lastPartProperty(object->getClass(), c->getClass());
       if (!last || !holds(object.get(), last, c)) last = propertyHolding(object.get(), c);
       if (last) addTree(child, index, last->getName(), true);
       continue;

@@ -73,13 +73,6 @@ class GraphicsSaver {
   std::unordered_map<const COSInterface*, std::int64_t> index_;
   std::vector<Record> records_;
   std::unordered_map<const COSClass*, Reference> references_;
-  // Per owner class and part class, the property that held the last part.
-  struct ClassPairHash {
-    std::size_t operator()(const std::pair<const COSClass*, const COSClass*>& p) const noexcept {
-      return std::hash<const void*>()(p.first) * 31 + std::hash<const void*>()(p.second);
-    }
-  };
-  std::unordered_map<std::pair<const COSClass*, const COSClass*>, const COSPropInfo*, ClassPairHash> partProperty_;
   // One record's fields and the arrays they borrow, reused from record to
   // record: only one object's values exist as arrays at a time.
   std::vector<vxDocumentWriter::Field> fields_;

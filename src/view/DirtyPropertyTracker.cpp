@@ -2,29 +2,37 @@
 
 namespace vantel::graphics {
 
-bool DirtyPropertyTracker::inLists(std::string_view name) const {
-  for (const std::string& n : dirty_)
+bool DirtyPropertyTracker::inLists(COSID name) const {
+  for (COSID n : dirty_)
     if (n == name) return true;
-  for (const std::string& n : priority_)
+  for (COSID n : priority_)
     if (n == name) return true;
   return false;
 }
 
-bool DirtyPropertyTracker::hasDirtyProperty(std::string_view name) const {
+bool DirtyPropertyTracker::hasDirtyProperty(COSID name) const {
   return names_.empty() ? inLists(name) : names_.contains(name);
 }
 
-bool DirtyPropertyTracker::addName(std::string_view name) {
+bool DirtyPropertyTracker::hasDirtyProperty(std::string_view name) const {
+  for (COSID n : dirty_)
+    if (n.str() == name) return true;
+  for (COSID n : priority_)
+    if (n.str() == name) return true;
+  return false;
+}
+
+bool DirtyPropertyTracker::addName(COSID name) {
   if (hasDirtyProperty(name)) return false;
   const std::size_t held = dirty_.size() + priority_.size();
   if (!names_.empty()) {
-    names_.emplace(name);
+    names_.insert(name);
   } else if (held >= kListedNames) {
     try {
       names_.reserve(2 * (held + 1));
-      for (const std::string& n : dirty_) names_.emplace(n);
-      for (const std::string& n : priority_) names_.emplace(n);
-      names_.emplace(name);
+      names_.insert(dirty_.begin(), dirty_.end());
+      names_.insert(priority_.begin(), priority_.end());
+      names_.insert(name);
     } catch (...) {
       names_.clear();  // a partial set would hide listed names
       throw;
@@ -33,19 +41,22 @@ bool DirtyPropertyTracker::addName(std::string_view name) {
   return true;
 }
 
-void DirtyPropertyTracker::appendDirtyProperty(std::string_view name) {
-  if (addName(name)) dirty_.emplace_back(name);
+void DirtyPropertyTracker::appendDirtyProperty(COSID name) {
+  if (!addName(name)) return;
+  // Room for the few names an object usually gathers, taken at once.
+  if (dirty_.capacity() == 0) dirty_.reserve(4);
+  dirty_.push_back(name);
 }
 
-void DirtyPropertyTracker::appendPriorityProperty(std::string_view name) {
-  if (addName(name)) priority_.emplace_back(name);
+void DirtyPropertyTracker::appendPriorityProperty(COSID name) {
+  if (addName(name)) priority_.push_back(name);
 }
 
 std::vector<std::string> DirtyPropertyTracker::getDirtyProperties() const {
   std::vector<std::string> out;
   out.reserve(priority_.size() + dirty_.size());
-  out.insert(out.end(), priority_.rbegin(), priority_.rend());
-  out.insert(out.end(), dirty_.begin(), dirty_.end());
+  for (auto it = priority_.rbegin(); it != priority_.rend(); ++it) out.push_back(it->str());
+  for (COSID n : dirty_) out.push_back(n.str());
   return out;
 }
 

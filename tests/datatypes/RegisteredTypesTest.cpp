@@ -155,6 +155,24 @@ TEST_F(RegisteredTypes, ValueWordsFollowTheTable) {
   EXPECT_EQ(vxGetNumberOfElements(toAny(kCallbackType, COSValue()).get()), 0u);
 }
 
+// Reads of an enumeration share one kept text per value: each read is an
+// array of its own, the null word reads as the first value and a byte past
+// the enumeration as the empty text.
+TEST_F(RegisteredTypes, EnumerationReadsAreTextsOfTheirOwn) {
+  COSValue manual = fromAny(kAutoManualType, text("manual").get());
+  auto first = toAny(kAutoManualType, manual);
+  auto second = toAny(kAutoManualType, manual);
+  ASSERT_TRUE(first && second);
+  EXPECT_NE(first.get(), second.get());
+  first.reset();
+  EXPECT_EQ(vxArrayToStdString(second.get()), "manual");
+  EXPECT_EQ(vxArrayToStdString(toAny(kAutoManualType, COSValue()).get()), "auto");
+  EXPECT_EQ(vxArrayToStdString(toAny(kUnitsType, fromAny(kUnitsType, text("points").get())).get()), "points");
+  auto outside = toAny(kAutoManualType, COSValue(canonicalEnumerationByte(9)));
+  EXPECT_TRUE(vxIsChar(outside.get()));
+  EXPECT_EQ(vxGetNumberOfElements(outside.get()), 0u);
+}
+
 TEST_F(RegisteredTypes, RegistrationCallsFindWhatExists) {
   COSPackage* p = register_namespace("vantel.graphics.datatype", nullptr, nullptr);
   ASSERT_NE(p, nullptr);

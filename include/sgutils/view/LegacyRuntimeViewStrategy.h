@@ -13,7 +13,8 @@ class SGUTILS_API LegacyRuntimeViewStrategy : public ViewPropertiesStrategy {
  public:
   explicit LegacyRuntimeViewStrategy(std::string className);
   static std::unique_ptr<ViewPropertiesStrategy> getInstance(const std::string& className);
-  void markDirty(std::string_view name) override;
+  using ViewPropertiesStrategy::markDirty;
+  void markDirty(COSID name) override;
   const std::string& className() const noexcept { return className_; }
 
  private:

@@ -15,7 +15,10 @@ namespace sgutils {
 class SGUTILS_API ViewPropertiesStrategy {
  public:
   virtual ~ViewPropertiesStrategy();
-  virtual void markDirty(std::string_view name);
+  // Marks a property by its interned name.
+  virtual void markDirty(COSID name);
+  // The same for a name given as text, interned first.
+  void markDirty(std::string_view name) { markDirty(COSID(name)); }
   virtual void markClean();
   virtual std::vector<std::string> getDirtyProperties() const;
   virtual bool hasDirtyProperties() const;

@@ -107,4 +107,24 @@ TEST(ViewStrategies, OnlyTheLegacyKindFoldsTheInternalFace) {
   EXPECT_EQ(runtime->getDirtyProperties(), (Names{"Color_I", "Color"}));
 }
 
+// Marks by interned id and by text name one property; the legacy kind's
+// folding of "_I" holds when internal names alternate between marks.
+TEST(DirtyPropertyTracker, AnIdAndItsTextAreOneName) {
+  vantel::graphics::DirtyPropertyTracker tracker;
+  tracker.appendDirtyProperty(COSID("XData"));
+  tracker.appendDirtyProperty("XData");
+  tracker.appendPriorityProperty(COSID("XData"));
+  tracker.appendDirtyProperty("Color");
+  EXPECT_EQ(tracker.getDirtyProperties(), (Names{"XData", "Color"}));
+  EXPECT_TRUE(tracker.hasDirtyProperty(COSID("Color")));
+  EXPECT_TRUE(tracker.hasDirtyProperty("XData"));
+  EXPECT_FALSE(tracker.hasDirtyProperty("A name nobody marked"));
+
+  auto legacy = sgutils::LegacyRuntimeViewStrategy::getInstance("ContextMenu");
+  legacy->markClean();
+  for (const char* name : {"Color_I", "LineWidth_I", "Color_I", "Marker", "LineWidth"})
+    legacy->markDirty(COSID(name));
+  EXPECT_EQ(legacy->getDirtyProperties(), (Names{"Color", "LineWidth", "Marker"}));
+}
+
 }  // namespace

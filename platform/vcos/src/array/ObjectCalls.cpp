@@ -94,17 +94,22 @@ bool omCallLoadobjMethod(const COSInterfacePtr& object, const vxArray* value, co
   object->checkValid();
   COSClass* cls = object->getClass();
   if (!cls || !cls->findMethod(vcos::builtin::names().loadobj)) return false;
-  matrix::unique_vxArray self(omCreateVCOSScalar(object));
-  std::vector<const vxArray*> in;
-  if (omIsVCOS(value)) {
-    in = {value};
-  } else {
-    in = {value, self.get()};
+  // An object array is its own first argument; any other saved form comes
+  // with the object after it, made only then. The class is the object's,
+  // so the method is called on it without a look-up by id.
+  matrix::unique_vxArray self;
+  COSValue in[2] = {COSValue(value), COSValue()};
+  int nrhs = 1;
+  if (!omIsVCOS(value)) {
+    self.reset(omCreateVCOSScalar(object));
+    in[1] = COSValue(static_cast<const vxArray*>(self.get()));
+    nrhs = 2;
   }
-  vxArray* out[1] = {nullptr};
-  const bool called = omCallMethod(cls->getID(), vcos::builtin::names().loadobj, COSGetPublicClient(), 1, out,
-                                   static_cast<int>(in.size()), in.data(), false);
-  if (out[0]) matrix::destroyArray(out[0]);
+  COSValue out[1];
+  int n = 1;
+  const bool called =
+      vcos::internal::callMethod(cls, vcos::builtin::names().loadobj, COSGetPublicClient(), n, out, nrhs, in);
+  if (auto* a = called ? out[0].asPointer<vxArray>() : nullptr) matrix::destroyArray(a);
   return called;
 }
 
