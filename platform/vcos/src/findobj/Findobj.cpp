@@ -82,12 +82,18 @@ struct Frame {
                               : parent->getNewestChild();
     while (true) {
       current = c;
+      const COSInterface* fetch = nullptr;  // left to the child test, where it takes it
       if (ahead && query) {
-        if (test.prefetch) test.prefetch(ahead.get());
+        if (test.listedFetching && c) {
+          fetch = ahead.get();
+        } else if (test.prefetch) {
+          test.prefetch(ahead.get());
+        }
         query->prefetch(ahead.get());
         ahead = ahead->getOlderSibling();
       }
-      if (!c || !test.listed || test.listed(c, test.flags)) return c;
+      if (!c || !test.listed) return c;
+      if (test.listedFetching ? test.listedFetching(c, fetch, test.flags) : test.listed(c, test.flags)) return c;
       c = c->getOlderSibling();
     }
   }
@@ -132,6 +138,8 @@ class Walk {
     // Whether the class keeps its own list of children, asked once per run
     // of objects of one class.
     COSClass* cls = parent->getClass();
+    // A leaf of a class met last without a list of its own: nothing to walk.
+    if (cls == lastClass_ && !lastOwnList_ && !parent->getNewestChild()) return;
     if (cls != lastClass_) {
       lastClass_ = cls;
       COSClassInfo* info = cls ? cls->getClassInfo() : nullptr;
