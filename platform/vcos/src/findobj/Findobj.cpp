@@ -131,15 +131,20 @@ class Walk {
     if (!searchable(object)) return;
     if (seen && !seen->insert(object).second) return;
     if (query_.matches(object)) found_.emplace_back(object);
-    if (depth < query_.depth() && searchable(object)) push(object, depth + 1);
+    if (depth < query_.depth() && searchable(object) && !knownLeaf(object)) push(object, depth + 1);
+  }
+
+  // A leaf of the class met last whose children are its chain, or its
+  // chain less the children a test refuses: nothing to walk, no frame.
+  bool knownLeaf(const COSInterface* object) const {
+    return object->getClass() == lastClass_ && !object->getNewestChild() &&
+           (!lastOwnList_ || (lastClass_ == lastTestClass_ && lastTest_.sameForClass && lastTest_.listed));
   }
 
   void push(COSInterface* parent, double childDepth) {
     // Whether the class keeps its own list of children, asked once per run
     // of objects of one class.
     COSClass* cls = parent->getClass();
-    // A leaf of a class met last without a list of its own: nothing to walk.
-    if (cls == lastClass_ && !lastOwnList_ && !parent->getNewestChild()) return;
     if (cls != lastClass_) {
       lastClass_ = cls;
       COSClassInfo* info = cls ? cls->getClassInfo() : nullptr;
