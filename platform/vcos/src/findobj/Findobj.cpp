@@ -127,7 +127,7 @@ class Walk {
 
  private:
   // `object` is held by the frame that handed it out (or the caller).
-  void visit(COSInterface* object, double depth, std::unordered_set<COSInterface*>* seen) {
+  [[gnu::always_inline]] void visit(COSInterface* object, double depth, std::unordered_set<COSInterface*>* seen) {
     if (!searchable(object)) return;
     if (seen && !seen->insert(object).second) return;
     if (query_.matches(object)) found_.emplace_back(object);

@@ -96,8 +96,8 @@ class PropertyResolver {
   // Runs no code but the key function; the common answer of a search by
   // Type, made without the calls of the general comparison.
   Typed knownByKey(COSInterface* object) const noexcept {
-    if (object->getClass() != cachedClass_ || !cached_.key || knownProperty_ != cached_.property ||
-        knownKeys_.empty() || !cached_.reader.plainCourse(object))
+    if (knownKeys_.empty() || object->getClass() != cachedClass_ || !cached_.key ||
+        knownProperty_ != cached_.property || !cached_.reader.plainCourse(object))
       return Typed::NotApplicable;
     const void* key = nullptr;
     if (!cached_.key(object, blockOf(object, cached_.block), key)) return Typed::NotApplicable;
