@@ -63,7 +63,7 @@ struct SpareHeader {
 struct SpareHeaderGuard {
   ~SpareHeaderGuard() {
     spare.ended = true;
-    ::operator delete(std::exchange(spare.room, nullptr), sizeof(vxArray));
+    ::operator delete(std::exchange(spare.room, nullptr));
   }
 };
 
@@ -287,7 +287,7 @@ void vxDestroyArray(vxArray* array) {
     if (!spare.guarded) guardSpareHeader();
     spare.room = array;
   } else
-    ::operator delete(array, sizeof(vxArray));
+    ::operator delete(array);
 }
 
 void vxSetArrayScope(vxArray* array, int scope) {
