@@ -25,6 +25,14 @@ bool listed(COSInterface* child, unsigned flags) {
   return ChildStrategy::isChildHandleVisible(child);
 }
 
+bool listedFetching(COSInterface* child, const COSInterface* ahead, unsigned flags) {
+  if (flags & kWidened) {
+    ShowHiddenHandlesInternal::ShowHiddenHandlesInternalScopeGuard showAll;
+    return ChildStrategy::isChildHandleVisibleFetching(child, ahead);
+  }
+  return ChildStrategy::isChildHandleVisibleFetching(child, ahead);
+}
+
 bool unlisted(COSInterface*, unsigned) { return false; }
 
 void prefetch(const COSInterface* child) noexcept { ChildStrategy::prefetchVisibility(child); }
@@ -37,11 +45,11 @@ vcos::FindobjChildTest childTest(COSClassInfo* info, COSInterface* parent) {
   // (a condition that changes it meanwhile is not seen).
   switch (listingLookup(parent)) {
     case ChildListing::Visible:
-      return {&listed, &prefetch, 0, true};
+      return {&listed, &prefetch, &listedFetching, 0, true};
     case ChildListing::VisibleWidenedByRoot:
-      return {&listed, &prefetch, isListingWidenedByRoot() ? kWidened : 0, true};
+      return {&listed, &prefetch, &listedFetching, isListingWidenedByRoot() ? kWidened : 0, true};
     case ChildListing::None:
-      return {&unlisted, nullptr, 0, true};
+      return {&unlisted, nullptr, nullptr, 0, true};
     case ChildListing::Built:
       break;
   }

@@ -175,25 +175,21 @@ std::shared_ptr<ChildStrategy> ChildStrategy::createDefaultChildStrategy() {
   return std::make_shared<DefaultChildStrategy>();
 }
 
-void ChildStrategy::prefetchVisibility(const COSInterface* child) noexcept {
-  if (!child || child->isDestroyed()) return;
-  const VisibilityProps& props = visibilityPropsOf(child);
+namespace {
+
+void fetchVisibility(const COSInterface* child, const VisibilityProps& props) noexcept {
   if (props.handleVisibilitySlot >= 0) __builtin_prefetch(vcos::instanceDataAt(child, props.handleVisibilitySlot));
   if (props.internalSlot >= 0) __builtin_prefetch(vcos::instanceDataAt(child, props.internalSlot));
 }
 
-bool ChildStrategy::isChildHandleVisible(const COSInterfacePtr& child) { return isChildHandleVisible(child.get()); }
-
-void ChildStrategy::setHandleVisibilityReader(COSID definingClass, HandleVisibilityReader reader) noexcept {
-  handleVisibilityReader = {definingClass, reader};
-  ++readerGeneration;
-}
-
-bool ChildStrategy::isChildHandleVisible(COSInterface* child) {
-  if (!child || child->isDestroyed()) return false;
-  if (vcos::hasDynamicProperties(child) && FormbenchFigureUtils::hasFormbenchFigureProperty(COSInterfacePtr(child)))
-    return false;
-  const VisibilityProps& props = visibilityPropsOf(child);
+// The visibility test of a live child whose class's answers are `props`.
+bool visibleWith(COSInterface* child, const VisibilityProps& given) {
+  const VisibilityProps* kept = &given;
+  if (vcos::hasDynamicProperties(child)) {
+    if (FormbenchFigureUtils::hasFormbenchFigureProperty(COSInterfacePtr(child))) return false;
+    kept = &visibilityPropsOf(child);  // the check may have met other classes
+  }
+  const VisibilityProps& props = *kept;
   // The common case: both properties of the class, each read straight from
   // its member in the block found by its index (the same values their
   // getValue gives, with no calls through the property and nothing to give
@@ -220,6 +216,36 @@ bool ChildStrategy::isChildHandleVisible(COSInterface* child) {
   if (visibility == 0) return true;
   // The root is asked only for a child that shows during callbacks.
   return visibility == 1 && callbackRunning();
+}
+
+}  // namespace
+
+void ChildStrategy::prefetchVisibility(const COSInterface* child) noexcept {
+  if (!child || child->isDestroyed()) return;
+  fetchVisibility(child, visibilityPropsOf(child));
+}
+
+bool ChildStrategy::isChildHandleVisibleFetching(COSInterface* child, const COSInterface* ahead) {
+  const VisibilityProps* props = nullptr;
+  if (ahead && !ahead->isDestroyed()) {
+    const VisibilityProps& a = visibilityPropsOf(ahead);
+    fetchVisibility(ahead, a);
+    if (child && a.cls == child->getClass()) props = &a;
+  }
+  if (!child || child->isDestroyed()) return false;
+  return visibleWith(child, props ? *props : visibilityPropsOf(child));
+}
+
+bool ChildStrategy::isChildHandleVisible(const COSInterfacePtr& child) { return isChildHandleVisible(child.get()); }
+
+void ChildStrategy::setHandleVisibilityReader(COSID definingClass, HandleVisibilityReader reader) noexcept {
+  handleVisibilityReader = {definingClass, reader};
+  ++readerGeneration;
+}
+
+bool ChildStrategy::isChildHandleVisible(COSInterface* child) {
+  if (!child || child->isDestroyed()) return false;
+  return visibleWith(child, visibilityPropsOf(child));
 }
 
 bool ChildStrategy::isChildSerializable(const COSInterfacePtr& child) {

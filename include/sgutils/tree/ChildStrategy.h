@@ -53,6 +53,10 @@ class SGUTILS_API ChildStrategy {
   // Starts fetching the memory that isChildHandleVisible reads for `child`,
   // for a walk that tests a few children ahead.
   static void prefetchVisibility(const COSInterface* child) noexcept;
+  // isChildHandleVisible(child), having started to fetch what the test of
+  // `ahead` (a child a few places on, or null) reads: the answers kept for
+  // the class are looked up once when both are of one class.
+  static bool isChildHandleVisibleFetching(COSInterface* child, const COSInterface* ahead);
   // A direct read of the "HandleVisibility" that the class `definingClass`
   // keeps in a member of its block (0 on, 1 callback, 2 off), answering what
   // the property's getValue answers, so the visibility test of a walk does

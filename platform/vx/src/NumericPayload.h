@@ -4,7 +4,10 @@
 // growing payload keeps spare room (half its size again), so arrays that
 // grow an element at a time copy their bytes a logarithmic number of times.
 // Up to kSmallBytes (a colour, a position) live in the payload itself, so
-// such an array costs no separate allocation for its elements.
+// such an array costs no separate allocation for its elements. The last
+// small payload freed on a thread is kept for the next small array made on
+// it (make, keepIfSmall), so a colour read and dropped in a loop allocates
+// and frees no payload.
 #pragma once
 
 #include <cstddef>
@@ -17,6 +20,12 @@ namespace vx::impl {
 class NumericPayload final : public Payload {
  public:
   NumericPayload(vxSize numel, vxSize elementBytes);
+
+  // A new zero-filled payload; a small one is the kept one where there is one.
+  static PayloadRef make(vxSize numel, vxSize elementBytes);
+  // Keeps a small payload whose last reference ended for the next make, and
+  // answers true; false: the caller deletes it.
+  static bool keepIfSmall(NumericPayload* p) noexcept;
 
   PayloadRef clone(Depth depth) const override;
   void resize(vxSize numel) override;

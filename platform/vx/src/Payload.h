@@ -42,8 +42,14 @@ class Payload {
 
   bool isShared() const noexcept { return refs_ > 1; }
 
+ protected:
+  // Set by NumericPayload, so that destroyPayload tells it apart without a
+  // virtual call.
+  bool numeric_ = false;
+
  private:
   friend class PayloadRef;
+  friend void destroyPayload(Payload* p) noexcept;
   std::uint32_t refs_ = 0;
 };
 

@@ -30,11 +30,36 @@ bool anyHoldsObjects(const std::vector<ElementRef>& elements) {
   });
 }
 
+// The small numeric payload kept on this thread (NumericPayload::make).
+// Plain data with a fixed model, so that reaching it costs no call; the
+// payload is freed at the thread's end by a guard made when the first one is
+// kept, and nothing is kept after that.
+struct KeptPayload {
+  NumericPayload* payload;
+  bool guarded;
+  bool ended;
+};
+[[gnu::tls_model("initial-exec")]] thread_local KeptPayload kept{};
+
+struct KeptPayloadGuard {
+  ~KeptPayloadGuard() {
+    kept.ended = true;
+    delete std::exchange(kept.payload, nullptr);
+  }
+};
+
+[[gnu::noinline]] void guardKeptPayload() noexcept {
+  thread_local KeptPayloadGuard guard;
+  (void)guard;
+  kept.guarded = true;
+}
+
 }  // namespace
 
 Payload::~Payload() = default;
 
 void destroyPayload(Payload* p) noexcept {
+  if (p->numeric_ && NumericPayload::keepIfSmall(static_cast<NumericPayload*>(p))) return;
   thread_local std::vector<Payload*> queued;
   thread_local bool draining = false;
   if (draining) {
@@ -59,14 +84,34 @@ void destroyPayload(Payload* p) noexcept {
 
 NumericPayload::NumericPayload(vxSize numel, vxSize elementBytes)
     : numel_(numel), capacity_(numel), elementBytes_(elementBytes) {
+  numeric_ = true;
   if (numel * elementBytes <= kSmallBytes)
     capacity_ = elementBytes ? kSmallBytes / elementBytes : numel;
   else
     bytes_ = std::make_unique<std::byte[]>(numel * elementBytes);
 }
 
+PayloadRef NumericPayload::make(vxSize numel, vxSize elementBytes) {
+  if (elementBytes != 0 && numel * elementBytes <= kSmallBytes && kept.payload) {
+    NumericPayload* p = std::exchange(kept.payload, nullptr);
+    p->numel_ = numel;
+    p->capacity_ = kSmallBytes / elementBytes;
+    p->elementBytes_ = elementBytes;
+    std::memset(p->small_, 0, sizeof p->small_);
+    return PayloadRef(p);
+  }
+  return makePayload<NumericPayload>(numel, elementBytes);
+}
+
+bool NumericPayload::keepIfSmall(NumericPayload* p) noexcept {
+  if (p->bytes_ || kept.payload || kept.ended) return false;
+  if (!kept.guarded) guardKeptPayload();
+  kept.payload = p;
+  return true;
+}
+
 PayloadRef NumericPayload::clone(Depth) const {
-  auto p = makePayload<NumericPayload>(numel_, elementBytes_);
+  auto p = make(numel_, elementBytes_);
   std::memcpy(static_cast<NumericPayload*>(p.get())->data(), data(), numel_ * elementBytes_);
   return p;
 }

@@ -9,6 +9,7 @@
 #include "foundation/core/except/bad_alloc.h"
 #include "vx/matrix.h"
 #include "vx/vxCreate.h"
+#include "SpareHeaderScope.h"
 #include "vxArrayHeader.h"
 #include "vxErrors.h"
 
@@ -46,7 +47,36 @@ static_assert(sizeof(vxArray) <= 56, "keep the array header small");
 // doubles (16 bytes each) from overflowing.
 constexpr vxSize kMaxElements = static_cast<vxSize>(-1) / 16;
 
+// The room of the last header freed on this thread, kept for a header made
+// while a SpareHeaderScope is open (see SpareHeaderScope.h). Plain data with
+// a fixed model, so that reaching it costs no call; the room is given back
+// at the thread's end by a guard made when the first room is kept, and
+// nothing is kept after that.
+struct SpareHeader {
+  void* room;
+  unsigned scopes;
+  bool guarded;
+  bool ended;
+};
+[[gnu::tls_model("initial-exec")]] thread_local SpareHeader spare{};
+
+struct SpareHeaderGuard {
+  ~SpareHeaderGuard() {
+    spare.ended = true;
+    ::operator delete(std::exchange(spare.room, nullptr));
+  }
+};
+
+[[gnu::noinline]] void guardSpareHeader() noexcept {
+  thread_local SpareHeaderGuard guard;
+  (void)guard;
+  spare.guarded = true;
+}
+
 }  // namespace
+
+SpareHeaderScope::SpareHeaderScope() noexcept { ++spare.scopes; }
+SpareHeaderScope::~SpareHeaderScope() { --spare.scopes; }
 
 const ClassFacts& classFacts(vxClassID id) noexcept {
   assert(id >= 0 && id <= vxSTRING_CLASS && "class id out of range");
@@ -85,8 +115,12 @@ Shape makeShape(vxSize ndim, const vxSize* dims) {
 }
 
 Shape makeShape(vxSize m, vxSize n) {
-  const vxSize d[2] = {m, n};
-  return makeShape(2, d);
+  Shape s;
+  s.small[0] = m;
+  s.small[1] = n;
+  if (m != 0 && n > kMaxElements / m) raiseSizeTooLarge();
+  s.numel = m * n;
+  return s;
 }
 
 void applyShape(vxArray& a, Shape&& shape) noexcept {
@@ -103,8 +137,18 @@ vxSize numelOf(const vxArray& a) noexcept {
   return n;
 }
 
+namespace {
+
+// An empty header: in the kept room while a SpareHeaderScope is open.
+std::unique_ptr<vxArray> allocateHeader() {
+  if (spare.scopes && spare.room) return std::unique_ptr<vxArray>(new (std::exchange(spare.room, nullptr)) vxArray());
+  return std::make_unique<vxArray>();
+}
+
+}  // namespace
+
 std::unique_ptr<vxArray> newHeader(vxClassID id, bool complex, Shape&& shape) {
-  auto a = std::make_unique<vxArray>();
+  auto a = allocateHeader();
   a->classId = static_cast<std::uint8_t>(id);
   a->set(vxArray::kComplex, complex);
   applyShape(*a, std::move(shape));
@@ -120,7 +164,7 @@ vxArray* createRaw(vxClassID id, bool complex, Shape&& shape) {
     if (numel == 1 && bytes <= sizeof a->inline_)
       a->set(vxArray::kInline, true);
     else if (numel != 0)
-      a->payload = makePayload<NumericPayload>(numel, bytes);
+      a->payload = NumericPayload::make(numel, bytes);
     return a.release();
   } catch (const std::bad_alloc&) {
     throw foundation::core::except::bad_alloc();
@@ -145,7 +189,7 @@ void* rawDataForWrite(vxArray& a) {
 namespace {
 
 std::unique_ptr<vxArray> copyHeader(const vxArray& a) {
-  auto c = std::make_unique<vxArray>();
+  auto c = allocateHeader();
   c->ndim = a.ndim;
   c->classId = a.classId;
   c->flags = a.flags & (vxArray::kComplex | vxArray::kInline);
@@ -238,7 +282,12 @@ void vxDestroyArray(vxArray* array) {
   // harmless, the container frees it when the slot is replaced or the
   // container goes.
   if (array->has(vxArray::kContained)) return;
-  delete array;
+  array->~vxArray();
+  if (!spare.room && !spare.ended) {
+    if (!spare.guarded) guardSpareHeader();
+    spare.room = array;
+  } else
+    ::operator delete(array);
 }
 
 void vxSetArrayScope(vxArray* array, int scope) {

@@ -41,7 +41,7 @@ void resizeStorage(vxArray& a, vxSize numel) {
     }
     PayloadRef p;
     if (numel != 0) {
-      p = makePayload<NumericPayload>(numel, bytes);
+      p = NumericPayload::make(numel, bytes);
       if (a.has(vxArray::kInline)) std::memcpy(static_cast<NumericPayload*>(p.get())->data(), a.inline_, bytes);
     }
     a.payload = std::move(p);

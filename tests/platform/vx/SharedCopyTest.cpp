@@ -122,3 +122,37 @@ TEST(UnshareShallow, TopLevelPrivateElementsStillShared) {
   vxGetPr(vxGetCell(b.get(), 0))[0] = 100;
   EXPECT_EQ(vxGetPr(ea)[0], 1);
 }
+
+// The last small payload freed is reused by the next small array: the reuse
+// must look like a fresh payload (zero elements, the new shape and class),
+// and a payload still shared by another header is never the one reused.
+TEST(SharedCopy, ReusedSmallPayloadStartsZeroAndSharedOnesStayPut) {
+  {
+    unique_vxArray dropped = row({7, 8, 9, 10});
+  }
+  unique_vxArray fresh = from_vantel(vxCreateDoubleMatrix(2, 2, vxREAL));
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(vxGetPr(fresh.get())[i], 0) << i;
+
+  unique_vxArray bytes;
+  {
+    unique_vxArray doubles = row({1, 2, 3});
+    bytes = from_vantel(vxCreateNumericMatrix(1, 20, vxUINT8_CLASS, vxREAL));
+    (void)doubles;
+  }
+  unique_vxArray later = from_vantel(vxCreateNumericMatrix(1, 30, vxUINT8_CLASS, vxREAL));
+  const auto* u8 = static_cast<const unsigned char*>(vxGetData(later.get()));
+  for (int i = 0; i < 30; ++i) EXPECT_EQ(u8[i], 0) << i;
+  vxSetN(later.get(), 32);  // grows within the small room: the new elements read zero
+  u8 = static_cast<const unsigned char*>(vxGetData(later.get()));
+  EXPECT_EQ(u8[31], 0);
+
+  unique_vxArray keep = row({4, 5, 6});
+  {
+    unique_vxArray copy = from_vantel(vxCreateSharedDataCopy(keep.get()));
+    vxGetPr(copy.get());  // read only: still shared
+  }
+  unique_vxArray other = row({0, 0, 0});
+  EXPECT_EQ(vxGetPr(keep.get())[0], 4);
+  EXPECT_EQ(vxGetPr(keep.get())[2], 6);
+  EXPECT_NE(vxGetPr(keep.get()), vxGetPr(other.get()));
+}

@@ -10,6 +10,9 @@
 #include <new>
 
 #include "PropertyModelClasses.h"
+#include "vcos/ObjectArray.h"
+#include "vcos/VxProperty.h"
+#include "vx/vx.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define SG_COUNT_ALLOCATIONS 0
@@ -106,6 +109,49 @@ TEST(SetPathAllocations, ColourSetAllocatesNothing) {
   }
   EXPECT_EQ(count, 0u) << "a colour set allocated";
   object->deleteObject(client);
+}
+
+// A get by name whose value goes straight to the caller, dropped before the
+// next get, reuses the header and the small payload freed last: a colour
+// read in a loop and an on/off read allocate nothing once warm, and each
+// read still gives the current value.
+TEST(SetPathAllocations, GetByNameDroppedEachTimeAllocatesNothing) {
+  if (!SG_COUNT_ALLOCATIONS) GTEST_SKIP() << "allocations are not counted under the address sanitizer";
+  using graphics::datatype::RGBAColor;
+  COSInterfacePtr object = makeObject(kFlagsClass);
+  COSInterfacePtr selectable = makeObject(kSelectableClass);
+  matrix::unique_vxArray self(omCreateVCOSScalar(object));
+  matrix::unique_vxArray other(omCreateVCOSScalar(selectable));
+  const COSClient* client = COSGetPublicClient();
+  const RGBAColor colours[2] = {RGBAColor(1, 0, 0), RGBAColor(0, 0.5, 1)};
+  handleOf(object).posts.reserve(1024);
+  handleOf(selectable).posts.reserve(1024);
+  auto readBack = [&](int i) {
+    object->setPropertyValue(client, prop(object, "EdgeColor"), COSValue(&colours[i % 2]));
+    vxArray* c = vxGetProperty(self.get(), 0, "EdgeColor");
+    const bool colourOk = vxGetNumberOfElements(c) == 3 && vxGetPr(c)[1] == (i % 2 ? 0.5 : 0.0);
+    vxDestroyArray(c);
+    selectable->setPropertyValue(client, prop(selectable, "Selected"), COSValue::fromBool(i % 2 == 0));
+    vxArray* b = vxGetProperty(other.get(), 0, "Selected");
+    // An on/off value reads as the text "on" or "off".
+    const bool boolOk = vxIsChar(b) && vxGetNumberOfElements(b) == (i % 2 == 0 ? 2u : 3u);
+    vxDestroyArray(b);
+    return colourOk && boolOk;
+  };
+  // Warm up: the kept answers of both names, both texts of the on/off value.
+  ASSERT_TRUE(readBack(0));
+  ASSERT_TRUE(readBack(1));
+  std::size_t count = 0;
+  int wrong = 0;
+  {
+    AllocationCounter counter;
+    for (int i = 2; i < 202; ++i) wrong += readBack(i) ? 0 : 1;
+    count = counter.count();
+  }
+  EXPECT_EQ(wrong, 0);
+  EXPECT_EQ(count, 0u) << "a get by name allocated";
+  object->deleteObject(client);
+  selectable->deleteObject(client);
 }
 
 }  // namespace

@@ -18,6 +18,10 @@ struct FindobjChildTest {
   bool (*listed)(COSInterface* child, unsigned flags) = nullptr;
   // Starts fetching what `listed` reads (may be null).
   void (*prefetch)(const COSInterface* child) noexcept = nullptr;
+  // `listed` of `child` and `prefetch` of `ahead` (may be null) in one call,
+  // sharing what they learn of a class when both are of one (may be null:
+  // the two are called apart).
+  bool (*listedFetching)(COSInterface* child, const COSInterface* ahead, unsigned flags) = nullptr;
   unsigned flags = 0;  // handed to `listed`, fixed for one walk of the children
   // The answer holds for every object of the parent's class during one
   // search, so the search asks once per run of objects of one class.

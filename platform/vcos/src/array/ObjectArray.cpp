@@ -155,12 +155,15 @@ void omSetClassOfHeterogeneousArray(vxArray* array) {
   bool gaps = false;
   {
     const COSInterfacePtr* elements = vxGetObjectElements(static_cast<const vxArray*>(array));
+    const COSClass* last = nullptr;  // runs of one class are common (a search's result)
     for (std::size_t i = 0; i < n; ++i) {
       COSClass* c = elements[i] ? elements[i]->getClass() : nullptr;
       if (!c) {
         gaps = true;
         continue;
       }
+      if (c == last) continue;
+      last = c;
       if (std::find(classes.begin(), classes.end(), c) == classes.end()) classes.push_back(c);
     }
   }

@@ -82,12 +82,18 @@ struct Frame {
                               : parent->getNewestChild();
     while (true) {
       current = c;
+      const COSInterface* fetch = nullptr;  // left to the child test, where it takes it
       if (ahead && query) {
-        if (test.prefetch) test.prefetch(ahead.get());
+        if (test.listedFetching && c) {
+          fetch = ahead.get();
+        } else if (test.prefetch) {
+          test.prefetch(ahead.get());
+        }
         query->prefetch(ahead.get());
         ahead = ahead->getOlderSibling();
       }
-      if (!c || !test.listed || test.listed(c, test.flags)) return c;
+      if (!c || !test.listed) return c;
+      if (test.listedFetching ? test.listedFetching(c, fetch, test.flags) : test.listed(c, test.flags)) return c;
       c = c->getOlderSibling();
     }
   }
@@ -121,11 +127,18 @@ class Walk {
 
  private:
   // `object` is held by the frame that handed it out (or the caller).
-  void visit(COSInterface* object, double depth, std::unordered_set<COSInterface*>* seen) {
+  [[gnu::always_inline]] void visit(COSInterface* object, double depth, std::unordered_set<COSInterface*>* seen) {
     if (!searchable(object)) return;
     if (seen && !seen->insert(object).second) return;
     if (query_.matches(object)) found_.emplace_back(object);
-    if (depth < query_.depth() && searchable(object)) push(object, depth + 1);
+    if (depth < query_.depth() && searchable(object) && !knownLeaf(object)) push(object, depth + 1);
+  }
+
+  // A leaf of the class met last whose children are its chain, or its
+  // chain less the children a test refuses: nothing to walk, no frame.
+  bool knownLeaf(const COSInterface* object) const {
+    return object->getClass() == lastClass_ && !object->getNewestChild() &&
+           (!lastOwnList_ || (lastClass_ == lastTestClass_ && lastTest_.sameForClass && lastTest_.listed));
   }
 
   void push(COSInterface* parent, double childDepth) {

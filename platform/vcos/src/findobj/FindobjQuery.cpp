@@ -170,6 +170,8 @@ Query::Query(int nargs, const vxArray* const args[]) {
     ops.pop_back();
   }
   stack_.resize(program_.size());
+  if (program_.size() == 1 && terms_[0].kind == TermKind::PropertyValue && terms_[0].valueIsText)
+    keyed_ = terms_[0].property.get();
   for (const Term& t : terms_)
     if (t.property && t.kind != TermKind::HasProperty) readers_.push_back(t.property.get());
 }
@@ -184,7 +186,7 @@ bool Query::callsFunctions() const noexcept {
 
 bool Query::readsProperties() const noexcept { return !readers_.empty(); }
 
-bool Query::matches(COSInterface* object) {
+bool Query::evaluate(COSInterface* object) {
   if (program_.empty()) return true;
   if (program_.size() == 1) return test(terms_[0], object);  // the common single condition
   size_t top = 0;

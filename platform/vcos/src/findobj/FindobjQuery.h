@@ -83,15 +83,25 @@ class Query {
     for (const PropertyResolver* p : readers_) p->prefetch(object);
   }
   // Whether a live object passes the whole expression.
-  bool matches(COSInterface* object);
+  bool matches(COSInterface* object) {
+    // A single property compared with a text (a search by Type): the answer
+    // kept for the key of the object's value, where there is one.
+    if (keyed_) {
+      const PropertyResolver::Typed t = keyed_->knownByKey(object);
+      if (t != PropertyResolver::Typed::NotApplicable) return t == PropertyResolver::Typed::Equal;
+    }
+    return evaluate(object);
+  }
 
  private:
+  bool evaluate(COSInterface* object);
   bool test(Term& term, COSInterface* object);
 
   std::vector<Term> terms_;
   std::vector<Step> program_;
   std::vector<const PropertyResolver*> readers_;  // of the terms that read values
   std::vector<unsigned char> stack_;  // evaluation scratch, sized once
+  const PropertyResolver* keyed_ = nullptr;  // the one term's property, when it is compared with a text
   double depth_ = std::numeric_limits<double>::infinity();
 };
 

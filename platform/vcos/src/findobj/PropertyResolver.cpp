@@ -23,15 +23,6 @@
 
 namespace vcos::search {
 
-namespace {
-// The block at `slot` of the object's class (-1: none), or null.
-const void* blockOf(COSInterface* object, int slot) noexcept {
-  if (slot < 0) return nullptr;
-  void** blocks = internal::ObjectOps::blocks(object);
-  return blocks ? blocks[slot] : nullptr;
-}
-}  // namespace
-
 void PropertyValue::reset() noexcept {
   if (converted_) matrix::destroyArray(std::exchange(converted_, nullptr));
   raw_.reset();

@@ -17,6 +17,7 @@
 #include "vcos/COSInternedBase.h"
 #include "vcos/COSValue.h"
 #include "vcos/FindobjLender.h"
+#include "vcos/src/core/ObjectOps.h"
 #include "vcos/src/property/SlotReader.h"
 #include "vx/vxTypes.h"
 
@@ -88,6 +89,22 @@ class PropertyResolver {
   // another type (Type, an enumeration) costs one look-up per object.
   Typed compareWithText(COSInterface* object, std::u16string_view folded, const std::string* asciiFolded,
                         ArrayTest test, const void* context);
+  // The answer compareByValue (or compareWithText) kept for the key of the
+  // object's value, where the object is of the class met last, its read
+  // would take the plain course and its key is among those answered
+  // already; NotApplicable otherwise (the caller then compares as usual).
+  // Runs no code but the key function; the common answer of a search by
+  // Type, made without the calls of the general comparison.
+  Typed knownByKey(COSInterface* object) const noexcept {
+    if (knownKeys_.empty() || object->getClass() != cachedClass_ || !cached_.key ||
+        knownProperty_ != cached_.property || !cached_.reader.plainCourse(object))
+      return Typed::NotApplicable;
+    const void* key = nullptr;
+    if (!cached_.key(object, blockOf(object, cached_.block), key)) return Typed::NotApplicable;
+    for (const KnownKey& k : knownKeys_)
+      if (k.key == key) return k.result ? Typed::Equal : Typed::NotEqual;
+    return Typed::NotApplicable;
+  }
 
   // A hint for an object to be read soon: starts fetching the memory where
   // the property of the class met last keeps its value when that lies
@@ -113,6 +130,10 @@ class PropertyResolver {
     FindobjKey key = nullptr;                // keys for the values, where the defining library gives them
   };
   void fetchAhead(const COSInterface* object) const noexcept;
+  // The object's block at `slot` of its class (-1: none), or null.
+  static const void* blockOf(const COSInterface* object, int slot) noexcept {
+    return slot < 0 ? nullptr : internal::ObjectOps::blockAt(object, static_cast<std::size_t>(slot));
+  }
   // The compared value in the type of one property.
   struct TypedValue {
     const COSPropInfo* property = nullptr;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 
 #include "vcos/BorrowedPropertyValue.h"
 #include "vcos/ConvertedValue.h"
@@ -20,6 +21,7 @@
 #include "vcos/COSTypeRepository.h"
 #include "vcos/FaultInjection.h"
 #include "vcos/PropertyRouteEpoch.h"
+#include "vx/src/SpareHeaderScope.h"
 #include "vx/vxCreate.h"
 #include "vx/vxObjectStorage.h"
 #include "vcos/VxProperty.h"
@@ -102,6 +104,32 @@ struct NamedProperty {
   COSTypeConversion* fromArray = nullptr;
 };
 
+// The kept answers of this thread, made on its first get or set by name and
+// freed at its end (after which nothing is kept). Reached through plain data
+// of a fixed model, so that a get or set by name makes no call to find its
+// thread's table.
+using NamedProperties = std::array<NamedProperty, 64>;
+struct KeptNamed {
+  NamedProperties* table;
+  bool ended;
+};
+[[gnu::tls_model("initial-exec")]] thread_local KeptNamed keptNamed{};
+
+struct KeptNamedOwner {
+  std::unique_ptr<NamedProperties> table = std::make_unique<NamedProperties>();
+  ~KeptNamedOwner() {
+    keptNamed.ended = true;
+    keptNamed.table = nullptr;
+  }
+};
+
+[[gnu::noinline]] NamedProperties* makeKeptNamed() {
+  if (keptNamed.ended) return nullptr;
+  thread_local KeptNamedOwner owner;
+  keptNamed.table = owner.table.get();
+  return keptNamed.table;
+}
+
 // Null when the name is not a property of the object's class by its exact
 // name (dynamic properties, other cases, prefixes): the full look-up then.
 // Callers name a property with the same literal again and again, so an
@@ -111,7 +139,9 @@ struct NamedProperty {
 const NamedProperty* namedProperty(const COSInterface* o, const char* name) {
   COSClass* cls = o->getClass();
   if (!cls || !name) return nullptr;
-  thread_local std::array<NamedProperty, 64> kept{};
+  NamedProperties* table = keptNamed.table ? keptNamed.table : makeKeptNamed();
+  if (!table) return nullptr;
+  NamedProperties& kept = *table;
   const auto key = reinterpret_cast<std::uintptr_t>(cls) ^ (reinterpret_cast<std::uintptr_t>(name) >> 3);
   NamedProperty& k = kept[(key ^ (key >> 6) ^ (key >> 12)) & 63];
   const std::uint64_t epoch = vcos::propertyRouteEpoch();
@@ -172,7 +202,9 @@ vxArray* getThrough(COSInterface* o, const NamedProperty& e) {
   if (!e.plainGet || o->hasOwnPropertyListeners())
     return arrayOf(e, BorrowedPropertyValue::read(o, COSGetPublicClient(), e.property).get());
   // The client path would do no more than this: the property's getValue,
-  // then its releaseValue.
+  // then its releaseValue. The new array goes straight to the caller, who
+  // usually drops it soon: its header may be the one freed last.
+  const vx::impl::SpareHeaderScope spareHeader;
   const BorrowedPropertyValue v = BorrowedPropertyValue::readDirect(o, e.property);
   if (e.toArray) return e.toArray->convert(v.get()).asPointer<vxArray>();
   return arrayOf(e, v.get());
