@@ -7,6 +7,7 @@
 #include "foundation/i18n/Message.h"
 #include "sgutils/copy/Copyable.h"
 #include "sgutils/copy/CopyableData.h"
+#include "sgutils/defaults/DefaultWalkScope.h"
 #include "sgutils/tree/ScopeShowHiddenHandlesOn.h"
 #include "src/copy/ArrayValue.h"
 #include "src/copy/ClassCopyPlan.h"
@@ -224,6 +225,9 @@ void CopyContextImpl::connect(CopyTask& task) { copy::runConnect(task, copy::con
 vxArray* CopyContextImpl::run() {
   try {
     const COSClient* client = copy::contextClient();
+    // Siblings are connected one after another under one parent copy: the
+    // defaults of its ancestors are looked for once while none apply.
+    const DefaultWalkScope walkOnce;
     // Tasks stay where they are until the context goes, so a step needs no
     // reference of its own to the task it runs.
     for (CopyTask& task : tasks)
