@@ -1,6 +1,7 @@
 // The copy transaction: planning, the two passes, getCopy and the result.
 #include "sgutils/copy/CopyContextImpl.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "foundation/core/except/Error.h"
@@ -97,8 +98,8 @@ class ChildrenRead {
 // them one after another. A fetch never faults, whatever the address.
 void fetchAhead(const COSInterface* object, const copy::ClassCopyPlan* plan) noexcept {
   if (!object || !plan || !plan->roomSpan) return;
-  const char* room = reinterpret_cast<const char*>(object);
-  for (std::uint32_t offset = 0; offset < plan->roomSpan; offset += 64) __builtin_prefetch(room + offset);
+  const char* line = reinterpret_cast<const char*>(object);
+  for (const char* const end = line + plan->roomSpan; line < end; line += 64) __builtin_prefetch(line);
 }
 
 // How many tasks ahead a pass fetches.
@@ -245,15 +246,24 @@ vxArray* CopyContextImpl::run() {
     const DefaultWalkScope walkOnce;
     // Tasks stay where they are until the context goes, so a step needs no
     // reference of its own to the task it runs.
-    const std::size_t count = tasks.size();
-    for (std::size_t k = 0; k < count; ++k) {
-      if (k + kFetchAhead < count) fetchAhead(tasks[k + kFetchAhead].source.get(), tasks[k + kFetchAhead].plan);
-      CopyTask& task = tasks[k];
+    // `ahead` walks kFetchAhead tasks in front (no task is added meanwhile).
+    const auto fetchStart = [this] {
+      return tasks.begin() + static_cast<std::ptrdiff_t>(std::min(kFetchAhead, tasks.size()));
+    };
+    auto ahead = fetchStart();
+    for (CopyTask& task : tasks) {
+      if (ahead != tasks.end()) {
+        fetchAhead(ahead->source.get(), ahead->plan);
+        ++ahead;
+      }
       if (task.state == CopyTask::kPlanned) copy::runCopyElement(task, client);
     }
-    for (std::size_t k = 0; k < count; ++k) {
-      if (k + kFetchAhead < count) fetchAhead(tasks[k + kFetchAhead].copy.get(), tasks[k + kFetchAhead].plan);
-      CopyTask& task = tasks[k];
+    ahead = fetchStart();
+    for (CopyTask& task : tasks) {
+      if (ahead != tasks.end()) {
+        fetchAhead(ahead->copy.get(), ahead->plan);
+        ++ahead;
+      }
       if (task.state == CopyTask::kCopied) connect(task);
     }
     matrix::unique_vxArray result(omCreateVCOSMatrix(topLevelCount, 1, placeholderId()));
