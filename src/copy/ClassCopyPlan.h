@@ -47,6 +47,13 @@ struct ClassCopyPlan {
   mutable std::uint64_t slotEpoch = 0;
   mutable bool slotsKnown = false;
   void refreshSlots() const;
+  // How far an instance's room reaches past the object's address, as far as
+  // the plan's blocks and the Copyable data show it (the start of the last
+  // one plus a cache line), learnt from an object whose blocks lie at the
+  // class's fixed offsets; 0 while not known. Only read to fetch the room
+  // into the cache ahead of its turn.
+  mutable std::uint32_t roomSpan = 0;
+  void learnRoom(const COSInterface* object) const;
 
   // The plan of the object's class; `object` answers the child-property test.
   static const ClassCopyPlan& of(const COSInterface* object);

@@ -89,8 +89,26 @@ void ClassCopyPlan::refreshSlots() const {
   blockSlots.resize(blockClasses.size());
   for (std::size_t b = 0; b < blockClasses.size(); ++b) blockSlots[b] = vcos::blockSlotOf(cls, blockClasses[b]);
   copyableSlot = vcos::blockSlotOf(cls, Copyable::classID());
+  roomSpan = 0;  // learnt again from the next object
   slotEpoch = epoch;
   slotsKnown = true;
+}
+
+void ClassCopyPlan::learnRoom(const COSInterface* object) const {
+  if (roomSpan || !object || object->getClass() != cls || !vcos::hasFixedBlocks(object)) return;
+  refreshSlots();
+  const auto* base = reinterpret_cast<const char*>(object);
+  std::ptrdiff_t last = 0;
+  const auto reach = [&](int slot) {
+    if (slot < 0) return;
+    const auto* block = static_cast<const char*>(vcos::instanceDataAt(object, slot));
+    if (block && block > base) last = std::max(last, block - base);
+  };
+  for (const int slot : blockSlots) reach(slot);
+  reach(copyableSlot);
+  // A room of the usual few kilobytes; anything else is not fetched ahead.
+  constexpr std::ptrdiff_t kLine = 64, kMaxRoom = 8192;
+  if (last > 0 && last < kMaxRoom) roomSpan = static_cast<std::uint32_t>(last + kLine);
 }
 
 const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {

@@ -110,7 +110,10 @@ void copyProperties(const ClassCopyPlan& plan, const std::vector<PropertyCopyEnt
   // Both objects of the plan's class (as nearly always): their blocks are
   // found by the indexes kept with the plan, not by class id.
   const bool bySlot = from->getClass() == plan.cls && to->getClass() == plan.cls;
-  if (bySlot) plan.refreshSlots();
+  if (bySlot) {
+    plan.refreshSlots();
+    if (!plan.roomSpan) plan.learnRoom(from);
+  }
   const auto blockOf = [&](const COSInterface* object, std::size_t b) -> void* {
     if (!bySlot) return object->getInstanceData(plan.blockClasses[b]);
     const int slot = plan.blockSlots[b];

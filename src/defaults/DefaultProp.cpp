@@ -14,6 +14,7 @@
 #include "sgdatatypes/ClassNameMap.h"
 #include "sgutils/defaults/BadDefaultPropNameException.h"
 #include "sgutils/defaults/ClassNameLookupException.h"
+#include "sgutils/defaults/StoredDefaultsEpoch.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/propinfos/PropInfoLookup.h"
 #include "src/defaults/DefaultValueConversion.h"
@@ -262,6 +263,7 @@ void DefaultProp::set(const DefaultPropString& name, const vxArray* value) {
 
   const std::string fieldName =
       "default" + DefaultPropString(name.getNamespaceName(), name.getClassName(), property->getName(), false).getAsCompatStr();
+  noteStoredDefaultsChanged();
   vxUnshareShallow(s);
   int field = vxGetFieldNumber(s, fieldName.c_str());
   if (field < 0) {
@@ -298,6 +300,7 @@ matrix::unique_vxArray DefaultProp::set() const {
 void DefaultProp::remove(const DefaultPropString& name) {
   vxArray* s = store();
   if (!s) return;
+  noteStoredDefaultsChanged();
   vxUnshareShallow(s);
   const std::string compat = name.getAsCompatStr();
   const int n = vxGetNumberOfFields(s);
@@ -322,6 +325,7 @@ void DefaultProp::clear() {
     return;
   }
   if (cls != vxSTRUCT_CLASS) return;
+  noteStoredDefaultsChanged();
   vxUnshareShallow(s);
   for (int f = vxGetNumberOfFields(s) - 1; f >= 0; --f) {
     vxSetFieldByNumber(s, 0, f, nullptr);

@@ -1,6 +1,8 @@
 // Applying defaults to an object: collecting the ancestors' stores for the
 // object's class, and setting the pairs with the rules of the mode triples
 // (DefaultProp::setPVPairs).
+#include <array>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -10,6 +12,8 @@
 
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/defaults/DefaultProp.h"
+#include "sgutils/defaults/DefaultWalkScope.h"
+#include "sgutils/defaults/StoredDefaultsEpoch.h"
 #include "src/defaults/DefaultPairCollection.h"
 #include "src/defaults/DefaultValueConversion.h"
 #include "vcos/BorrowedPropertyValue.h"
@@ -113,7 +117,63 @@ void collect(COSInterface* node, const COSInterfacePtr& object, const char*& cla
   defaults.appendDefaults(pairs, std::string_view(className));
 }
 
+// The last empty answer of the walk while a DefaultWalkScope lives: for
+// objects of `cls` under `parent`, with `chain` the ancestors the walk
+// passed (the parent first, up to the root or to one being destroyed),
+// when the stored defaults were at `epoch`.
+struct KeptEmptyWalk {
+  static constexpr std::size_t kMaxDepth = 16;
+  const COSInterface* parent = nullptr;
+  const COSClass* cls = nullptr;
+  std::uint64_t epoch = 0;
+  std::array<const COSInterface*, kMaxDepth> chain{};
+  std::size_t depth = 0;
+};
+
+int gWalkScopes = 0;
+KeptEmptyWalk gKeptWalk;
+
+// The ancestors the walk passes from `parent`, as collect() takes them;
+// false when there are more than the kept answer holds, or one of them is
+// destroyed (the walk raises for it).
+bool chainOf(const COSInterface* parent, std::array<const COSInterface*, KeptEmptyWalk::kMaxDepth>& chain,
+             std::size_t& depth) noexcept {
+  depth = 0;
+  for (const COSInterface* node = parent; node && !node->isBeingDestroyed(); node = node->getOwnerObject()) {
+    if (node->isDestroyed() || depth == KeptEmptyWalk::kMaxDepth) return false;
+    chain[depth++] = node;
+  }
+  return true;
+}
+
+// Whether the kept answer stands for `cls` under `parent`: the same pair,
+// no stored default changed since, and the same ancestors.
+bool keptWalkIsEmpty(const COSInterface* parent, const COSClass* cls) noexcept {
+  const KeptEmptyWalk& kept = gKeptWalk;
+  if (!kept.parent || kept.parent != parent || kept.cls != cls || kept.epoch != storedDefaultsEpoch()) return false;
+  std::size_t i = 0;
+  for (const COSInterface* node = parent; node && !node->isBeingDestroyed(); node = node->getOwnerObject()) {
+    if (i == kept.depth || node->isDestroyed() || kept.chain[i] != node) return false;
+    ++i;
+  }
+  return i == kept.depth;
+}
+
+void keepEmptyWalk(const COSInterface* parent, const COSClass* cls) noexcept {
+  KeptEmptyWalk& kept = gKeptWalk;
+  kept.parent = nullptr;
+  if (!chainOf(parent, kept.chain, kept.depth)) return;
+  kept.parent = parent;
+  kept.cls = cls;
+  kept.epoch = storedDefaultsEpoch();
+}
+
 }  // namespace
+
+DefaultWalkScope::DefaultWalkScope() noexcept { ++gWalkScopes; }
+DefaultWalkScope::~DefaultWalkScope() {
+  if (--gWalkScopes == 0) gKeptWalk = KeptEmptyWalk{};
+}
 
 void DefaultProp::setPVPairs(const COSInterfacePtr& object, const PropValuePairs& pairs, bool resetOnly) {
   if (pairs.empty() || !object) return;
@@ -155,7 +215,16 @@ void collectDefaultPairs(SGReference& block, const COSInterfacePtr& parent, Prop
   const COSInterfacePtr object = block.getCOSReference();
   if (!object) return;
   const char* className = nullptr;
+  if (gWalkScopes == 0) {
+    collect(parent.get(), object, className, pairs);
+    return;
+  }
+  const COSClass* cls = object->getClass();
+  if (keptWalkIsEmpty(parent.get(), cls)) return;
+  const std::size_t before = pairs.size();
   collect(parent.get(), object, className, pairs);
+  // Read after the walk: a saved store it moved in has moved the counter.
+  if (pairs.size() == before) keepEmptyWalk(parent.get(), cls);
 }
 
 }  // namespace detail

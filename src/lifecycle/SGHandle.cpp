@@ -146,6 +146,7 @@ void SGHandle::setSerializableApplicationData(const vxArray* value) {
 
 void SGHandle::setDefaultProp(const vxArray* value) {
   if (value == defaultProps_) return;
+  sgutils::noteStoredDefaultsChanged();
   vxArray* old = defaultProps_;
   defaultProps_ = storedFormOf(value);
   destroyStored(old);

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "sgutils/metadata/DirtyFlags.h"
+#include "sgutils/defaults/StoredDefaultsEpoch.h"
 #include "sgutils/lifecycle/SGReference.h"
 #include "sgutils/SgutilsExport.h"
 #include "vcos/COSDataTypePtr.h"
@@ -53,7 +54,10 @@ class SGUTILS_API SGHandle : public SGReference {
   bool shouldFanoutsHonorModes() const noexcept { return fanoutsHonorModes_; }
   void setFanoutsHonorModes(bool value) noexcept { fanoutsHonorModes_ = value; }
   bool getLoadedFromFile() const noexcept { return loadedFromFile_; }
-  void setLoadedFromFile(bool value) noexcept { loadedFromFile_ = value; }
+  void setLoadedFromFile(bool value) noexcept {
+    loadedFromFile_ = value;
+    sgutils::noteStoredDefaultsChanged();
+  }
 
   // The stored struct (borrowed; never null). The empty struct that a new
   // object holds is made on first read, so objects whose application data
