@@ -23,10 +23,10 @@ void runConstructorStages(const COSClient* callClient, const COSInterfacePtr& ob
   if (!block) return;
   const ScopedConstructionStep::Taken step = ScopedConstructionStep::take(object->getClass());
   try {
-    block->Setup(object);
+    block->runSetup(object);
     step.run(object);
     SGHandle::setPVPairs(callClient, object, nrhs, prhs);
-    block->CreationComplete(object);
+    block->runCreationComplete(object);
   } catch (...) {
     // An object that the failure already deleted gets neither step.
     if (!object->isDestroyed()) {
