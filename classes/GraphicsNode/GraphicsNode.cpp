@@ -132,7 +132,7 @@ void GraphicsNode::runOtherLineSetups(COSInterfacePtr object) {
   for (const int slot : lines.slots) {
     if (slot < 0) continue;
     auto* block = static_cast<SGReference*>(vcos::instanceDataAt(object.get(), slot));
-    if (block && block != static_cast<SGReference*>(this)) block->Setup(object);
+    if (block && block != static_cast<SGReference*>(this)) block->runSetup(object);
   }
   // The view strategy is chosen when the object is made; the names a class
   // starts with go to the view at the next drawnow. The block is kept at

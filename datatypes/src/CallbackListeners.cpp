@@ -108,6 +108,11 @@ COSInterfacePtr createListener(COSID propertyName, bool passEventData, bool allo
   return make(propertyName, passEventData, allowRecursion, /*skipDying=*/false, interruption);
 }
 
+std::unique_ptr<COSListenerOp> createCallbackOp(COSID propertyName, bool passEventData, Interruption interruption) {
+  assert(propertyName && "a callback listener needs a property name");
+  return std::make_unique<PropertyCallbackOp>(propertyName, passEventData, /*skipDying=*/false, interruption);
+}
+
 COSInterfacePtr createClassListener(const char* propertyName, bool passEventData, bool allowRecursion,
                                     Interruption interruption) {
   assert(propertyName && *propertyName && "a callback listener needs a property name");

@@ -1,8 +1,12 @@
 // The hand-written half of GraphicsCoreProperties: the context menu (one
 // store behind three names, the checks of a new menu, the listener that
 // empties it when the menu goes), the deletion flag, the load mark that a
-// save reads, and the listener that runs DeleteFcn.
+// save reads, and the class's listener that runs DeleteFcn.
 #include "sgutils/objects/GraphicsCoreProperties.gen.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
 
 #include "foundation/core/except/Error.h"
 #include "sgdatatypes/CallbackListeners.h"
@@ -15,6 +19,7 @@
 #include "vcos/COSListener.h"
 #include "vcos/COSListenerOp.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/FirstInstanceListener.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vx/vx.h"
@@ -57,6 +62,43 @@ bool menuIsSerializable(COSInterface* menu) {
   return on;
 }
 
+// The listener that runs DeleteFcn when an object is deleted: one for the
+// class, standing for the listener of each object whose Setup asked for one,
+// and sorted as that object's first listener (which it was). Like the
+// listener of one object, it does not run again for an object while it runs
+// for it; for another object it does.
+class DeleteFcnOp final : public COSListenerOp {
+ public:
+  DeleteFcnOp() : op_(graphics::datatype::createCallbackOp(COSID("DeleteFcn"), /*passEventData=*/true)) {}
+
+  void callback(COSInterface* source, COSEventData* data) override {
+    if (!asked(source) || isRunningFor(source)) return;
+    running_.push_back(source);
+    struct Done {
+      std::vector<COSInterface*>& running;
+      ~Done() { running.pop_back(); }
+    } done{running_};
+    op_->callback(source, data);
+  }
+  bool readsEventData() const noexcept override { return op_->readsEventData(); }
+  bool mayRunFor(COSInterface* source) const noexcept override {
+    return asked(source) && !isRunningFor(source) && op_->mayRunFor(source);
+  }
+
+ private:
+  static bool asked(COSInterface* source) noexcept {
+    if (!source || source->isDestroyed()) return false;
+    void* slot = source->getInstanceData(GraphicsCoreProperties::classID());
+    return slot && static_cast<GraphicsCoreProperties*>(static_cast<SGReference*>(slot))->asksForDeleteFcn();
+  }
+  bool isRunningFor(COSInterface* source) const noexcept {
+    return std::find(running_.begin(), running_.end(), source) != running_.end();
+  }
+
+  std::unique_ptr<COSListenerOp> op_;
+  std::vector<COSInterface*> running_;  // innermost last
+};
+
 void markContextMenuDirtyMethod(const COSClient*, int&, COSValue*, int nrhs, const COSValue* prhs) {
   if (nrhs < 1) return;
   const vxArray* self = prhs[0].asPointer<const vxArray>();
@@ -71,6 +113,11 @@ void markContextMenuDirtyMethod(const COSClient*, int&, COSValue*, int nrhs, con
 
 void GraphicsCoreProperties::addMethods(COSClass* cls, COSID classId) {
   sgutils::addMixinMethod(cls, classId, "markContextMenuDirty", &markContextMenuDirtyMethod, {"object"}, {});
+  // Recursive at this level: a DeleteFcn that deletes another object runs
+  // that object's DeleteFcn; the op refuses a second run for one object.
+  COSInterfacePtr listener = COSListener::createListener(new DeleteFcnOp);
+  COSListener::toListener(listener)->setRecursive(true);
+  vcos::addFirstInstanceListener(cls, objectBeingDestroyed(), COSListener::toListener(listener));
 }
 
 void GraphicsCoreProperties::markContextMenuDirty() {
@@ -80,13 +127,9 @@ void GraphicsCoreProperties::markContextMenuDirty() {
 }
 
 void GraphicsCoreProperties::attachDeleteListener(COSInterfacePtr object) {
-  if (!object || deleteListenerAttached_) return;
-  // The object holds the listener; it goes with the object.
-  static const COSID deleteFcn("DeleteFcn");
-  COSInterfacePtr listener = graphics::datatype::createListener(deleteFcn, /*passEventData=*/true,
-                                                                /*allowRecursion=*/false);
-  object->addListener(objectBeingDestroyed(), COSListener::toListener(listener));
-  deleteListenerAttached_ = true;
+  // The class's listener (addMethods) runs DeleteFcn for the objects that
+  // asked: nothing is made per object.
+  if (object) deleteListenerAttached_ = true;
 }
 
 COSInterfacePtr GraphicsCoreProperties::getParentFigure(COSInterface* object) {

@@ -23,10 +23,19 @@ void runConstructorStages(const COSClient* callClient, const COSInterfacePtr& ob
   if (!block) return;
   const ScopedConstructionStep::Taken step = ScopedConstructionStep::take(object->getClass());
   try {
-    block->Setup(object);
+    // One question to the block for both hooks: a block whose hooks act
+    // (every hand-written one) takes no further check.
+    const unsigned acts = block->stageHooksThatAct();
+    if (acts & SGReference::kSetupActs)
+      block->Setup(object);
+    else
+      block->runSetup(object);
     step.run(object);
     SGHandle::setPVPairs(callClient, object, nrhs, prhs);
-    block->CreationComplete(object);
+    if (acts & SGReference::kCreationCompleteActs)
+      block->CreationComplete(object);
+    else
+      block->runCreationComplete(object);
   } catch (...) {
     // An object that the failure already deleted gets neither step.
     if (!object->isDestroyed()) {

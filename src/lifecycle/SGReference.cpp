@@ -6,6 +6,7 @@
 
 #include <atomic>
 
+#include "foundation/log/Logger.h"
 #include "sgutils/startup/FrameHooks.h"
 #include "sgutils/startup/Namespaces.h"
 #include "sgutils/startup/PerInstance.h"
@@ -35,14 +36,47 @@ void SGReference::CreationComplete(COSInterfacePtr /*object*/) {}
 void SGReference::ApplyingDefaults(COSInterfacePtr /*object*/) { setApplyingDefaults(true); }
 void SGReference::DefaultsApplied(COSInterfacePtr /*object*/, bool /*fromReset*/) { setApplyingDefaults(false); }
 
+namespace {
+// Whether the generated hooks' trace lines are wanted: then every hook runs.
+bool hookTraceOn() noexcept { return (foundation::log::classGenBits() & foundation::log::kTrace) != 0; }
+}  // namespace
+
+// Each runner asks the class's bit before the trace word: most blocks that
+// act have their bit set, and the rest answer without a call.
+void SGReference::runSetup(const COSInterfacePtr& object) {
+  if ((stageHooksThatAct() & kSetupActs) || hookTraceOn() || !isLiveForHooks(object))
+    Setup(object);
+  else
+    setApplyingDefaults(false);
+}
+
+void SGReference::runCreationComplete(const COSInterfacePtr& object) {
+  if ((stageHooksThatAct() & kCreationCompleteActs) || hookTraceOn() || !isLiveForHooks(object))
+    CreationComplete(object);
+}
+
+void SGReference::runApplyingDefaults(const COSInterfacePtr& object) {
+  if ((stageHooksThatAct() & kApplyingDefaultsActs) || hookTraceOn() || !isLiveForHooks(object))
+    ApplyingDefaults(object);
+  else
+    setApplyingDefaults(true);
+}
+
+void SGReference::runDefaultsApplied(const COSInterfacePtr& object, bool fromReset) {
+  if ((stageHooksThatAct() & kDefaultsAppliedActs) || hookTraceOn() || !isLiveForHooks(object))
+    DefaultsApplied(object, fromReset);
+  else
+    setApplyingDefaults(false);
+}
+
 void SGReference::applyDefaultProperties(COSInterfacePtr parent, bool fromReset) {
   COSInterfacePtr object = getCOSReference();
-  ApplyingDefaults(object);
+  runApplyingDefaults(object);
   const sgutils::PropValuePairs pairs = getDefaultPropValuePairs(parent);
   if (!pairs.empty()) {
     if (auto setter = sgutils::frameHooks().defaultPairsSetter) setter(object, pairs, fromReset);
   }
-  DefaultsApplied(object, fromReset);
+  runDefaultsApplied(object, fromReset);
 }
 
 void SGReference::clearDefaultProperty() {

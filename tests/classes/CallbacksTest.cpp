@@ -11,6 +11,8 @@
 #include "sgdatatypes/VCallback.h"
 #include "support/ErrorId.h"
 #include "vcos/COSClass.h"
+#include "vcos/COSListener.h"
+#include "vcos/COSListenerOp.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
 #include "vcos/FunctionDispatcher.h"
@@ -156,6 +158,40 @@ TEST_F(CallbacksTest, TheRunningCallbackNamesItsObjectAndSeesItBeingDeleted) {
   EXPECT_EQ(current, l.get());
   EXPECT_TRUE(beingDeleted);
   EXPECT_EQ(CallbackContext::depth(), 0u);
+}
+
+// DeleteFcn runs as the object's first own listener of its deletion (after
+// the class listeners, before a listener added to the object later), and
+// also for an object that another object's DeleteFcn deletes.
+TEST_F(CallbacksTest, DeleteFcnRunsFirstOfTheObjectsListenersAndForAnObjectItDeletes) {
+  COSInterfacePtr outer = line(), inner = line(), quiet = line();
+  std::vector<std::string> order;
+  Arr innerCb = callback([&](COSInterface* s, COSEventData* data) {
+    order.push_back(s == inner.get() && data ? "inner" : "inner, wrong source or no data");
+  });
+  Arr outerCb = callback([&](COSInterface*, COSEventData*) {
+    order.push_back("outer");
+    inner->deleteObject(COSGetPublicClient());
+  });
+  set(inner, "DeleteFcn", innerCb.get());
+  set(outer, "DeleteFcn", outerCb.get());
+  COSInterfacePtr later = COSListener::createListener(
+      COSListenerOp::fromFunction([&](COSInterface*, COSEventData*) { order.push_back("later"); }));
+  outer->addListener(COSID("ObjectBeingDestroyed"), COSListener::toListener(later));
+  // A class listener, even one added after the class was built, comes
+  // before the objects' own listeners.
+  COSInterfacePtr ofClass = COSListener::createListener(
+      COSListenerOp::fromFunction([&](COSInterface*, COSEventData*) { order.push_back("class"); }));
+  COSClass* lineClass = outer->getClass();
+  lineClass->addClassListener(COSID("ObjectBeingDestroyed"), COSListener::toListener(ofClass));
+  outer->deleteObject(COSGetPublicClient());
+  lineClass->removeClassListener(COSID("ObjectBeingDestroyed"), COSListener::toListener(ofClass));
+  EXPECT_EQ(order, (std::vector<std::string>{"class", "outer", "class", "inner", "later"}));
+  EXPECT_TRUE(inner->isDestroyed());
+  // Without a DeleteFcn nothing runs.
+  order.clear();
+  quiet->deleteObject(COSGetPublicClient());
+  EXPECT_TRUE(order.empty());
 }
 
 TEST_F(CallbacksTest, AHitWhileANonInterruptibleCallbackRunsWaitsOrIsDropped) {

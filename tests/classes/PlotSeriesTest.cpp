@@ -1,5 +1,6 @@
 // Plots of matrices and several data groups, figures by number, the text
-// words, and the Setup of the lines a class takes beside its own.
+// words, the Setup of the lines a class takes beside its own, and the
+// stage hooks' trace.
 #include <functional>
 #include <span>
 #include <string>
@@ -12,6 +13,7 @@
 #include "sgclasses/ClassNames.h"
 #include "sgclasses/FigureNumbers.h"
 #include "sgclasses/Plotting.h"
+#include "sgutils/lifecycle/SGReference.h"
 
 namespace sgtest::classes {
 namespace {
@@ -172,6 +174,42 @@ TEST_F(ClassesTest, TheOtherLinesOfAClassRunTheirSetup) {
   EXPECT_EQ(setups(legacy) - legacyBefore, 1);
   foundation::log::setChannelLevel(ui, 0);
   foundation::log::setChannelLevel(legacy, 0);
+}
+
+// The hooks that only trace are passed over while their trace is off; what
+// they hand on to (the applying-defaults flag) is still done, and their
+// lines come as soon as a generated class's trace is on.
+TEST_F(ClassesTest, StageHooksThatOnlyTraceStillTraceWhenAsked) {
+  foundation::log::LogCapture capture;
+  const std::string line = "sgclasses::Line::sgclassgen", themeable = "graphics::mixin::Themeable::sgclassgen";
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  const auto lines = [&](const std::string& channel, const char* hook) {
+    int n = 0;
+    for (const auto& r : capture.records())
+      if (r.channel == channel && r.text.find(hook) != std::string::npos) ++n;
+    return n;
+  };
+  const auto applyingDefaults = [](const COSInterfacePtr& object, const char* classId) {
+    return static_cast<SGReference*>(object->getInstanceData(COSID(classId)))->isApplyingDefaults();
+  };
+  const char* hooks[] = {" Setup ", " CreationComplete ", " ApplyingDefaults ", " DefaultsApplied "};
+  COSInterfacePtr quiet = sgclasses::create(sgclasses::kLineClass, axes);
+  for (const char* hook : hooks) EXPECT_EQ(lines(line, hook), 0) << hook;
+  EXPECT_FALSE(applyingDefaults(quiet, sgclasses::kLineClass));
+  EXPECT_FALSE(applyingDefaults(quiet, "vantel.graphics.mixin.Themeable"));
+
+  foundation::log::setChannelLevel(line, foundation::log::kTrace);
+  foundation::log::setChannelLevel(themeable, foundation::log::kTrace);
+  COSInterfacePtr traced = sgclasses::create(sgclasses::kLineClass, axes);
+  for (const char* hook : hooks) EXPECT_EQ(lines(line, hook), 1) << hook;
+  EXPECT_EQ(lines(themeable, " Setup "), 1);
+  EXPECT_FALSE(applyingDefaults(traced, sgclasses::kLineClass));
+  EXPECT_FALSE(applyingDefaults(traced, "vantel.graphics.mixin.Themeable"));
+  foundation::log::setChannelLevel(line, 0);
+  foundation::log::setChannelLevel(themeable, 0);
+  // The trace off again: no more lines.
+  sgclasses::create(sgclasses::kLineClass, axes);
+  EXPECT_EQ(lines(line, " Setup "), 1);
 }
 
 }  // namespace

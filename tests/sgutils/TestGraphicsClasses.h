@@ -36,6 +36,7 @@ class TestGraphicsObject : public SGHandle {
   void CreationComplete(COSInterfacePtr object) override;
   void ApplyingDefaults(COSInterfacePtr object) override;
   void DefaultsApplied(COSInterfacePtr object, bool fromReset) override;
+  unsigned stageHooksThatAct() const noexcept override { return kAllHooksAct; }
   bool resetAllowed(COSInterfacePtr) override { return allowReset; }
   void doReset(COSInterfacePtr object) override;
 

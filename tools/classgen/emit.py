@@ -79,7 +79,11 @@ def header(d, src):
     if has_callback_events(d):
         includes.append("sgutils/objects/GeneratedCallbackInterface.h")
     out.append(include_lines(includes + d.includes))
-    out.append(t.CLASS_OPEN.substitute(namespace=d.namespace, name=d.name, base=base_of(d), bases=bases_of(d)))
+    # Setup acts when it runs a member of its own (or attaches callbacks).
+    setup_acts = bool(d.setup) or has_callback_events(d)
+    out.append(t.CLASS_OPEN.substitute(namespace=d.namespace, name=d.name, base=base_of(d), bases=bases_of(d),
+                                       acts=" | kSetupActs" if setup_acts else "",
+                                       acts_note=", save Setup" if setup_acts else ""))
     for r in d.of("triple"):
         m = member(r.name)
         getter = (t.TRIPLE_COMPUTED_GETTER if r.computed else t.TRIPLE_GETTER).substitute(cpp=r.cpp, x=r.name, m=m)

@@ -33,6 +33,8 @@ class SGUTILS_API $name : $bases {
   void CreationComplete(COSInterfacePtr object) override;
   void ApplyingDefaults(COSInterfacePtr object) override;
   void DefaultsApplied(COSInterfacePtr object, bool fromReset) override;
+  // The hooks above only trace and hand on$acts_note.
+  unsigned stageHooksThatAct() const noexcept override { return $base::stageHooksThatAct()$acts; }
 """)
 
 TRIPLE_ACCESSORS = T("""

@@ -6,9 +6,13 @@
 // skipped.
 #pragma once
 
+#include <memory>
+
 #include "sgdatatypes/DatatypesExport.h"
 #include "vcos/COSInterfacePtr.h"
 #include "vcos/COSInternedBase.h"
+
+class COSListenerOp;
 
 namespace graphics::datatype {
 
@@ -28,6 +32,11 @@ SGDATATYPES_API COSInterfacePtr createListener(const char* propertyName, bool pa
 // object: "DeleteFcn").
 SGDATATYPES_API COSInterfacePtr createListener(COSID propertyName, bool passEventData, bool allowRecursion,
                                                Interruption interruption = Interruption::Ignore);
+
+// The operation of such a listener alone (owned by the caller), for a
+// listener that runs it for some sources only.
+SGDATATYPES_API std::unique_ptr<COSListenerOp> createCallbackOp(COSID propertyName, bool passEventData,
+                                                                Interruption interruption = Interruption::Ignore);
 
 // The same, for attaching to a class (COSClass::addClassListener), so that
 // it runs for every instance; instances whose class lacks the property, and

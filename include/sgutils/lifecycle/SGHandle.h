@@ -21,6 +21,9 @@ class SGUTILS_API SGHandle : public SGReference {
  public:
   SGHandle();
   ~SGHandle() override;
+  // SGHandle overrides no stage hook: what SGReference's do, the runners do.
+  // A subclass that overrides one by hand overrides this too.
+  unsigned stageHooksThatAct() const noexcept override { return 0; }
 
   // Display (the group of properties shown, a descriptive label, the whole
   // display); the defaults show nothing of their own.

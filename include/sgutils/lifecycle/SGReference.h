@@ -40,6 +40,28 @@ class SGUTILS_API SGReference : public CVObject {
   // ApplyingDefaults, the pairs, DefaultsApplied.
   virtual void applyDefaultProperties(COSInterfacePtr parent, bool fromReset);
 
+  // The hooks of this block's class that do more than trace a line and hand
+  // on to the base: a bit per hook. Every bit is set here, so a block that
+  // overrides a hook by hand runs it; the generated classes (whose hooks
+  // only trace and hand on, save the Setup members they name) answer for
+  // their line. A class that overrides a hook by hand overrides this too.
+  enum StageHook : unsigned {
+    kSetupActs = 1u << 0,
+    kCreationCompleteActs = 1u << 1,
+    kApplyingDefaultsActs = 1u << 2,
+    kDefaultsAppliedActs = 1u << 3,
+    kAllHooksAct = 0xFu,
+  };
+  virtual unsigned stageHooksThatAct() const noexcept { return kAllHooksAct; }
+  // The hooks as the construction and defaults paths run them: the virtual
+  // hook when it acts, when the generated classes' trace is on (their lines
+  // must come), or for an object that is not live (where a generated hook
+  // stops); otherwise only what this class's own hook does.
+  void runSetup(const COSInterfacePtr& object);
+  void runCreationComplete(const COSInterfacePtr& object);
+  void runApplyingDefaults(const COSInterfacePtr& object);
+  void runDefaultsApplied(const COSInterfacePtr& object, bool fromReset);
+
   // The object itself, as a strong reference (null before allocation).
   COSInterfacePtr getCOSReference() const { return COSInterfacePtr(cosReference_, COSStrongReference); }
   // Stores a weak reference: the block never keeps its object alive.

@@ -25,6 +25,8 @@ class SGUTILS_API GeneratedBlock : public SGReference {
   virtual COSID blockClassID() const = 0;
   // Whether a block of this line holds the data of `classId`; none here.
   static bool containsClassData(COSID) noexcept { return false; }
+  // No hook of its own: what SGReference's hooks do, the runners do.
+  unsigned stageHooksThatAct() const noexcept override { return 0; }
 
  private:
   friend class GeneratedClassInfo;

@@ -33,6 +33,8 @@ class SGUTILS_API Definitions : public gentest::Stubs {
   void CreationComplete(COSInterfacePtr object) override;
   void ApplyingDefaults(COSInterfacePtr object) override;
   void DefaultsApplied(COSInterfacePtr object, bool fromReset) override;
+  // The hooks above only trace and hand on.
+  unsigned stageHooksThatAct() const noexcept override { return gentest::Stubs::stageHooksThatAct(); }
 
   // Label, held in a PropertyStorage.
   virtual std::u16string getLabel() const { return label_.get(); }

@@ -33,6 +33,8 @@ class SGUTILS_API Events : public sgutils::GeneratedBlock, public sgutils::Gener
   void CreationComplete(COSInterfacePtr object) override;
   void ApplyingDefaults(COSInterfacePtr object) override;
   void DefaultsApplied(COSInterfacePtr object, bool fromReset) override;
+  // The hooks above only trace and hand on, save Setup.
+  unsigned stageHooksThatAct() const noexcept override { return sgutils::GeneratedBlock::stageHooksThatAct() | kSetupActs; }
 
  private:
 };

@@ -32,6 +32,8 @@ class SGUTILS_API Hooks : public sgutils::GeneratedBlock {
   void CreationComplete(COSInterfacePtr object) override;
   void ApplyingDefaults(COSInterfacePtr object) override;
   void DefaultsApplied(COSInterfacePtr object, bool fromReset) override;
+  // The hooks above only trace and hand on, save Setup.
+  unsigned stageHooksThatAct() const noexcept override { return sgutils::GeneratedBlock::stageHooksThatAct() | kSetupActs; }
 
   // Written by hand in objects/Hooks/Hooks.cpp.
   COSValue getLabelImpl(COSPropInfo* property, const COSClient* client, COSInterface* object);

@@ -32,6 +32,8 @@ class SGUTILS_API Objects : public sgutils::GeneratedBlock {
   void CreationComplete(COSInterfacePtr object) override;
   void ApplyingDefaults(COSInterfacePtr object) override;
   void DefaultsApplied(COSInterfacePtr object, bool fromReset) override;
+  // The hooks above only trace and hand on.
+  unsigned stageHooksThatAct() const noexcept override { return sgutils::GeneratedBlock::stageHooksThatAct(); }
 
   // ParentNode, a handle of the event.
   const COSInterfacePtr& getParentNode() const noexcept { return parentNode_; }

@@ -32,6 +32,8 @@ class SGUTILS_API Stubs : public sgutils::GeneratedBlock {
   void CreationComplete(COSInterfacePtr object) override;
   void ApplyingDefaults(COSInterfacePtr object) override;
   void DefaultsApplied(COSInterfacePtr object, bool fromReset) override;
+  // The hooks above only trace and hand on.
+  unsigned stageHooksThatAct() const noexcept override { return sgutils::GeneratedBlock::stageHooksThatAct(); }
 
   // Written by hand in objects/Stubs/Stubs.cpp.
   COSValue getBasemapImpl(COSPropInfo* property, const COSClient* client, COSInterface* object);

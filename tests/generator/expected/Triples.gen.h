@@ -33,6 +33,8 @@ class SGUTILS_API Triples : public gentest::Definitions {
   void CreationComplete(COSInterfacePtr object) override;
   void ApplyingDefaults(COSInterfacePtr object) override;
   void DefaultsApplied(COSInterfacePtr object, bool fromReset) override;
+  // The hooks above only trace and hand on.
+  unsigned stageHooksThatAct() const noexcept override { return gentest::Definitions::stageHooksThatAct(); }
 
   // Selected (public face), SelectedMode, Selected_I.
   virtual bool getSelected() const { return selected_I_; }

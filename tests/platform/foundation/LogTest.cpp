@@ -67,6 +67,23 @@ TEST(LogSetting, ChannelNamesMayHoldColonsAndTheLastEqualsSplits) {
   EXPECT_TRUE(lg::channel("sgutils::themes::Themeable::sgclassgen").isOn(lg::kDebug));
 }
 
+// What a generated class's channel may hold: its own level, or the
+// default word; other channels do not count.
+TEST(LogSetting, ClassGenBitsFollowTheLevelsOfGeneratedClassChannels) {
+  const std::uint32_t before = lg::classGenBits() & lg::kTrace;
+  lg::setChannelLevel("test::Probe::sgclassgen", lg::kTrace);
+  EXPECT_TRUE(lg::classGenBits() & lg::kTrace);
+  lg::setChannelLevel("test::Probe::sgclassgen", 0);
+  EXPECT_EQ(lg::classGenBits() & lg::kTrace, before);
+  lg::setChannelLevel("test::probe-plain", lg::kTrace);
+  EXPECT_EQ(lg::classGenBits() & lg::kTrace, before) << "not a generated class's channel";
+  lg::setChannelLevel("test::probe-plain", 0);
+  lg::setChannelLevel("*", lg::kTrace);
+  EXPECT_TRUE(lg::classGenBits() & lg::kTrace) << "the default word reaches channels without a level";
+  lg::setChannelLevel("*", 0);
+  EXPECT_EQ(lg::classGenBits() & lg::kTrace, before);
+}
+
 TEST(LogSetting, StarSetsOnlyChannelsWithoutTheirOwnLevel) {
   lg::Logger& own = lg::channel("test::star-own");
   lg::setChannelLevel("test::star-own", lg::kError);

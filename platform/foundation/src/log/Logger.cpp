@@ -6,6 +6,7 @@
 #include <boost/log/sources/record_ostream.hpp>
 #include <boost/log/sources/severity_channel_logger.hpp>
 
+#include <atomic>
 #include <charconv>
 #include <cstdlib>
 #include <map>
@@ -44,6 +45,15 @@ constexpr std::string_view kKnownChannels[] = {
     "theme::graphicstheme",     "theme::property",            "theme::visitor",
     "gencallback::setget",      "graphics::object_serialization",
 };
+
+constexpr std::string_view kClassGenSuffix = "::sgclassgen";
+
+bool isClassGenName(std::string_view name) noexcept {
+  return name.size() >= kClassGenSuffix.size() && name.substr(name.size() - kClassGenSuffix.size()) == kClassGenSuffix;
+}
+
+// Every bit that a generated class's channel has or would get.
+std::atomic<std::uint32_t> classGenWord{0};
 
 // Calls apply(name, bits) for each entry of a setting text that parses.
 template <class Apply>
@@ -90,10 +100,12 @@ class LoggerRegistry {
       defaultBits_ = bits;
       for (auto& [n, logger] : channels_)
         if (levels_.find(n) == levels_.end()) logger->setBits(bits);
+      noteClassGenBits();
       return;
     }
     levels_.insert_or_assign(std::string(name), bits);
     if (auto it = channels_.find(name); it != channels_.end()) it->second->setBits(bits);
+    noteClassGenBits();
   }
 
   std::uint32_t level(std::string_view name) {
@@ -115,7 +127,17 @@ class LoggerRegistry {
   LoggerRegistry() {
     installDefaultSink();
     if (const char* env = std::getenv("SG_LOG")) applySetting(env);
+    noteClassGenBits();
     for (std::string_view name : kKnownChannels) channel(name);
+  }
+
+  // The default word and every level set for a generated class's channel:
+  // a superset of what those channels hold.
+  void noteClassGenBits() {
+    std::uint32_t bits = defaultBits_;
+    for (const auto& [name, level] : levels_)
+      if (isClassGenName(name)) bits |= level;
+    classGenWord.store(bits, std::memory_order_relaxed);
   }
 
   // Called before any channel exists, so no lock is needed yet.
@@ -160,6 +182,11 @@ Logger& classGenChannel(std::string_view cppClassName) {
   name.reserve(cppClassName.size() + 12);
   name.append(cppClassName).append("::sgclassgen");
   return channel(name);
+}
+
+std::uint32_t classGenBits() noexcept {
+  LoggerRegistry::instance();  // reads SG_LOG on first use
+  return classGenWord.load(std::memory_order_relaxed);
 }
 
 std::vector<std::string> channelNames() { return LoggerRegistry::instance().names(); }

@@ -55,6 +55,8 @@ struct ClassListener {
   COSInterfacePtr listener;
   int priority = 0;
   std::uint64_t sequence = 0;
+  // Sorted as the instance's own listener added before any other.
+  bool firstOfInstance = false;
 };
 
 // A listener on a property event of a property (by name) of every instance

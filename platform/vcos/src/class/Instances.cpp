@@ -16,6 +16,7 @@
 #include "vcos/COSListener.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/FaultInjection.h"
+#include "vcos/FirstInstanceListener.h"
 #include "vx/vxCreate.h"
 #include "vx/vxObjectStorage.h"
 
@@ -179,6 +180,15 @@ void COSClass::addClassListener(const COSClient* client, COSID eventId, COSListe
 
 void COSClass::addClassListener(COSID eventId, COSListener* listener, int priority) {
   addClassListener(COSGetPublicClient(), eventId, listener, priority);
+}
+
+void vcos::addFirstInstanceListener(COSClass* cls, COSID eventId, COSListener* listener, int priority) {
+  assert(cls && listener && "addFirstInstanceListener needs a class and a listener");
+  auto& lists = cls->tables().classListeners;
+  auto it = std::find_if(lists.begin(), lists.end(), [&](auto& e) { return e.first == eventId; });
+  if (it == lists.end()) it = lists.insert(lists.end(), {eventId, {}});
+  it->second.push_back({COSInterfacePtr(listener), priority, 0, /*firstOfInstance=*/true});
+  ++cls->tables().classListenerCount;
 }
 
 void COSClass::removeClassListener(COSID eventId, const COSListener* listener) {

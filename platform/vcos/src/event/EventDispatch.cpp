@@ -1,6 +1,7 @@
 // notifyEvent: the listeners of the instance and the class listeners of every
 // class in its ancestry, higher priority first (class listeners before
-// instance listeners of the same priority, each in the order added). The list
+// instance listeners of the same priority, each in the order added; a class's
+// first-instance listeners come first among the instance's own). The list
 // is taken before the first callback, so listeners may add or remove
 // listeners, or delete the source, while it runs; a removed listener is
 // skipped, and once the source is destroyed no further listener runs (except
@@ -48,7 +49,8 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
       if (a->tables().classListenerCount)
         for (const auto& [id, list] : a->tables().classListeners)
           if (id == eventId)
-            for (const auto& l : list) pending.push_back({l.listener, l.priority, 0, l.sequence});
+            for (const auto& l : list)
+              pending.push_back({l.listener, l.priority, l.firstOfInstance ? 1 : 0, l.firstOfInstance ? 0 : l.sequence});
   if (extras_)
     for (const auto& e : extras_->listeners)
       if (!e.property && e.eventId == eventId) pending.push_back({e.listener, e.priority, 1, e.sequence});

@@ -69,6 +69,11 @@ FOUNDATION_API Logger& channel(std::string_view name);
 // The channel of a generated class: "<C++ class name>::sgclassgen".
 FOUNDATION_API Logger& classGenChannel(std::string_view cppClassName);
 
+// The bits that any generated class's channel has or would get (the
+// default word with every level set for such a name): a caller that skips
+// work which only writes those channels' records asks this first.
+FOUNDATION_API std::uint32_t classGenBits() noexcept;
+
 // Names of every channel created so far, sorted. The diagnostic channels of
 // the graphics library exist from the first use of any channel.
 FOUNDATION_API std::vector<std::string> channelNames();
