@@ -27,8 +27,7 @@ namespace {
 // The block at `slot` of the object's class (-1: none), or null.
 const void* blockOf(COSInterface* object, int slot) noexcept {
   if (slot < 0) return nullptr;
-  void** blocks = internal::ObjectOps::blocks(object);
-  return blocks ? blocks[slot] : nullptr;
+  return internal::ObjectOps::blockAt(object, static_cast<std::size_t>(slot));
 }
 }  // namespace
 
