@@ -81,9 +81,11 @@ void installCreateFcnListener() {
 SGHandle::SGHandle() { installCreateFcnListener(); }
 
 SGHandle::~SGHandle() {
-  vxArray* live = applicationData_;
-  destroyStored(applicationData_);
-  if (serializableApplicationData_ && serializableApplicationData_ != live) destroyStored(serializableApplicationData_);
+  if (appData_) {
+    vxArray* live = appData_->live;
+    destroyStored(live);
+    if (appData_->serializable && appData_->serializable != live) destroyStored(appData_->serializable);
+  }
   destroyStored(defaultProps_);
   // A NaN compares unequal and is handed on as well. A number given through
   // the table alone (a conversion to a number) is found by the object: the
@@ -92,7 +94,7 @@ SGHandle::~SGHandle() {
     sgutils::bridge::destroyHandleNumber(getDoubleRef());
   else if (COSInterface* self = getCOSObject())
     sgutils::bridge::destroyHandleNumberOf(self);
-  cosReference_.reset();
+  releaseCOSReference();
 }
 
 vxArray* SGHandle::doGetPropertyGroup(vxArray*) const { return nullptr; }
@@ -110,29 +112,37 @@ bool SGHandle::isUIComponent() { return false; }
 bool SGHandle::isInWebFigure() { return false; }
 const COSClient* SGHandle::getPrivateClient() { return COSGetPublicClient(); }
 
+SGHandle::AppData& SGHandle::appData() const {
+  if (!appData_) appData_ = std::make_unique<AppData>();
+  return *appData_;
+}
+
 const vxArray* SGHandle::getApplicationData() const {
-  if (!applicationData_) applicationData_ = emptyStoredStruct();
-  return applicationData_;
+  AppData& data = appData();
+  if (!data.live) data.live = emptyStoredStruct();
+  return data.live;
 }
 
 void SGHandle::setApplicationData(const vxArray* value) {
-  if (value == applicationData_) return;
-  vxArray* old = applicationData_;
-  applicationData_ = storedFormOf(value);
+  if (value == madeApplicationData()) return;
+  AppData& data = appData();
+  vxArray* old = data.live;
+  data.live = storedFormOf(value);
   destroyStored(old);
 }
 
 const vxArray* SGHandle::getSerializableApplicationData() {
-  if (serializableApplicationData_ != applicationData_) destroyStored(serializableApplicationData_);
-  serializableApplicationData_ = nullptr;
+  AppData& data = appData();
+  if (data.serializable != data.live) destroyStored(data.serializable);
+  data.serializable = nullptr;
   // The form a file keeps: handles of the older object layer turned to their
   // marked numbers. The conversion is a new array only when it changed any.
   getApplicationData();  // made on first read
-  vxArray* converted = sgutils::UDDConverter::convertUDDToHandles(applicationData_);
-  matrix::unique_vxArray temporary(converted != applicationData_ ? converted : nullptr);
+  vxArray* converted = sgutils::UDDConverter::convertUDDToHandles(data.live);
+  matrix::unique_vxArray temporary(converted != data.live ? converted : nullptr);
   vxArray* copy = vxCreateSharedCopyNotOnArrayList(converted);
   vxSetArrayScope(copy, vxSCOPE_PERSISTENT);
-  serializableApplicationData_ = copy;
+  data.serializable = copy;
   return copy;
 }
 

@@ -28,7 +28,7 @@ namespace {
 std::atomic<bool> abortSet{false};
 }
 
-SGReference::~SGReference() = default;
+SGReference::~SGReference() { releaseCOSReference(); }
 
 void SGReference::Setup(COSInterfacePtr /*object*/) { setApplyingDefaults(false); }
 void SGReference::SetupFailed(COSInterfacePtr /*object*/) {}

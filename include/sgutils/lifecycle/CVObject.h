@@ -1,4 +1,5 @@
-// The common base of the reference blocks: one integer, set at construction.
+// The common base of the reference blocks: one integer, the same for every
+// block, so it is a constant rather than four bytes in each block.
 #pragma once
 
 #include <cstdint>
@@ -8,8 +9,8 @@
 class SGUTILS_API CVObject {
  public:
   CVObject() noexcept = default;
-  std::int32_t getCVValue() const noexcept { return value_; }
+  std::int32_t getCVValue() const noexcept { return kValue; }
 
  private:
-  std::int32_t value_ = 5;
+  static constexpr std::int32_t kValue = 5;
 };

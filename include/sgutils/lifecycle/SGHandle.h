@@ -6,6 +6,8 @@
 // a namespace.
 #pragma once
 
+#include <memory>
+
 #include "sgutils/metadata/DirtyFlags.h"
 #include "sgutils/defaults/StoredDefaultsEpoch.h"
 #include "sgutils/lifecycle/SGReference.h"
@@ -68,7 +70,7 @@ class SGUTILS_API SGHandle : public SGReference {
   const vxArray* getApplicationData() const;
   // The stored struct, or null while none has been made: a reader that only
   // looks (the saver) makes none.
-  const vxArray* madeApplicationData() const noexcept { return applicationData_; }
+  const vxArray* madeApplicationData() const noexcept { return appData_ ? appData_->live : nullptr; }
   // Stores a copy of a struct or object-holding array; anything else, null
   // included, stores an empty 1-by-1 struct. The same pointer is a no-op.
   void setApplicationData(const vxArray* value);
@@ -103,14 +105,21 @@ class SGUTILS_API SGHandle : public SGReference {
   static bool isBeingDeleted(const COSInterface* object) noexcept;
 
  private:
-  // Pointers first, then the flags together: no padding between them.
-  mutable vxArray* applicationData_ = nullptr;
-  vxArray* serializableApplicationData_ = nullptr;
-  vxArray* defaultProps_ = nullptr;
+  // The application data and its cached saved form, made on first use: a
+  // new object has neither, so the block holds one pointer for the two.
+  struct AppData {
+    vxArray* live = nullptr;
+    vxArray* serializable = nullptr;
+  };
+  AppData& appData() const;
+  // The flags first: they fill the 4 bytes after the base's flag, so the
+  // block is 48 bytes.
   bool internal_ = false;
   bool isRequiredChild_ = false;
   bool fanoutsHonorModes_ = false;
   bool loadedFromFile_ = false;
+  mutable std::unique_ptr<AppData> appData_;
+  vxArray* defaultProps_ = nullptr;
 };
 
 // The Graphics block of an object, or null (see SGHandle::fromObject).

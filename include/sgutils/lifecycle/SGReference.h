@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "sgutils/lifecycle/CVObject.h"
 #include "sgutils/SgutilsExport.h"
@@ -65,8 +66,12 @@ class SGUTILS_API SGReference : public CVObject {
   // The object itself, as a strong reference (null before allocation).
   COSInterfacePtr getCOSReference() const { return COSInterfacePtr(cosReference_, COSStrongReference); }
   // Stores a weak reference: the block never keeps its object alive.
-  void setCOSReference(const COSInterfacePtr& object) { cosReference_ = object.get(); }
-  COSInterface* getCOSObject() const noexcept { return cosReference_.get(); }
+  void setCOSReference(const COSInterfacePtr& object) {
+    COSInterface* next = object.get();
+    if (next) next->addReference(COSWeakReference);
+    if (COSInterface* old = std::exchange(cosReference_, next)) old->releaseReference(COSWeakReference);
+  }
+  COSInterface* getCOSObject() const noexcept { return cosReference_; }
 
   double getDoubleRef() const noexcept { return doubleRef_; }
   void setDoubleRef(double value) noexcept { doubleRef_ = value; }
@@ -89,11 +94,17 @@ class SGUTILS_API SGReference : public CVObject {
 
  private:
   friend class SGHandle;
-  // The 4-byte flag first, beside the base's 4-byte value: no padding, so
-  // every block is 8 bytes smaller.
-  std::int32_t applyingDefaults_ = 1;
-  COSInterfacePtr cosReference_{nullptr, COSWeakReference};
+  // Lets go of the weak reference to the object (at the latest when the
+  // block goes).
+  void releaseCOSReference() noexcept {
+    if (COSInterface* old = std::exchange(cosReference_, nullptr)) old->releaseReference(COSWeakReference);
+  }
+  // The weak reference held by hand as a bare pointer (a counted pointer
+  // carries its kind beside it and takes 16 bytes); the 4-byte flag last, so
+  // that a subclass's first 4-byte member fills the padding after it.
+  COSInterface* cosReference_ = nullptr;
   double doubleRef_ = -1.0;
+  std::int32_t applyingDefaults_ = 1;
 };
 
 // Whether a stage hook may forward: a live object that is not being deleted.

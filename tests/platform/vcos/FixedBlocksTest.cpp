@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,8 @@ namespace {
 
 struct Record {
   bool derivedOutside = false;  // the next Derived block comes from the heap
+  bool baseOutside = false;     // the next Base block comes from the heap
+  bool derivedThrows = false;   // the next Derived block fails
   std::vector<std::string> seen;  // what the class infos found, in order
 };
 Record& record() {
@@ -55,7 +58,7 @@ class BaseInfo final : public COSClassInfo {
   const char* getName() const override { return "Base"; }
   void* allocateInstance(COSInterface* o) override {
     record().seen.push_back(std::string("make Base, Derived ") + found(o, derivedId()));
-    return makeBlock(false);
+    return makeBlock(std::exchange(record().baseOutside, false));
   }
   void deallocateInstance(COSInterface* o, void* b) override {
     record().seen.push_back(std::string("free Base, Base ") + found(o, baseId()) + ", Derived " + found(o, derivedId()));
@@ -69,6 +72,7 @@ class DerivedInfo final : public COSClassInfo {
   void initializeClass(COSClass* c, const COSClient*) override { c->addSuperclass(baseId()); }
   void* allocateInstance(COSInterface* o) override {
     record().seen.push_back(std::string("make Derived, Base ") + found(o, baseId()));
+    if (std::exchange(record().derivedThrows, false)) throw std::runtime_error("no Derived block");
     return makeBlock(std::exchange(record().derivedOutside, false));
   }
   void deallocateInstance(COSInterface* o, void* b) override {
@@ -175,5 +179,49 @@ TEST(FixedBlocks, ABlockIsFoundOnlyWhileItLivesWhetherFixedOrListed) {
   record().seen.clear();
   objects.push_back(makeDerived());
   EXPECT_EQ(record().seen, (std::vector<std::string>{"make Base, Derived none", "make Derived, Base found"}));
+  drop(objects);
+}
+
+TEST(FixedBlocks, ObjectsMadeAtKnownOffsetsFailCleanlyAndFallBackToAnArray) {
+  std::vector<COSInterfacePtr> objects;
+  for (int i = 0; i < 2; ++i) objects.push_back(makeDerived());
+  ASSERT_TRUE(vcos::hasFixedBlocks(objects[1].get()));
+  const std::vector<std::string> made = {"make Base, Derived none", "make Derived, Base found"};
+  const std::vector<std::string> failed = {"make Base, Derived none", "make Derived, Base found",
+                                           "free Base, Base none, Derived none"};
+
+  // A failing Derived block: the Base block made at its offset is freed.
+  record().seen.clear();
+  record().derivedThrows = true;
+  EXPECT_THROW(makeDerived(), std::runtime_error);
+  EXPECT_EQ(record().seen, failed);
+
+  // A Base block off its place: Derived, made after it, still finds it, and
+  // the object keeps both listed; freed most derived first.
+  record().seen.clear();
+  record().baseOutside = true;
+  objects.push_back(makeDerived());
+  const COSInterfacePtr& apart = objects.back();
+  EXPECT_EQ(record().seen, made);
+  EXPECT_FALSE(vcos::hasFixedBlocks(apart.get()));
+  EXPECT_NE(offsetOf(apart, baseId()), offsetOf(objects[1], baseId()));
+  EXPECT_NE(apart->getInstanceData(derivedId()), nullptr);
+  EXPECT_NE(apart->getInstanceData(derivedId()), apart->getInstanceData(baseId()));
+  for (const COSID& id : {baseId(), derivedId()})
+    EXPECT_EQ(vcos::instanceDataAt(apart.get(), vcos::blockSlotOf(apart->getClass(), id)), apart->getInstanceData(id));
+  record().seen.clear();
+  apart->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(record().seen, (std::vector<std::string>{"free Derived, Base found, Derived none",
+                                                     "free Base, Base none, Derived none"}));
+
+  // Both at once: the Base block from the heap is freed (a leak shows under
+  // the address sanitizer), and the next object is fixed again.
+  record().seen.clear();
+  record().baseOutside = true;
+  record().derivedThrows = true;
+  EXPECT_THROW(makeDerived(), std::runtime_error);
+  EXPECT_EQ(record().seen, failed);
+  objects.push_back(makeDerived());
+  EXPECT_TRUE(vcos::hasFixedBlocks(objects.back().get()));
   drop(objects);
 }

@@ -77,9 +77,10 @@ class VCOS_API COSInterface {
   // object; null for objects outside the class system (data types, ...).
   COSClass* getClass() const noexcept { return class_; }
   // The data block of the class `classId` within this object, or null (also
-  // for a destroyed object). O(1): a slot probe in the class's table, then
-  // the block's fixed offset from the object (or its entry in the object's
-  // block array, for an object whose blocks do not lie where its class's
+  // for a destroyed object). O(1): the block's fixed offset from the object,
+  // read at the id's block key in its class's table (or a slot probe in the
+  // class's table and the entry in the object's block array, kept in its
+  // side table, for an object whose blocks do not lie where its class's
   // layout puts them).
   void* getInstanceData(COSID classId) const noexcept;
   // The owner in the object tree (a strong reference), or null.
@@ -172,10 +173,20 @@ class VCOS_API COSInterface {
   friend class vcos::internal::ObjectOps;
   friend class COSClass;
 
-  // kHeapBlocks: blocks_ is an array of its own, freed with the blocks;
-  // kFixedBlocks: the blocks lie at their class's offsets (blocks_ is null);
-  // kFixedBlocksGoing: they are being freed, those below blocksGone_ are.
-  enum : unsigned char { kBeingDestroyed = 1, kDestroyed = 2, kHeapBlocks = 4, kFixedBlocks = 8, kFixedBlocksGoing = 16 };
+  // kHeapBlocks: the blocks are listed in an array in the side table, freed
+  // with the blocks; kFixedBlocks: the blocks lie at their class's offsets;
+  // kFixedBlocksPartial: they lie there but some are not made yet or freed
+  // already, those with an ancestry index below blocksGone_;
+  // kListedBlocks: they are being made into a list of the maker's (see
+  // ObjectOps::BlockListScope).
+  enum : unsigned char {
+    kBeingDestroyed = 1,
+    kDestroyed = 2,
+    kHeapBlocks = 4,
+    kFixedBlocks = 8,
+    kFixedBlocksPartial = 16,
+    kListedBlocks = 32
+  };
   // Out of line: the look-up for an object whose blocks are listed, or are
   // being made or freed.
   void* listedInstanceData(COSID classId) const noexcept;
@@ -185,9 +196,8 @@ class VCOS_API COSInterface {
   std::uint32_t total_ = 0;
   COSKind kind_;
   unsigned char state_ = 0;
-  unsigned char blocksGone_ = 0;  // see kFixedBlocksGoing
+  unsigned char blocksGone_ = 0;  // see kFixedBlocksPartial
   COSClass* class_ = nullptr;
-  void** blocks_ = nullptr;
   vcos::internal::InstanceExtras* extras_ = nullptr;
   COSInterface* owner_ = nullptr;        // weak
   COSInterface* newestChild_ = nullptr;  // each child holds one strong count

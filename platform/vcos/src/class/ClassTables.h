@@ -104,6 +104,9 @@ struct ClassTables {
   // where this class has no block of it): the look-up of a fixed block reads
   // it without a probe.
   std::vector<std::int32_t> offsetByKey;
+  // The ancestry index of the block at each key: an object whose blocks are
+  // made or freed in part answers only those at or past its blocksGone_.
+  std::vector<std::uint8_t> indexByKey;
   // The ancestry indices whose class info allocates a block, base first,
   // with their offsets: what is checked when an instance is made and freed
   // when it is deleted.

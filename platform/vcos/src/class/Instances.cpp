@@ -45,22 +45,27 @@ COSInterfacePtr makeInstance(COSClass* cls, void* ownBlock) {
   COSObject* o = COSObject::make(layout ? t.blockRoom : 0);
   COSInterfacePtr ref(o);
   ObjectOps::setClass(o, cls);
-  // The blocks are listed here while they are made; keepBlocks then decides
-  // whether the object needs the list.
-  std::array<void*, ObjectOps::kMaxFixedBlocks> onStack;
-  std::unique_ptr<void*[]> onHeap;
-  void** made = onStack.data();
-  if (n > onStack.size())
-    made = (onHeap = std::make_unique<void*[]>(n)).get();
-  else
-    std::fill_n(made, n, nullptr);
   std::size_t asked = 0;
   try {
-    ObjectOps::allocateBlocks(o, cls, made, ownBlock, &asked);
-    if (layout)
-      ObjectOps::keepBlocks(o, made, o->blockRoomBegin(), o->blockRoomEnd());
-    else
-      ObjectOps::keepBlocks(o, made, nullptr, nullptr);
+    if (layout && ObjectOps::madeAtOffsets(cls)) {
+      // The class's room is known: the blocks are made at their places.
+      ObjectOps::makeFixedBlocks(o, &asked);
+    } else {
+      // The blocks are listed here while they are made; keepBlocks then
+      // decides whether the object needs the list.
+      std::array<void*, ObjectOps::kMaxFixedBlocks> onStack;
+      std::unique_ptr<void*[]> onHeap;
+      void** made = onStack.data();
+      if (n > onStack.size())
+        made = (onHeap = std::make_unique<void*[]>(n)).get();
+      else
+        std::fill_n(made, n, nullptr);
+      ObjectOps::allocateBlocks(o, cls, made, ownBlock, &asked);
+      if (layout)
+        ObjectOps::keepBlocks(o, made, o->blockRoomBegin(), o->blockRoomEnd());
+      else
+        ObjectOps::keepBlocks(o, made, nullptr, nullptr);
+    }
   } catch (...) {
     // Never alive: dropping the reference must not run deletion.
     ObjectOps::setState(o, ObjectOps::destroyedBit());

@@ -19,7 +19,7 @@ COSInterface::~COSInterface() {
 // Classes and member objects free their meta data blocks when the last owner
 // lets go; instances override this with full deletion.
 void COSInterface::lastStrongReferenceReleased() {
-  if (blocks_ || (state_ & kFixedBlocks)) ObjectOps::deallocateBlocks(this);
+  if (state_ & (kHeapBlocks | kFixedBlocks)) ObjectOps::deallocateBlocks(this);
 }
 
 void COSInterface::raiseInvalidHandle() { throw foundation::core::except::Error(vcos::msg::InvalidHandle); }
@@ -35,7 +35,17 @@ void* COSInterface::getInstanceData(COSID classId) const noexcept {
 }
 
 void* COSInterface::listedInstanceData(COSID classId) const noexcept {
-  if (!blocks_ && !(state_ & kFixedBlocksGoing)) return nullptr;
+  if (state_ & kFixedBlocksPartial) {
+    // Being made or freed at the fixed offsets: the block at its offset,
+    // unless it is not made yet or gone (an index below blocksGone_).
+    const vcos::internal::ClassTables& t = class_->tables();
+    const std::uint32_t key = classId.entry() ? classId.entry()->blockKey : 0;
+    if (key >= t.offsetByKey.size()) return nullptr;
+    const std::int32_t offset = t.offsetByKey[key];
+    if (!offset || t.indexByKey[key] < blocksGone_) return nullptr;
+    return const_cast<char*>(reinterpret_cast<const char*>(this)) + offset;
+  }
+  if (!(state_ & (kHeapBlocks | kListedBlocks))) return nullptr;
   const vcos::internal::BlockSlot* slot = class_->tables().blockSlot.find(classId);
   return slot ? ObjectOps::blockAt(this, slot->index) : nullptr;
 }

@@ -1,7 +1,9 @@
 // Not installed; internal to the class-object system.
 //
 // The side table of an object, allocated on first use: dynamic properties,
-// values of generic properties, and instance and property listeners. An
+// values of generic properties, instance and property listeners, and the
+// block array of an object whose blocks do not lie at its class's offsets
+// (classes, member objects, the rare instance off the fixed path). An
 // object without any of these pays one null pointer. Side tables come from a
 // slot pool, so those of objects made in a row lie side by side.
 #pragma once
@@ -38,6 +40,10 @@ struct InstanceExtras {
   boost::container::small_vector<StoredValue, 3> values;
   std::vector<ListenerEntry> listeners;
   int propertyListenerCount = 0;
+  // Per ancestry index, the object's blocks (COSInterface::kHeapBlocks),
+  // from ObjectOps::newBlockArray; `blockCount` entries.
+  void** blocks = nullptr;
+  std::uint32_t blockCount = 0;
 
   static void* operator new(std::size_t size);
   static void operator delete(void* p) noexcept;

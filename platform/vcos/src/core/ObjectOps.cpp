@@ -31,6 +31,10 @@ InstanceExtras& ObjectOps::extras(COSInterface* o) {
 void ObjectOps::freeExtras(COSInterface* o) noexcept {
   InstanceExtras* x = std::exchange(o->extras_, nullptr);
   if (!x) return;
+  // A block array whose blocks were never freed (the memory of an object
+  // that never lost a strong reference); the blocks themselves stay.
+  if (x->blocks) freeBlockArray(x->blocks, x->blockCount);
+  o->state_ &= static_cast<unsigned char>(~COSInterface::kHeapBlocks);
   for (StoredValue& v : x->values) {
     try {
       COSDataTypePtr type = v.property->getDataType();
@@ -76,6 +80,47 @@ void ObjectOps::freeBlockArray(void** blocks, std::size_t n) noexcept {
     blockArrayPool(n).release(blocks);
 }
 
+namespace {
+// The innermost scope whose object's blocks are listed (BlockListScope).
+ObjectOps::BlockListScope* innermostList = nullptr;
+
+// The ancestry indices whose class info allocates a block, base first;
+// whether a class info allocates is a quality of the class info.
+const std::vector<std::uint32_t>& allocatingBlocks(ClassTables& t) {
+  if (!t.allocatingBlocksKnown) {
+    t.allocatingBlocks.clear();
+    for (std::size_t i = t.ancestry.size(); i-- > 0;)
+      if (t.ancestry[i]->getClassInfo()->willAllocateData()) t.allocatingBlocks.push_back(static_cast<std::uint32_t>(i));
+    t.allocatingBlocksKnown = true;
+  }
+  return t.allocatingBlocks;
+}
+
+[[gnu::always_inline]] inline void freeBlock(COSInterface* o, COSClass* of, void* block) noexcept {
+  try {
+    of->getClassInfo()->deallocateInstance(o, block);
+  } catch (...) {
+    assert(false && "deallocateInstance must not throw");
+  }
+}
+}  // namespace
+
+ObjectOps::BlockListScope::BlockListScope(COSInterface* o, void** list) noexcept
+    : object_(o), list_(list), outer_(std::exchange(innermostList, this)) {
+  o->state_ |= COSInterface::kListedBlocks;
+}
+
+ObjectOps::BlockListScope::~BlockListScope() {
+  object_->state_ &= static_cast<unsigned char>(~COSInterface::kListedBlocks);
+  innermostList = outer_;
+}
+
+void** ObjectOps::listedBlocks(const COSInterface* o) noexcept {
+  BlockListScope* scope = innermostList;
+  while (scope->object_ != o) scope = scope->outer_;  // the bit says it is there
+  return scope->list_;
+}
+
 void ObjectOps::bindToClass(COSInterface* o, COSClass* cls) {
   o->class_ = cls;
   ClassTables& t = cls->tables();
@@ -83,16 +128,20 @@ void ObjectOps::bindToClass(COSInterface* o, COSClass* cls) {
     t.pendingInstances.push_back(o);
     return;
   }
-  std::size_t n = t.ancestry.size();
+  // No class makes a block: every look-up answers null without an array.
+  if (allocatingBlocks(t).empty()) return;
+  const std::size_t n = t.ancestry.size();
+  InstanceExtras& x = extras(o);
   void** storage = newBlockArray(n);
-  o->state_ |= COSInterface::kHeapBlocks;
   try {
     allocateBlocks(o, cls, storage);
   } catch (...) {
     freeBlockArray(storage, n);
-    o->state_ &= static_cast<unsigned char>(~COSInterface::kHeapBlocks);
     throw;
   }
+  x.blocks = storage;
+  x.blockCount = static_cast<std::uint32_t>(n);
+  o->state_ |= COSInterface::kHeapBlocks;
 }
 
 void ObjectOps::allocateBlocks(COSInterface* o, COSClass* cls, void** storage, void* ownBlock, std::size_t* asked) {
@@ -102,28 +151,44 @@ void ObjectOps::allocateBlocks(COSInterface* o, COSClass* cls, void** storage, v
   ClassTables& t = cls->tables();
   const std::vector<COSClass*>& ancestry = t.ancestry;
   const std::size_t n = ancestry.size();
-  if (!t.allocatingBlocksKnown) {
-    // Whether a class info allocates is a quality of the class info.
-    t.allocatingBlocks.clear();
-    for (std::size_t i = n; i-- > 0;)
-      if (ancestry[i]->getClassInfo()->willAllocateData()) t.allocatingBlocks.push_back(static_cast<std::uint32_t>(i));
-    t.allocatingBlocksKnown = true;
-  }
-  o->blocks_ = storage;
-  for (std::uint32_t i : t.allocatingBlocks) {
+  const std::vector<std::uint32_t>& allocating = allocatingBlocks(t);
+  BlockListScope listed(o, storage);
+  for (std::uint32_t i : allocating) {
     if (i == 0 && ownBlock) continue;
     try {
       storage[i] = ancestry[i]->getClassInfo()->allocateInstance(o);
     } catch (...) {
       for (std::size_t j = i + 1; j < n; ++j)
-        if (void* b = std::exchange(storage[j], nullptr)) ancestry[j]->getClassInfo()->deallocateInstance(o, b);
-      o->blocks_ = nullptr;
+        if (void* b = std::exchange(storage[j], nullptr)) freeBlock(o, ancestry[j], b);
       throw;
     }
   }
   // The class's own block given by the caller goes in last, as if made last.
   if (ownBlock) storage[0] = ownBlock;
   if (asked) *asked = room.asked();
+}
+
+void ObjectOps::freeListedBlocks(COSInterface* o, void** list) noexcept {
+  BlockArenaScope room = roomScope(o);
+  BlockListScope listed(o, list);
+  const std::vector<COSClass*>& ancestry = o->class_->tables().ancestry;
+  for (std::size_t i = 0; i < ancestry.size(); ++i)
+    if (void* b = std::exchange(list[i], nullptr)) freeBlock(o, ancestry[i], b);
+}
+
+void ObjectOps::keepBlockArray(COSInterface* o, void** made, std::size_t n) {
+  void** own = nullptr;
+  try {
+    InstanceExtras& x = extras(o);
+    own = newBlockArray(n);
+    x.blocks = own;
+    x.blockCount = static_cast<std::uint32_t>(n);
+  } catch (...) {
+    freeListedBlocks(o, made);
+    throw;
+  }
+  std::copy(made, made + n, own);
+  o->state_ |= COSInterface::kHeapBlocks;
 }
 
 void ObjectOps::keepBlocks(COSInterface* o, void** made, std::byte* roomBegin, std::byte* roomEnd) {
@@ -144,9 +209,15 @@ void ObjectOps::keepBlocks(COSInterface* o, void** made, std::byte* roomBegin, s
       std::uint32_t keys = 1;
       t.blockSlot.forEach([&](COSID id, const BlockSlot&) { keys = std::max(keys, id.entry()->blockKey + 1); });
       t.offsetByKey.assign(keys, 0);
-      t.blockSlot.forEach([&](COSID id, const BlockSlot& s) { t.offsetByKey[id.entry()->blockKey] = t.blockOffsets[s.index]; });
+      t.indexByKey.assign(keys, 0);
+      t.blockSlot.forEach([&](COSID id, const BlockSlot& s) {
+        t.offsetByKey[id.entry()->blockKey] = t.blockOffsets[s.index];
+        t.indexByKey[id.entry()->blockKey] = static_cast<std::uint8_t>(s.index);
+      });
       t.blockSlot.forEachValue([&](BlockSlot& s) { s.offset = t.blockOffsets[s.index]; });
       t.blockOffsetsKnown = true;
+      o->state_ |= COSInterface::kFixedBlocks;
+      return;
     }
   }
   bool fixed = roomBegin && t.blockOffsetsKnown;
@@ -159,61 +230,95 @@ void ObjectOps::keepBlocks(COSInterface* o, void** made, std::byte* roomBegin, s
     fixed = off == 0;
   }
   if (fixed) {
-    o->blocks_ = nullptr;
     o->state_ |= COSInterface::kFixedBlocks;
     return;
   }
-  void** own = nullptr;
+  keepBlockArray(o, made, n);
+}
+
+[[gnu::always_inline]] inline void ObjectOps::freeFixedBlocks(COSInterface* o, std::size_t end) noexcept {
+  // Each block counts as gone from the start of its release, as with a
+  // block array whose entry is cleared first.
+  const ClassTables& t = o->class_->tables();
+  auto* self = reinterpret_cast<std::byte*>(o);
+  o->state_ = static_cast<unsigned char>((o->state_ & ~COSInterface::kFixedBlocks) | COSInterface::kFixedBlocksPartial);
+  for (std::size_t k = end; k-- > 0;) {
+    const auto [index, offset] = t.fixedBlocks[k];
+    o->blocksGone_ = static_cast<unsigned char>(index + 1);
+    if (offset) freeBlock(o, t.ancestry[index], self + offset);
+  }
+  o->blocksGone_ = 0;
+  o->state_ &= static_cast<unsigned char>(~COSInterface::kFixedBlocksPartial);
+}
+
+void ObjectOps::makeFixedBlocks(COSInterface* o, std::size_t* asked) {
+  BlockArenaScope room = roomScope(o);
+  const ClassTables& t = o->class_->tables();
+  auto* self = reinterpret_cast<std::byte*>(o);
+  const auto& fixed = t.fixedBlocks;  // base first
+  // While they are made, the blocks not made yet (this one and the more
+  // derived ones, below blocksGone_) answer null, as during teardown.
+  o->state_ |= COSInterface::kFixedBlocksPartial;
+  std::size_t k = 0;
+  void* block = nullptr;
   try {
-    own = newBlockArray(n);
+    for (; k < fixed.size(); ++k) {
+      const auto [index, offset] = fixed[k];
+      o->blocksGone_ = static_cast<unsigned char>(index + 1);
+      block = t.ancestry[index]->getClassInfo()->allocateInstance(o);
+      if (block != (offset ? self + offset : nullptr)) break;
+    }
   } catch (...) {
-    deallocateBlocks(o);  // still listed in `made`
+    freeFixedBlocks(o, k);
     throw;
   }
-  std::copy(made, made + n, own);
-  o->blocks_ = own;
-  o->state_ |= COSInterface::kHeapBlocks;
+  o->blocksGone_ = 0;
+  o->state_ &= static_cast<unsigned char>(~COSInterface::kFixedBlocksPartial);
+  if (k == fixed.size()) {
+    o->state_ |= COSInterface::kFixedBlocks;
+    if (asked) *asked = room.asked();
+    return;
+  }
+  // Block k lies off its place: the rest are listed as they come, and the
+  // object keeps them in an array like any instance off the fixed path.
+  const std::size_t n = t.ancestry.size();
+  std::array<void*, kMaxFixedBlocks> list{};  // offsets are known only up to this length
+  for (std::size_t j = 0; j < k; ++j)
+    if (const std::int32_t offset = fixed[j].second) list[fixed[j].first] = self + offset;
+  list[fixed[k].first] = block;
+  {
+    BlockListScope listed(o, list.data());
+    for (++k; k < fixed.size(); ++k) {
+      const std::uint32_t index = fixed[k].first;
+      try {
+        list[index] = t.ancestry[index]->getClassInfo()->allocateInstance(o);
+      } catch (...) {
+        for (std::size_t j = index + 1; j < n; ++j)
+          if (void* b = std::exchange(list[j], nullptr)) freeBlock(o, t.ancestry[j], b);
+        throw;
+      }
+    }
+  }
+  if (asked) *asked = room.asked();
+  keepBlockArray(o, list.data(), n);
 }
 
 void ObjectOps::deallocateBlocks(COSInterface* o) noexcept {
-  if (!o->blocks_ && !(o->state_ & COSInterface::kFixedBlocks)) return;
+  if (!(o->state_ & (COSInterface::kHeapBlocks | COSInterface::kFixedBlocks))) return;
   // Blocks in the room go with the slot; the allocator must not take them.
   BlockArenaScope room = roomScope(o);
   if (o->state_ & COSInterface::kFixedBlocks) {
-    // Most derived first; each block counts as gone from the start of its
-    // release, as with a block array whose entry is cleared first.
-    const ClassTables& t = o->class_->tables();
-    o->state_ = static_cast<unsigned char>((o->state_ & ~COSInterface::kFixedBlocks) | COSInterface::kFixedBlocksGoing);
-    auto* self = reinterpret_cast<std::byte*>(o);
-    for (auto it = t.fixedBlocks.rbegin(); it != t.fixedBlocks.rend(); ++it) {
-      o->blocksGone_ = static_cast<unsigned char>(it->first + 1);
-      if (!it->second) continue;
-      try {
-        t.ancestry[it->first]->getClassInfo()->deallocateInstance(o, self + it->second);
-      } catch (...) {
-        assert(false && "deallocateInstance must not throw");
-      }
-    }
-    o->blocksGone_ = 0;
-    o->state_ &= static_cast<unsigned char>(~COSInterface::kFixedBlocksGoing);
+    freeFixedBlocks(o, o->class_->tables().fixedBlocks.size());  // most derived first
     return;
   }
-  void** blocks = o->blocks_;
+  InstanceExtras* x = o->extras_;
+  void** blocks = x->blocks;
   const std::vector<COSClass*>& ancestry = o->class_->tables().ancestry;
-  for (std::size_t i = 0; i < ancestry.size(); ++i) {
-    if (void* b = std::exchange(blocks[i], nullptr)) {
-      try {
-        ancestry[i]->getClassInfo()->deallocateInstance(o, b);
-      } catch (...) {
-        assert(false && "deallocateInstance must not throw");
-      }
-    }
-  }
-  o->blocks_ = nullptr;
-  if (o->state_ & COSInterface::kHeapBlocks) {
-    freeBlockArray(blocks, ancestry.size());
-    o->state_ &= static_cast<unsigned char>(~COSInterface::kHeapBlocks);
-  }
+  for (std::size_t i = 0; i < ancestry.size(); ++i)
+    if (void* b = std::exchange(blocks[i], nullptr)) freeBlock(o, ancestry[i], b);
+  x->blocks = nullptr;
+  o->state_ &= static_cast<unsigned char>(~COSInterface::kHeapBlocks);
+  freeBlockArray(blocks, std::exchange(x->blockCount, 0));
 }
 
 COSValue* ObjectOps::storedValue(COSInterface* o, const COSPropInfo* p) noexcept {
