@@ -33,6 +33,18 @@ bool listedFetching(COSInterface* child, const COSInterface* ahead, unsigned fla
   return ChildStrategy::isChildHandleVisibleFetching(child, ahead);
 }
 
+vcos::FindobjBlockTest::Answer listedByBlocks(const void* internal, const void* visibility, unsigned flags) noexcept {
+  return static_cast<vcos::FindobjBlockTest::Answer>(
+      ChildStrategy::visibilityOfBlocks(internal, visibility, (flags & kWidened) != 0));
+}
+
+vcos::FindobjBlockTest blockTest(const COSClass* cls) noexcept {
+  vcos::FindobjBlockTest test;
+  test.cls = cls;
+  if (ChildStrategy::visibilityBlockSlots(cls, test.slots[0], test.slots[1])) test.listed = &listedByBlocks;
+  return test;
+}
+
 bool unlisted(COSInterface*, unsigned) { return false; }
 
 void prefetch(const COSInterface* child) noexcept { ChildStrategy::prefetchVisibility(child); }
@@ -45,9 +57,9 @@ vcos::FindobjChildTest childTest(COSClassInfo* info, COSInterface* parent) {
   // (a condition that changes it meanwhile is not seen).
   switch (listingLookup(parent)) {
     case ChildListing::Visible:
-      return {&listed, &prefetch, &listedFetching, 0, true};
+      return {&listed, &prefetch, &listedFetching, 0, true, &blockTest};
     case ChildListing::VisibleWidenedByRoot:
-      return {&listed, &prefetch, &listedFetching, isListingWidenedByRoot() ? kWidened : 0, true};
+      return {&listed, &prefetch, &listedFetching, isListingWidenedByRoot() ? kWidened : 0, true, &blockTest};
     case ChildListing::None:
       return {&unlisted, nullptr, nullptr, 0, true};
     case ChildListing::Built:

@@ -93,7 +93,7 @@ const COSID& internalName() {
   return id;
 }
 
-const VisibilityProps& visibilityPropsOf(const COSInterface* object) {
+const VisibilityProps& visibilityPropsOf(const COSClass* cls) {
   // One thread runs the class-object system. A few entries, picked by the
   // class's address, so that the prefetch a few children ahead and the
   // test of a container of mixed classes do not evict each other.
@@ -102,7 +102,6 @@ const VisibilityProps& visibilityPropsOf(const COSInterface* object) {
   static VisibilityProps cache[8];
   static unsigned generation[8];
   static std::uint64_t epochs[8];
-  const COSClass* cls = object->getClass();
   const std::size_t at = (reinterpret_cast<std::uintptr_t>(cls) >> 6) & 7;
   VisibilityProps& last = cache[at];
   const std::uint64_t epoch = vcos::propertyRouteEpoch();
@@ -128,6 +127,8 @@ const VisibilityProps& visibilityPropsOf(const COSInterface* object) {
   }
   return last;
 }
+
+const VisibilityProps& visibilityPropsOf(const COSInterface* object) { return visibilityPropsOf(object->getClass()); }
 
 // A property of the object: the class's, else one added to the instance.
 const COSPropInfo* propertyOf(const COSInterface* object, const COSPropInfo* ofClass, const COSID& (*name)()) {
@@ -219,6 +220,25 @@ bool visibleWith(COSInterface* child, const VisibilityProps& given) {
 }
 
 }  // namespace
+
+bool ChildStrategy::visibilityBlockSlots(const COSClass* cls, int& internalSlot, int& handleVisibilitySlot) noexcept {
+  if (!cls) return false;
+  const VisibilityProps& props = visibilityPropsOf(cls);
+  // The reader must still be the one installed when the answer is used.
+  if (!props.direct || props.readHandleVisibility != handleVisibilityReader.read) return false;
+  internalSlot = props.internalSlot;
+  handleVisibilitySlot = props.handleVisibilitySlot;
+  return true;
+}
+
+int ChildStrategy::visibilityOfBlocks(const void* graphics, const void* node, bool showHidden) noexcept {
+  // The direct reads of visibleWith; a child shown only during callbacks is
+  // left to the full test, which asks the root.
+  if (graphics && static_cast<const SGHandle*>(static_cast<const SGReference*>(graphics))->getInternal()) return 0;
+  if (showHidden || ShowHiddenHandlesInternal::GetShowHiddenHandlesInternalFlag()) return 1;
+  const unsigned char visibility = node ? handleVisibilityReader.read(node) : 0;
+  return visibility == 0 ? 1 : visibility == 1 ? -1 : 0;
+}
 
 void ChildStrategy::prefetchVisibility(const COSInterface* child) noexcept {
   if (!child || child->isDestroyed()) return;

@@ -12,6 +12,8 @@
 #include "sgutils/tree/DefaultFindobjClassInfo.h"
 #include "vcos/COSDataType.h"  // before COSClass.h: COSDataTypePtr needs it complete
 #include "vcos/COSClass.h"
+#include "vcos/COSListener.h"
+#include "vcos/COSListenerOp.h"
 #include "vcos/COSPropT.h"
 #include "vcos/ObjectCalls.h"
 
@@ -185,6 +187,65 @@ TEST_F(FindobjRoute, OrderIsNewestFirstAndAReorderIsSeen) {
   ASSERT_EQ(found.size(), 4u);
   EXPECT_EQ(found.front(), lines.front().get());
   expectSameBothWays(axes, {"Type", "line"}, 4);
+}
+
+// While nothing but plain reads happen the search follows the chain by
+// plain pointers and answers visibility per class; a get listener on one
+// line is code that may change the tree. It must run for its line (every
+// search), and what it deletes or hides further along the chain, inside
+// and beyond the look-ahead, must be seen, not read from freed or stale
+// memory.
+TEST_F(FindobjRoute, AGetListenerOnOneLineRunsAndTheChainItChangesIsFollowed) {
+  // Only the chain holds the lines, so a deleted one is freed at once.
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  std::vector<COSInterface*> lines;
+  for (int i = 0; i < 20; ++i) lines.push_back(sgclasses::create(sgclasses::kLineClass, axes).get());
+  int reads = 0;
+  COSInterfacePtr listener = COSListener::createListener(COSListenerOp::fromFunction([&](COSInterface*, COSEventData*) {
+    if (++reads > 1) return;
+    for (int i : {11, 5, 0}) lines[i]->deleteObject(COSGetPublicClient());
+    set(COSInterfacePtr(lines[3]), "HandleVisibility", Arr(vxCreateString("off")).get());
+  }));
+  for (COSInterface* line : lines) set(COSInterfacePtr(line), "Tag", Arr(vxCreateString("t")).get());
+  COSPropInfo* tag = lines[12]->getClass()->findPropertyExact(COSID("Tag"));
+  lines[12]->addPropertyListener(COSPropertyEvent::PostGet, tag, COSListener::toListener(listener));
+  std::vector<COSInterface*> expected;
+  for (int i : {19, 18, 17, 16, 15, 14, 13, 12, 10, 9, 8, 7, 6, 4, 2, 1}) expected.push_back(lines[i]);
+  EXPECT_EQ(find(axes, {"Tag", "T"}), expected);
+  EXPECT_EQ(reads, 1);
+  EXPECT_EQ(find(axes, {"Tag", "t"}), expected) << "the listener's line is judged apart each time";
+  EXPECT_EQ(reads, 2);
+  EXPECT_EQ(find(axes, {"Type", "line"}), expected);
+  lines[12]->removePropertyListener(COSPropertyEvent::PostGet, tag, COSListener::toListener(listener));
+  EXPECT_EQ(find(axes, {"Tag", "t"}), expected);
+  EXPECT_EQ(reads, 2);
+}
+
+// The class of a result is the one the objects found share, taken from one
+// object of each class found: the same as asking every element.
+TEST_F(FindobjRoute, AResultTakesTheClassEveryElementWouldGiveIt) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  for (const char* cls : {sgclasses::kLineClass, sgclasses::kTextClass, sgclasses::kLineClass})
+    sgclasses::create(cls, axes);
+  auto search = [&](std::vector<const char*> words) {
+    Arr self(omCreateVCOSScalar(axes));
+    std::vector<Arr> owned;
+    std::vector<const vxArray*> inputs{self.get()};
+    for (const char* w : words) inputs.push_back(owned.emplace_back(vxCreateString(w)).get());
+    vxArray* result = nullptr;
+    EXPECT_TRUE(omCallMethod(COSID("vantel.graphics.Graphics"), "findobj", COSGetPublicClient(), 1, &result,
+                             static_cast<int>(inputs.size()), inputs.data(), true));
+    return Arr(result);
+  };
+  for (const std::vector<const char*>& words :
+       {std::vector<const char*>{"Type", "line"}, {"-not", "Type", "axes"}, {}}) {
+    Arr found = search(words);
+    Arr asked(omCreateVCOSMatrix(vxGetNumberOfElements(found.get()), 1, COSID("handle")));
+    for (std::size_t i = 0; i < vxGetNumberOfElements(found.get()); ++i)
+      omSetArrayElement(asked.get(), i, omGetArrayElement(found.get(), i));
+    omSetClassOfHeterogeneousArray(asked.get());
+    EXPECT_STREQ(vxGetClassName(found.get()), vxGetClassName(asked.get())) << words.size();
+  }
 }
 
 }  // namespace

@@ -17,6 +17,7 @@
 #include "vcos/COSInterfacePtr.h"
 #include "vx/Mprotected_vxArray.h"
 
+class COSClass;
 struct vxArray;
 
 namespace sgutils {
@@ -57,6 +58,15 @@ class SGUTILS_API ChildStrategy {
   // `ahead` (a child a few places on, or null) reads: the answers kept for
   // the class are looked up once when both are of one class.
   static bool isChildHandleVisibleFetching(COSInterface* child, const COSInterface* ahead);
+  // The visibility test as plain reads of two data blocks, for a walk that
+  // finds them by index once per class: the indexes in the blocks of `cls`
+  // (false: the test of that class is not made of plain reads), then the
+  // answer for a live child without run-time properties from those blocks
+  // (null where it has none): 1 visible, 0 not, -1 only
+  // isChildHandleVisible can tell (a child shown during callbacks).
+  // `showHidden`: hidden handles count as visible. Neither runs any code.
+  static bool visibilityBlockSlots(const COSClass* cls, int& internalSlot, int& handleVisibilitySlot) noexcept;
+  static int visibilityOfBlocks(const void* internalBlock, const void* handleVisibilityBlock, bool showHidden) noexcept;
   // A direct read of the "HandleVisibility" that the class `definingClass`
   // keeps in a member of its block (0 on, 1 callback, 2 off), answering what
   // the property's getValue answers, so the visibility test of a walk does

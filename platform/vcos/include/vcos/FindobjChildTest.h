@@ -8,10 +8,26 @@
 
 #include "foundation/PlatformExport.h"
 
+class COSClass;
 class COSClassInfo;
 class COSInterface;
 
 namespace vcos {
+
+// `listed` for the children of one class as a function of two of their data
+// blocks that reads them and nothing else, runs no code and takes no
+// reference: the search finds the blocks by their index in the class's
+// block table (-1: none, handed over as null) and makes no call per child
+// but this one. Used for a live child of that class with no properties
+// added at run time; `listed` serves the others, and a child the blocks
+// cannot answer for (Ask).
+struct FindobjBlockTest {
+  enum Answer : signed char { No = 0, Yes = 1, Ask = -1 };
+  const COSClass* cls = nullptr;  // the class it was made for
+  int slots[2] = {-1, -1};
+  // Null: the class has none.
+  Answer (*listed)(const void* first, const void* second, unsigned flags) noexcept = nullptr;
+};
 
 struct FindobjChildTest {
   // Whether `child`, a child of the parent the test was given for, is listed.
@@ -26,8 +42,12 @@ struct FindobjChildTest {
   // The answer holds for every object of the parent's class during one
   // search, so the search asks once per run of objects of one class.
   bool sameForClass = false;
+  // The block test for children of `cls` (may be null: none for any class).
+  FindobjBlockTest (*blockTest)(const COSClass* cls) noexcept = nullptr;
 };
 
+// Runs no code that could change the tree: the search may hold the children
+// it walks by plain pointers while it asks.
 using FindobjChildTestLookup = FindobjChildTest (*)(COSClassInfo* info, COSInterface* parent);
 
 // Null: every own list is built.

@@ -172,8 +172,11 @@ Query::Query(int nargs, const vxArray* const args[]) {
   stack_.resize(program_.size());
   if (program_.size() == 1 && terms_[0].kind == TermKind::PropertyValue && terms_[0].valueIsText)
     keyed_ = terms_[0].property.get();
-  for (const Term& t : terms_)
+  for (const Term& t : terms_) {
     if (t.property && t.kind != TermKind::HasProperty) readers_.push_back(t.property.get());
+    // Class tests and the look-up of a property name run no code.
+    if (t.kind != TermKind::HasProperty && t.kind != TermKind::Class && t.kind != TermKind::Isa) mayRunCode_ = true;
+  }
 }
 
 Query::~Query() = default;
@@ -186,7 +189,35 @@ bool Query::callsFunctions() const noexcept {
 
 bool Query::readsProperties() const noexcept { return !readers_.empty(); }
 
+bool Query::mayRunCodeFor(COSInterface* object) {
+  if (!mayRunCode_) return false;
+  for (Term& t : terms_) {
+    switch (t.kind) {
+      case TermKind::Function:
+      case TermKind::FunctionOfProperty:
+        return true;
+      case TermKind::PropertyValue:
+      case TermKind::Regexp:
+        if (!t.property->readsWithoutCode(object)) return true;
+        break;
+      case TermKind::HasProperty:
+      case TermKind::Class:
+      case TermKind::Isa:
+        break;
+    }
+  }
+  return false;
+}
+
 bool Query::evaluate(COSInterface* object) {
+  const bool result = run(object);
+  // What knownAnswer keeps per class is made again after code may have run
+  // (the caller asked mayRunCodeFor and held what it walks).
+  if (keyed_ && mayRunCode_) keyed_->forgetKeyPlan();
+  return result;
+}
+
+bool Query::run(COSInterface* object) {
   if (program_.empty()) return true;
   if (program_.size() == 1) return test(terms_[0], object);  // the common single condition
   size_t top = 0;

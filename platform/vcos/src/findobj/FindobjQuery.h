@@ -82,26 +82,37 @@ class Query {
   void prefetch(const COSInterface* object) const noexcept {
     for (const PropertyResolver* p : readers_) p->prefetch(object);
   }
+  // Whether a condition may run code when it tests an object (it reads a
+  // property value, whose get may have listeners or code of its class, or
+  // calls a function).
+  bool mayRunCode() const noexcept { return mayRunCode_; }
+  // The same for the test of one live object: false where every property
+  // the conditions read takes the plain course on it.
+  bool mayRunCodeFor(COSInterface* object);
+  // The answer for a live object where it is known without running any
+  // code (a single condition by text answered by the key of the object's
+  // value); NotApplicable otherwise, and then evaluate answers.
+  PropertyResolver::Typed knownAnswer(COSInterface* object) noexcept {
+    return keyed_ ? keyed_->knownByKey(object) : PropertyResolver::Typed::NotApplicable;
+  }
   // Whether a live object passes the whole expression.
+  bool evaluate(COSInterface* object);
   bool matches(COSInterface* object) {
-    // A single property compared with a text (a search by Type): the answer
-    // kept for the key of the object's value, where there is one.
-    if (keyed_) {
-      const PropertyResolver::Typed t = keyed_->knownByKey(object);
-      if (t != PropertyResolver::Typed::NotApplicable) return t == PropertyResolver::Typed::Equal;
-    }
+    const PropertyResolver::Typed t = knownAnswer(object);
+    if (t != PropertyResolver::Typed::NotApplicable) return t == PropertyResolver::Typed::Equal;
     return evaluate(object);
   }
 
  private:
-  bool evaluate(COSInterface* object);
+  bool run(COSInterface* object);
   bool test(Term& term, COSInterface* object);
 
   std::vector<Term> terms_;
   std::vector<Step> program_;
   std::vector<const PropertyResolver*> readers_;  // of the terms that read values
   std::vector<unsigned char> stack_;  // evaluation scratch, sized once
-  const PropertyResolver* keyed_ = nullptr;  // the one term's property, when it is compared with a text
+  PropertyResolver* keyed_ = nullptr;  // the one term's property, when it is compared with a text
+  bool mayRunCode_ = false;
   double depth_ = std::numeric_limits<double>::infinity();
 };
 

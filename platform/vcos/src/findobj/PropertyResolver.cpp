@@ -51,6 +51,7 @@ PropertyResolver::Resolved PropertyResolver::describe(const COSPropInfo* propert
     r.isAscii = type.getID() == ascii;
     r.isText = r.isAscii || type.getID() == unicode;
   }
+  r.place.bind(cls, r.block);
   r.fetchAhead = r.generic ? r.isText : r.block >= 0;
   if (cls && !r.isArray && property->getDefiningClass())
     r.key = findobjKey(property->getDefiningClass()->getID(), COSID(property->getName()));
@@ -69,14 +70,10 @@ const PropertyResolver::Resolved& PropertyResolver::resolveOther(COSInterface* o
   return dynamic_;
 }
 
-void PropertyResolver::fetchAhead(const COSInterface* object) const noexcept {
-  if (cached_.generic) {
-    if (const internal::InstanceExtras* x = internal::ObjectOps::extrasIfAny(object))
-      for (const internal::StoredValue& v : x->values)
-        if (v.property == cached_.property) return __builtin_prefetch(v.value.asPointer<const void>());
-  } else if (const void* block = internal::ObjectOps::blockAt(object, static_cast<std::size_t>(cached_.block))) {
-    __builtin_prefetch(block);
-  }
+void PropertyResolver::fetchGeneric(const COSInterface* object) const noexcept {
+  if (const internal::InstanceExtras* x = internal::ObjectOps::extrasIfAny(object))
+    for (const internal::StoredValue& v : x->values)
+      if (v.property == cached_.property) return __builtin_prefetch(v.value.asPointer<const void>());
 }
 
 bool PropertyResolver::has(COSInterface* object) { return resolve(object).property != nullptr; }
@@ -104,6 +101,7 @@ void PropertyResolver::forgetKnownValues() noexcept {
   for (KnownValue& k : known_) knownType_->destroy(k.word);
   known_.clear();
   knownKeys_.clear();
+  forgetKeyPlan();
 }
 
 PropertyResolver::Typed PropertyResolver::compareByValue(COSInterface* object, ArrayTest test, const void* context) {
@@ -132,7 +130,7 @@ PropertyResolver::Typed PropertyResolver::byValueOf(const Resolved& r, COSInterf
   // course (no listener or routed get that could answer otherwise).
   const void* key = nullptr;
   if (r.key && r.reader.plainCourse(object) &&
-      r.key(object, blockOf(object, r.block), key)) {
+      r.key(object, r.place.in(object), key)) {
     for (const KnownKey& k : knownKeys_)
       if (k.key == key) return k.result ? Typed::Equal : Typed::NotEqual;
   } else {

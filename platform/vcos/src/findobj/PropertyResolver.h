@@ -17,6 +17,7 @@
 #include "vcos/COSInternedBase.h"
 #include "vcos/COSValue.h"
 #include "vcos/FindobjLender.h"
+#include "vcos/src/findobj/BlockPlace.h"
 #include "vcos/src/core/ObjectOps.h"
 #include "vcos/src/property/SlotReader.h"
 #include "vx/vxTypes.h"
@@ -57,6 +58,14 @@ class PropertyResolver {
   // Whether the object has a property of that name (exact, without regard to
   // case, or by unique prefix where allowed; run-time properties included).
   bool has(COSInterface* object);
+  // Whether a read of the property of `object` runs no code but the class's
+  // own get, which changes nothing: the object has no such property, or its
+  // read takes the plain course (no listeners, no routed get). Resolves the
+  // property.
+  bool readsWithoutCode(COSInterface* object) {
+    const Resolved& r = resolve(object);
+    return !r.property || r.reader.plainCourse(object);
+  }
   // Reads the property; false when the object has none, the public client
   // may not read it, or its value has no array form. `lend`: the array may
   // be the stored one itself, to be compared before any other code runs.
@@ -90,21 +99,27 @@ class PropertyResolver {
   Typed compareWithText(COSInterface* object, std::u16string_view folded, const std::string* asciiFolded,
                         ArrayTest test, const void* context);
   // The answer compareByValue (or compareWithText) kept for the key of the
-  // object's value, where the object is of the class met last, its read
-  // would take the plain course and its key is among those answered
-  // already; NotApplicable otherwise (the caller then compares as usual).
-  // Runs no code but the key function; the common answer of a search by
-  // Type, made without the calls of the general comparison.
-  Typed knownByKey(COSInterface* object) const noexcept {
-    if (knownKeys_.empty() || object->getClass() != cachedClass_ || !cached_.key ||
-        knownProperty_ != cached_.property || !cached_.reader.plainCourse(object))
-      return Typed::NotApplicable;
+  // object's value, where its read would take the plain course and its key
+  // is among those answered already; NotApplicable otherwise (the caller
+  // then compares as usual). Runs no code but the key function; the common
+  // answer of a search by Type, made without the calls of the general
+  // comparison. What holds for every object of a class (the property, its
+  // slot and access, the block and the key function) is asked once per run
+  // of objects of one class, and kept until forgetKeyPlan: only whether
+  // the object has property listeners is asked per object.
+  Typed knownByKey(COSInterface* object) noexcept {
+    if ((object->getClass() != keyPlan_.cls || !keyPlan_.cls) && !planKey(object)) return Typed::NotApplicable;
+    const internal::InstanceExtras* x = internal::ObjectOps::extrasIfAny(object);
+    if (x && x->propertyListenerCount > 0) return Typed::NotApplicable;
     const void* key = nullptr;
-    if (!cached_.key(object, blockOf(object, cached_.block), key)) return Typed::NotApplicable;
+    if (!keyPlan_.key(object, keyPlan_.block.in(object), key)) return Typed::NotApplicable;
     for (const KnownKey& k : knownKeys_)
       if (k.key == key) return k.result ? Typed::Equal : Typed::NotEqual;
     return Typed::NotApplicable;
   }
+  // Drops what knownByKey keeps per class, after code ran that may have
+  // changed it (a listener, a routed get, a function).
+  void forgetKeyPlan() noexcept { keyPlan_.cls = nullptr; }
 
   // A hint for an object to be read soon: starts fetching the memory where
   // the property of the class met last keeps its value when that lies
@@ -113,7 +128,9 @@ class PropertyResolver {
   // fetched in order by the processor already. Reads no value and runs no
   // code; objects of other classes are left alone.
   void prefetch(const COSInterface* object) const noexcept {
-    if (cached_.fetchAhead && object->getClass() == cachedClass_) fetchAhead(object);
+    if (!cached_.fetchAhead || object->getClass() != cachedClass_) return;
+    if (cached_.generic) return fetchGeneric(object);
+    if (const void* block = cached_.place.in(object)) __builtin_prefetch(block);
   }
 
  private:
@@ -126,14 +143,12 @@ class PropertyResolver {
     COSTypeConversion* toArray = nullptr;    // otherwise, the conversion to "any"
     bool generic = false;                    // a plain COSPropT: the value is in the generic store
     int block = -1;                          // else the slot of the defining class's block, if any
+    BlockPlace place;                        // where that block lies
     bool fetchAhead = false;                 // prefetch has something to fetch
     FindobjKey key = nullptr;                // keys for the values, where the defining library gives them
   };
-  void fetchAhead(const COSInterface* object) const noexcept;
-  // The object's block at `slot` of its class (-1: none), or null.
-  static const void* blockOf(const COSInterface* object, int slot) noexcept {
-    return slot < 0 ? nullptr : internal::ObjectOps::blockAt(object, static_cast<std::size_t>(slot));
-  }
+  // prefetch of a value in the generic store.
+  void fetchGeneric(const COSInterface* object) const noexcept;
   // The compared value in the type of one property.
   struct TypedValue {
     const COSPropInfo* property = nullptr;
@@ -163,6 +178,23 @@ class PropertyResolver {
     bool result;
   };
   void forgetKnownValues() noexcept;
+  // Makes the class answers of knownByKey for the class of `object`; false
+  // where they do not hold (then none are kept).
+  bool planKey(const COSInterface* object) noexcept {
+    keyPlan_.cls = nullptr;
+    if (knownKeys_.empty() || !object->getClass() || object->getClass() != cachedClass_ || !cached_.key ||
+        knownProperty_ != cached_.property || !cached_.reader.plainCourse(object))
+      return false;
+    // plainCourse held for this object, so its parts that hold for the
+    // class hold for every object of it.
+    keyPlan_ = {cachedClass_, cached_.place, cached_.key};
+    return true;
+  }
+  struct KeyPlan {
+    const COSClass* cls = nullptr;  // null: none
+    BlockPlace block;
+    FindobjKey key = nullptr;
+  };
   // compareByValue past the keys: reads the value and tests it.
   bool compareValue(const Resolved& r, COSInterface* object, ArrayTest test, const void* context);
 
@@ -176,6 +208,7 @@ class PropertyResolver {
   bool keepKnown_ = false;
   std::vector<KnownValue> known_;
   std::vector<KnownKey> knownKeys_;
+  KeyPlan keyPlan_;
 };
 
 }  // namespace vcos::search
