@@ -137,8 +137,9 @@ class Walk {
   bool matches(COSInterface* object) {
     const search::PropertyResolver::Typed known = query_.knownAnswer(object);
     if (known != search::PropertyResolver::Typed::NotApplicable) return known == search::PropertyResolver::Typed::Equal;
-    if (query_.mayRunCodeFor(object)) pin();
-    return query_.evaluate(object);
+    const bool code = query_.mayRunCodeFor(object);
+    if (code) pin();
+    return query_.evaluate(object, code);
   }
 
   COSInterface* nextInList(Frame& f) {

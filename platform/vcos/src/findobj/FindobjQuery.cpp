@@ -189,8 +189,9 @@ bool Query::callsFunctions() const noexcept {
 
 bool Query::readsProperties() const noexcept { return !readers_.empty(); }
 
-bool Query::mayRunCodeFor(COSInterface* object) {
-  if (!mayRunCode_) return false;
+bool Query::mayRunCodeForOther(COSInterface* object) {
+  codeFreeClass_ = nullptr;
+  bool forClass = true;
   for (Term& t : terms_) {
     switch (t.kind) {
       case TermKind::Function:
@@ -198,7 +199,15 @@ bool Query::mayRunCodeFor(COSInterface* object) {
         return true;
       case TermKind::PropertyValue:
       case TermKind::Regexp:
-        if (!t.property->readsWithoutCode(object)) return true;
+        switch (t.property->readsWithoutCode(object)) {
+          case PropertyResolver::CodeFree::No:
+            return true;
+          case PropertyResolver::CodeFree::Object:
+            forClass = false;
+            break;
+          case PropertyResolver::CodeFree::Class:
+            break;
+        }
         break;
       case TermKind::HasProperty:
       case TermKind::Class:
@@ -206,14 +215,17 @@ bool Query::mayRunCodeFor(COSInterface* object) {
         break;
     }
   }
+  if (forClass) codeFreeClass_ = object->getClass();
   return false;
 }
 
-bool Query::evaluate(COSInterface* object) {
+bool Query::evaluate(COSInterface* object, bool codeMayRun) {
   const bool result = run(object);
-  // What knownAnswer keeps per class is made again after code may have run
-  // (the caller asked mayRunCodeFor and held what it walks).
-  if (keyed_ && mayRunCode_) keyed_->forgetKeyPlan();
+  // What is kept per class is made again after code may have run.
+  if (codeMayRun && mayRunCode_) {
+    if (keyed_) keyed_->forgetKeyPlan();
+    codeFreeClass_ = nullptr;
+  }
   return result;
 }
 

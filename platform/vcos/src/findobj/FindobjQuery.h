@@ -88,15 +88,26 @@ class Query {
   bool mayRunCode() const noexcept { return mayRunCode_; }
   // The same for the test of one live object: false where every property
   // the conditions read takes the plain course on it.
-  bool mayRunCodeFor(COSInterface* object);
+  // The class's part of the answer is kept until code runs, so a run of
+  // objects of one class asks only whether each has property listeners.
+  bool mayRunCodeFor(COSInterface* object) {
+    if (!mayRunCode_) return false;
+    if (object->getClass() == codeFreeClass_ && codeFreeClass_) {
+      const internal::InstanceExtras* x = internal::ObjectOps::extrasIfAny(object);
+      return x && x->propertyListenerCount > 0;
+    }
+    return mayRunCodeForOther(object);
+  }
   // The answer for a live object where it is known without running any
   // code (a single condition by text answered by the key of the object's
   // value); NotApplicable otherwise, and then evaluate answers.
   PropertyResolver::Typed knownAnswer(COSInterface* object) noexcept {
     return keyed_ ? keyed_->knownByKey(object) : PropertyResolver::Typed::NotApplicable;
   }
-  // Whether a live object passes the whole expression.
-  bool evaluate(COSInterface* object);
+  // Whether a live object passes the whole expression. `codeMayRun`: as
+  // mayRunCodeFor answered for it (true where not asked); what is kept per
+  // class is then made again after.
+  bool evaluate(COSInterface* object, bool codeMayRun = true);
   bool matches(COSInterface* object) {
     const PropertyResolver::Typed t = knownAnswer(object);
     if (t != PropertyResolver::Typed::NotApplicable) return t == PropertyResolver::Typed::Equal;
@@ -104,6 +115,7 @@ class Query {
   }
 
  private:
+  bool mayRunCodeForOther(COSInterface* object);
   bool run(COSInterface* object);
   bool test(Term& term, COSInterface* object);
 
@@ -113,6 +125,7 @@ class Query {
   std::vector<unsigned char> stack_;  // evaluation scratch, sized once
   PropertyResolver* keyed_ = nullptr;  // the one term's property, when it is compared with a text
   bool mayRunCode_ = false;
+  const COSClass* codeFreeClass_ = nullptr;  // whose reads take the plain course, until code runs
   double depth_ = std::numeric_limits<double>::infinity();
 };
 

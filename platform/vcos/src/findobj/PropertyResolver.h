@@ -62,9 +62,17 @@ class PropertyResolver {
   // own get, which changes nothing: the object has no such property, or its
   // read takes the plain course (no listeners, no routed get). Resolves the
   // property.
-  bool readsWithoutCode(COSInterface* object) {
+  // Class: the property is the class's and its read takes the plain course
+  // on `object`, so it does on every object of the class that has no
+  // property listeners (the only part of the plain course asked per
+  // object); Object: it does on this one (it has no such property); No:
+  // the read may run code.
+  enum class CodeFree : unsigned char { Class, Object, No };
+  CodeFree readsWithoutCode(COSInterface* object) {
     const Resolved& r = resolve(object);
-    return !r.property || r.reader.plainCourse(object);
+    if (!r.property) return CodeFree::Object;
+    if (!r.reader.plainCourse(object)) return CodeFree::No;
+    return &r == &cached_ ? CodeFree::Class : CodeFree::Object;
   }
   // Reads the property; false when the object has none, the public client
   // may not read it, or its value has no array form. `lend`: the array may
