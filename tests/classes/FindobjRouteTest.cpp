@@ -203,14 +203,15 @@ TEST_F(FindobjRoute, AGetListenerOnOneLineRunsAndTheChainItChangesIsFollowed) {
   int reads = 0;
   COSInterfacePtr listener = COSListener::createListener(COSListenerOp::fromFunction([&](COSInterface*, COSEventData*) {
     if (++reads > 1) return;
-    for (int i : {11, 5, 0}) lines[i]->deleteObject(COSGetPublicClient());
-    set(COSInterfacePtr(lines[3]), "HandleVisibility", Arr(vxCreateString("off")).get());
+    // 11 comes next, 3 is looked ahead at by then, 0 lies beyond.
+    for (int i : {11, 5, 3, 0}) lines[i]->deleteObject(COSGetPublicClient());
+    set(COSInterfacePtr(lines[4]), "HandleVisibility", Arr(vxCreateString("off")).get());
   }));
   for (COSInterface* line : lines) set(COSInterfacePtr(line), "Tag", Arr(vxCreateString("t")).get());
   COSPropInfo* tag = lines[12]->getClass()->findPropertyExact(COSID("Tag"));
   lines[12]->addPropertyListener(COSPropertyEvent::PostGet, tag, COSListener::toListener(listener));
   std::vector<COSInterface*> expected;
-  for (int i : {19, 18, 17, 16, 15, 14, 13, 12, 10, 9, 8, 7, 6, 4, 2, 1}) expected.push_back(lines[i]);
+  for (int i : {19, 18, 17, 16, 15, 14, 13, 12, 10, 9, 8, 7, 6, 2, 1}) expected.push_back(lines[i]);
   EXPECT_EQ(find(axes, {"Tag", "T"}), expected);
   EXPECT_EQ(reads, 1);
   EXPECT_EQ(find(axes, {"Tag", "t"}), expected) << "the listener's line is judged apart each time";
@@ -219,6 +220,29 @@ TEST_F(FindobjRoute, AGetListenerOnOneLineRunsAndTheChainItChangesIsFollowed) {
   lines[12]->removePropertyListener(COSPropertyEvent::PostGet, tag, COSListener::toListener(listener));
   EXPECT_EQ(find(axes, {"Tag", "t"}), expected);
   EXPECT_EQ(reads, 2);
+}
+
+// A get listener that deletes the very line being read and makes new
+// objects that may take its memory: the walk must not follow the links of
+// whatever lies there now. The line was found before it went, and the
+// chain it was taken out of ends there, as for any child taken out of the
+// chain while it is visited.
+TEST_F(FindobjRoute, AGetListenerDeletingItsOwnLineEndsTheChainThere) {
+  COSInterfacePtr axes = sgclasses::currentAxes(true);
+  std::vector<COSInterface*> lines;
+  for (int i = 0; i < 12; ++i) lines.push_back(sgclasses::create(sgclasses::kLineClass, axes).get());
+  for (COSInterface* line : lines) set(COSInterfacePtr(line), "Tag", Arr(vxCreateString("t")).get());
+  bool done = false;
+  COSInterfacePtr listener = COSListener::createListener(COSListenerOp::fromFunction([&](COSInterface*, COSEventData*) {
+    if (std::exchange(done, true)) return;
+    lines[6]->deleteObject(COSGetPublicClient());
+    for (int i = 0; i < 4; ++i) sgclasses::create(sgclasses::kTextClass, axes);
+  }));
+  COSPropInfo* tag = lines[6]->getClass()->findPropertyExact(COSID("Tag"));
+  lines[6]->addPropertyListener(COSPropertyEvent::PostGet, tag, COSListener::toListener(listener));
+  const std::vector<COSInterface*> found = find(axes, {"Tag", "t"});
+  EXPECT_EQ(found.size(), 6u);
+  for (std::size_t i = 0; i < found.size(); ++i) EXPECT_EQ(found[i], lines[11 - i]);
 }
 
 // The class of a result is the one the objects found share, taken from one
