@@ -79,7 +79,7 @@ class Walk {
         pinned_(query.callsFunctions()),
         lookahead_(query.readsProperties() ? &query : nullptr) {}
 
-  // Whether code ran that may have changed the tree.
+  // Whether code may have run that changed the tree.
   bool pinned() const noexcept { return pinned_; }
   // One object found of each class found, in the order first met.
   const std::vector<COSInterfacePtr>& foundClasses() const noexcept { return foundClasses_; }
@@ -101,8 +101,8 @@ class Walk {
 
  private:
   // Before anything that may run code: from now on the frames hold the
-  // children they walk, and the objects found are held, so that code which
-  // deletes or moves objects leaves no pointer dangling.
+  // children they walk (the objects found are always held), so that code
+  // which deletes or moves objects leaves no pointer dangling.
   void pin() {
     if (!pinned_) {
       pinned_ = true;
