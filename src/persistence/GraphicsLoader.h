@@ -46,9 +46,11 @@ class GraphicsLoader {
   void makeObjects(std::span<const vxSavedObjectHead> heads);
   vxArray* makeObjectArray(const std::string& className, std::span<const vxSize> dims,
                            std::span<const std::int64_t> indexes);
-  void setFields(const vxSavedDocument& document);
-  void hookChildren(const vxSavedDocument& document);
-  void placeTopLevel(const vxSavedDocument& document);
+  // Sets the values of the record at `index` as soon as it is read, and
+  // keeps its child list.
+  void setFields(std::size_t index, std::vector<vxNamedValue>& fields);
+  void hookChildren();
+  void placeTopLevel();
   void runLoadSteps();
   void keepCurrentObjectsOf(const COSInterfacePtr& holder);
   void restoreCurrentObjects() noexcept;
@@ -77,6 +79,9 @@ class GraphicsLoader {
   // By table index: the saved elements of an object whose class takes them
   // in itself (a struct handed to its customLoad), else null.
   std::vector<matrix::unique_vxArray> elements_;
+  // By table index: the saved child lists, kept from a record's reading until the trees are hooked.
+  std::vector<std::vector<matrix::unique_vxArray>> childLists_;
+  std::size_t records_ = 0;  // records of the object table; the saved forms follow them
   bool done_ = false;
 };
 

@@ -817,10 +817,12 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
   reader.objectCount = heads.size();
   c.seek(valuesAt);
   out.values = readEntries(c, reader);
-  out.objects.reserve(table.size);
+  if (!options.takeObject) out.objects.reserve(table.size);
   for (std::uint32_t i = 0; i < table.size; ++i) {
     c.seek(fieldsAt[i]);
-    out.objects.push_back({std::move(heads[i]), readEntries(c, reader)});
+    std::vector<vxNamedValue> fields = readEntries(c, reader);
+    if (options.takeObject) options.takeObject(i, fields);
+    else out.objects.push_back({std::move(heads[i]), std::move(fields)});
   }
   out.forms.reserve(formCount);
   for (std::uint32_t i = 0; i < formCount; ++i) {
