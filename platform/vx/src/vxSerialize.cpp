@@ -11,9 +11,11 @@
 #include <bit>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <memory>
+#include <new>
 #include <set>
 
 #define MSGPACK_NO_BOOST 1
@@ -98,7 +100,45 @@ std::size_t realElementBytes(int c) {
 
 // ---- writing ----
 
-using Packer = msgpack::packer<msgpack::sbuffer>;
+// The bytes being written. Appending is inline, so that the packer's small
+// writes of known sizes become plain stores; the room doubles when full.
+class ByteSink {
+ public:
+  ByteSink() : data_(static_cast<char*>(std::malloc(kFirstRoom))), room_(kFirstRoom) {
+    if (!data_) throw std::bad_alloc();
+  }
+  ByteSink(const ByteSink&) = delete;
+  ByteSink& operator=(const ByteSink&) = delete;
+
+  void write(const char* bytes, std::size_t n) {
+    if (room_ - size_ < n) grow(n);
+    std::memcpy(data_.get() + size_, bytes, n);
+    size_ += n;
+  }
+  char* data() { return data_.get(); }
+  const char* data() const { return data_.get(); }
+  std::size_t size() const { return size_; }
+
+ private:
+  static constexpr std::size_t kFirstRoom = 8192;
+  struct Free {
+    void operator()(char* p) const { std::free(p); }
+  };
+  [[gnu::noinline]] void grow(std::size_t n) {
+    std::size_t room = room_ * 2;
+    while (room - size_ < n) room *= 2;
+    char* grown = static_cast<char*>(std::realloc(data_.get(), room));
+    if (!grown) throw std::bad_alloc();
+    (void)data_.release();
+    data_.reset(grown);
+    room_ = room;
+  }
+  std::unique_ptr<char, Free> data_;
+  std::size_t room_;
+  std::size_t size_ = 0;
+};
+
+using Packer = msgpack::packer<ByteSink>;
 
 // Set while packing when a function handle with captured variables was
 // written, which needs version 3.
@@ -574,7 +614,7 @@ RawBody unframe(std::span<const std::uint8_t> bytes, std::uint32_t& versionOut) 
 
 namespace {
 
-std::vector<std::uint8_t> frame(const msgpack::sbuffer& buffer, std::uint32_t version) {
+std::vector<std::uint8_t> frame(const ByteSink& buffer, std::uint32_t version) {
   if (buffer.size() > kMaxRawBytes) throw Error("VANTEL:vx:serialize:TooLarge");
   std::span<const std::uint8_t> raw(reinterpret_cast<const std::uint8_t*>(buffer.data()), buffer.size());
   // The compressed bytes go straight behind the header; the buffer is not
@@ -628,7 +668,7 @@ std::vector<vxNamedValue> readEntries(Cursor& c, const Reader& reader) {
 }  // namespace
 
 std::vector<std::uint8_t> vxSerializeValues(std::span<const std::pair<std::string, const vxArray*>> values) {
-  msgpack::sbuffer buffer;
+  ByteSink buffer;
   Packer pk(buffer);
   tCapturesWritten = false;
   packEntries(pk, values, nullptr);
@@ -640,7 +680,7 @@ std::vector<std::uint8_t> vxSerializeValues(std::span<const std::pair<std::strin
 struct vxDocumentWriter::State {
   explicit State(const vxWriteOptions& o) : options(o), pk(buffer) {}
   vxWriteOptions options;
-  msgpack::sbuffer buffer;
+  ByteSink buffer;
   Packer pk;
   std::size_t remaining = 0;
   bool captures = false;  // a handle with captured variables was written: version 3
@@ -689,7 +729,7 @@ void vxDocumentWriter::addObject(std::string_view className, std::int64_t madeBy
 void vxDocumentWriter::addSavedForm(std::string_view className, std::string_view typeName, const vxArray* form) {
   if (state_->remaining != 0) throw Error("VANTEL:vx:serialize:Corrupt", "a saved form before the last record");
   if (!form) throw Error("VANTEL:vx:serialize:Corrupt", "a saved form without a value");
-  msgpack::sbuffer& buffer = state_->buffer;
+  ByteSink& buffer = state_->buffer;
   if (state_->forms == 0) {
     // The list's count is not known yet: an array32 head, filled in later.
     state_->formsCountAt = buffer.size() + 1;
@@ -724,7 +764,7 @@ std::vector<std::uint8_t> vxDocumentWriter::finish() {
 std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::string, const vxArray*>> values,
                                               std::span<const vxSavedObjectView> objects,
                                               const vxWriteOptions& options) {
-  msgpack::sbuffer buffer;
+  ByteSink buffer;
   Packer pk(buffer);
   tCapturesWritten = false;
   pk.pack_array(2);
