@@ -263,10 +263,6 @@ struct Item {
   const char* ptr = nullptr;
 };
 
-// Containers nested deeper than this are refused: values nest at most
-// kMaxDepth deep, two containers per level, inside the body's own lists.
-constexpr std::size_t kMaxContainerDepth = kMaxDepth * 2 + 8;
-
 [[noreturn]] void malformed() { corrupt("the body is not well-formed"); }
 
 class Cursor {
@@ -312,13 +308,33 @@ class Cursor {
     return it;
   }
 
-  // Passes over one whole element, checking it as next() does.
-  void skip(std::size_t depth) {
-    const Item it = next();
-    if (it.kind != Kind::Array && it.kind != Kind::Map) return;
-    if (depth + 1 > kMaxContainerDepth) malformed();
-    const std::uint64_t n = it.kind == Kind::Map ? std::uint64_t{it.size} * 2 : it.size;
-    for (std::uint64_t i = 0; i < n; ++i) skip(depth + 1);
+  // Passes over one whole element, checking every head and length as
+  // next() does. The elements still to pass are counted rather than
+  // recursed into: nesting is limited where values are read.
+  void skip() {
+    std::uint64_t pending = 1;
+    while (pending > 0) {
+      --pending;
+      if (p_ == end_) malformed();
+      const std::uint8_t b = *p_;
+      if (b <= 0x7f || b == 0xc0 || b == 0xc2 || b == 0xc3) {
+        ++p_;
+      } else if ((b & 0xf0) == 0x90) {
+        ++p_;
+        pending += b & 0x0f;
+        if (static_cast<std::uint64_t>(end_ - p_) < pending) malformed();  // a byte at least each
+      } else if ((b & 0xe0) == 0xa0) {
+        ++p_;
+        const std::uint8_t n = b & 0x1f;
+        if (static_cast<std::size_t>(end_ - p_) < n) malformed();
+        p_ += n;
+      } else {
+        const Item it = next();
+        if (it.kind == Kind::Array) pending += it.size;
+        else if (it.kind == Kind::Map) pending += std::uint64_t{it.size} * 2;
+        if (static_cast<std::uint64_t>(end_ - p_) < pending) malformed();
+      }
+    }
   }
 
  private:
@@ -790,7 +806,7 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
   vxSavedDocument out;
   if (version == 1) {
     // The whole body is checked before any value is made.
-    c.skip(0);
+    c.skip();
     if (!c.atEnd()) corrupt("bytes follow the saved values");
     c.seek(0);
     out.values = readEntries(c, reader);
@@ -804,7 +820,7 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
   if (top.kind != Kind::Array || top.size < 2 || top.size > (version >= 4 ? 3u : 2u))
     corrupt("the body is not values and objects");
   const std::size_t valuesAt = c.offset();
-  c.skip(1);
+  c.skip();
   const Item table = c.next();
   if (table.kind != Kind::Array) corrupt("the object table is not a list");
   std::vector<vxSavedObjectHead> heads;
@@ -826,7 +842,7 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
     fieldsAt.push_back(c.offset());
     if (c.next().kind != Kind::Array) corrupt("an object's values are not a list");
     c.seek(fieldsAt.back());
-    c.skip(3);
+    c.skip();
     heads.push_back(std::move(head));
   }
   // Each saved form: [class, data type name, value].
@@ -845,7 +861,7 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
       if (type.kind != Kind::Str || type.size > kMaxNameBytes) corrupt("a saved form's type is not text");
       head.savedForm = true;
       formTypes.emplace_back(std::string(type.ptr, type.size), c.offset());
-      c.skip(3);
+      c.skip();
       heads.push_back(std::move(head));
     }
   }
