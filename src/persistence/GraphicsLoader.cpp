@@ -315,12 +315,36 @@ void GraphicsLoader::setFields(std::size_t i, std::vector<vxNamedValue>& fields)
     if (modes_[f] == kChildren) childLists_[i].push_back(std::move(fields[f].value));
 }
 
+std::size_t GraphicsLoader::IndexByObject::slotOf(const COSInterface* object) const noexcept {
+  // Objects are at least 16 bytes apart: the low bits carry nothing.
+  const auto key = reinterpret_cast<std::uintptr_t>(object) >> 4;
+  return static_cast<std::size_t>(key * 0x9e3779b97f4a7c15ULL) & mask_;
+}
+
+void GraphicsLoader::IndexByObject::build(const std::vector<COSInterfacePtr>& objects) {
+  std::size_t size = 16;
+  while (size < objects.size() * 2) size *= 2;
+  slots_.assign(size, {nullptr, npos});
+  mask_ = size - 1;
+  for (std::size_t i = 0; i < objects.size(); ++i) {
+    const COSInterface* object = objects[i].get();
+    std::size_t at = slotOf(object);
+    while (slots_[at].first && slots_[at].first != object) at = (at + 1) & mask_;
+    if (!slots_[at].first) slots_[at] = {object, i};
+  }
+}
+
+std::size_t GraphicsLoader::IndexByObject::find(const COSInterface* object) const noexcept {
+  if (slots_.empty() || !object) return npos;
+  for (std::size_t at = slotOf(object);; at = (at + 1) & mask_) {
+    if (slots_[at].first == object) return slots_[at].second;
+    if (!slots_[at].first) return npos;
+  }
+}
+
 void GraphicsLoader::hookChildren() {
   // Made once; the load steps find the objects of a parent's pass in it too.
-  std::unordered_map<const COSInterface*, std::size_t>& indexOf = indexOf_;
-  indexOf.clear();
-  indexOf.reserve(objects_.size());
-  for (std::size_t i = 0; i < objects_.size(); ++i) indexOf.emplace(objects_[i].get(), i);
+  indexOf_.build(objects_);
   std::vector<bool> hooked(objects_.size(), false);
   children_.assign(objects_.size(), {});
   for (std::size_t i = 0; i < records_; ++i)
@@ -332,14 +356,13 @@ void GraphicsLoader::hookChildren() {
       // Oldest first: each hooked child becomes the newest.
       for (std::size_t k = 0; k < n; ++k) {
         const COSInterfacePtr child = omGetLiveArrayElement(list, k);
-        auto found = child ? indexOf.find(child.get()) : indexOf.end();
+        const std::size_t found = child ? indexOf_.find(child.get()) : IndexByObject::npos;
         // The table lists parents before children, so a child after its
         // parent cannot be its own ancestor.
-        if (found == indexOf.end() || found->second <= i || found->second >= records_ || hooked[found->second] ||
-            madeBy_[found->second] >= 0)
+        if (found == IndexByObject::npos || found <= i || found >= records_ || hooked[found] || madeBy_[found] >= 0)
           throw Error("VANTEL:sg:load:BadChildren");
-        hooked[found->second] = true;
-        children_[i].push_back(found->second);
+        hooked[found] = true;
+        children_[i].push_back(found);
         parent.setOn(child);
       }
     }
@@ -432,9 +455,9 @@ vxArray* objectsAt(const std::vector<COSInterfacePtr>& objects, const std::vecto
 vxArray* GraphicsLoader::deserializedChildrenOf(const COSInterface* object) {
   const GraphicsLoader* loader = activeLoader;
   if (!loader || !object) return nullptr;
-  auto found = loader->indexOf_.find(object);
-  if (found == loader->indexOf_.end()) return nullptr;
-  const std::vector<std::size_t>& children = loader->children_[found->second];
+  const std::size_t found = loader->indexOf_.find(object);
+  if (found == IndexByObject::npos) return nullptr;
+  const std::vector<std::size_t>& children = loader->children_[found];
   if (children.empty()) {
     // Most loaded objects are leaves: each gets a shared copy of one kept
     // empty list rather than a new one.
@@ -451,9 +474,9 @@ vxArray* GraphicsLoader::deserializedChildrenOf(const COSInterface* object) {
 vxArray* GraphicsLoader::deserializedPartsOf(const COSInterface* object) {
   const GraphicsLoader* loader = activeLoader;
   if (!loader || !object) return nullptr;
-  auto found = loader->indexOf_.find(object);
-  if (found == loader->indexOf_.end() || loader->parts_[found->second].empty()) return nullptr;
-  return objectsAt(loader->objects_, loader->parts_[found->second]);
+  const std::size_t found = loader->indexOf_.find(object);
+  if (found == IndexByObject::npos || loader->parts_[found].empty()) return nullptr;
+  return objectsAt(loader->objects_, loader->parts_[found]);
 }
 
 // The class system's load step for every object, children before their

@@ -72,7 +72,20 @@ class GraphicsLoader {
   std::vector<std::size_t> topLevel_;
   std::vector<std::vector<std::size_t>> children_;  // loaded children by index, in saved order
   std::vector<std::vector<std::size_t>> parts_;     // parts by their owner's index, in table order
-  std::unordered_map<const COSInterface*, std::size_t> indexOf_;  // made object -> its index
+  // Made object -> its table index, the first where one comes twice: open
+  // addressing over one table for the whole load, with no node per object.
+  class IndexByObject {
+   public:
+    static constexpr std::size_t npos = ~std::size_t{0};
+    void build(const std::vector<COSInterfacePtr>& objects);
+    std::size_t find(const COSInterface* object) const noexcept;
+
+   private:
+    std::size_t slotOf(const COSInterface* object) const noexcept;
+    std::vector<std::pair<const COSInterface*, std::size_t>> slots_;
+    std::size_t mask_ = 0;
+  };
+  IndexByObject indexOf_;
   std::vector<const COSPropInfo*> properties_;  // one object's fields' properties, reused
   std::vector<unsigned char> modes_;            // each one's kind: value, mode, child list or defaults; reused
   std::vector<KeptCurrent> keptCurrent_;    // set back when the load fails

@@ -667,17 +667,23 @@ std::string nameOf(const Item& o, const char* what) {
   return std::string(o.ptr, o.size);
 }
 
-// A list of [name, value] entries at the cursor.
-std::vector<vxNamedValue> readEntries(Cursor& c, const Reader& reader) {
+// A list of [name, value] entries at the cursor, into `out`, which is
+// emptied first.
+void readEntriesInto(Cursor& c, const Reader& reader, std::vector<vxNamedValue>& out) {
   const Item list = c.next();
   if (list.kind != Kind::Array) corrupt("the body is not a list of values");
-  std::vector<vxNamedValue> out;
+  out.clear();
   out.reserve(list.size);
   for (std::uint32_t i = 0; i < list.size; ++i) {
     Reader::expectArray(c.next(), 2, "an entry is not a name and a value");
     std::string name = nameOf(c.next(), "a value's name is not text");
     out.push_back({std::move(name), reader.value(c, 0)});
   }
+}
+
+std::vector<vxNamedValue> readEntries(Cursor& c, const Reader& reader) {
+  std::vector<vxNamedValue> out;
+  readEntriesInto(c, reader, out);
   return out;
 }
 
@@ -874,11 +880,16 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
   c.seek(valuesAt);
   out.values = readEntries(c, reader);
   if (!options.takeObject) out.objects.reserve(table.size);
+  // Records handed over one at a time are read into one list, reused.
+  std::vector<vxNamedValue> taken;
   for (std::uint32_t i = 0; i < table.size; ++i) {
     c.seek(fieldsAt[i]);
-    std::vector<vxNamedValue> fields = readEntries(c, reader);
-    if (options.takeObject) options.takeObject(i, fields);
-    else out.objects.push_back({std::move(heads[i]), std::move(fields)});
+    if (options.takeObject) {
+      readEntriesInto(c, reader, taken);
+      options.takeObject(i, taken);
+    } else {
+      out.objects.push_back({std::move(heads[i]), readEntries(c, reader)});
+    }
   }
   out.forms.reserve(formCount);
   for (std::uint32_t i = 0; i < formCount; ++i) {
