@@ -208,7 +208,8 @@ void GraphicsLoader::makeObjects(std::span<const vxSavedObjectHead> heads) {
       if (!part || std::strcmp(part->getClass()->getName(), head.className.c_str()) != 0)
         throw Error("VANTEL:sg:load:MissingPart", head.className, head.madeByProperty);
       object = COSInterfacePtr(part);
-      partOwner_.emplace(part, static_cast<std::size_t>(head.madeBy));
+      // A part named twice is one object at two places of the table.
+      if (!partOwner_.emplace(part, static_cast<std::size_t>(head.madeBy)).second) indexOf_.noteTwice();
     }
     objects_.push_back(std::move(object));
     madeBy_.push_back(head.madeBy);
@@ -227,12 +228,16 @@ vxArray* GraphicsLoader::makeObjectArray(const std::string& className, std::span
   matrix::unique_vxArray array(whole ? omCreateVCOSMatrix(dims[0], dims[1], cls->getID())
                                      : omCreateVCOSMatrix(kept ? 1 : 0, kept, cls->getID()));
   std::size_t at = 0;
+  lastArray_ = nullptr;
+  lastIndexes_.clear();
   for (std::int64_t index : indexes) {
     if (index < 0) continue;
     const COSInterfacePtr& element = objects_[static_cast<std::size_t>(index)];
     if (!element->getClass()->isSubclassOf(cls)) throw Error("VANTEL:sg:load:BadObjectArray", className);
     omSetArrayElement(array.get(), at++, element);
+    lastIndexes_.push_back(static_cast<std::size_t>(index));
   }
+  lastArray_ = array.get();
   return array.release();
 }
 
@@ -310,9 +315,27 @@ void GraphicsLoader::setFields(std::size_t i, std::vector<vxNamedValue>& fields)
       }
     }
   }
-  // The child list is kept for hooking the trees once every record is set.
-  for (std::size_t f = 0; f < fields.size(); ++f)
-    if (modes_[f] == kChildren) childLists_[i].push_back(std::move(fields[f].value));
+  // The child lists are kept, as table indexes, for hooking the trees once
+  // every record is set. The indexes the file gave are taken when the list
+  // is the object array read last; any other is looked up element by element.
+  for (std::size_t f = 0; f < fields.size(); ++f) {
+    if (modes_[f] != kChildren) continue;
+    const vxArray* list = fields[f].value.get();
+    ChildList& kept = childLists_[i].emplace_back();
+    kept.objects = omIsVCOS(list);
+    if (!kept.objects) continue;
+    if (list == lastArray_) {
+      kept.indexes = lastIndexes_;
+      continue;
+    }
+    const std::size_t n = vxGetNumberOfElements(list);
+    kept.indexes.reserve(n);
+    for (std::size_t k = 0; k < n; ++k) {
+      const COSInterfacePtr child = omGetLiveArrayElement(list, k);
+      kept.indexes.push_back(child ? indexOf_.find(child.get()) : IndexByObject::npos);
+    }
+  }
+  lastArray_ = nullptr;
 }
 
 std::size_t GraphicsLoader::IndexByObject::slotOf(const COSInterface* object) const noexcept {
@@ -321,46 +344,48 @@ std::size_t GraphicsLoader::IndexByObject::slotOf(const COSInterface* object) co
   return static_cast<std::size_t>(key * 0x9e3779b97f4a7c15ULL) & mask_;
 }
 
-void GraphicsLoader::IndexByObject::build(const std::vector<COSInterfacePtr>& objects) {
+void GraphicsLoader::IndexByObject::build() const {
   std::size_t size = 16;
-  while (size < objects.size() * 2) size *= 2;
+  while (size < objects_.size() * 2) size *= 2;
   slots_.assign(size, {nullptr, npos});
   mask_ = size - 1;
-  for (std::size_t i = 0; i < objects.size(); ++i) {
-    const COSInterface* object = objects[i].get();
+  for (std::size_t i = 0; i < objects_.size(); ++i) {
+    const COSInterface* object = objects_[i].get();
     std::size_t at = slotOf(object);
     while (slots_[at].first && slots_[at].first != object) at = (at + 1) & mask_;
     if (!slots_[at].first) slots_[at] = {object, i};
   }
 }
 
-std::size_t GraphicsLoader::IndexByObject::find(const COSInterface* object) const noexcept {
-  if (slots_.empty() || !object) return npos;
+std::size_t GraphicsLoader::IndexByObject::find(const COSInterface* object) const {
+  if (!object) return npos;
+  // While no object comes twice, a place found is the object's only one.
+  if (!twice_) {
+    if (last_ < objects_.size() && objects_[last_].get() == object) return last_;
+    if (last_ + 1 < objects_.size() && objects_[last_ + 1].get() == object) return ++last_;
+  }
+  if (slots_.empty()) build();
   for (std::size_t at = slotOf(object);; at = (at + 1) & mask_) {
-    if (slots_[at].first == object) return slots_[at].second;
+    if (slots_[at].first == object) return last_ = slots_[at].second;
     if (!slots_[at].first) return npos;
   }
 }
 
 void GraphicsLoader::hookChildren() {
-  // Made once; the load steps find the objects of a parent's pass in it too.
-  indexOf_.build(objects_);
   std::vector<bool> hooked(objects_.size(), false);
   children_.assign(objects_.size(), {});
   for (std::size_t i = 0; i < records_; ++i)
-    for (const matrix::unique_vxArray& listValue : childLists_[i]) {
-      const vxArray* list = listValue.get();
-      if (!omIsVCOS(list)) throw Error("VANTEL:sg:load:BadChildren");
-      const std::size_t n = vxGetNumberOfElements(list);
+    for (const ChildList& list : childLists_[i]) {
+      if (!list.objects) throw Error("VANTEL:sg:load:BadChildren");
       ParentValue parent(objects_[i]);
       // Oldest first: each hooked child becomes the newest.
-      for (std::size_t k = 0; k < n; ++k) {
-        const COSInterfacePtr child = omGetLiveArrayElement(list, k);
-        const std::size_t found = child ? indexOf_.find(child.get()) : IndexByObject::npos;
+      for (const std::size_t found : list.indexes) {
         // The table lists parents before children, so a child after its
         // parent cannot be its own ancestor.
         if (found == IndexByObject::npos || found <= i || found >= records_ || hooked[found] || madeBy_[found] >= 0)
           throw Error("VANTEL:sg:load:BadChildren");
+        const COSInterfacePtr& child = objects_[found];
+        if (child->isDestroyed() || child->isBeingDestroyed()) throw Error("VANTEL:sg:load:BadChildren");
         hooked[found] = true;
         children_[i].push_back(found);
         parent.setOn(child);
