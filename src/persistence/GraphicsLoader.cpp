@@ -125,16 +125,18 @@ std::vector<vxNamedValue> GraphicsLoader::load(std::span<const std::uint8_t> byt
                                 std::span<const std::int64_t> indexes) {
     return makeObjectArray(className, dims, indexes);
   };
+  // Each record's values are set as soon as it is read, and freed before the
+  // next one is read.
+  read.takeObject = [this](std::size_t index, std::vector<vxNamedValue>& fields) { setFields(index, fields); };
   try {
     vxSavedDocument document = vxDeserializeDocument(bytes, read);
-    setFields(document);
-    hookChildren(document);
-    placeTopLevel(document);
+    hookChildren();
+    placeTopLevel();
     // Saved forms go back before the graphics objects' load steps run, so
     // that a CreateFcn finds them loaded; the last found first, so that an
     // object whose form holds another finds that one loaded.
     for (std::size_t k = document.forms.size(); k-- > 0;) {
-      const COSInterfacePtr& object = objects_[document.objects.size() + k];
+      const COSInterfacePtr& object = objects_[records_ + k];
       if (!object->isDestroyed() && !object->isBeingDestroyed()) loadSavedForm(object, document.forms[k]);
     }
     runLoadSteps();
@@ -163,6 +165,10 @@ void GraphicsLoader::makeObjects(std::span<const vxSavedObjectHead> heads) {
   const std::string* lastName = nullptr;
   COSClass* lastClass = nullptr;
   const COSClient* client = COSGetPublicClient();
+  records_ = 0;
+  for (const vxSavedObjectHead& head : heads) records_ += head.savedForm ? 0 : 1;
+  elements_.resize(heads.size());
+  childLists_.resize(heads.size());
   for (const vxSavedObjectHead& head : heads) {
     COSInterfacePtr object;
     if (head.savedForm) {
@@ -202,7 +208,8 @@ void GraphicsLoader::makeObjects(std::span<const vxSavedObjectHead> heads) {
       if (!part || std::strcmp(part->getClass()->getName(), head.className.c_str()) != 0)
         throw Error("VANTEL:sg:load:MissingPart", head.className, head.madeByProperty);
       object = COSInterfacePtr(part);
-      partOwner_.emplace(part, static_cast<std::size_t>(head.madeBy));
+      // A part named twice is one object at two places of the table.
+      if (!partOwner_.emplace(part, static_cast<std::size_t>(head.madeBy)).second) indexOf_.noteTwice();
     }
     objects_.push_back(std::move(object));
     madeBy_.push_back(head.madeBy);
@@ -221,131 +228,177 @@ vxArray* GraphicsLoader::makeObjectArray(const std::string& className, std::span
   matrix::unique_vxArray array(whole ? omCreateVCOSMatrix(dims[0], dims[1], cls->getID())
                                      : omCreateVCOSMatrix(kept ? 1 : 0, kept, cls->getID()));
   std::size_t at = 0;
+  lastArray_ = nullptr;
+  lastIndexes_.clear();
   for (std::int64_t index : indexes) {
     if (index < 0) continue;
     const COSInterfacePtr& element = objects_[static_cast<std::size_t>(index)];
     if (!element->getClass()->isSubclassOf(cls)) throw Error("VANTEL:sg:load:BadObjectArray", className);
     omSetArrayElement(array.get(), at++, element);
+    lastIndexes_.push_back(static_cast<std::size_t>(index));
   }
+  lastArray_ = array.get();
   return array.release();
 }
 
-void GraphicsLoader::setFields(const vxSavedDocument& document) {
+void GraphicsLoader::setFields(std::size_t i, std::vector<vxNamedValue>& fields) {
   foundation::log::Logger& lg = serializationLog();
-  elements_.resize(objects_.size());
-  for (std::size_t i = 0; i < document.objects.size(); ++i) {
-    const COSInterfacePtr& object = objects_[i];
-    // A class that restores itself element by element gets its fields in its
-    // load step instead.
-    if (restoresElements(object->getClass())) elements_[i] = elementsOf(document.objects[i].fields);
-    const SavedPropertyList& list = SavedPropertyList::of(object->getClass());
-    // Values first, then modes: setting a value may turn its mode manual,
-    // and the saved mode is the one the object ends with.
-    const std::vector<vxNamedValue>& fields = document.objects[i].fields;
-    properties_.clear();
-    modes_.clear();
-    // Per field: its property, and whether it is a mode (1), a value (0),
-    // the child list (kChildren) or the stored defaults (kDefaults).
-    for (const vxNamedValue& field : fields) {
-      const std::string_view name = field.name;
-      if (name == childrenField) {
-        properties_.push_back(nullptr);
-        modes_.push_back(kChildren);
-        continue;
-      }
-      if (name == defaultsField) {
-        properties_.push_back(nullptr);
-        modes_.push_back(kDefaults);
-        continue;
-      }
-      const std::ptrdiff_t k = list.find(name);
-      properties_.push_back(k < 0 ? nullptr : list.properties[static_cast<std::size_t>(k)]);
-      modes_.push_back(k < 0 ? 0 : list.mode[static_cast<std::size_t>(k)]);
+  const COSInterfacePtr& object = objects_[i];
+  // A class that restores itself element by element gets its fields in its
+  // load step instead.
+  if (restoresElements(object->getClass())) elements_[i] = elementsOf(fields);
+  const SavedPropertyList& list = SavedPropertyList::of(object->getClass());
+  // Values first, then modes: setting a value may turn its mode manual,
+  // and the saved mode is the one the object ends with.
+  properties_.clear();
+  modes_.clear();
+  // Per field: its property, and whether it is a mode (1), a value (0),
+  // the child list (kChildren) or the stored defaults (kDefaults).
+  for (const vxNamedValue& field : fields) {
+    const std::string_view name = field.name;
+    if (name == childrenField) {
+      properties_.push_back(nullptr);
+      modes_.push_back(kChildren);
+      continue;
     }
-    for (int pass = 0; pass < 2; ++pass) {
-      for (std::size_t f = 0; f < fields.size(); ++f) {
-        const vxNamedValue& field = fields[f];
-        const vxArray* value = field.value.get();
-        if (modes_[f] == kChildren) continue;
-        if (modes_[f] == kDefaults) {
-          if (pass == 1) continue;
-          if (!vxIsStruct(value)) throw Error("VANTEL:sg:load:BadDefaults");
-          // Restored as saved, in "InternalDefaultPropMap": the object's first
-          // DefaultProp takes it into the store.
-          restoreSavedDefaults(object, value);
+    if (name == defaultsField) {
+      properties_.push_back(nullptr);
+      modes_.push_back(kDefaults);
+      continue;
+    }
+    const std::ptrdiff_t k = list.find(name);
+    properties_.push_back(k < 0 ? nullptr : list.properties[static_cast<std::size_t>(k)]);
+    modes_.push_back(k < 0 ? 0 : list.mode[static_cast<std::size_t>(k)]);
+  }
+  for (int pass = 0; pass < 2; ++pass) {
+    for (std::size_t f = 0; f < fields.size(); ++f) {
+      const vxNamedValue& field = fields[f];
+      const vxArray* value = field.value.get();
+      if (modes_[f] == kChildren) continue;
+      if (modes_[f] == kDefaults) {
+        if (pass == 1) continue;
+        if (!vxIsStruct(value)) throw Error("VANTEL:sg:load:BadDefaults");
+        // Restored as saved, in "InternalDefaultPropMap": the object's first
+        // DefaultProp takes it into the store.
+        restoreSavedDefaults(object, value);
+        continue;
+      }
+      if (elements_[i]) continue;
+      const COSPropInfo* property = properties_[f];
+      // A property the class no longer has, or no longer keeps, is passed
+      // over: the file loads all the others.
+      if (!property || (modes_[f] != 0) != (pass == 1)) continue;
+      // A property holding a part the object made itself keeps it.
+      if (COSInterface* part = singleElement(value)) {
+        auto owner = partOwner_.find(part);
+        if (owner != partOwner_.end() && owner->second == i) continue;
+      }
+      if (lg.isOn(kLoadingBit)) lg.write(kLoadingBit, "    Loading property: " + field.name);
+      // A value that no longer fits is dropped, and the others load. An
+      // array property takes the read array itself: it stores a copy of
+      // its own, so no conversion copy is made and freed in between.
+      const COSDataTypePtr type = property->getDataType();
+      copy::OwnedValue converted;
+      if (!copy::passesArrays(type)) {
+        try {
+          converted = copy::OwnedValue(type, copy::fromArray(type, value));
+        } catch (const IMsgIDException&) {
+          if (lg.isOn(kConversionBit)) lg.write(kConversionBit, "        Failed datatype conversion");
           continue;
         }
-        if (elements_[i]) continue;
-        const COSPropInfo* property = properties_[f];
-        // A property the class no longer has, or no longer keeps, is passed
-        // over: the file loads all the others.
-        if (!property || (modes_[f] != 0) != (pass == 1)) continue;
-        // A property holding a part the object made itself keeps it.
-        if (COSInterface* part = singleElement(value)) {
-          auto owner = partOwner_.find(part);
-          if (owner != partOwner_.end() && owner->second == i) continue;
-        }
-        if (lg.isOn(kLoadingBit)) lg.write(kLoadingBit, "    Loading property: " + field.name);
-        // A value that no longer fits is dropped, and the others load. An
-        // array property takes the read array itself: it stores a copy of
-        // its own, so no conversion copy is made and freed in between.
-        const COSDataTypePtr type = property->getDataType();
-        copy::OwnedValue converted;
-        if (!copy::passesArrays(type)) {
-          try {
-            converted = copy::OwnedValue(type, copy::fromArray(type, value));
-          } catch (const IMsgIDException&) {
-            if (lg.isOn(kConversionBit)) lg.write(kConversionBit, "        Failed datatype conversion");
-            continue;
-          }
-        }
-        try {
-          vcos::omCopyPropertyWithNoPermissionCheck(object, property,
-                                                    converted.has() ? converted.get() : COSValue(value));
-        } catch (const IMsgIDException&) {
-          if (lg.isOn(kSetBit)) lg.write(kSetBit, "        set." + field.name + " failed");
-        }
+      }
+      try {
+        vcos::omCopyPropertyWithNoPermissionCheck(object, property,
+                                                  converted.has() ? converted.get() : COSValue(value));
+      } catch (const IMsgIDException&) {
+        if (lg.isOn(kSetBit)) lg.write(kSetBit, "        set." + field.name + " failed");
       }
     }
   }
+  // The child lists are kept, as table indexes, for hooking the trees once
+  // every record is set. The indexes the file gave are taken when the list
+  // is the object array read last; any other is looked up element by element.
+  for (std::size_t f = 0; f < fields.size(); ++f) {
+    if (modes_[f] != kChildren) continue;
+    const vxArray* list = fields[f].value.get();
+    ChildList& kept = childLists_[i].emplace_back();
+    kept.objects = omIsVCOS(list);
+    if (!kept.objects) continue;
+    if (list == lastArray_) {
+      kept.indexes = lastIndexes_;
+      continue;
+    }
+    const std::size_t n = vxGetNumberOfElements(list);
+    kept.indexes.reserve(n);
+    for (std::size_t k = 0; k < n; ++k) {
+      const COSInterfacePtr child = omGetLiveArrayElement(list, k);
+      kept.indexes.push_back(child ? indexOf_.find(child.get()) : IndexByObject::npos);
+    }
+  }
+  lastArray_ = nullptr;
 }
 
-void GraphicsLoader::hookChildren(const vxSavedDocument& document) {
-  // Made once; the load steps find the objects of a parent's pass in it too.
-  std::unordered_map<const COSInterface*, std::size_t>& indexOf = indexOf_;
-  indexOf.clear();
-  indexOf.reserve(objects_.size());
-  for (std::size_t i = 0; i < objects_.size(); ++i) indexOf.emplace(objects_[i].get(), i);
+std::size_t GraphicsLoader::IndexByObject::slotOf(const COSInterface* object) const noexcept {
+  // Objects are at least 16 bytes apart: the low bits carry nothing.
+  const auto key = reinterpret_cast<std::uintptr_t>(object) >> 4;
+  return static_cast<std::size_t>(key * 0x9e3779b97f4a7c15ULL) & mask_;
+}
+
+void GraphicsLoader::IndexByObject::build() const {
+  std::size_t size = 16;
+  while (size < objects_.size() * 2) size *= 2;
+  slots_.assign(size, {nullptr, npos});
+  mask_ = size - 1;
+  for (std::size_t i = 0; i < objects_.size(); ++i) {
+    const COSInterface* object = objects_[i].get();
+    std::size_t at = slotOf(object);
+    while (slots_[at].first && slots_[at].first != object) at = (at + 1) & mask_;
+    if (!slots_[at].first) slots_[at] = {object, i};
+  }
+}
+
+std::size_t GraphicsLoader::IndexByObject::find(const COSInterface* object) const {
+  if (!object) return npos;
+  // While no object comes twice, a place found is the object's only one.
+  if (!twice_) {
+    if (last_ < objects_.size() && objects_[last_].get() == object) return last_;
+    if (last_ + 1 < objects_.size() && objects_[last_ + 1].get() == object) return ++last_;
+  }
+  if (slots_.empty()) build();
+  for (std::size_t at = slotOf(object);; at = (at + 1) & mask_) {
+    if (slots_[at].first == object) return last_ = slots_[at].second;
+    if (!slots_[at].first) return npos;
+  }
+}
+
+void GraphicsLoader::hookChildren() {
   std::vector<bool> hooked(objects_.size(), false);
   children_.assign(objects_.size(), {});
-  for (std::size_t i = 0; i < document.objects.size(); ++i)
-    for (const vxNamedValue& field : document.objects[i].fields) {
-      if (field.name != GraphicsFile::kChildrenField) continue;
-      const vxArray* list = field.value.get();
-      if (!omIsVCOS(list)) throw Error("VANTEL:sg:load:BadChildren");
-      const std::size_t n = vxGetNumberOfElements(list);
+  for (std::size_t i = 0; i < records_; ++i)
+    for (const ChildList& list : childLists_[i]) {
+      if (!list.objects) throw Error("VANTEL:sg:load:BadChildren");
       ParentValue parent(objects_[i]);
       // Oldest first: each hooked child becomes the newest.
-      for (std::size_t k = 0; k < n; ++k) {
-        const COSInterfacePtr child = omGetLiveArrayElement(list, k);
-        auto found = child ? indexOf.find(child.get()) : indexOf.end();
+      for (const std::size_t found : list.indexes) {
         // The table lists parents before children, so a child after its
         // parent cannot be its own ancestor.
-        if (found == indexOf.end() || found->second <= i || found->second >= document.objects.size() ||
-            hooked[found->second] || madeBy_[found->second] >= 0)
+        if (found == IndexByObject::npos || found <= i || found >= records_ || hooked[found] || madeBy_[found] >= 0)
           throw Error("VANTEL:sg:load:BadChildren");
-        hooked[found->second] = true;
-        children_[i].push_back(found->second);
+        const COSInterfacePtr& child = objects_[found];
+        if (child->isDestroyed() || child->isBeingDestroyed()) throw Error("VANTEL:sg:load:BadChildren");
+        hooked[found] = true;
+        children_[i].push_back(found);
         parent.setOn(child);
       }
     }
+  childLists_.clear();
   topLevel_.clear();
   // Objects that saved forms of their own are in no tree.
-  for (std::size_t i = 0; i < document.objects.size(); ++i)
+  for (std::size_t i = 0; i < records_; ++i)
     if (!hooked[i] && madeBy_[i] < 0) topLevel_.push_back(i);
 }
 
-void GraphicsLoader::placeTopLevel(const vxSavedDocument&) {
+void GraphicsLoader::placeTopLevel() {
   if (!options_.parentOfTopLevel) return;
   for (std::size_t i : topLevel_) {
     const COSInterfacePtr& object = objects_[i];
@@ -427,9 +480,9 @@ vxArray* objectsAt(const std::vector<COSInterfacePtr>& objects, const std::vecto
 vxArray* GraphicsLoader::deserializedChildrenOf(const COSInterface* object) {
   const GraphicsLoader* loader = activeLoader;
   if (!loader || !object) return nullptr;
-  auto found = loader->indexOf_.find(object);
-  if (found == loader->indexOf_.end()) return nullptr;
-  const std::vector<std::size_t>& children = loader->children_[found->second];
+  const std::size_t found = loader->indexOf_.find(object);
+  if (found == IndexByObject::npos) return nullptr;
+  const std::vector<std::size_t>& children = loader->children_[found];
   if (children.empty()) {
     // Most loaded objects are leaves: each gets a shared copy of one kept
     // empty list rather than a new one.
@@ -446,9 +499,9 @@ vxArray* GraphicsLoader::deserializedChildrenOf(const COSInterface* object) {
 vxArray* GraphicsLoader::deserializedPartsOf(const COSInterface* object) {
   const GraphicsLoader* loader = activeLoader;
   if (!loader || !object) return nullptr;
-  auto found = loader->indexOf_.find(object);
-  if (found == loader->indexOf_.end() || loader->parts_[found->second].empty()) return nullptr;
-  return objectsAt(loader->objects_, loader->parts_[found->second]);
+  const std::size_t found = loader->indexOf_.find(object);
+  if (found == IndexByObject::npos || loader->parts_[found].empty()) return nullptr;
+  return objectsAt(loader->objects_, loader->parts_[found]);
 }
 
 // The class system's load step for every object, children before their

@@ -20,6 +20,7 @@
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vx/matrix.h"
+#include "vx/vxCreate.h"
 #include "vx/vxQuery.h"
 #include "vx/vxStruct.h"
 
@@ -129,7 +130,11 @@ void loadobjBaseMI::invoke(const COSClient* client, int& nlhs, COSValue* plhs, i
   if (!target) return;
 
   COSClass* cls = target->getClass();
-  matrix::unique_vxArray scalar(omCreateVCOSScalar(target));
+  // An object array of the object alone, of its own class, as the loader
+  // passes it, stands for the object as a shared copy instead of a new array.
+  const bool ownScalar = first && omIsVCOS(first) && vxGetNumberOfElements(first) == 1 &&
+                         vcos::array::classOf(first) == cls;
+  matrix::unique_vxArray scalar(ownScalar ? vxCreateSharedDataCopy(first) : omCreateVCOSScalar(target));
   vxArray* result = nullptr;
   static const COSID doloadobj("doloadobj");
   if (cls->findMethod(doloadobj)) {

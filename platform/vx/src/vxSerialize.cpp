@@ -11,9 +11,11 @@
 #include <bit>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <memory>
+#include <new>
 #include <set>
 
 #define MSGPACK_NO_BOOST 1
@@ -98,7 +100,45 @@ std::size_t realElementBytes(int c) {
 
 // ---- writing ----
 
-using Packer = msgpack::packer<msgpack::sbuffer>;
+// The bytes being written. Appending is inline, so that the packer's small
+// writes of known sizes become plain stores; the room doubles when full.
+class ByteSink {
+ public:
+  ByteSink() : data_(static_cast<char*>(std::malloc(kFirstRoom))), room_(kFirstRoom) {
+    if (!data_) throw std::bad_alloc();
+  }
+  ByteSink(const ByteSink&) = delete;
+  ByteSink& operator=(const ByteSink&) = delete;
+
+  void write(const char* bytes, std::size_t n) {
+    if (room_ - size_ < n) grow(n);
+    std::memcpy(data_.get() + size_, bytes, n);
+    size_ += n;
+  }
+  char* data() { return data_.get(); }
+  const char* data() const { return data_.get(); }
+  std::size_t size() const { return size_; }
+
+ private:
+  static constexpr std::size_t kFirstRoom = 8192;
+  struct Free {
+    void operator()(char* p) const { std::free(p); }
+  };
+  [[gnu::noinline]] void grow(std::size_t n) {
+    std::size_t room = room_ * 2;
+    while (room - size_ < n) room *= 2;
+    char* grown = static_cast<char*>(std::realloc(data_.get(), room));
+    if (!grown) throw std::bad_alloc();
+    (void)data_.release();
+    data_.reset(grown);
+    room_ = room;
+  }
+  std::unique_ptr<char, Free> data_;
+  std::size_t room_;
+  std::size_t size_ = 0;
+};
+
+using Packer = msgpack::packer<ByteSink>;
 
 // Set while packing when a function handle with captured variables was
 // written, which needs version 3.
@@ -208,75 +248,233 @@ std::uint64_t getLE(const std::uint8_t* p, int bytes) {
 
 // ---- reading ----
 
+// The body is read in place, element by element, with no tree of its own:
+// a cursor hands out one MessagePack head at a time, and a text's or byte
+// string's bytes point into the body. Every count and length is checked
+// against the bytes left before it is used.
+enum class Kind : std::uint8_t { Nil, Boolean, Positive, Negative, Float, Str, Bin, Array, Map, Ext };
+
+struct Item {
+  Kind kind = Kind::Nil;
+  bool boolean = false;
+  std::uint32_t size = 0;  // a text's or byte string's length, an array's or map's count
+  std::uint64_t u64 = 0;   // a non-negative integer
+  std::int64_t i64 = 0;    // a negative integer
+  const char* ptr = nullptr;
+};
+
+[[noreturn]] void malformed() { corrupt("the body is not well-formed"); }
+
+class Cursor {
+ public:
+  explicit Cursor(std::span<const std::uint8_t> bytes) : begin_(bytes.data()), p_(bytes.data()), end_(bytes.data() + bytes.size()) {}
+
+  std::size_t offset() const { return static_cast<std::size_t>(p_ - begin_); }
+  void seek(std::size_t offset) { p_ = begin_ + offset; }
+  bool atEnd() const { return p_ == end_; }
+
+  // Takes a nil if one is next.
+  bool takeNil() {
+    if (p_ < end_ && *p_ == 0xc0) {
+      ++p_;
+      return true;
+    }
+    return false;
+  }
+
+  // The next element's head; an array's or map's elements follow it. The
+  // one-byte forms the writer uses most are read here, the others apart.
+  Item next() {
+    if (p_ == end_) malformed();
+    const std::uint8_t b = *p_;
+    Item it;
+    if (b <= 0x7f) {
+      ++p_;
+      it.kind = Kind::Positive;
+      it.u64 = b;
+    } else if ((b & 0xf0) == 0x90) {
+      ++p_;
+      container(it, Kind::Array, b & 0x0f);
+    } else if ((b & 0xe0) == 0xa0) {
+      ++p_;
+      bytes(it, Kind::Str, b & 0x1f);
+    } else if (b == 0xc2 || b == 0xc3) {
+      ++p_;
+      it.kind = Kind::Boolean;
+      it.boolean = b == 0xc3;
+    } else {
+      nextOther(it);
+    }
+    return it;
+  }
+
+  // Passes over one whole element, checking every head and length as
+  // next() does. The elements still to pass are counted rather than
+  // recursed into: nesting is limited where values are read.
+  void skip() {
+    std::uint64_t pending = 1;
+    while (pending > 0) {
+      --pending;
+      if (p_ == end_) malformed();
+      const std::uint8_t b = *p_;
+      if (b <= 0x7f || b == 0xc0 || b == 0xc2 || b == 0xc3) {
+        ++p_;
+      } else if ((b & 0xf0) == 0x90) {
+        ++p_;
+        pending += b & 0x0f;
+        if (static_cast<std::uint64_t>(end_ - p_) < pending) malformed();  // a byte at least each
+      } else if ((b & 0xe0) == 0xa0) {
+        ++p_;
+        const std::uint8_t n = b & 0x1f;
+        if (static_cast<std::size_t>(end_ - p_) < n) malformed();
+        p_ += n;
+      } else {
+        const Item it = next();
+        if (it.kind == Kind::Array) pending += it.size;
+        else if (it.kind == Kind::Map) pending += std::uint64_t{it.size} * 2;
+        if (static_cast<std::uint64_t>(end_ - p_) < pending) malformed();
+      }
+    }
+  }
+
+ private:
+  [[gnu::noinline]] void nextOther(Item& it) {
+    const std::uint8_t b = *p_++;
+    if (b >= 0xe0) {
+      it.kind = Kind::Negative;
+      it.i64 = static_cast<std::int8_t>(b);
+      return;
+    }
+    if (b >= 0x80 && b <= 0x8f) return container(it, Kind::Map, b & 0x0f);
+    switch (b) {
+      case 0xc0: it.kind = Kind::Nil; break;
+      case 0xc4: bytes(it, Kind::Bin, big(1)); break;
+      case 0xc5: bytes(it, Kind::Bin, big(2)); break;
+      case 0xc6: bytes(it, Kind::Bin, big(4)); break;
+      case 0xca: it.kind = Kind::Float; big(4); break;
+      case 0xcb: it.kind = Kind::Float; big(8); break;
+      case 0xcc: positive(it, big(1)); break;
+      case 0xcd: positive(it, big(2)); break;
+      case 0xce: positive(it, big(4)); break;
+      case 0xcf: positive(it, big(8)); break;
+      case 0xd0: integer(it, static_cast<std::int8_t>(big(1))); break;
+      case 0xd1: integer(it, static_cast<std::int16_t>(big(2))); break;
+      case 0xd2: integer(it, static_cast<std::int32_t>(big(4))); break;
+      case 0xd3: integer(it, static_cast<std::int64_t>(big(8))); break;
+      case 0xd9: bytes(it, Kind::Str, big(1)); break;
+      case 0xda: bytes(it, Kind::Str, big(2)); break;
+      case 0xdb: bytes(it, Kind::Str, big(4)); break;
+      case 0xdc: container(it, Kind::Array, big(2)); break;
+      case 0xdd: container(it, Kind::Array, big(4)); break;
+      case 0xde: container(it, Kind::Map, big(2)); break;
+      case 0xdf: container(it, Kind::Map, big(4)); break;
+      default: malformed();  // extension types and the unused byte: the writer makes none
+    }
+  }
+  std::uint64_t big(int n) {
+    if (end_ - p_ < n) malformed();
+    std::uint64_t v = 0;
+    for (int i = 0; i < n; ++i) v = (v << 8) | p_[i];
+    p_ += n;
+    return v;
+  }
+  void bytes(Item& it, Kind kind, std::uint64_t n) {
+    if (static_cast<std::uint64_t>(end_ - p_) < n) malformed();
+    it.kind = kind;
+    it.size = static_cast<std::uint32_t>(n);
+    it.ptr = reinterpret_cast<const char*>(p_);
+    p_ += n;
+  }
+  // Each element takes at least one byte, a map's two.
+  void container(Item& it, Kind kind, std::uint64_t n) {
+    if (static_cast<std::uint64_t>(end_ - p_) < (kind == Kind::Map ? n * 2 : n)) malformed();
+    it.kind = kind;
+    it.size = static_cast<std::uint32_t>(n);
+  }
+  static void positive(Item& it, std::uint64_t v) {
+    it.kind = Kind::Positive;
+    it.u64 = v;
+  }
+  // A signed encoding of a value that is not negative reads as a positive integer.
+  static void integer(Item& it, std::int64_t v) {
+    if (v >= 0) return positive(it, static_cast<std::uint64_t>(v));
+    it.kind = Kind::Negative;
+    it.i64 = v;
+  }
+
+  const std::uint8_t* begin_;
+  const std::uint8_t* p_;
+  const std::uint8_t* end_;
+};
+
 struct Reader {
   const vxReadOptions& options;
   std::uint64_t rawLength;  // every element costs at least one byte of it
   std::size_t objectCount = 0;  // entries of the object table
   std::uint32_t version = 1;    // of the file being read
 
-  static const msgpack::object& at(const msgpack::object& o, std::size_t i) { return o.via.array.ptr[i]; }
-
-  static void expectArray(const msgpack::object& o, std::size_t n, const char* what) {
-    if (o.type != msgpack::type::ARRAY || o.via.array.size != n) corrupt(what);
+  static void expectArray(const Item& o, std::size_t n, const char* what) {
+    if (o.kind != Kind::Array || o.size != n) corrupt(what);
   }
 
-  static std::uint64_t unsignedOf(const msgpack::object& o, const char* what) {
-    if (o.type != msgpack::type::POSITIVE_INTEGER) corrupt(what);
-    return o.via.u64;
+  static std::uint64_t unsignedOf(const Item& o, const char* what) {
+    if (o.kind != Kind::Positive) corrupt(what);
+    return o.u64;
   }
 
-  static std::u16string utf16Of(const msgpack::object& o) {
-    if (o.type != msgpack::type::BIN || o.via.bin.size % 2) corrupt("a text element is not UTF-16");
-    std::u16string s(o.via.bin.size / 2, u'\0');
-    if (!s.empty()) std::memcpy(s.data(), o.via.bin.ptr, o.via.bin.size);
+  static std::u16string utf16Of(const Item& o) {
+    if (o.kind != Kind::Bin || o.size % 2) corrupt("a text element is not UTF-16");
+    std::u16string s(o.size / 2, u'\0');
+    if (!s.empty()) std::memcpy(s.data(), o.ptr, o.size);
     return s;
   }
 
-  matrix::unique_vxArray value(const msgpack::object& o, std::size_t depth) const {
+  // The value that starts at the cursor; the cursor ends past it.
+  matrix::unique_vxArray value(Cursor& c, std::size_t depth) const {
     if (depth > kMaxDepth) corrupt("values are nested too deeply");
-    expectArray(o, 4, "a value is not a four-element array");
-    const std::uint64_t cls = unsignedOf(at(o, 0), "a class id is not a number");
-    const msgpack::object& dimsObj = at(o, 1);
-    if (dimsObj.type != msgpack::type::ARRAY || dimsObj.via.array.size < 2 || dimsObj.via.array.size > kMaxDims)
+    expectArray(c.next(), 4, "a value is not a four-element array");
+    const std::uint64_t cls = unsignedOf(c.next(), "a class id is not a number");
+    const Item dimsObj = c.next();
+    if (dimsObj.kind != Kind::Array || dimsObj.size < 2 || dimsObj.size > kMaxDims)
       corrupt("the dimensions are not a list of two to 32 sizes");
     // The sizes on the stack: a value read allocates only its array.
     std::array<vxSize, kMaxDims> dimsStore;
-    const std::span<vxSize> dims(dimsStore.data(), dimsObj.via.array.size);
+    const std::span<vxSize> dims(dimsStore.data(), dimsObj.size);
     std::uint64_t numel = 1;
     for (std::size_t d = 0; d < dims.size(); ++d) {
-      const std::uint64_t n = unsignedOf(at(dimsObj, d), "a dimension is not a size");
+      const std::uint64_t n = unsignedOf(c.next(), "a dimension is not a size");
       if (n > kMaxRawBytes) corrupt("a dimension is larger than the data");
       dims[d] = n;
       numel = numel == 0 ? 0 : (n > kMaxRawBytes / std::max<std::uint64_t>(numel, 1) ? kMaxRawBytes + 1 : numel * n);
       if (numel > rawLength) corrupt("the element count is larger than the data");
     }
-    if (at(o, 2).type != msgpack::type::BOOLEAN) corrupt("the complexity is not a flag");
-    const bool complex = at(o, 2).via.boolean;
-    const msgpack::object& payload = at(o, 3);
+    const Item flag = c.next();
+    if (flag.kind != Kind::Boolean) corrupt("the complexity is not a flag");
+    const bool complex = flag.boolean;
+    const Item payload = c.next();
     if (complex && !isNumericClass(static_cast<int>(cls))) corrupt("a complex value of a class that has none");
 
     switch (cls) {
       case vxLOGICAL_CLASS: {
-        if (payload.type != msgpack::type::BIN || payload.via.bin.size != numel) corrupt("logical data of the wrong length");
-        for (std::uint32_t i = 0; i < payload.via.bin.size; ++i)
-          if (static_cast<std::uint8_t>(payload.via.bin.ptr[i]) > 1) corrupt("a logical element is neither 0 nor 1");
+        if (payload.kind != Kind::Bin || payload.size != numel) corrupt("logical data of the wrong length");
+        for (std::uint32_t i = 0; i < payload.size; ++i)
+          if (static_cast<std::uint8_t>(payload.ptr[i]) > 1) corrupt("a logical element is neither 0 nor 1");
         matrix::unique_vxArray a(vxCreateLogicalArray(dims.size(), dims.data()));
-        if (numel) std::memcpy(vxGetData(a.get()), payload.via.bin.ptr, numel);
+        if (numel) std::memcpy(vxGetData(a.get()), payload.ptr, numel);
         return a;
       }
       case vxCHAR_CLASS: {
-        if (payload.type != msgpack::type::BIN || payload.via.bin.size != numel * 2) corrupt("char data of the wrong length");
+        if (payload.kind != Kind::Bin || payload.size != numel * 2) corrupt("char data of the wrong length");
         matrix::unique_vxArray a(vxCreateCharArray(dims.size(), dims.data()));
-        if (numel) std::memcpy(vxGetData(a.get()), payload.via.bin.ptr, numel * 2);
+        if (numel) std::memcpy(vxGetData(a.get()), payload.ptr, numel * 2);
         return a;
       }
       case vxSTRING_CLASS: {
-        if (payload.type != msgpack::type::ARRAY || payload.via.array.size != numel) corrupt("string elements of the wrong count");
+        if (payload.kind != Kind::Array || payload.size != numel) corrupt("string elements of the wrong count");
         std::vector<std::optional<std::u16string>> elems;
         for (std::uint64_t i = 0; i < numel; ++i) {
-          const msgpack::object& e = at(payload, i);
-          if (e.type == msgpack::type::NIL) elems.emplace_back();
-          else elems.emplace_back(utf16Of(e));
+          if (c.takeNil()) elems.emplace_back();
+          else elems.emplace_back(utf16Of(c.next()));
         }
         if (dims.size() != 2) corrupt("a string array with more than two dimensions");
         matrix::unique_vxArray a(vxCreateStringArray(dims[0], dims[1]));
@@ -284,29 +482,27 @@ struct Reader {
         return a;
       }
       case vxCELL_CLASS: {
-        if (payload.type != msgpack::type::ARRAY || payload.via.array.size != numel) corrupt("cell elements of the wrong count");
+        if (payload.kind != Kind::Array || payload.size != numel) corrupt("cell elements of the wrong count");
         matrix::unique_vxArray a(vxCreateCellArray(dims.size(), dims.data()));
-        for (std::uint64_t i = 0; i < numel; ++i) {
-          const msgpack::object& e = at(payload, i);
-          if (e.type != msgpack::type::NIL) vxSetCell(a.get(), i, value(e, depth + 1).release());
-        }
+        for (std::uint64_t i = 0; i < numel; ++i)
+          if (!c.takeNil()) vxSetCell(a.get(), i, value(c, depth + 1).release());
         return a;
       }
       case vxSTRUCT_CLASS: {
         expectArray(payload, 2, "struct data is not names and values");
-        const msgpack::object& names = at(payload, 0);
-        const msgpack::object& values = at(payload, 1);
-        if (names.type != msgpack::type::ARRAY || names.via.array.size > 65535) corrupt("struct field names are not a list");
+        const Item names = c.next();
+        if (names.kind != Kind::Array || names.size > 65535) corrupt("struct field names are not a list");
         std::vector<std::string> fieldNames;
         std::set<std::string> seen;
-        for (std::uint32_t f = 0; f < names.via.array.size; ++f) {
-          const msgpack::object& n = at(names, f);
-          if (n.type != msgpack::type::STR || n.via.str.size == 0 || n.via.str.size > kMaxNameBytes) corrupt("a field name is not text");
-          fieldNames.emplace_back(n.via.str.ptr, n.via.str.size);
+        for (std::uint32_t f = 0; f < names.size; ++f) {
+          const Item n = c.next();
+          if (n.kind != Kind::Str || n.size == 0 || n.size > kMaxNameBytes) corrupt("a field name is not text");
+          fieldNames.emplace_back(n.ptr, n.size);
           if (!seen.insert(fieldNames.back()).second) corrupt("a field name appears twice");
         }
         const std::uint64_t nf = fieldNames.size();
-        if (values.type != msgpack::type::ARRAY || values.via.array.size != numel * nf) corrupt("struct values of the wrong count");
+        const Item values = c.next();
+        if (values.kind != Kind::Array || values.size != numel * nf) corrupt("struct values of the wrong count");
         std::vector<const char*> cnames;
         for (const std::string& n : fieldNames) cnames.push_back(n.c_str());
         matrix::unique_vxArray a;
@@ -316,31 +512,29 @@ struct Reader {
           corrupt("a field name is not a valid name");
         }
         for (std::uint64_t i = 0; i < numel; ++i)
-          for (std::uint64_t f = 0; f < nf; ++f) {
-            const msgpack::object& e = at(values, i * nf + f);
-            if (e.type != msgpack::type::NIL) vxSetFieldByNumber(a.get(), i, static_cast<int>(f), value(e, depth + 1).release());
-          }
+          for (std::uint64_t f = 0; f < nf; ++f)
+            if (!c.takeNil()) vxSetFieldByNumber(a.get(), i, static_cast<int>(f), value(c, depth + 1).release());
         return a;
       }
       case vxFUNCTION_CLASS: {
         if (numel != 1 || dims.size() != 2) corrupt("a function handle that is not 1-by-1");
         // Version 3 adds [text, entries] for a handle with captured variables.
-        const bool withCaptures = payload.type == msgpack::type::ARRAY && version >= 3;
+        const bool withCaptures = payload.kind == Kind::Array && version >= 3;
         if (withCaptures) expectArray(payload, 2, "a function handle is not its text and its variables");
-        const msgpack::object& textObject = withCaptures ? at(payload, 0) : payload;
-        if (textObject.type != msgpack::type::STR || textObject.via.str.size == 0) corrupt("a function handle without text");
-        std::string handleText(textObject.via.str.ptr, textObject.via.str.size);
+        const Item textObject = withCaptures ? c.next() : payload;
+        if (textObject.kind != Kind::Str || textObject.size == 0) corrupt("a function handle without text");
+        std::string handleText(textObject.ptr, textObject.size);
         if (withCaptures) {
-          const msgpack::object& list = at(payload, 1);
-          if (list.type != msgpack::type::ARRAY || list.via.array.size == 0) corrupt("a function handle's variables are not a list");
+          const Item list = c.next();
+          if (list.kind != Kind::Array || list.size == 0) corrupt("a function handle's variables are not a list");
           std::vector<vxNamedValue> captured;
-          for (std::uint32_t k = 0; k < list.via.array.size; ++k) {
-            const msgpack::object& entry = at(list, k);
-            expectArray(entry, 2, "a captured variable is not a name and a value");
-            const msgpack::object& name = at(entry, 0);
-            if (name.type != msgpack::type::STR || name.via.str.size == 0 || name.via.str.size > kMaxNameBytes)
+          for (std::uint32_t k = 0; k < list.size; ++k) {
+            expectArray(c.next(), 2, "a captured variable is not a name and a value");
+            const Item name = c.next();
+            if (name.kind != Kind::Str || name.size == 0 || name.size > kMaxNameBytes)
               corrupt("a captured variable's name is not text");
-            captured.push_back({std::string(name.via.str.ptr, name.via.str.size), value(at(entry, 1), depth + 1)});
+            std::string captureName(name.ptr, name.size);
+            captured.push_back({std::move(captureName), value(c, depth + 1)});
           }
           if (options.makeCapturingFunctionHandle) {
             matrix::unique_vxArray a(options.makeCapturingFunctionHandle(handleText, std::move(captured)));
@@ -357,35 +551,35 @@ struct Reader {
         break;
     }
     if (!isNumericClass(static_cast<int>(cls))) {
-      if (cls == vxOBJECT_CLASS) return objects(payload, dims, numel);
+      if (cls == vxOBJECT_CLASS) return objects(c, payload, dims, numel);
       corrupt("an unknown class id");
     }
     const std::uint64_t bytes = numel * realElementBytes(static_cast<int>(cls)) * (complex ? 2 : 1);
-    if (payload.type != msgpack::type::BIN || payload.via.bin.size != bytes) corrupt("numeric data of the wrong length");
+    if (payload.kind != Kind::Bin || payload.size != bytes) corrupt("numeric data of the wrong length");
     matrix::unique_vxArray a(vxCreateNumericArray(dims.size(), dims.data(), static_cast<vxClassID>(cls),
                                                   complex ? vxCOMPLEX : vxREAL));
-    if (bytes) std::memcpy(vxGetData(a.get()), payload.via.bin.ptr, bytes);
+    if (bytes) std::memcpy(vxGetData(a.get()), payload.ptr, bytes);
     return a;
   }
 
   // An object array: [class name, indexes into the object table].
-  matrix::unique_vxArray objects(const msgpack::object& payload, std::span<const vxSize> dims,
+  matrix::unique_vxArray objects(Cursor& c, const Item& payload, std::span<const vxSize> dims,
                                  std::uint64_t numel) const {
     if (!options.makeObjectArray) throw Error("VANTEL:vx:serialize:UnsupportedClass", "object");
     expectArray(payload, 2, "object data is not a class and indexes");
-    const msgpack::object& name = at(payload, 0);
-    const msgpack::object& list = at(payload, 1);
-    if (name.type != msgpack::type::STR || name.via.str.size == 0 || name.via.str.size > kMaxNameBytes)
+    const Item name = c.next();
+    if (name.kind != Kind::Str || name.size == 0 || name.size > kMaxNameBytes)
       corrupt("an object class name is not text");
-    if (list.type != msgpack::type::ARRAY || list.via.array.size != numel) corrupt("object elements of the wrong count");
+    const Item list = c.next();
+    if (list.kind != Kind::Array || list.size != numel) corrupt("object elements of the wrong count");
     std::vector<std::int64_t> indexes(numel);
     for (std::uint64_t i = 0; i < numel; ++i) {
-      const msgpack::object& e = at(list, i);
-      if (e.type == msgpack::type::NEGATIVE_INTEGER && e.via.i64 == -1) indexes[i] = -1;
-      else if (e.type == msgpack::type::POSITIVE_INTEGER && e.via.u64 < objectCount) indexes[i] = static_cast<std::int64_t>(e.via.u64);
+      const Item e = c.next();
+      if (e.kind == Kind::Negative && e.i64 == -1) indexes[i] = -1;
+      else if (e.kind == Kind::Positive && e.u64 < objectCount) indexes[i] = static_cast<std::int64_t>(e.u64);
       else corrupt("an object index outside the object table");
     }
-    matrix::unique_vxArray a(options.makeObjectArray(std::string(name.via.str.ptr, name.via.str.size), dims, indexes));
+    matrix::unique_vxArray a(options.makeObjectArray(std::string(name.ptr, name.size), dims, indexes));
     if (!a) corrupt("an object array could not be made");
     return a;
   }
@@ -436,7 +630,7 @@ RawBody unframe(std::span<const std::uint8_t> bytes, std::uint32_t& versionOut) 
 
 namespace {
 
-std::vector<std::uint8_t> frame(const msgpack::sbuffer& buffer, std::uint32_t version) {
+std::vector<std::uint8_t> frame(const ByteSink& buffer, std::uint32_t version) {
   if (buffer.size() > kMaxRawBytes) throw Error("VANTEL:vx:serialize:TooLarge");
   std::span<const std::uint8_t> raw(reinterpret_cast<const std::uint8_t*>(buffer.data()), buffer.size());
   // The compressed bytes go straight behind the header; the buffer is not
@@ -468,28 +662,35 @@ void packEntries(Packer& pk, std::span<const std::pair<std::string, const vxArra
   }
 }
 
-std::string nameOf(const msgpack::object& o, const char* what) {
-  if (o.type != msgpack::type::STR || o.via.str.size == 0 || o.via.str.size > kMaxNameBytes) corrupt(what);
-  return std::string(o.via.str.ptr, o.via.str.size);
+std::string nameOf(const Item& o, const char* what) {
+  if (o.kind != Kind::Str || o.size == 0 || o.size > kMaxNameBytes) corrupt(what);
+  return std::string(o.ptr, o.size);
 }
 
-std::vector<vxNamedValue> readEntries(const msgpack::object& list, const Reader& reader) {
-  if (list.type != msgpack::type::ARRAY) corrupt("the body is not a list of values");
-  std::vector<vxNamedValue> out;
-  out.reserve(list.via.array.size);
-  for (std::uint32_t i = 0; i < list.via.array.size; ++i) {
-    const msgpack::object& entry = list.via.array.ptr[i];
-    Reader::expectArray(entry, 2, "an entry is not a name and a value");
-    std::string name = nameOf(entry.via.array.ptr[0], "a value's name is not text");
-    out.push_back({std::move(name), reader.value(entry.via.array.ptr[1], 0)});
+// A list of [name, value] entries at the cursor, into `out`, which is
+// emptied first.
+void readEntriesInto(Cursor& c, const Reader& reader, std::vector<vxNamedValue>& out) {
+  const Item list = c.next();
+  if (list.kind != Kind::Array) corrupt("the body is not a list of values");
+  out.clear();
+  out.reserve(list.size);
+  for (std::uint32_t i = 0; i < list.size; ++i) {
+    Reader::expectArray(c.next(), 2, "an entry is not a name and a value");
+    std::string name = nameOf(c.next(), "a value's name is not text");
+    out.push_back({std::move(name), reader.value(c, 0)});
   }
+}
+
+std::vector<vxNamedValue> readEntries(Cursor& c, const Reader& reader) {
+  std::vector<vxNamedValue> out;
+  readEntriesInto(c, reader, out);
   return out;
 }
 
 }  // namespace
 
 std::vector<std::uint8_t> vxSerializeValues(std::span<const std::pair<std::string, const vxArray*>> values) {
-  msgpack::sbuffer buffer;
+  ByteSink buffer;
   Packer pk(buffer);
   tCapturesWritten = false;
   packEntries(pk, values, nullptr);
@@ -501,7 +702,7 @@ std::vector<std::uint8_t> vxSerializeValues(std::span<const std::pair<std::strin
 struct vxDocumentWriter::State {
   explicit State(const vxWriteOptions& o) : options(o), pk(buffer) {}
   vxWriteOptions options;
-  msgpack::sbuffer buffer;
+  ByteSink buffer;
   Packer pk;
   std::size_t remaining = 0;
   bool captures = false;  // a handle with captured variables was written: version 3
@@ -550,7 +751,7 @@ void vxDocumentWriter::addObject(std::string_view className, std::int64_t madeBy
 void vxDocumentWriter::addSavedForm(std::string_view className, std::string_view typeName, const vxArray* form) {
   if (state_->remaining != 0) throw Error("VANTEL:vx:serialize:Corrupt", "a saved form before the last record");
   if (!form) throw Error("VANTEL:vx:serialize:Corrupt", "a saved form without a value");
-  msgpack::sbuffer& buffer = state_->buffer;
+  ByteSink& buffer = state_->buffer;
   if (state_->forms == 0) {
     // The list's count is not known yet: an array32 head, filled in later.
     state_->formsCountAt = buffer.size() + 1;
@@ -585,7 +786,7 @@ std::vector<std::uint8_t> vxDocumentWriter::finish() {
 std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::string, const vxArray*>> values,
                                               std::span<const vxSavedObjectView> objects,
                                               const vxWriteOptions& options) {
-  msgpack::sbuffer buffer;
+  ByteSink buffer;
   Packer pk(buffer);
   tCapturesWritten = false;
   pk.pack_array(2);
@@ -605,90 +806,95 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
   std::uint32_t version = 0;
   const RawBody body = unframe(bytes, version);
   const std::span<const std::uint8_t> raw = body.bytes;
-  msgpack::object_handle handle;
-  try {
-    // Counts can be no larger than the bytes that hold them.
-    const std::size_t n = raw.size();
-    msgpack::unpack_limit limit(n, n, n, n, 0, kMaxDepth * 2 + 8);
-    std::size_t offset = 0;
-    // Texts and byte strings point into `raw`, which outlives the tree,
-    // rather than being copied into it.
-    const auto inPlace = [](msgpack::type::object_type, std::size_t, void*) { return true; };
-    handle = msgpack::unpack(reinterpret_cast<const char*>(raw.data()), raw.size(), offset, inPlace, nullptr, limit);
-    if (offset != raw.size()) corrupt("bytes follow the saved values");
-  } catch (const Error&) {
-    throw;
-  } catch (const std::exception&) {
-    corrupt("the body is not well-formed");
-  }
-  const msgpack::object& top = handle.get();
+  Cursor c(raw);
   Reader reader{options, raw.size()};
   reader.version = version;
   vxSavedDocument out;
   if (version == 1) {
-    out.values = readEntries(top, reader);
+    // The whole body is checked before any value is made.
+    c.skip();
+    if (!c.atEnd()) corrupt("bytes follow the saved values");
+    c.seek(0);
+    out.values = readEntries(c, reader);
     return out;
   }
   // Versions 2 to 4: [values, object table], and from version 4 the saved
-  // forms may follow. The heads are checked and handed up first, so that the
-  // objects exist before any value refers to them.
-  if (top.type != msgpack::type::ARRAY || top.via.array.size < 2 || top.via.array.size > (version >= 4 ? 3u : 2u))
+  // forms may follow. One pass over the body checks its form, reads the
+  // heads and notes where each record's values start; the heads are handed
+  // up first, so that the objects exist before any value refers to them.
+  const Item top = c.next();
+  if (top.kind != Kind::Array || top.size < 2 || top.size > (version >= 4 ? 3u : 2u))
     corrupt("the body is not values and objects");
-  const msgpack::object& table = Reader::at(top, 1);
-  if (table.type != msgpack::type::ARRAY) corrupt("the object table is not a list");
-  static const msgpack::object noForms = [] {
-    msgpack::object o;
-    o.type = msgpack::type::ARRAY;
-    o.via.array.size = 0;
-    o.via.array.ptr = nullptr;
-    return o;
-  }();
-  const msgpack::object& forms = top.via.array.size == 3 ? Reader::at(top, 2) : noForms;
-  if (forms.type != msgpack::type::ARRAY) corrupt("the saved forms are not a list");
+  const std::size_t valuesAt = c.offset();
+  c.skip();
+  const Item table = c.next();
+  if (table.kind != Kind::Array) corrupt("the object table is not a list");
   std::vector<vxSavedObjectHead> heads;
-  heads.reserve(table.via.array.size);
-  for (std::uint32_t i = 0; i < table.via.array.size; ++i) {
-    const msgpack::object& record = Reader::at(table, i);
-    Reader::expectArray(record, 4, "an object is not a class, an owner, a property and values");
+  heads.reserve(table.size);
+  std::vector<std::size_t> fieldsAt;
+  fieldsAt.reserve(table.size);
+  for (std::uint32_t i = 0; i < table.size; ++i) {
+    Reader::expectArray(c.next(), 4, "an object is not a class, an owner, a property and values");
     vxSavedObjectHead head;
-    head.className = nameOf(Reader::at(record, 0), "an object's class name is not text");
-    const msgpack::object& owner = Reader::at(record, 1);
-    if (owner.type == msgpack::type::NEGATIVE_INTEGER && owner.via.i64 == -1) head.madeBy = -1;
-    else if (owner.type == msgpack::type::POSITIVE_INTEGER && owner.via.u64 < i) head.madeBy = static_cast<std::int64_t>(owner.via.u64);
+    head.className = nameOf(c.next(), "an object's class name is not text");
+    const Item owner = c.next();
+    if (owner.kind == Kind::Negative && owner.i64 == -1) head.madeBy = -1;
+    else if (owner.kind == Kind::Positive && owner.u64 < i) head.madeBy = static_cast<std::int64_t>(owner.u64);
     else corrupt("an object's owner is not an earlier object");
-    const msgpack::object& property = Reader::at(record, 2);
-    if (property.type != msgpack::type::STR || property.via.str.size > kMaxNameBytes) corrupt("an owner's property is not text");
-    head.madeByProperty.assign(property.via.str.ptr, property.via.str.size);
+    const Item property = c.next();
+    if (property.kind != Kind::Str || property.size > kMaxNameBytes) corrupt("an owner's property is not text");
+    head.madeByProperty.assign(property.ptr, property.size);
     if ((head.madeBy >= 0) != !head.madeByProperty.empty()) corrupt("an owner without its property");
-    if (Reader::at(record, 3).type != msgpack::type::ARRAY) corrupt("an object's values are not a list");
+    fieldsAt.push_back(c.offset());
+    if (c.next().kind != Kind::Array) corrupt("an object's values are not a list");
+    c.seek(fieldsAt.back());
+    c.skip();
     heads.push_back(std::move(head));
   }
   // Each saved form: [class, data type name, value].
-  for (std::uint32_t i = 0; i < forms.via.array.size; ++i) {
-    const msgpack::object& form = Reader::at(forms, i);
-    Reader::expectArray(form, 3, "a saved form is not a class, a type and a value");
-    vxSavedObjectHead head;
-    head.className = nameOf(Reader::at(form, 0), "a saved form's class name is not text");
-    const msgpack::object& type = Reader::at(form, 1);
-    if (type.type != msgpack::type::STR || type.via.str.size > kMaxNameBytes) corrupt("a saved form's type is not text");
-    head.savedForm = true;
-    heads.push_back(std::move(head));
+  std::uint32_t formCount = 0;
+  std::vector<std::pair<std::string, std::size_t>> formTypes;  // type name, where the value starts
+  if (top.size == 3) {
+    const Item forms = c.next();
+    if (forms.kind != Kind::Array) corrupt("the saved forms are not a list");
+    formCount = forms.size;
+    formTypes.reserve(formCount);
+    for (std::uint32_t i = 0; i < formCount; ++i) {
+      Reader::expectArray(c.next(), 3, "a saved form is not a class, a type and a value");
+      vxSavedObjectHead head;
+      head.className = nameOf(c.next(), "a saved form's class name is not text");
+      const Item type = c.next();
+      if (type.kind != Kind::Str || type.size > kMaxNameBytes) corrupt("a saved form's type is not text");
+      head.savedForm = true;
+      formTypes.emplace_back(std::string(type.ptr, type.size), c.offset());
+      c.skip();
+      heads.push_back(std::move(head));
+    }
   }
+  if (!c.atEnd()) corrupt("bytes follow the saved values");
   if (!heads.empty()) {
     if (!options.makeObjects || !options.makeObjectArray) throw Error("VANTEL:vx:serialize:UnsupportedClass", "object");
     options.makeObjects(heads);
   }
   reader.objectCount = heads.size();
-  out.values = readEntries(Reader::at(top, 0), reader);
-  out.objects.reserve(heads.size());
-  for (std::uint32_t i = 0; i < table.via.array.size; ++i)
-    out.objects.push_back({std::move(heads[i]), readEntries(Reader::at(Reader::at(table, i), 3), reader)});
-  out.forms.reserve(forms.via.array.size);
-  for (std::uint32_t i = 0; i < forms.via.array.size; ++i) {
-    const msgpack::object& form = Reader::at(forms, i);
-    const msgpack::object& type = Reader::at(form, 1);
-    out.forms.push_back({std::move(heads[table.via.array.size + i]), std::string(type.via.str.ptr, type.via.str.size),
-                         reader.value(Reader::at(form, 2), 0)});
+  c.seek(valuesAt);
+  out.values = readEntries(c, reader);
+  if (!options.takeObject) out.objects.reserve(table.size);
+  // Records handed over one at a time are read into one list, reused.
+  std::vector<vxNamedValue> taken;
+  for (std::uint32_t i = 0; i < table.size; ++i) {
+    c.seek(fieldsAt[i]);
+    if (options.takeObject) {
+      readEntriesInto(c, reader, taken);
+      options.takeObject(i, taken);
+    } else {
+      out.objects.push_back({std::move(heads[i]), readEntries(c, reader)});
+    }
+  }
+  out.forms.reserve(formCount);
+  for (std::uint32_t i = 0; i < formCount; ++i) {
+    c.seek(formTypes[i].second);
+    out.forms.push_back({std::move(heads[table.size + i]), std::move(formTypes[i].first), reader.value(c, 0)});
   }
   return out;
 }

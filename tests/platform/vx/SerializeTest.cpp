@@ -440,3 +440,123 @@ TEST(Serialize, AFailedSaveLeavesThePreviousFileAndNoTemporaryFile) {
   EXPECT_EQ(idOf([&] { vxLoadValuesFile((dir / "absent.sgd").string(), {}); }), "VANTEL:vx:serialize:ReadFailed");
   fs::remove_all(dir);
 }
+
+// The writer uses the shortest MessagePack heads, but the reader takes every
+// form of a head that holds the same thing (a size in a wider or a signed
+// integer, a name or bytes behind a longer length), and refuses the kinds
+// the format never holds (floats, maps, extensions, the unused byte) and
+// counts or lengths that run past the body.
+TEST(Serialize, TheReaderTakesEveryFormOfAHeadAndRefusesWhatTheBodyCannotHold) {
+  using Pk = msgpack::packer<msgpack::sbuffer>;
+  const std::string corrupt = "VANTEL:vx:serialize:Corrupt";
+  auto load = [](const std::vector<std::uint8_t>& b) { return idOf([&] { vxDeserializeValues(b, {}); }); };
+  // One named value written by hand after a head of `headBytes`.
+  auto entry = [](const std::string& headBytes, const std::function<void(Pk&)>& rest) {
+    msgpack::sbuffer body;
+    Pk pk(body);
+    pk.pack_array(1);
+    pk.pack_array(2);
+    pk.pack(std::string("v"));
+    body.write(headBytes.data(), headBytes.size());
+    rest(pk);
+    return frame(body);
+  };
+  const double two = 2;
+  auto doubleBytes = [&](Pk& pk) {
+    pk.pack_bin(8);
+    pk.pack_bin_body(reinterpret_cast<const char*>(&two), 8);
+  };
+  {
+    // Class id as uint16, dimensions as int8 and int64, the flag, then the
+    // bytes behind a bin32 head.
+    msgpack::sbuffer body;
+    Pk pk(body);
+    pk.pack_array(1);
+    pk.pack_array(2);
+    body.write("\xd9\x01v", 3);  // the name as str8
+    pk.pack_array(4);
+    pk.pack_fix_uint16(vxDOUBLE_CLASS);
+    pk.pack_array(2);
+    pk.pack_fix_int8(1);
+    pk.pack_fix_int64(1);
+    pk.pack(false);
+    body.write("\xc6\0\0\0\x08", 5);
+    body.write(reinterpret_cast<const char*>(&two), 8);
+    std::vector<vxNamedValue> back = vxDeserializeValues(frame(body), {});
+    ASSERT_EQ(back.size(), 1u);
+    EXPECT_EQ(back[0].name, "v");
+    ASSERT_TRUE(vxIsDouble(back[0].value.get()));
+    EXPECT_EQ(vxGetScalar(back[0].value.get()), 2);
+  }
+  // A negative size, a float for a size, a map, an extension and the unused
+  // byte where a value's head is due.
+  auto value = [&](const std::function<void(Pk&)>& dims) {
+    return entry("", [&](Pk& pk) {
+      pk.pack_array(4);
+      pk.pack(static_cast<int>(vxDOUBLE_CLASS));
+      pk.pack_array(2);
+      dims(pk);
+      pk.pack(false);
+      doubleBytes(pk);
+    });
+  };
+  EXPECT_EQ(load(value([](Pk& pk) { pk.pack(1); pk.pack(1); })), "");
+  EXPECT_EQ(load(value([](Pk& pk) { pk.pack_fix_int8(-1); pk.pack(1); })), corrupt);
+  EXPECT_EQ(load(value([](Pk& pk) { pk.pack_double(1.5); pk.pack(1); })), corrupt);
+  EXPECT_EQ(load(entry("\x80", [](Pk&) {})), corrupt);
+  EXPECT_EQ(load(entry("\xd4\x01\x00", [](Pk&) {})), corrupt);
+  EXPECT_EQ(load(entry("\xc1", [](Pk&) {})), corrupt);
+  // Counts and lengths larger than the bytes behind them, in a value and in
+  // a part only passed over before the values are read.
+  EXPECT_EQ(load(entry("\xdd\x7f\xff\xff\xff", [](Pk&) {})), corrupt);
+  EXPECT_EQ(load(entry("\x94\x01\x92\x01\x01\xc2\xc6\x7f\xff\xff\xff", [](Pk&) {})), corrupt);
+  EXPECT_EQ(load(entry("\x94\x01\x92\x01\x01\xc2\xdb\x00\x00\x00\x09", [](Pk&) {})), corrupt);
+  msgpack::sbuffer table;
+  Pk pk(table);
+  pk.pack_array(2);
+  pk.pack_array(0);
+  table.write("\xdd\x00\x01\x00\x00", 5);  // 65,536 records announced, none there
+  EXPECT_EQ(idOf([&] { vxDeserializeDocument(frame(table, vxSerializeObjectTableVersion), {}); }), corrupt);
+}
+
+// With takeObject the records go to the caller one at a time as they are
+// read: after the heads, in table order, owned by the caller; none is kept
+// in the document, and an error of the callee ends the reading.
+TEST(Serialize, RecordsAreHandedOverOneAtATimeWhenTheCallerTakesThem) {
+  Sample s;
+  unique_vxArray tag = from_vantel(vxCreateString("t"));
+  unique_vxArray three = doubles({3});
+  const std::vector<vxSavedObjectView> table = {{{"a.Owner", -1, ""}, {{"Tag", tag.get()}, {"N", three.get()}}},
+                                                {{"a.Part", 0, "Title"}, {}},
+                                                {{"a.Other", -1, ""}, {{"N", three.get()}}}};
+  const std::vector<std::uint8_t> bytes = vxSerializeDocument(s.entries(), table, {});
+  std::vector<std::string> events;
+  vxReadOptions options;
+  options.makeObjects = [&](std::span<const vxSavedObjectHead> heads) {
+    events.push_back("heads " + std::to_string(heads.size()));
+  };
+  options.makeObjectArray = [](const std::string&, std::span<const vxSize>, std::span<const std::int64_t>) -> vxArray* {
+    return nullptr;
+  };
+  std::vector<vxNamedValue> taken;
+  options.takeObject = [&](std::size_t index, std::vector<vxNamedValue>& fields) {
+    events.push_back(std::to_string(index) + ":" + std::to_string(fields.size()));
+    for (vxNamedValue& field : fields) taken.push_back(std::move(field));
+  };
+  const vxSavedDocument doc = vxDeserializeDocument(bytes, options);
+  EXPECT_EQ(events, (std::vector<std::string>{"heads 3", "0:2", "1:0", "2:1"}));
+  EXPECT_TRUE(doc.objects.empty());
+  EXPECT_EQ(doc.values.size(), 3u);
+  ASSERT_EQ(taken.size(), 3u);
+  EXPECT_EQ(taken[0].name, "Tag");
+  EXPECT_EQ(vxArrayToStdString(taken[0].value.get()), "t");
+  EXPECT_TRUE(sameBits(taken[2].value.get(), three.get()));
+
+  events.clear();
+  options.takeObject = [&](std::size_t index, std::vector<vxNamedValue>&) {
+    events.push_back(std::to_string(index));
+    if (index == 1) throw Error("VANTEL:vx:serialize:Corrupt", "refused by the caller");
+  };
+  EXPECT_EQ(idOf([&] { vxDeserializeDocument(bytes, options); }), "VANTEL:vx:serialize:Corrupt");
+  EXPECT_EQ(events, (std::vector<std::string>{"heads 3", "0", "1"}));
+}

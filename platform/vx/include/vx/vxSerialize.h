@@ -100,6 +100,14 @@ struct vxReadOptions {
   // captured (version 3); without it such a handle is made by
   // makeFunctionHandle and its captured variables are dropped.
   std::function<vxArray*(const std::string& text, std::vector<vxNamedValue> captured)> makeCapturingFunctionHandle;
+  // Takes each record of the object table as soon as it is read, in table
+  // order (its index, then its values, which become the callee's), so that
+  // only one record's values exist at a time; the document's object list is
+  // then left empty. Without it the records are kept in the document. The
+  // whole body's form is checked before the first record is handed over;
+  // a value that fails to read later ends the reading with the records
+  // before it already handed over (the caller undoes what it did with them).
+  std::function<void(std::size_t index, std::vector<vxNamedValue>& fields)> takeObject;
 };
 
 // The newest format version this build reads and writes. A set with
