@@ -27,8 +27,8 @@ const COSID& graphicsId() {
 // A graphics class written by hand in the generated pattern: a colour triple
 // EdgeColor on its own block, and Selectable as a mixin. doPostSet counts.
 struct BenchHandle : SGHandle {
-  void doPostSet(COSInterfacePtr, COSPropInfo*, DirtyFlags) override { ++marks; }
-  void doPostSet(COSInterfacePtr, COSPropInfo*, bool, bool) override { ++marks; }
+  void doPostSet(COSInterface*, COSPropInfo*, DirtyFlags) override { ++marks; }
+  void doPostSet(COSInterface*, COSPropInfo*, bool, bool) override { ++marks; }
   RGBAColor edgeColor;
   unsigned char edgeColorMode = 0;
   long marks = 0;

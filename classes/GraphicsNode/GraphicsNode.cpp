@@ -151,16 +151,16 @@ void GraphicsNode::queueForViews(COSInterface* object) {
   if (!std::exchange(dirty_, true)) markDirty(object);
 }
 
-void GraphicsNode::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
+void GraphicsNode::doPostSet(COSInterface* object, COSPropInfo* property, DirtyFlags flags) {
   GraphicsCoreProperties::doPostSet(object, property, flags);
-  if (viewProperties_) viewProperties_->markViewPropertyDirty(object.get(), property);
-  queueForViews(object.get());
+  if (viewProperties_) viewProperties_->markViewPropertyDirty(object, property);
+  queueForViews(object);
 }
 
-void GraphicsNode::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+void GraphicsNode::doPostSet(COSInterface* object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
   GraphicsCoreProperties::doPostSet(object, property, limitsDirty, objectDirty);
-  if (viewProperties_) viewProperties_->markViewPropertyDirty(object.get(), property);
-  queueForViews(object.get());
+  if (viewProperties_) viewProperties_->markViewPropertyDirty(object, property);
+  queueForViews(object);
 }
 
 namespace {

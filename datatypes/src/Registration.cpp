@@ -74,10 +74,12 @@ std::vector<std::pair<COSID, COSID>>& addedConversions() {
 enum class Track : bool { No, Yes };
 
 template <class F>
-void addConversion(const char* from, const char* to, F f, Track track = Track::Yes) {
+COSTypeConversion* addConversion(const char* from, const char* to, F f, Track track = Track::Yes) {
   COSID a(from), b(to);
-  COSTypeRepository::addConversion(a, b, makeConversion(std::move(f)));
+  COSTypeConversion* c = makeConversion(std::move(f));
+  COSTypeRepository::addConversion(a, b, c);
   if (track == Track::Yes) addedConversions().emplace_back(a, b);
+  return c;
 }
 
 const vxArray* arrayOf(COSValue v) { return v.asPointer<const vxArray>(); }
@@ -145,7 +147,10 @@ void registerEnumerationType(const char* name) {
 
 void registerTypes() {
   register_datatype(new detail::OnOffType);
-  addConversion("any", kOnOffType, [](COSValue v) { return COSValue::fromBool(isOn(onOffFromArray(arrayOf(v)))); });
+  // A logical scalar is the whole of the first case of onOffFromArray, so a
+  // set by name may take its word without the call.
+  addConversion("any", kOnOffType, [](COSValue v) { return COSValue::fromBool(isOn(onOffFromArray(arrayOf(v)))); })
+      ->setTakesLogicalScalarAsBool();
   addConversion(kOnOffType, "any", [](COSValue v) {
     // Reads ask for these two texts all the time: each read gets a shared
     // copy of a kept array instead of a new text.

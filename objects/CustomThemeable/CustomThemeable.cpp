@@ -74,7 +74,7 @@ void CustomThemeable::markDirty() {
   COSInterfacePtr object = getCOSReference();
   if (!isLive(object.get())) return;
   FOUNDATION_LOG(themeLog(), kDebug) << "graphics::mixin::CustomThemeable::markDirty - valid SGHandle, marking dirty.";
-  doPostSet(object, nullptr, false, true);
+  doPostSet(object.get(), nullptr, false, true);
 }
 
 }  // namespace graphics::mixin

@@ -123,7 +123,7 @@ void GraphicsCoreProperties::addMethods(COSClass* cls, COSID classId) {
 void GraphicsCoreProperties::markContextMenuDirty() {
   COSInterface* self = getCOSObject();
   if (!self || self->isBeingDestroyed()) return;
-  doPostSet(getCOSReference(), uiContextMenuProperty(self), /*limitsDirty=*/false, /*objectDirty=*/true);
+  doPostSet(self, uiContextMenuProperty(self), /*limitsDirty=*/false, /*objectDirty=*/true);
 }
 
 void GraphicsCoreProperties::attachDeleteListener(COSInterfacePtr object) {

@@ -142,16 +142,16 @@ const COSValue* GraphicsTheme::resolvedTypedValue(const std::string* attribute, 
 }
 
 // Any change of the theme's own properties may change what an attribute resolves to.
-void GraphicsTheme::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
+void GraphicsTheme::doPostSet(COSInterface* object, COSPropInfo* property, DirtyFlags flags) {
   typed_.clear();
   resolved_.clear();
-  GeneratedBlock::doPostSet(std::move(object), property, flags);
+  GeneratedBlock::doPostSet(object, property, flags);
 }
 
-void GraphicsTheme::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+void GraphicsTheme::doPostSet(COSInterface* object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
   typed_.clear();
   resolved_.clear();
-  GeneratedBlock::doPostSet(std::move(object), property, limitsDirty, objectDirty);
+  GeneratedBlock::doPostSet(object, property, limitsDirty, objectDirty);
 }
 
 void GraphicsTheme::copyStateFrom(const GraphicsTheme& other) {

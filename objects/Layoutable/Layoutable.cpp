@@ -49,7 +49,7 @@ void Layoutable::markLayoutForViews(COSInterface* object) {
   if (!core) return;
   static const COSID layoutName("Layout");
   if (COSPropInfo* property = object->getClass()->findPropertyExact(layoutName))
-    core->doPostSet(COSInterfacePtr(object), property, /*limitsDirty=*/false, /*objectDirty=*/true);
+    core->doPostSet(object, property, /*limitsDirty=*/false, /*objectDirty=*/true);
 }
 
 void Layoutable::validateLayoutPropertyValue(LayoutOrEmpty) {}

@@ -127,7 +127,7 @@ void ThemeContainer::alwaysUseDesktopTheme(bool flag) {
   changeTheme(builtinTheme(sgutils::themes::desktopThemeSetting().isDark()));
 }
 
-void ThemeContainer::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+void ThemeContainer::doPostSet(COSInterface* object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
   Mixin::doPostSet(object, property, limitsDirty, objectDirty);
   static const COSID themeMode("ThemeMode");
   // Only a change reaches here: manual back to auto.

@@ -104,8 +104,8 @@ bool SGHandle::resetAllowed(COSInterfacePtr) { return true; }
 void SGHandle::doReset(COSInterfacePtr object) {
   if (object) object->resetToClassDefaults();
 }
-void SGHandle::doPostSet(COSInterfacePtr, COSPropInfo*, DirtyFlags) {}
-void SGHandle::doPostSet(COSInterfacePtr, COSPropInfo*, bool, bool) {}
+void SGHandle::doPostSet(COSInterface*, COSPropInfo*, DirtyFlags) {}
+void SGHandle::doPostSet(COSInterface*, COSPropInfo*, bool, bool) {}
 bool SGHandle::isThisYours(COSInterfacePtr) { return false; }
 bool SGHandle::isChildProperty(const char*) const { return false; }
 bool SGHandle::isUIComponent() { return false; }

@@ -5,6 +5,6 @@
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/lifecycle/SGPropHandler.h"
 
-void SGPropHandler::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
-  if (SGHandle* handle = toSGHandle(object)) handle->doPostSet(std::move(object), property, limitsDirty, objectDirty);
+void SGPropHandler::doPostSet(COSInterface* object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+  if (SGHandle* handle = SGHandle::fromObject(object)) handle->doPostSet(object, property, limitsDirty, objectDirty);
 }

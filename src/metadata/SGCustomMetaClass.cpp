@@ -252,11 +252,12 @@ void SGCustomMetaClass::customSetPropertyValue(COSInterface* object, COSPropInfo
   if (!flags.limits && !flags.object && !flags.legend && !flags.structUpdate) return;
   FOUNDATION_LOG(customSetLog(), kDebug) << "doMarkDirty: " << text(shouldMarkDirty);
   if (!shouldMarkDirty) return;
-  COSInterfacePtr self(object);
+  // The object is held for the call: a post-set may drop other references.
+  const COSInterfacePtr self(object);
   if (!componentContainer || !flags.structUpdate)
-    handle->doPostSet(self, property, flags);
+    handle->doPostSet(self.get(), property, flags);
   else
-    handle->doPostSet(self, property, false, flags.structUpdate);
+    handle->doPostSet(self.get(), property, false, flags.structUpdate);
 }
 
 

@@ -14,13 +14,13 @@ namespace sgutils {
 
 GeneratedBlock::~GeneratedBlock() = default;
 
-void GeneratedBlock::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
+void GeneratedBlock::doPostSet(COSInterface* object, COSPropInfo* property, DirtyFlags flags) {
   // Null for an object outside "vantel.graphics.Graphics".
-  if (SGHandle* handle = toSGHandle(object)) handle->doPostSet(std::move(object), property, flags);
+  if (SGHandle* handle = SGHandle::fromObject(object)) handle->doPostSet(object, property, flags);
 }
 
-void GeneratedBlock::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
-  if (SGHandle* handle = toSGHandle(object)) handle->doPostSet(std::move(object), property, limitsDirty, objectDirty);
+void GeneratedBlock::doPostSet(COSInterface* object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+  if (SGHandle* handle = SGHandle::fromObject(object)) handle->doPostSet(object, property, limitsDirty, objectDirty);
 }
 
 const GeneratedClassInfo::BlockPlan& GeneratedClassInfo::planFor(COSClass* cls) {

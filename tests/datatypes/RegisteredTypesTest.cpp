@@ -59,6 +59,7 @@ const RoundTrip kRoundTrips[] = {
 
 TEST_F(RegisteredTypes, EveryTypeRoundTripsThroughAnyAndRefusesWithItsIdentifier) {
   int builtInPlace = 0;
+  int takesLogical = 0;
   for (const RoundTrip& t : kRoundTrips) {
     SCOPED_TRACE(t.type);
     COSDataTypePtr type(t.type);
@@ -97,8 +98,18 @@ TEST_F(RegisteredTypes, EveryTypeRoundTripsThroughAnyAndRefusesWithItsIdentifier
       EXPECT_EQ(end, nullptr);
       ++builtInPlace;
     }
+    // A conversion that lets a caller take a logical scalar's word must
+    // give that word itself.
+    if (conversion->takesLogicalScalarAsBool()) {
+      ++takesLogical;
+      for (bool b : {false, true}) {
+        const unique_vxArray logical(vxCreateLogicalScalar(b));
+        EXPECT_EQ(conversion->convert(COSValue(logical.get())).getValue(), COSValue::fromBool(b).getValue()) << t.type;
+      }
+    }
   }
   EXPECT_EQ(builtInPlace, 13) << "every value class converts in place";
+  EXPECT_EQ(takesLogical, 1) << "on/off alone takes a logical scalar as its word";
 }
 
 TEST_F(RegisteredTypes, DifferentValuesCompareUnequal) {

@@ -262,13 +262,15 @@ TRIPLE_SETTER = T("""void $n::set$x($arg value, graphics::datatype::ClientEnum c
   struct PublicTag;
   struct InternalTag;
   COSInterface* self = getCOSObject();
-  COSClass* cls = getClassInstance();
-  if (!self || !cls) return;
+  if (!self) return;
   if (client != graphics::datatype::PrivateClient) {
-    static_cast<${x}PI*>(sgutils::cachedFace<PublicTag>(cls, publicFace))
-        ->setPublicValueIn<${x}ModePI, ${x}_IPI>(*this, self, $word);
+    // The class and its face in one kept entry: no look-up of the class.
+    if (auto* face = static_cast<${x}PI*>(sgutils::cachedOwnFace<PublicTag>(&getClassInstance, publicFace)))
+      face->setPublicValueIn<${x}ModePI, ${x}_IPI>(*this, self, $word);
     return;
   }
+  COSClass* cls = getClassInstance();
+  if (!cls) return;
   // The class itself writes the internal face, so the mode stays as it is.
   self->setPropertyValue(getPrivateClient(), sgutils::cachedFace<InternalTag>(cls, internalFace), $word);
 }

@@ -35,8 +35,8 @@ class SGUTILS_API SGHandle : public SGReference {
   virtual bool resetAllowed(COSInterfacePtr object);
   // Puts the class defaults back.
   virtual void doReset(COSInterfacePtr object);
-  virtual void doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags);
-  virtual void doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty);
+  virtual void doPostSet(COSInterface* object, COSPropInfo* property, DirtyFlags flags);
+  virtual void doPostSet(COSInterface* object, COSPropInfo* property, bool limitsDirty, bool objectDirty);
   virtual bool isThisYours(COSInterfacePtr object);
   virtual bool isChildProperty(const char* name) const;
   // Save and load (src/persistence/LoadPass.cpp). doDefaultPropSave puts

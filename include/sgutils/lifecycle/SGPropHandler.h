@@ -13,5 +13,5 @@ class SGUTILS_API SGPropHandler : public SGReference {
   static COSClass* getClassInstance();
   // Hands a post-set on to the object's Graphics block, for property
   // handlers that are not graphics objects first.
-  virtual void doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty);
+  virtual void doPostSet(COSInterface* object, COSPropInfo* property, bool limitsDirty, bool objectDirty);
 };

@@ -4,7 +4,8 @@
 // them, shared by the slots of all; the block counts the slots it fills.
 // Both doPostSet forms, the hook that runs after a generated property was
 // set, hand the call on to the object's Graphics block, where a concrete
-// class marks itself dirty.
+// class marks itself dirty. The object comes as a plain pointer: the caller
+// of a set holds it for the length of the call.
 #pragma once
 
 #include "sgutils/metadata/DirtyFlags.h"
@@ -19,8 +20,8 @@ namespace sgutils {
 class SGUTILS_API GeneratedBlock : public SGReference {
  public:
   ~GeneratedBlock() override;
-  virtual void doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags);
-  virtual void doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty);
+  virtual void doPostSet(COSInterface* object, COSPropInfo* property, DirtyFlags flags);
+  virtual void doPostSet(COSInterface* object, COSPropInfo* property, bool limitsDirty, bool objectDirty);
   // The class whose C++ type this block is.
   virtual COSID blockClassID() const = 0;
   // Whether a block of this line holds the data of `classId`; none here.

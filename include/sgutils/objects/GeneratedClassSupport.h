@@ -46,6 +46,25 @@ COSPropInfo* cachedFace(COSClass* cls, COSID name) {
   return e.property;
 }
 
+// The property `name` of the generated class that `classOf` answers, both
+// found on first use and kept in one entry (per instance, like the class):
+// a typed setter's public write reaches its face with one look at the
+// cache. Null while the class is not registered; a later call looks again.
+template <class Tag>
+COSPropInfo* cachedOwnFace(COSClass* (*classOf)(), COSID name) {
+  struct Entry {
+    COSClass* cls = nullptr;
+    COSPropInfo* property = nullptr;
+  };
+  Entry& e = PerInstance<Tag, Entry>::get([] { return Entry{}; });
+  if (!e.cls) {
+    COSClass* cls = classOf();
+    if (!cls) return nullptr;
+    e = {cls, cls->findPropertyExact(name)};
+  }
+  return e.property;
+}
+
 // Sets a graphics metadata attribute (such as "HasCallbackProperty") of an
 // event a class has just added; the event's meta class must have it.
 SGUTILS_API void setEventAttribute(COSEventInfo* event, COSID attribute, bool value);

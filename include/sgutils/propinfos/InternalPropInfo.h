@@ -54,7 +54,7 @@ class InternalPropInfo : public PropInfoBase, public InternalPropertyFactoryDefa
         // is, without the type's calls.
         const bool same = PI::read(block) == value;
         PI::store(block, value);
-        if (!same) block.doPostSet(COSInterfacePtr(instance), this, false, true);
+        if (!same) block.doPostSet(instance, this, false, true);
         return;
       }
     }
@@ -68,7 +68,7 @@ class InternalPropInfo : public PropInfoBase, public InternalPropertyFactoryDefa
       t.destroy(old);
       PI::store(block, copy);
     }
-    if (!same) block.doPostSet(COSInterfacePtr(instance), this, false, true);
+    if (!same) block.doPostSet(instance, this, false, true);
   }
 
   void releaseValue(COSInterface*, COSValue) const override {}

@@ -60,7 +60,7 @@ class ModePropInfo : public PropInfoBase, public ModePropertyFactoryDefaultIniti
     const bool changed = isTransitionToAuto(&old, next);
     PI::storeMode(block, next ? *next : 0);
     if (changed) {
-      block.doPostSet(COSInterfacePtr(instance), this, false, true);
+      block.doPostSet(instance, this, false, true);
       themes::modeSetBackToAuto(instance, this);
     }
   }

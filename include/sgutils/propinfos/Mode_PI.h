@@ -74,7 +74,7 @@ class Mode_PI : public PropInfoBase, public ModePropertyFactoryDefaultInitialize
     } else {
       changed = isModeTransitionToAuto(nullptr, next);
     }
-    if (changed) block->doPostSet(COSInterfacePtr(instance), this, false, true);
+    if (changed) block->doPostSet(instance, this, false, true);
   }
 
   const PropertyDefinitionInterface* record_;

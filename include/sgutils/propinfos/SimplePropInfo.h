@@ -107,7 +107,7 @@ class SimplePropInfo : public SimplePropInfoBase {
   void afterStore(Class* block, const Storage& storage, COSInterface* instance) {
     if (storage.hasObservers()) notifyStorageObservers(storage, instance, storage.word());
     if (!instance->isBeingDestroyed())
-      block->doPostSet(COSInterfacePtr(instance), this, limitsDirty(), objectDirty());
+      block->doPostSet(instance, this, limitsDirty(), objectDirty());
   }
 
   Member member_;

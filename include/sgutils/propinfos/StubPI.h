@@ -49,7 +49,7 @@ class StubPI : public SimplePropInfoBase {
       notifyStorageObservers(block->*observed_, instance, now);
       releaseValue(instance, now);
     }
-    if (!instance->isBeingDestroyed()) block->doPostSet(COSInterfacePtr(instance), this, limitsDirty(), objectDirty());
+    if (!instance->isBeingDestroyed()) block->doPostSet(instance, this, limitsDirty(), objectDirty());
   }
 
   void releaseValue(COSInterface* instance, COSValue value) const override {

@@ -57,6 +57,13 @@ const COSInterfacePtr* vxGetObjectElements(const vxArray* array) {
   return objects(*array).elements.data();
 }
 
+const COSInterfacePtr* vxGetObjectElementAt(const vxArray* array, vxSize index) noexcept {
+  if (!array || array->cls() != vxOBJECT_CLASS || !array->payload) return nullptr;
+  const vxSize n = array->ndim == 2 ? array->dims2[0] * array->dims2[1] : numelOf(*array);
+  if (index >= n) return nullptr;
+  return static_cast<const ObjectPayload*>(array->payload.get())->elements.data() + index;
+}
+
 COSInterfacePtr* vxGetObjectElements(vxArray* array) {
   assert(array && "array required");
   return objectsForWrite(*array).elements.data();

@@ -112,6 +112,13 @@ bool vxIsVector(const vxArray* array) {
 
 bool vxIsLogicalScalar(const vxArray* array) { return vxIsLogical(array) && vxIsScalar(array); }
 
+bool vxGetLogicalScalar(const vxArray* array, bool* value) noexcept {
+  if (!array || array->cls() != vxLOGICAL_CLASS || array->ndim != 2 || array->dims2[0] != 1 || array->dims2[1] != 1)
+    return false;
+  *value = *static_cast<const bool*>(rawData(*array));
+  return true;
+}
+
 bool vxIsLogicalScalarTrue(const vxArray* array) {
   return vxIsLogicalScalar(array) && *static_cast<const bool*>(rawData(*array));
 }

@@ -186,13 +186,15 @@ void Triples::setSelected(bool value, graphics::datatype::ClientEnum client) {
   struct PublicTag;
   struct InternalTag;
   COSInterface* self = getCOSObject();
-  COSClass* cls = getClassInstance();
-  if (!self || !cls) return;
+  if (!self) return;
   if (client != graphics::datatype::PrivateClient) {
-    static_cast<SelectedPI*>(sgutils::cachedFace<PublicTag>(cls, publicFace))
-        ->setPublicValueIn<SelectedModePI, Selected_IPI>(*this, self, COSValue::fromBool(value));
+    // The class and its face in one kept entry: no look-up of the class.
+    if (auto* face = static_cast<SelectedPI*>(sgutils::cachedOwnFace<PublicTag>(&getClassInstance, publicFace)))
+      face->setPublicValueIn<SelectedModePI, Selected_IPI>(*this, self, COSValue::fromBool(value));
     return;
   }
+  COSClass* cls = getClassInstance();
+  if (!cls) return;
   // The class itself writes the internal face, so the mode stays as it is.
   self->setPropertyValue(getPrivateClient(), sgutils::cachedFace<InternalTag>(cls, internalFace), COSValue::fromBool(value));
 }
@@ -209,13 +211,15 @@ void Triples::setHighlight(bool value, graphics::datatype::ClientEnum client) {
   struct PublicTag;
   struct InternalTag;
   COSInterface* self = getCOSObject();
-  COSClass* cls = getClassInstance();
-  if (!self || !cls) return;
+  if (!self) return;
   if (client != graphics::datatype::PrivateClient) {
-    static_cast<HighlightPI*>(sgutils::cachedFace<PublicTag>(cls, publicFace))
-        ->setPublicValueIn<HighlightModePI, Highlight_IPI>(*this, self, COSValue::fromBool(value));
+    // The class and its face in one kept entry: no look-up of the class.
+    if (auto* face = static_cast<HighlightPI*>(sgutils::cachedOwnFace<PublicTag>(&getClassInstance, publicFace)))
+      face->setPublicValueIn<HighlightModePI, Highlight_IPI>(*this, self, COSValue::fromBool(value));
     return;
   }
+  COSClass* cls = getClassInstance();
+  if (!cls) return;
   // The class itself writes the internal face, so the mode stays as it is.
   self->setPropertyValue(getPrivateClient(), sgutils::cachedFace<InternalTag>(cls, internalFace), COSValue::fromBool(value));
 }
@@ -232,13 +236,15 @@ void Triples::setStyle(const graphics::datatype::RGBAColor& value, graphics::dat
   struct PublicTag;
   struct InternalTag;
   COSInterface* self = getCOSObject();
-  COSClass* cls = getClassInstance();
-  if (!self || !cls) return;
+  if (!self) return;
   if (client != graphics::datatype::PrivateClient) {
-    static_cast<StylePI*>(sgutils::cachedFace<PublicTag>(cls, publicFace))
-        ->setPublicValueIn<StyleModePI, Style_IPI>(*this, self, COSValue(&value));
+    // The class and its face in one kept entry: no look-up of the class.
+    if (auto* face = static_cast<StylePI*>(sgutils::cachedOwnFace<PublicTag>(&getClassInstance, publicFace)))
+      face->setPublicValueIn<StyleModePI, Style_IPI>(*this, self, COSValue(&value));
     return;
   }
+  COSClass* cls = getClassInstance();
+  if (!cls) return;
   // The class itself writes the internal face, so the mode stays as it is.
   self->setPropertyValue(getPrivateClient(), sgutils::cachedFace<InternalTag>(cls, internalFace), COSValue(&value));
 }
@@ -255,13 +261,15 @@ void Triples::setWidth(double value, graphics::datatype::ClientEnum client) {
   struct PublicTag;
   struct InternalTag;
   COSInterface* self = getCOSObject();
-  COSClass* cls = getClassInstance();
-  if (!self || !cls) return;
+  if (!self) return;
   if (client != graphics::datatype::PrivateClient) {
-    static_cast<WidthPI*>(sgutils::cachedFace<PublicTag>(cls, publicFace))
-        ->setPublicValueIn<WidthModePI, Width_IPI>(*this, self, COSValue::fromDouble(value));
+    // The class and its face in one kept entry: no look-up of the class.
+    if (auto* face = static_cast<WidthPI*>(sgutils::cachedOwnFace<PublicTag>(&getClassInstance, publicFace)))
+      face->setPublicValueIn<WidthModePI, Width_IPI>(*this, self, COSValue::fromDouble(value));
     return;
   }
+  COSClass* cls = getClassInstance();
+  if (!cls) return;
   // The class itself writes the internal face, so the mode stays as it is.
   self->setPropertyValue(getPrivateClient(), sgutils::cachedFace<InternalTag>(cls, internalFace), COSValue::fromDouble(value));
 }

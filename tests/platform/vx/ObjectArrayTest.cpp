@@ -97,3 +97,46 @@ TEST_F(ObjectHooks, ClassQuestionsGoToTheHooks) {
   unique_vxArray d = from_vantel(vxCreateDoubleScalar(1));
   EXPECT_FALSE(vxIsHeterogeneousArray(d.get()));
 }
+
+// The one-call reads of a set by name: an object array's element, and the
+// value of a logical scalar. Anything else answers nothing.
+TEST(OneCallReads, ElementAtAnswersOnlyInsideAnObjectArray) {
+  const int before = CountedObject::live;
+  {
+    unique_vxArray a = from_vantel(CountedObject::makeArray(3));
+    const vxArray* c = a.get();
+    EXPECT_EQ(vxGetObjectElementAt(c, 0), &vxGetObjectElements(c)[0]);
+    EXPECT_EQ(vxGetObjectElementAt(c, 2), &vxGetObjectElements(c)[2]);
+    EXPECT_EQ(vxGetObjectElementAt(c, 3), nullptr) << "one past the end";
+    const vxSize dims[3] = {1, 2, 2};
+    unique_vxArray cube = from_vantel(vxCreateObjectArray(3, dims, nullptr));
+    EXPECT_NE(vxGetObjectElementAt(cube.get(), 3), nullptr) << "more than two dimensions count them all";
+    EXPECT_TRUE(vxGetObjectElementAt(cube.get(), 3)->isNull());
+    EXPECT_EQ(vxGetObjectElementAt(cube.get(), 4), nullptr);
+    EXPECT_EQ(vxGetObjectElementAt(from_vantel(vxCreateDoubleScalar(1)).get(), 0), nullptr);
+    EXPECT_EQ(vxGetObjectElementAt(nullptr, 0), nullptr);
+  }
+  EXPECT_EQ(CountedObject::live, before);
+}
+
+TEST(OneCallReads, LogicalScalarOnlyForOneByOneLogicals) {
+  bool value = false;
+  EXPECT_TRUE(vxGetLogicalScalar(from_vantel(vxCreateLogicalScalar(true)).get(), &value));
+  EXPECT_TRUE(value);
+  EXPECT_TRUE(vxGetLogicalScalar(from_vantel(vxCreateLogicalScalar(false)).get(), &value));
+  EXPECT_FALSE(value);
+  value = true;
+  EXPECT_FALSE(vxGetLogicalScalar(from_vantel(vxCreateLogicalMatrix(1, 2)).get(), &value));
+  EXPECT_FALSE(vxGetLogicalScalar(from_vantel(vxCreateLogicalMatrix(0, 0)).get(), &value));
+  EXPECT_FALSE(vxGetLogicalScalar(from_vantel(vxCreateDoubleScalar(1)).get(), &value));
+  EXPECT_FALSE(vxGetLogicalScalar(from_vantel(vxCreateString("on")).get(), &value));
+  EXPECT_FALSE(vxGetLogicalScalar(nullptr, &value));
+  EXPECT_TRUE(value) << "left alone when the answer is no";
+  // A logical scalar grown out of its inline room and shrunk back to one element.
+  unique_vxArray grown = from_vantel(vxCreateLogicalMatrix(1, 3));
+  static_cast<bool*>(vxGetData(grown.get()))[0] = true;
+  const vxSize one[2] = {1, 1};
+  vxSetDimensions(grown.get(), one, 2);
+  EXPECT_TRUE(vxGetLogicalScalar(grown.get(), &value));
+  EXPECT_TRUE(value);
+}

@@ -140,18 +140,18 @@ class TestNodeChildInfo final : public COSGenericClass {
   }
 };
 
-graphics::datatype::AutoManual selectedModeOf(const COSInterfacePtr& object) {
-  auto* s = sgutils::blockOf<graphics::mixin::Selectable>(object.get(), graphics::mixin::Selectable::classID());
+graphics::datatype::AutoManual selectedModeOf(const COSInterface* object) {
+  auto* s = sgutils::blockOf<graphics::mixin::Selectable>(object, graphics::mixin::Selectable::classID());
   return s ? s->getSelectedMode() : graphics::datatype::AutoManual::Auto;
 }
 
 }  // namespace
 
-void JournalingHandle::doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) {
+void JournalingHandle::doPostSet(COSInterface* object, COSPropInfo* property, DirtyFlags flags) {
   posts.push_back({property->getName(), false, flags, selectedModeOf(object)});
 }
 
-void JournalingHandle::doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
+void JournalingHandle::doPostSet(COSInterface* object, COSPropInfo* property, bool limitsDirty, bool objectDirty) {
   DirtyFlags flags;
   flags.limits = limitsDirty;
   flags.object = objectDirty;

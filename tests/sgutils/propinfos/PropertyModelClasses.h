@@ -40,8 +40,8 @@ struct PostSet {
 
 class JournalingHandle : public SGHandle {
  public:
-  void doPostSet(COSInterfacePtr object, COSPropInfo* property, DirtyFlags flags) override;
-  void doPostSet(COSInterfacePtr object, COSPropInfo* property, bool limitsDirty, bool objectDirty) override;
+  void doPostSet(COSInterface* object, COSPropInfo* property, DirtyFlags flags) override;
+  void doPostSet(COSInterface* object, COSPropInfo* property, bool limitsDirty, bool objectDirty) override;
   std::vector<PostSet> posts;
   // The colour triple EdgeColor of "sg2utils.TestPropertyFlags", written by
   // hand with the generated property kinds and held by value.

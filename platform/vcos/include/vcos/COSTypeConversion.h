@@ -23,4 +23,15 @@ class VCOS_API COSTypeConversion {
   // Raises as convert does; false (nothing built) when this conversion has
   // no such form, and the caller converts with convert.
   virtual bool convertInPlace(COSValue from, void* room, COSValue& out, EndInPlace& end) const;
+
+  // True for a conversion from an array that turns a 1-by-1 logical into
+  // COSValue::fromBool of its element and into nothing else: a caller that
+  // holds such an input (vxGetLogicalScalar) may take that word without
+  // calling convert. Set by the type's library when it registers the
+  // conversion.
+  bool takesLogicalScalarAsBool() const noexcept { return logicalScalarAsBool_; }
+  void setTakesLogicalScalarAsBool() noexcept { logicalScalarAsBool_ = true; }
+
+ private:
+  bool logicalScalarAsBool_ = false;
 };

@@ -60,9 +60,8 @@ void installArrayHooks() {
 namespace {
 
 COSInterface* elementAt(const vxArray* array, vxIndex index) {
-  if (!array || !vxIsObject(array) || index >= vxGetNumberOfElements(array))
-    throw Error(vcos::msg::InvalidHandle);
-  COSInterface* o = vxGetObjectElements(array)[index].get();
+  const COSInterfacePtr* element = vxGetObjectElementAt(array, index);
+  COSInterface* o = element ? element->get() : nullptr;
   if (!o) throw Error(vcos::msg::InvalidHandle);
   o->checkValid();
   return o;
@@ -102,6 +101,8 @@ struct NamedProperty {
   bool plainSet = false;
   COSTypeConversion* toArray = nullptr;  // null when the type has none
   COSTypeConversion* fromArray = nullptr;
+  // fromArray takes a logical scalar as COSValue::fromBool of it (an on/off).
+  bool logicalAsBool = false;
 };
 
 // The kept answers of this thread, made on its first get or set by name and
@@ -166,6 +167,7 @@ const NamedProperty* namedProperty(const COSInterface* o, const char* name) {
   if (!e.arrayType) {
     e.toArray = COSTypeRepository::getArrayConversion(*type, true);
     e.fromArray = COSTypeRepository::getArrayConversion(*type, false);
+    e.logicalAsBool = e.fromArray && e.fromArray->takesLogicalScalarAsBool();
   }
   k = e;
   return &k;
@@ -231,6 +233,12 @@ void setThrough(COSInterface* o, const NamedProperty& e, const vxArray* array) {
       p->setAsPublicClient(o, v);
     }
   };
+  // A logical scalar for an on/off: its word, with nothing to convert or end.
+  bool logical = false;
+  if (e.logicalAsBool && vxGetLogicalScalar(array, &logical)) {
+    set(COSValue::fromBool(logical));
+    return;
+  }
   // The value lives for the set only: built on the stack where the
   // conversion can, so that a colour, say, costs no heap value.
   alignas(std::max_align_t) unsigned char room[COSTypeConversion::kInPlaceBytes];

@@ -35,6 +35,11 @@ VX_API vxArray* vxCreateObjectMatrix(vxSize m, vxSize n, const void* classId);
 // non-const form unshares first, so a write never shows through a copy.
 VX_API const COSInterfacePtr* vxGetObjectElements(const vxArray* array);
 VX_API COSInterfacePtr* vxGetObjectElements(vxArray* array);
+// The element at `index` in storage order; null for a null array, an array
+// of another class or an index past the end (the element itself may be an
+// empty reference). Asks what vxIsObject, vxGetNumberOfElements and
+// vxGetObjectElements would, in one call.
+VX_API const COSInterfacePtr* vxGetObjectElementAt(const vxArray* array, vxSize index) noexcept;
 
 VX_API const void* vxGetObjectClassID(const vxArray* array);
 // Changes the class of the array (after its elements changed); unshares first.

@@ -30,6 +30,9 @@ VX_API bool vxIsScalar(const vxArray* array);
 VX_API bool vxIsVector(const vxArray* array);
 VX_API bool vxIsLogicalScalar(const vxArray* array);
 VX_API bool vxIsLogicalScalarTrue(const vxArray* array);
+// True for a 1-by-1 logical (null included: false), whose value goes to
+// `value`: the one question a set of an on/off value asks of its input.
+VX_API bool vxGetLogicalScalar(const vxArray* array, bool* value) noexcept;
 // An object array whose class is a heterogeneous root or below one.
 VX_API bool vxIsHeterogeneousArray(const vxArray* array);
 
