@@ -420,6 +420,51 @@ TEST_F(CopyTest, EveryValueAndModeIsEqualInTheCopy) {
   EXPECT_EQ(text(at(made, 0)->getNewestChild()->getOlderSibling(), "YLimMode"), "manual");
 }
 
+// The axes copies its limits as stored: an auto limit stays computed from
+// the copy's own children, a manual one stays manual even where it equals
+// what the new axes would compute.
+TEST_F(CopyTest, AxesLimitsAreCopiedAsStoredWithTheirModes) {
+  const COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr target = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  const COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, axes);
+  const auto row = [](double a, double b) {
+    Arr r(vxCreateDoubleMatrix(1, 2, vxREAL));
+    vxGetPr(r.get())[0] = a;
+    vxGetPr(r.get())[1] = b;
+    return r;
+  };
+  set(line, "XData", row(1, 2).get());
+  set(line, "YData", row(2, 5).get());
+  set(axes, "XLim", row(0, 1).get());  // what a new axes computes, given by hand
+  set(axes, "ZLim", row(-2, 2).get());
+  const auto limits = [](const COSInterfacePtr& object, const char* name) {
+    const Arr value = get(object, name);
+    return std::vector<double>(vxGetPr(value.get()), vxGetPr(value.get()) + 2);
+  };
+
+  const Arr made = copy({axes}, {target});
+  const COSInterfacePtr copied = at(made, 0);
+  EXPECT_EQ(text(copied, "XLimMode"), "manual");
+  EXPECT_EQ(limits(copied, "XLim"), (std::vector<double>{0, 1}));
+  EXPECT_EQ(text(copied, "YLimMode"), "auto");
+  EXPECT_EQ(limits(copied, "YLim"), limits(axes, "YLim"));
+  EXPECT_EQ(text(copied, "ZLimMode"), "manual");
+  EXPECT_EQ(limits(copied, "ZLim"), (std::vector<double>{-2, 2}));
+  // Still auto: the copy's limits follow its own children.
+  const COSInterfacePtr copiedLine = copied->getNewestChild();
+  ASSERT_TRUE(copiedLine && sgclasses::isOfClass(copiedLine.get(), {sgclasses::kLineClass}));
+  set(copiedLine, "XData", row(1, 2).get());
+  set(copiedLine, "YData", row(10, 20).get());
+  EXPECT_EQ(limits(copied, "YLim"), (std::vector<double>{10, 20}));
+  EXPECT_EQ(limits(axes, "YLim"), (std::vector<double>{2, 5}));
+
+  // A limit set back to auto copies as auto.
+  set(axes, "XLimMode", Arr(vxCreateString("auto")).get());
+  const Arr again = copy({axes}, {target});
+  EXPECT_EQ(text(at(again, 0), "XLimMode"), "auto");
+}
+
 TEST_F(CopyTest, AValueANewObjectAlreadyHoldsKeepsItsModeAndClassInTheCopy) {
   const COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
   const COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
