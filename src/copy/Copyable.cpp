@@ -8,6 +8,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "sgutils/copy/CopyContextImpl.h"
+#include "sgutils/copy/ParentConnector.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/metadata/SGCustomMetaProperty.h"
 #include "sgutils/propinfos/PropInfoBase.h"
@@ -23,6 +24,7 @@
 #include "vcos/COSDataType.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/FaultInjection.h"
 #include "vcos/InstanceBlocks.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
@@ -289,9 +291,23 @@ bool mayReferIntoCopy(const PropertyCopyEntry& entry, const COSInterfacePtr& sou
   return false;
 }
 
-// Sets the copy's Parent to the parent's copy, through the client path (its
-// checks, listeners and defaults), then points the reconnected properties
-// at the copies.
+// Hooks the copy under `parent` through the Parent family's connector
+// where the set of Parent would be unobserved: the same checks and effects
+// without the set's path and the conversion of the parent's array. False:
+// not done.
+bool connectDirectly(const COSInterfacePtr& copy, COSInterface* parent, const ClassCopyPlan& plan) {
+  if (!plan.parent || !parent) return false;
+  const ParentConnector::Connect connect = ParentConnector::find(plan.parent);
+  if (!connect) return false;
+  COSCustomMetaClass* customSet = nullptr;
+  if (!copy->isUnobservedPublicSet(plan.parent, customSet) || customSet) return false;
+  vcos::fault::at(vcos::fault::Point::PropertySet);  // as the set would
+  return connect(copy.get(), parent);
+}
+
+// Sets the copy's Parent to the parent's copy (none: left as it is),
+// through the client path (its checks, listeners and defaults), then points
+// the reconnected properties at the copies.
 void connectCopy(const COSInterfacePtr& source, const COSInterfacePtr& copy, const vxArray* parent,
                  CopyContextImpl* context, const ClassCopyPlan& plan, const COSClient* client) {
   if (parent && !vxIsEmpty(parent)) {
@@ -346,7 +362,10 @@ void runCopyElement(CopyTask& task, const COSClient* client) {
 
 void runConnect(CopyTask& task, const COSClient* client) {
   if (task.plan && task.plan->defaultConnect) {
-    connectCopy(task.source, task.copy, copyArrayOf(*task.parentTask), task.context, *task.plan, client);
+    CopyTask& parentTask = *task.parentTask;
+    COSInterface* parent = parentTask.copy && !parentTask.copy->isDestroyed() ? parentTask.copy.get() : nullptr;
+    const bool hooked = connectDirectly(task.copy, parent, *task.plan);
+    connectCopy(task.source, task.copy, hooked ? nullptr : copyArrayOf(parentTask), task.context, *task.plan, client);
   } else {
     static const COSID method("connectCopyToTree");
     const vxArray* in[4] = {sourceArrayOf(task), copyArrayOf(task), copyArrayOf(*task.parentTask),
