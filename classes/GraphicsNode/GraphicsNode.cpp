@@ -222,8 +222,7 @@ bool connectUnderParent(COSInterface* object, COSInterface* parent) {
 }  // namespace
 
 void GraphicsNode::addMethods(COSClass* cls, COSID classId) {
-  if (const COSPropInfo* parent = cls->findPropertyExact(COSID("Parent")))
-    sgutils::copy::ParentConnector::set(parent, &connectUnderParent);
+  sgutils::copy::ParentConnector::set(classId, &connectUnderParent);
   sgutils::addMixinMethod(cls, classId, "markViewPropertiesDirty", &markViewPropertiesDirtyMethod, {"object", "names"},
                           {});
 }

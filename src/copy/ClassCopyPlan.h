@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "sgutils/copy/ParentConnector.h"
 #include "src/copy/PropertyCopyVisitor.h"
 
 class COSClass;
@@ -27,6 +28,9 @@ struct ClassCopyPlan {
   // copy), and whether its type takes the parent's array as it is.
   COSPropInfo* parent = nullptr;
   bool parentTakesArray = false;
+  // What hooks a copy under its parent's copy in place of a set of that
+  // Parent where the set would be unobserved (null: the set).
+  ParentConnector::Connect parentConnect = nullptr;
   // The class's "Children" (null: looked up per object), and whether its
   // values are arrays as they are (read and used without a copy).
   COSPropInfo* children = nullptr;

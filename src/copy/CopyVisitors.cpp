@@ -141,6 +141,7 @@ const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {
   if (COSPropInfo* parent = cls->findPropertyExact(parentName)) {
     plan->parent = parent;
     plan->parentTakesArray = passesArrays(parent->getDataType());
+    plan->parentConnect = ParentConnector::find(parent);
   }
   return *plans.emplace(cls, std::move(plan)).first->second;
 }

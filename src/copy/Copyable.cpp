@@ -296,13 +296,11 @@ bool mayReferIntoCopy(const PropertyCopyEntry& entry, const COSInterfacePtr& sou
 // without the set's path and the conversion of the parent's array. False:
 // not done.
 bool connectDirectly(const COSInterfacePtr& copy, COSInterface* parent, const ClassCopyPlan& plan) {
-  if (!plan.parent || !parent) return false;
-  const ParentConnector::Connect connect = ParentConnector::find(plan.parent);
-  if (!connect) return false;
+  if (!plan.parentConnect || !parent) return false;
   COSCustomMetaClass* customSet = nullptr;
   if (!copy->isUnobservedPublicSet(plan.parent, customSet) || customSet) return false;
   vcos::fault::at(vcos::fault::Point::PropertySet);  // as the set would
-  return connect(copy.get(), parent);
+  return plan.parentConnect(copy.get(), parent);
 }
 
 // Sets the copy's Parent to the parent's copy (none: left as it is),

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "sgutils/SgutilsExport.h"
+#include "vcos/COSInternedBase.h"
 
 class COSInterface;
 class COSPropInfo;
@@ -22,11 +23,12 @@ class SGUTILS_API ParentConnector {
   // (nothing done): the copy then sets Parent.
   using Connect = bool (*)(COSInterface* object, COSInterface* parent);
 
-  // Registers `connect` for the Parent property `parent` (a few at most;
-  // a second registration of the same property replaces the first).
-  static void set(const COSPropInfo* parent, Connect connect) noexcept;
-  // The function registered for `parent`, or null.
-  static Connect find(const COSPropInfo* parent) noexcept;
+  // Registers `connect` for the "Parent" that the class `definingClass`
+  // defines (a few at most; registering a class again replaces its entry).
+  static void set(COSID definingClass, Connect connect);
+  // The function registered for the class that defines `parent`, when
+  // `parent` is a "Parent"; else null. Asked once per class by a copy.
+  static Connect find(const COSPropInfo* parent);
 };
 
 }  // namespace sgutils::copy
