@@ -35,6 +35,10 @@ struct ClassCopyPlan {
   // values are arrays as they are (read and used without a copy).
   COSPropInfo* children = nullptr;
   bool childrenPassArrays = false;
+  // No "Children" at all for an object of the class without properties of
+  // its own (the class has none by any name a look-up accepts): such an
+  // object is a leaf without a look-up.
+  bool noChildren = false;
   // The classes whose blocks hold the values copied block to block, each
   // looked up once per object.
   static constexpr std::size_t kMaxBlocks = 16;

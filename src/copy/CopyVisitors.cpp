@@ -15,6 +15,7 @@
 #include "vcos/COSDataType.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/DynamicProperties.h"
 #include "vcos/InstanceBlocks.h"
 #include "vcos/PropertyRouteEpoch.h"
 
@@ -135,6 +136,9 @@ const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {
       childrenName("Children");
   plan->children = cls->findPropertyExact(childrenName);
   if (plan->children) plan->childrenPassArrays = passesArrays(plan->children->getDataType());
+  // Without properties added to it, what the object's look-up finds is the
+  // class's answer.
+  else if (!vcos::hasDynamicProperties(object)) plan->noChildren = !object->findPropertyInfo(childrenName);
   plan->defaultCopyElement = cls->findMethod(copyElementName) == defaultCopyElementMethod();
   plan->defaultConnect = cls->findMethod(connectName) == defaultConnectMethod();
   // A property of the class itself, so the same for every object of it.
