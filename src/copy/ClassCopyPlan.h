@@ -61,6 +61,13 @@ struct ClassCopyPlan {
   // class's fixed offsets; 0 while not known. Only read to fetch the room
   // into the cache ahead of its turn.
   mutable std::uint32_t roomSpan = 0;
+  // Where those blocks lie from the object's address in an instance whose
+  // blocks are at the class's fixed offsets (0: none), learnt with the room
+  // from the first such object and forgotten with the slots.
+  mutable std::vector<std::int32_t> blockOffsets;
+  mutable std::int32_t copyableOffset = 0;
+  mutable bool offsetsKnown = false;
+  mutable bool layoutLearnt = false;
   void learnRoom(const COSInterface* object) const;
 
   // The plan of the object's class; `object` answers the child-property test.

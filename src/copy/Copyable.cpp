@@ -112,14 +112,28 @@ void copyProperties(const ClassCopyPlan& plan, const std::vector<PropertyCopyEnt
   // Both objects of the plan's class (as nearly always): their blocks are
   // found by the indexes kept with the plan, not by class id.
   const bool bySlot = from->getClass() == plan.cls && to->getClass() == plan.cls;
-  if (bySlot) {
-    plan.refreshSlots();
-    if (!plan.roomSpan) plan.learnRoom(from);
-  }
+  if (bySlot) plan.learnRoom(from);
+  // Both with their blocks at the class's offsets (as nearly always): each
+  // block is the object's address plus the offset the plan learnt.
+  const bool byOffset = bySlot && plan.offsetsKnown && vcos::hasFixedBlocks(from) && vcos::hasFixedBlocks(to);
   const auto blockOf = [&](const COSInterface* object, std::size_t b) -> void* {
+    if (byOffset) {
+      const std::int32_t offset = plan.blockOffsets[b];
+      return offset ? const_cast<char*>(reinterpret_cast<const char*>(object)) + offset : nullptr;
+    }
     if (!bySlot) return object->getInstanceData(plan.blockClasses[b]);
     const int slot = plan.blockSlots[b];
     return slot < 0 ? nullptr : vcos::instanceDataAt(object, slot);
+  };
+  const auto copyableDataOf = [&](const COSInterface* object) -> const CopyableData* {
+    if (byOffset) {
+      return plan.copyableOffset
+                 ? reinterpret_cast<const CopyableData*>(reinterpret_cast<const char*>(object) + plan.copyableOffset)
+                 : nullptr;
+    }
+    if (bySlot && plan.copyableSlot >= 0)
+      return static_cast<const CopyableData*>(vcos::instanceDataAt(object, plan.copyableSlot));
+    return Copyable::dataOf(object);
   };
   // Every block the plan names, looked up once per side before the values
   // (a class's faces mostly reach all of them); a pair with a side missing
@@ -142,11 +156,8 @@ void copyProperties(const ClassCopyPlan& plan, const std::vector<PropertyCopyEnt
     if (entry.copyableFlag) {
       // Equal flags (a copied object and its new copy are both copyable):
       // nothing to write, as holds() would find through two reads.
-      const bool slot = bySlot && plan.copyableSlot >= 0;
-      const auto* fromData = static_cast<const CopyableData*>(
-          slot ? vcos::instanceDataAt(from, plan.copyableSlot) : Copyable::dataOf(from));
-      const auto* toData =
-          static_cast<const CopyableData*>(slot ? vcos::instanceDataAt(to, plan.copyableSlot) : Copyable::dataOf(to));
+      const CopyableData* fromData = copyableDataOf(from);
+      const CopyableData* toData = copyableDataOf(to);
       if (fromData && toData && fromData->copyable == toData->copyable) continue;
     }
     if (entry.kind == PropertyCopyKind::Value) {
