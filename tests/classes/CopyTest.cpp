@@ -12,6 +12,7 @@
 #include "classes/ClassesTestSupport.h"
 #include "foundation/core/except/WarningChannel.h"
 #include "sgclasses/ClassNames.h"
+#include "sgclasses/Drawnow.h"
 #include "sgdatatypes/Registration.h"
 #include "sgutils/classinfo/BaseObjectCOSInfo.h"
 #include "sgutils/classinfo/SGHandleClassInfo.h"
@@ -19,6 +20,7 @@
 #include "sgutils/copy/CopyContextImpl.h"
 #include "sgutils/copy/Copyable.h"
 #include "sgutils/copy/CopyableMethod.h"
+#include "sgutils/defaults/DefaultNameAccess.h"
 #include "sgutils/lifecycle/ObjectCtorMI.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/propinfos/PropInfoBase.h"
@@ -463,6 +465,47 @@ TEST_F(CopyTest, AxesLimitsAreCopiedAsStoredWithTheirModes) {
   set(axes, "XLimMode", Arr(vxCreateString("auto")).get());
   const Arr again = copy({axes}, {target});
   EXPECT_EQ(text(at(again, 0), "XLimMode"), "auto");
+}
+
+// A copy hooked under its parent's copy gets what a set of Parent gives: its
+// place, the defaults of its new ancestors where its own value is not set by
+// hand; a destination its class refuses is refused, whatever pair of classes
+// was asked before, and leaves nothing behind.
+TEST_F(CopyTest, CopiesAreHookedAsASetOfParentHooksThem) {
+  const COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  const COSInterfacePtr group = sgclasses::create(sgclasses::kGroupClass, axes);
+  const COSInterfacePtr wide = sgclasses::create(sgclasses::kLineClass, group);
+  const COSInterfacePtr plain = sgclasses::create(sgclasses::kLineClass, group);
+  set(wide, "LineWidth", Arr(vxCreateDoubleScalar(4)).get());
+  const COSInterfacePtr target = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr targetAxes = sgclasses::create(sgclasses::kAxesClass, target);
+  sgutils::DefaultNameAccess::set(target, "defaultLineLineWidth", Arr(vxCreateDoubleScalar(3)).get());
+
+  const Arr made = copy({group}, {targetAxes});
+  const COSInterfacePtr groupCopy = at(made, 0);
+  EXPECT_EQ(groupCopy->getOwnerObject(), targetAxes.get());
+  ASSERT_EQ(childCount(groupCopy), 2);
+  // Newest first, as in the source.
+  const COSInterfacePtr plainCopy(groupCopy->getNewestChild());
+  const COSInterfacePtr wideCopy(plainCopy->getOlderSibling());
+  EXPECT_EQ(wideCopy->getOwnerObject(), groupCopy.get());
+  EXPECT_EQ(number(wideCopy, "LineWidth"), 4);
+  EXPECT_EQ(text(wideCopy, "LineWidthMode"), "manual");
+  EXPECT_EQ(number(plainCopy, "LineWidth"), 3);
+  EXPECT_NE(number(plain, "LineWidth"), 3);  // the source keeps its own
+
+  // A line under a group, then under a figure, then under axes again. The
+  // drawnow queue holds deleted objects until told to forget them.
+  sgclasses::forgetDeletedDirtyObjects();
+  const std::size_t live = vcos::liveObjectCount();
+  const int inTarget = childCount(target);
+  EXPECT_EQ(errorId([&] { copy({wide}, {target}); }), "VANTEL:sgclasses:InvalidParent");
+  sgclasses::forgetDeletedDirtyObjects();
+  EXPECT_EQ(vcos::liveObjectCount(), live);
+  EXPECT_EQ(childCount(target), inTarget);
+  const Arr again = copy({wide}, {targetAxes});
+  EXPECT_EQ(at(again, 0)->getOwnerObject(), targetAxes.get());
 }
 
 TEST_F(CopyTest, AValueANewObjectAlreadyHoldsKeepsItsModeAndClassInTheCopy) {
