@@ -9,6 +9,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "sgdatatypes/HandleNumberTable.h"
+#include "sgutils/copy/ParentConnector.h"
 #include "sgutils/objects/CurrentAxes.gen.h"
 #include "sgutils/objects/GraphicsUIProperties.gen.h"
 #include "sgutils/objects/Layoutable.gen.h"
@@ -70,6 +71,26 @@ void GraphicsNode::setParentImpl(COSPropInfo*, const COSClient*, COSInterface* o
   reparent(object, parentOf(value.asPointer<const vxArray>()).get());
 }
 
+bool GraphicsNode::acceptsParentOfClass(const COSInterface* object, COSInterface* parent) const {
+  // The answer of the last pair of classes asked, kept while the property
+  // route epoch stays (a class that goes moves it, so a class made later at
+  // the same address is asked anew). Interpreter thread only.
+  struct Kept {
+    const COSClass* cls = nullptr;
+    const COSClass* parentClass = nullptr;
+    std::uint64_t epoch = 0;
+    bool answer = false;
+  };
+  static Kept kept;
+  const COSClass* cls = object->getClass();
+  const COSClass* parentClass = parent->getClass();
+  const std::uint64_t epoch = vcos::propertyRouteEpoch();
+  if (kept.cls == cls && kept.parentClass == parentClass && kept.epoch == epoch && cls) return kept.answer;
+  const bool answer = acceptsParent(parent);
+  kept = {cls, parentClass, epoch, answer};
+  return answer;
+}
+
 void GraphicsNode::reparent(COSInterface* object, COSInterface* parent) {
   if (!parent) {
     object->unhookFromOwner();
@@ -77,7 +98,7 @@ void GraphicsNode::reparent(COSInterface* object, COSInterface* parent) {
     return;
   }
   if (parent->isDestroyed() || parent->isBeingDestroyed()) throw Error("VANTEL:sg:DeletedObject");
-  if (!acceptsParent(parent))
+  if (!acceptsParentOfClass(object, parent))
     throw Error("VANTEL:sgclasses:InvalidParent", object->getClass()->getName(), parent->getClass()->getName());
   // The new parent must not lie below the object.
   for (COSInterface* up = parent; up; up = up->getOwnerObject())
@@ -187,7 +208,21 @@ unsigned char GraphicsNode::readHandleVisibility(const void* block) noexcept {
   return static_cast<unsigned char>(node->handleVisibility_);
 }
 
+namespace {
+
+// Hooks a copy under its parent's copy as a set of Parent would (see
+// ParentConnector); objects without the block are left to the set.
+bool connectUnderParent(COSInterface* object, COSInterface* parent) {
+  auto* node = sgutils::blockOf<GraphicsNode>(object, GraphicsNode::classID());
+  if (!node) return false;
+  node->reparent(object, parent);
+  return true;
+}
+
+}  // namespace
+
 void GraphicsNode::addMethods(COSClass* cls, COSID classId) {
+  sgutils::copy::ParentConnector::set(classId, &connectUnderParent);
   sgutils::addMixinMethod(cls, classId, "markViewPropertiesDirty", &markViewPropertiesDirtyMethod, {"object", "names"},
                           {});
 }

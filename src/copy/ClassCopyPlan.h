@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "sgutils/copy/ParentConnector.h"
 #include "src/copy/PropertyCopyVisitor.h"
 
 class COSClass;
@@ -27,10 +28,17 @@ struct ClassCopyPlan {
   // copy), and whether its type takes the parent's array as it is.
   COSPropInfo* parent = nullptr;
   bool parentTakesArray = false;
+  // What hooks a copy under its parent's copy in place of a set of that
+  // Parent where the set would be unobserved (null: the set).
+  ParentConnector::Connect parentConnect = nullptr;
   // The class's "Children" (null: looked up per object), and whether its
   // values are arrays as they are (read and used without a copy).
   COSPropInfo* children = nullptr;
   bool childrenPassArrays = false;
+  // No "Children" at all for an object of the class without properties of
+  // its own (the class has none by any name a look-up accepts): such an
+  // object is a leaf without a look-up.
+  bool noChildren = false;
   // The classes whose blocks hold the values copied block to block, each
   // looked up once per object.
   static constexpr std::size_t kMaxBlocks = 16;
@@ -53,6 +61,13 @@ struct ClassCopyPlan {
   // class's fixed offsets; 0 while not known. Only read to fetch the room
   // into the cache ahead of its turn.
   mutable std::uint32_t roomSpan = 0;
+  // Where those blocks lie from the object's address in an instance whose
+  // blocks are at the class's fixed offsets (0: none), learnt with the room
+  // from the first such object and forgotten with the slots.
+  mutable std::vector<std::int32_t> blockOffsets;
+  mutable std::int32_t copyableOffset = 0;
+  mutable bool offsetsKnown = false;
+  mutable bool layoutLearnt = false;
   void learnRoom(const COSInterface* object) const;
 
   // The plan of the object's class; `object` answers the child-property test.

@@ -18,6 +18,7 @@
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/DynamicProperties.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
 #include "vx/vxCreate.h"
@@ -175,6 +176,9 @@ void CopyContextImpl::planSubtree(const COSInterfacePtr& source, CopyTask* paren
   // By index: the deque grows while it is walked.
   for (std::size_t k = tasks.size() - 1; k < tasks.size(); ++k) {
     CopyTask* task = &tasks[k];
+    // A leaf of a class without Children, and without properties of its
+    // own, is not looked up by name.
+    if (task->plan && task->plan->noChildren && !vcos::hasDynamicProperties(task->source.get())) continue;
     const bool fromPlan = task->plan && task->plan->children;
     COSPropInfo* property = fromPlan ? task->plan->children : task->source->findPropertyInfo(childrenName());
     if (!property) continue;  // no Children: no children

@@ -15,6 +15,7 @@
 #include "vcos/COSDataType.h"
 #include "vcos/COSInterface.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/DynamicProperties.h"
 #include "vcos/InstanceBlocks.h"
 #include "vcos/PropertyRouteEpoch.h"
 
@@ -89,23 +90,34 @@ void ClassCopyPlan::refreshSlots() const {
   blockSlots.resize(blockClasses.size());
   for (std::size_t b = 0; b < blockClasses.size(); ++b) blockSlots[b] = vcos::blockSlotOf(cls, blockClasses[b]);
   copyableSlot = vcos::blockSlotOf(cls, Copyable::classID());
-  roomSpan = 0;  // learnt again from the next object
+  roomSpan = 0;  // learnt again from the next object, with the offsets
+  offsetsKnown = false;
+  layoutLearnt = false;
   slotEpoch = epoch;
   slotsKnown = true;
 }
 
 void ClassCopyPlan::learnRoom(const COSInterface* object) const {
-  if (roomSpan || !object || object->getClass() != cls || !vcos::hasFixedBlocks(object)) return;
   refreshSlots();
+  if (layoutLearnt || !object || object->getClass() != cls || !vcos::hasFixedBlocks(object)) return;
+  layoutLearnt = true;
   const auto* base = reinterpret_cast<const char*>(object);
   std::ptrdiff_t last = 0;
-  const auto reach = [&](int slot) {
-    if (slot < 0) return;
+  bool fits = true;
+  const auto reach = [&](int slot) -> std::int32_t {
+    if (slot < 0) return 0;
     const auto* block = static_cast<const char*>(vcos::instanceDataAt(object, slot));
-    if (block && block > base) last = std::max(last, block - base);
+    if (!block) return 0;
+    const std::ptrdiff_t offset = block - base;
+    if (offset > 0) last = std::max(last, offset);
+    if (offset <= 0 || offset > INT32_MAX) fits = false;
+    return static_cast<std::int32_t>(offset);
   };
-  for (const int slot : blockSlots) reach(slot);
-  reach(copyableSlot);
+  blockOffsets.resize(blockSlots.size());
+  for (std::size_t b = 0; b < blockSlots.size(); ++b) blockOffsets[b] = reach(blockSlots[b]);
+  copyableOffset = reach(copyableSlot);
+  // Blocks lie after the instance in its room; anything else is read by slot.
+  offsetsKnown = fits;
   // A room of the usual few kilobytes; anything else is not fetched ahead.
   constexpr std::ptrdiff_t kLine = 64, kMaxRoom = 8192;
   if (last > 0 && last < kMaxRoom) roomSpan = static_cast<std::uint32_t>(last + kLine);
@@ -135,12 +147,16 @@ const ClassCopyPlan& ClassCopyPlan::of(const COSInterface* object) {
       childrenName("Children");
   plan->children = cls->findPropertyExact(childrenName);
   if (plan->children) plan->childrenPassArrays = passesArrays(plan->children->getDataType());
+  // Without properties added to it, what the object's look-up finds is the
+  // class's answer.
+  else if (!vcos::hasDynamicProperties(object)) plan->noChildren = !object->findPropertyInfo(childrenName);
   plan->defaultCopyElement = cls->findMethod(copyElementName) == defaultCopyElementMethod();
   plan->defaultConnect = cls->findMethod(connectName) == defaultConnectMethod();
   // A property of the class itself, so the same for every object of it.
   if (COSPropInfo* parent = cls->findPropertyExact(parentName)) {
     plan->parent = parent;
     plan->parentTakesArray = passesArrays(parent->getDataType());
+    plan->parentConnect = ParentConnector::find(parent);
   }
   return *plans.emplace(cls, std::move(plan)).first->second;
 }

@@ -8,6 +8,7 @@
 
 #include "foundation/core/except/Error.h"
 #include "sgutils/copy/CopyContextImpl.h"
+#include "sgutils/copy/ParentConnector.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/metadata/SGCustomMetaProperty.h"
 #include "sgutils/propinfos/PropInfoBase.h"
@@ -23,6 +24,7 @@
 #include "vcos/COSDataType.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/FaultInjection.h"
 #include "vcos/InstanceBlocks.h"
 #include "vcos/ObjectArray.h"
 #include "vcos/ObjectCalls.h"
@@ -110,14 +112,28 @@ void copyProperties(const ClassCopyPlan& plan, const std::vector<PropertyCopyEnt
   // Both objects of the plan's class (as nearly always): their blocks are
   // found by the indexes kept with the plan, not by class id.
   const bool bySlot = from->getClass() == plan.cls && to->getClass() == plan.cls;
-  if (bySlot) {
-    plan.refreshSlots();
-    if (!plan.roomSpan) plan.learnRoom(from);
-  }
+  if (bySlot) plan.learnRoom(from);
+  // Both with their blocks at the class's offsets (as nearly always): each
+  // block is the object's address plus the offset the plan learnt.
+  const bool byOffset = bySlot && plan.offsetsKnown && vcos::hasFixedBlocks(from) && vcos::hasFixedBlocks(to);
   const auto blockOf = [&](const COSInterface* object, std::size_t b) -> void* {
+    if (byOffset) {
+      const std::int32_t offset = plan.blockOffsets[b];
+      return offset ? const_cast<char*>(reinterpret_cast<const char*>(object)) + offset : nullptr;
+    }
     if (!bySlot) return object->getInstanceData(plan.blockClasses[b]);
     const int slot = plan.blockSlots[b];
     return slot < 0 ? nullptr : vcos::instanceDataAt(object, slot);
+  };
+  const auto copyableDataOf = [&](const COSInterface* object) -> const CopyableData* {
+    if (byOffset) {
+      return plan.copyableOffset
+                 ? reinterpret_cast<const CopyableData*>(reinterpret_cast<const char*>(object) + plan.copyableOffset)
+                 : nullptr;
+    }
+    if (bySlot && plan.copyableSlot >= 0)
+      return static_cast<const CopyableData*>(vcos::instanceDataAt(object, plan.copyableSlot));
+    return Copyable::dataOf(object);
   };
   // Every block the plan names, looked up once per side before the values
   // (a class's faces mostly reach all of them); a pair with a side missing
@@ -140,11 +156,8 @@ void copyProperties(const ClassCopyPlan& plan, const std::vector<PropertyCopyEnt
     if (entry.copyableFlag) {
       // Equal flags (a copied object and its new copy are both copyable):
       // nothing to write, as holds() would find through two reads.
-      const bool slot = bySlot && plan.copyableSlot >= 0;
-      const auto* fromData = static_cast<const CopyableData*>(
-          slot ? vcos::instanceDataAt(from, plan.copyableSlot) : Copyable::dataOf(from));
-      const auto* toData =
-          static_cast<const CopyableData*>(slot ? vcos::instanceDataAt(to, plan.copyableSlot) : Copyable::dataOf(to));
+      const CopyableData* fromData = copyableDataOf(from);
+      const CopyableData* toData = copyableDataOf(to);
       if (fromData && toData && fromData->copyable == toData->copyable) continue;
     }
     if (entry.kind == PropertyCopyKind::Value) {
@@ -289,9 +302,21 @@ bool mayReferIntoCopy(const PropertyCopyEntry& entry, const COSInterfacePtr& sou
   return false;
 }
 
-// Sets the copy's Parent to the parent's copy, through the client path (its
-// checks, listeners and defaults), then points the reconnected properties
-// at the copies.
+// Hooks the copy under `parent` through the Parent family's connector
+// where the set of Parent would be unobserved: the same checks and effects
+// without the set's path and the conversion of the parent's array. False:
+// not done.
+bool connectDirectly(const COSInterfacePtr& copy, COSInterface* parent, const ClassCopyPlan& plan) {
+  if (!plan.parentConnect || !parent) return false;
+  COSCustomMetaClass* customSet = nullptr;
+  if (!copy->isUnobservedPublicSet(plan.parent, customSet) || customSet) return false;
+  vcos::fault::at(vcos::fault::Point::PropertySet);  // as the set would
+  return plan.parentConnect(copy.get(), parent);
+}
+
+// Sets the copy's Parent to the parent's copy (none: left as it is),
+// through the client path (its checks, listeners and defaults), then points
+// the reconnected properties at the copies.
 void connectCopy(const COSInterfacePtr& source, const COSInterfacePtr& copy, const vxArray* parent,
                  CopyContextImpl* context, const ClassCopyPlan& plan, const COSClient* client) {
   if (parent && !vxIsEmpty(parent)) {
@@ -346,7 +371,10 @@ void runCopyElement(CopyTask& task, const COSClient* client) {
 
 void runConnect(CopyTask& task, const COSClient* client) {
   if (task.plan && task.plan->defaultConnect) {
-    connectCopy(task.source, task.copy, copyArrayOf(*task.parentTask), task.context, *task.plan, client);
+    CopyTask& parentTask = *task.parentTask;
+    COSInterface* parent = parentTask.copy && !parentTask.copy->isDestroyed() ? parentTask.copy.get() : nullptr;
+    const bool hooked = connectDirectly(task.copy, parent, *task.plan);
+    connectCopy(task.source, task.copy, hooked ? nullptr : copyArrayOf(parentTask), task.context, *task.plan, client);
   } else {
     static const COSID method("connectCopyToTree");
     const vxArray* in[4] = {sourceArrayOf(task), copyArrayOf(task), copyArrayOf(*task.parentTask),

@@ -12,6 +12,7 @@
 #include "classes/ClassesTestSupport.h"
 #include "foundation/core/except/WarningChannel.h"
 #include "sgclasses/ClassNames.h"
+#include "sgclasses/Drawnow.h"
 #include "sgdatatypes/Registration.h"
 #include "sgutils/classinfo/BaseObjectCOSInfo.h"
 #include "sgutils/classinfo/SGHandleClassInfo.h"
@@ -19,6 +20,7 @@
 #include "sgutils/copy/CopyContextImpl.h"
 #include "sgutils/copy/Copyable.h"
 #include "sgutils/copy/CopyableMethod.h"
+#include "sgutils/defaults/DefaultNameAccess.h"
 #include "sgutils/lifecycle/ObjectCtorMI.h"
 #include "sgutils/lifecycle/SGHandle.h"
 #include "sgutils/propinfos/PropInfoBase.h"
@@ -418,6 +420,92 @@ TEST_F(CopyTest, EveryValueAndModeIsEqualInTheCopy) {
   expectSameValues(figure, at(made, 0), compared);
   EXPECT_GT(compared, 200);
   EXPECT_EQ(text(at(made, 0)->getNewestChild()->getOlderSibling(), "YLimMode"), "manual");
+}
+
+// The axes copies its limits as stored: an auto limit stays computed from
+// the copy's own children, a manual one stays manual even where it equals
+// what the new axes would compute.
+TEST_F(CopyTest, AxesLimitsAreCopiedAsStoredWithTheirModes) {
+  const COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr target = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  const COSInterfacePtr line = sgclasses::create(sgclasses::kLineClass, axes);
+  const auto row = [](double a, double b) {
+    Arr r(vxCreateDoubleMatrix(1, 2, vxREAL));
+    vxGetPr(r.get())[0] = a;
+    vxGetPr(r.get())[1] = b;
+    return r;
+  };
+  set(line, "XData", row(1, 2).get());
+  set(line, "YData", row(2, 5).get());
+  set(axes, "XLim", row(0, 1).get());  // what a new axes computes, given by hand
+  set(axes, "ZLim", row(-2, 2).get());
+  const auto limits = [](const COSInterfacePtr& object, const char* name) {
+    const Arr value = get(object, name);
+    return std::vector<double>(vxGetPr(value.get()), vxGetPr(value.get()) + 2);
+  };
+
+  const Arr made = copy({axes}, {target});
+  const COSInterfacePtr copied = at(made, 0);
+  EXPECT_EQ(text(copied, "XLimMode"), "manual");
+  EXPECT_EQ(limits(copied, "XLim"), (std::vector<double>{0, 1}));
+  EXPECT_EQ(text(copied, "YLimMode"), "auto");
+  EXPECT_EQ(limits(copied, "YLim"), limits(axes, "YLim"));
+  EXPECT_EQ(text(copied, "ZLimMode"), "manual");
+  EXPECT_EQ(limits(copied, "ZLim"), (std::vector<double>{-2, 2}));
+  // Still auto: the copy's limits follow its own children.
+  const COSInterfacePtr copiedLine = copied->getNewestChild();
+  ASSERT_TRUE(copiedLine && sgclasses::isOfClass(copiedLine.get(), {sgclasses::kLineClass}));
+  set(copiedLine, "XData", row(1, 2).get());
+  set(copiedLine, "YData", row(10, 20).get());
+  EXPECT_EQ(limits(copied, "YLim"), (std::vector<double>{10, 20}));
+  EXPECT_EQ(limits(axes, "YLim"), (std::vector<double>{2, 5}));
+
+  // A limit set back to auto copies as auto.
+  set(axes, "XLimMode", Arr(vxCreateString("auto")).get());
+  const Arr again = copy({axes}, {target});
+  EXPECT_EQ(text(at(again, 0), "XLimMode"), "auto");
+}
+
+// A copy hooked under its parent's copy gets what a set of Parent gives: its
+// place, the defaults of its new ancestors where its own value is not set by
+// hand; a destination its class refuses is refused, whatever pair of classes
+// was asked before, and leaves nothing behind.
+TEST_F(CopyTest, CopiesAreHookedAsASetOfParentHooksThem) {
+  const COSInterfacePtr figure = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr axes = sgclasses::create(sgclasses::kAxesClass, figure);
+  const COSInterfacePtr group = sgclasses::create(sgclasses::kGroupClass, axes);
+  const COSInterfacePtr wide = sgclasses::create(sgclasses::kLineClass, group);
+  const COSInterfacePtr plain = sgclasses::create(sgclasses::kLineClass, group);
+  set(wide, "LineWidth", Arr(vxCreateDoubleScalar(4)).get());
+  const COSInterfacePtr target = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
+  const COSInterfacePtr targetAxes = sgclasses::create(sgclasses::kAxesClass, target);
+  sgutils::DefaultNameAccess::set(target, "defaultLineLineWidth", Arr(vxCreateDoubleScalar(3)).get());
+
+  const Arr made = copy({group}, {targetAxes});
+  const COSInterfacePtr groupCopy = at(made, 0);
+  EXPECT_EQ(groupCopy->getOwnerObject(), targetAxes.get());
+  ASSERT_EQ(childCount(groupCopy), 2);
+  // Newest first, as in the source.
+  const COSInterfacePtr plainCopy(groupCopy->getNewestChild());
+  const COSInterfacePtr wideCopy(plainCopy->getOlderSibling());
+  EXPECT_EQ(wideCopy->getOwnerObject(), groupCopy.get());
+  EXPECT_EQ(number(wideCopy, "LineWidth"), 4);
+  EXPECT_EQ(text(wideCopy, "LineWidthMode"), "manual");
+  EXPECT_EQ(number(plainCopy, "LineWidth"), 3);
+  EXPECT_NE(number(plain, "LineWidth"), 3);  // the source keeps its own
+
+  // A line under a group, then under a figure, then under axes again. The
+  // drawnow queue holds deleted objects until told to forget them.
+  sgclasses::forgetDeletedDirtyObjects();
+  const std::size_t live = vcos::liveObjectCount();
+  const int inTarget = childCount(target);
+  EXPECT_EQ(errorId([&] { copy({wide}, {target}); }), "VANTEL:sgclasses:InvalidParent");
+  sgclasses::forgetDeletedDirtyObjects();
+  EXPECT_EQ(vcos::liveObjectCount(), live);
+  EXPECT_EQ(childCount(target), inTarget);
+  const Arr again = copy({wide}, {targetAxes});
+  EXPECT_EQ(at(again, 0)->getOwnerObject(), targetAxes.get());
 }
 
 TEST_F(CopyTest, AValueANewObjectAlreadyHoldsKeepsItsModeAndClassInTheCopy) {

@@ -83,7 +83,9 @@ class InternalPropInfo : public PropInfoBase, public InternalPropertyFactoryDefa
   void copyBetweenBlocks(COSInterface*, const SGReference* from, SGReference* to, COSInterface* target) override {
     const COSValue value = PI::read(*static_cast<const Class*>(from));
     Class& block = *static_cast<Class*>(to);
-    if (type()->isEqual(PI::read(block), value)) return;
+    // A plain word compares as the word: no call to the type.
+    const COSValue current = PI::read(block);
+    if (plainWord_ ? current == value : type()->isEqual(current, value)) return;
     target->checkValid();
     setIn(block, target, value);
   }

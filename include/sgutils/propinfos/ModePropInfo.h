@@ -92,8 +92,11 @@ class ModePropInfo : public PropInfoBase, public ModePropertyFactoryDefaultIniti
            std::is_same_v<decltype(&PI::setValue), void (ModePropInfo::*)(COSInterface*, COSValue)>;
   }
   void copyBetweenBlocks(COSInterface*, const SGReference* from, SGReference* to, COSInterface* target) override {
-    const COSValue value(graphics::datatype::canonicalEnumerationByte(PI::readMode(*static_cast<const Class*>(from))));
+    const auto fromMode = PI::readMode(*static_cast<const Class*>(from));
     Class& block = *static_cast<Class*>(to);
+    // Equal stored modes are equal values: the usual case, decided here.
+    if (PI::readMode(block) == fromMode) return;
+    const COSValue value(graphics::datatype::canonicalEnumerationByte(fromMode));
     if (type()->isEqual(COSValue(graphics::datatype::canonicalEnumerationByte(PI::readMode(block))), value)) return;
     target->checkValid();
     setIn(block, target, value);

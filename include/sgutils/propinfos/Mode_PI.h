@@ -44,8 +44,12 @@ class Mode_PI : public PropInfoBase, public ModePropertyFactoryDefaultInitialize
   // Only for this class itself, not for one that reads or writes otherwise.
   bool copiesBetweenBlocks() const noexcept override { return typeid(*this) == typeid(Mode_PI); }
   void copyBetweenBlocks(COSInterface*, const SGReference* from, SGReference* to, COSInterface* target) override {
-    const COSValue value = readIn(*static_cast<const Class*>(from));
+    const Class& source = *static_cast<const Class*>(from);
     Class& block = *static_cast<Class*>(to);
+    // Equal stored modes are equal values: the usual case, decided here.
+    if constexpr (Storage::hasMode)
+      if ((source.*member_).mode() == (block.*member_).mode()) return;
+    const COSValue value = readIn(source);
     if (type()->isEqual(readIn(block), value)) return;
     target->checkValid();
     setIn(block, target, value);

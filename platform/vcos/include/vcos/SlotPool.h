@@ -47,8 +47,10 @@ VCOS_API void unregisterSlotPool(SlotPool* pool) noexcept;
 class SlotPool {
  public:
   static constexpr std::size_t kDefaultSlabBytes = std::size_t(1) << 20;
-  // The most that the empty slabs kept by all pools may take together.
-  static constexpr std::size_t kKeptBytes = std::size_t(64) << 20;
+  // The most that the empty slabs kept by all pools may take together:
+  // enough for a tree of some 100,000 objects deleted and made (or copied)
+  // again to find its pages there.
+  static constexpr std::size_t kKeptBytes = std::size_t(256) << 20;
 
   // Slots of `slotSize` bytes, each aligned to `alignment` (a power of two,
   // at most 64), in slabs of `slabBytes` (a power of two, a multiple of the
