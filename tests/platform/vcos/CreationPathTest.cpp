@@ -165,4 +165,44 @@ TEST(Events, AClassListenerOfOneEventDoesNotHearAnother) {
   EXPECT_EQ(destroyed, 1);
 }
 
+// What a class remembers of its ancestry's listeners on an event must follow
+// every change: a listener added to a base class after instances were made
+// and deleted without one, a removed one, one turned off and on again, and a
+// third event between two remembered ones.
+TEST(Events, ClassListenersAddedRemovedOrTurnedOffLaterAreHeard) {
+  COSClass* shape = vt::cls("vt.Shape");
+  COSClass* circle = vt::cls("vt.Circle");
+  const COSID created("InstanceCreated"), destroyed("ObjectBeingDestroyed"), other("vt.OtherEvent");
+  vt::make("vt.Circle")->deleteObject(COSGetPublicClient());  // nothing listens yet
+
+  int made = 0, gone = 0, others = 0;
+  COSInterfacePtr onMade = vt::listener([&](COSInterface*, COSEventData*) { ++made; });
+  COSInterfacePtr onGone = vt::listener([&](COSInterface*, COSEventData*) { ++gone; });
+  COSInterfacePtr onOther = vt::listener([&](COSInterface*, COSEventData*) { ++others; });
+  shape->addClassListener(created, vt::L(onMade));
+  COSInterfacePtr a = vt::make("vt.Circle");
+  EXPECT_EQ(made, 1) << "a base class's listener added after the first instances";
+  circle->addClassListener(destroyed, vt::L(onGone));
+  circle->addClassListener(other, vt::L(onOther));
+  a->notifyEvent(COSGetPublicClient(), other, nullptr);
+  a->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(gone, 1);
+  EXPECT_EQ(others, 1);
+
+  vt::L(onMade)->setEnabled(false);
+  COSInterfacePtr b = vt::make("vt.Circle");
+  EXPECT_EQ(made, 1) << "a listener turned off";
+  vt::L(onMade)->setEnabled(true);
+  COSInterfacePtr c = vt::make("vt.Circle");
+  EXPECT_EQ(made, 2) << "turned on again";
+
+  shape->removeClassListener(created, vt::L(onMade));
+  circle->removeClassListener(destroyed, vt::L(onGone));
+  circle->removeClassListener(other, vt::L(onOther));
+  COSInterfacePtr d = vt::make("vt.Circle");
+  for (COSInterfacePtr* o : {&b, &c, &d}) (*o)->deleteObject(COSGetPublicClient());
+  EXPECT_EQ(made, 2);
+  EXPECT_EQ(gone, 1) << "a removed listener";
+}
+
 }  // namespace

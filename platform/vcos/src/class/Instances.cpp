@@ -170,6 +170,8 @@ COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, cons
 
 COSInterfacePtr COSClass::wrapInstanceData(void* data) { return makeInstance(this, data); }
 
+std::uint64_t vcos::internal::classListenerEpoch = 1;
+
 void COSClass::addClassListener(const COSClient* client, COSID eventId, COSListener* listener, int priority) {
   assert(listener && "addClassListener needs a listener");
   if (COSEventInfo* e = findEvent(eventId))
@@ -181,6 +183,7 @@ void COSClass::addClassListener(const COSClient* client, COSID eventId, COSListe
   if (it == lists.end()) it = lists.insert(lists.end(), {eventId, {}});
   it->second.push_back({COSInterfacePtr(listener), priority, ++sequence});
   ++tables_->classListenerCount;
+  ++vcos::internal::classListenerEpoch;
 }
 
 void COSClass::addClassListener(COSID eventId, COSListener* listener, int priority) {
@@ -194,6 +197,7 @@ void vcos::addFirstInstanceListener(COSClass* cls, COSID eventId, COSListener* l
   if (it == lists.end()) it = lists.insert(lists.end(), {eventId, {}});
   it->second.push_back({COSInterfacePtr(listener), priority, 0, /*firstOfInstance=*/true});
   ++cls->tables().classListenerCount;
+  ++vcos::internal::classListenerEpoch;
 }
 
 void COSClass::removeClassListener(COSID eventId, const COSListener* listener) {
@@ -205,6 +209,7 @@ void COSClass::removeClassListener(COSID eventId, const COSListener* listener) {
       static_cast<COSListener*>(it->listener.get())->markRemoved();
       list.erase(it);
       --tables_->classListenerCount;
+      ++vcos::internal::classListenerEpoch;
       return;
     }
   }
