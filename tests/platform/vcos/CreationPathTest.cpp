@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "VcosTestClasses.h"
@@ -16,6 +18,8 @@
 #include "vcos/COSPackage.h"
 #include "vcos/COSTypeConversion.h"
 #include "vcos/COSTypeRepository.h"
+#include "foundation/core/except/Error.h"
+#include "vx/matrix.h"
 #include "vx/vx.h"
 
 namespace {
@@ -64,6 +68,87 @@ COSClass* keeperClass() {
     return COSClass::getClass(COSID("vt.Keeper"));
   }();
   return cls;
+}
+
+// A constructor with the entry for constructions without inputs: counts
+// which entry each construction took, and raises from it on request.
+struct DirectLog {
+  int direct = 0, invoked = 0;
+  bool raise = false;
+};
+DirectLog directLog;
+
+class DirectCtor final : public COSMethodBase {
+ public:
+  DirectCtor(COSID cls, COSID name, MemberAccess access)
+      : COSMethodBase(cls, name, access, "",
+                      COSMethodSignature::createMethodSignature(
+                          name, {{COSID("varargin"), COSTypeRepository::getType(COSID("any")), true}},
+                          {{COSID("out"), {}, false}}, COSMethodSignature::VarArgIn)) {}
+  void invoke(const COSClient*, int&, COSValue* plhs, int, const COSValue*) const override {
+    ++directLog.invoked;
+    EXPECT_NE(vxGetObjectElements(plhs[0].asPointer<const vxArray>())[0].get(), nullptr);
+  }
+  bool constructWithoutInputs(const COSClient*, const COSInterfacePtr& object) const override {
+    ++directLog.direct;
+    EXPECT_FALSE(object->isDestroyed());
+    if (directLog.raise) throw std::runtime_error("refused");
+    return true;
+  }
+};
+
+class DirectInfo final : public COSClassInfo {
+ public:
+  DirectInfo(const char* name, MemberAccess access) : name_(name), access_(access) {}
+  const char* getName() const override { return name_; }
+  void initializeClass(COSClass* c, const COSClient*) override { c->addMethod(new DirectCtor(c->getID(), COSID(name_), access_)); }
+  void* allocateInstance(COSInterface*) override { return nullptr; }
+
+ private:
+  const char* name_;
+  MemberAccess access_;
+};
+
+COSClass* directClass(const char* name, MemberAccess access) {
+  vt::registerClasses();
+  if (COSClass* c = COSClass::getClass(COSID(std::string("vt.") + name))) return c;
+  COSPackage::getNamespace("vt")->addClass(new DirectInfo(name, access));
+  return COSClass::getClass(COSID(std::string("vt.") + name));
+}
+
+TEST(ObjectCreation, AConstructionWithoutInputsTakesTheDirectEntryOnlyWhereTheCallWouldReachTheMethod) {
+  COSClass* open = directClass("DirectOpen", PublicAccess);
+  directLog = {};
+  COSInterfacePtr a = open->createInstance(COSGetPublicClient());
+  EXPECT_EQ(directLog.direct, 1);
+  EXPECT_EQ(directLog.invoked, 0);
+  matrix::unique_vxArray input(vxCreateDoubleScalar(1));
+  const COSValue inputs[] = {COSValue(input.get())};
+  COSInterfacePtr b = open->createInstance(COSGetPublicClient(), 1, inputs);
+  EXPECT_EQ(directLog.direct, 1) << "a construction with inputs goes through the object array";
+  EXPECT_EQ(directLog.invoked, 1);
+
+  // A constructor the client may not call raises as before, without running.
+  COSClass* closed = directClass("DirectClosed", PrivateAccess);
+  try {
+    closed->createInstance(COSGetPublicClient());
+    ADD_FAILURE() << "a private constructor ran for the public client";
+  } catch (const foundation::core::except::Error& e) {
+    EXPECT_EQ(e.identifier(), "VANTEL:vcos:MethodAccessDenied");
+  }
+  EXPECT_EQ(directLog.direct, 1);
+
+  // A direct entry that raises fails the creation and deletes the object.
+  int deleted = 0;
+  COSInterfacePtr onDelete = vt::listener([&](COSInterface*, COSEventData*) { ++deleted; });
+  open->addClassListener(COSID("ObjectBeingDestroyed"), vt::L(onDelete));
+  directLog.raise = true;
+  EXPECT_THROW(open->createInstance(COSGetPublicClient()), std::runtime_error);
+  directLog.raise = false;
+  EXPECT_EQ(deleted, 1);
+  a->deleteObject(COSGetPublicClient());
+  b->deleteObject(COSGetPublicClient());
+  open->removeClassListener(COSID("ObjectBeingDestroyed"), vt::L(onDelete));
 }
 
 TEST(ObjectCreation, AConstructorsCopyOfItsArrayKeepsItsObject) {

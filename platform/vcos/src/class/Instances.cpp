@@ -14,6 +14,8 @@
 #include "foundation/core/except/Error.h"
 #include "vcos/COSClassInfo.h"
 #include "vcos/COSListener.h"
+#include "vcos/COSMethodInfo.h"
+#include "vcos/COSMethodSignature.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/FaultInjection.h"
 #include "vcos/FirstInstanceListener.h"
@@ -126,6 +128,23 @@ class ConstructorArray {
 
 }  // namespace
 
+namespace {
+
+// Whether a call of the constructor `ctor` of `c` without inputs would reach
+// ctor's invoke: it is the only candidate of its name, the client is
+// admitted and its signature takes no inputs. Otherwise the call goes the
+// general way, which raises what it raises.
+bool reachesWithoutInputs(COSClass* c, COSMethodInfo* ctor, const COSClient* client) {
+  const ClassTables& t = c->tables();
+  const std::uint32_t* i = t.methodIndex.find(t.constructorId);
+  if (!i || t.methods[*i].candidates.size() != 1 || t.methods[*i].candidates[0] != ctor) return false;
+  if (!vcos::internal::admits(ctor->getMemberAccess(), ctor->getExtendedAccess(), c, client)) return false;
+  const COSMethodSignature* sig = ctor->getMethodSignature();
+  return !sig || sig->accepts(0, nullptr);
+}
+
+}  // namespace
+
 COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, const COSValue* prhs) {
   if (isAbstract()) throw Error(vcos::msg::AbstractClass, getName());
   COSInterfacePtr object = makeInstance(this, nullptr);
@@ -135,6 +154,16 @@ COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, cons
   for (COSClass* c : tables_->ancestry) {
     COSMethodInfo* ctor = c->findMethod(c->tables().constructorId);
     if (!ctor || ctor->getDefiningClass() != c) continue;
+    if (nrhs == 0 && reachesWithoutInputs(c, ctor, client)) {
+      bool done = false;
+      try {
+        done = ctor->constructWithoutInputs(client, object);
+      } catch (...) {
+        ObjectOps::destroy(object.get(), nullptr);
+        throw;
+      }
+      if (done) break;
+    }
     ConstructorArray self(this, object.get());
     COSValue out[1] = {COSValue(self.get())};
     int nlhs = 1;
