@@ -7,12 +7,16 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <functional>
+#include <utility>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "VcosTestClasses.h"
 #include "vcos/COSDataType.h"
+#include "vcos/COSListener.h"
+#include "vcos/COSListenerOp.h"
 #include "vcos/COSMethodBase.h"
 #include "vcos/COSMethodSignature.h"
 #include "vcos/COSPackage.h"
@@ -288,6 +292,45 @@ TEST(Events, ClassListenersAddedRemovedOrTurnedOffLaterAreHeard) {
   for (COSInterfacePtr* o : {&b, &c, &d}) (*o)->deleteObject(COSGetPublicClient());
   EXPECT_EQ(made, 2);
   EXPECT_EQ(gone, 1) << "a removed listener";
+}
+
+// An op that, asked whether it may run, first calls a hook (once), then
+// answers no.
+class HookedOp final : public COSListenerOp {
+ public:
+  explicit HookedOp(std::function<void()> hook) : hook_(std::move(hook)) {}
+  void callback(COSInterface*, COSEventData*) override { ADD_FAILURE() << "a listener that may not run ran"; }
+  bool mayRunFor(COSInterface*) const noexcept override {
+    if (auto hook = std::exchange(hook_, nullptr)) hook();
+    return false;
+  }
+
+ private:
+  mutable std::function<void()> hook_;
+};
+
+// A class listener's mayRunFor that removes the next class listener (whose
+// only reference the class held) while the listeners are asked: the next
+// one must not be asked, nor run, once it is gone.
+TEST(Events, AListenerRemovedWhileListenersAreAskedIsNotAskedAfterwards) {
+  COSClass* circle = vt::cls("vt.Circle");
+  const COSID created("InstanceCreated");
+  vt::make("vt.Circle")->deleteObject(COSGetPublicClient());
+  int ran = 0;
+  COSListener* second = nullptr;
+  {
+    COSInterfacePtr secondRef = vt::listener([&](COSInterface*, COSEventData*) { ++ran; });
+    second = vt::L(secondRef);
+    COSInterfacePtr first = COSListener::createListener(
+        new HookedOp([&] { circle->removeClassListener(created, second); }));
+    circle->addClassListener(created, vt::L(first), 10);
+    circle->addClassListener(created, second, 0);
+    secondRef.reset();  // the class holds the only reference
+    COSInterfacePtr o = vt::make("vt.Circle");
+    o->deleteObject(COSGetPublicClient());
+    circle->removeClassListener(created, vt::L(first));
+  }
+  EXPECT_EQ(ran, 0);
 }
 
 }  // namespace

@@ -34,11 +34,11 @@ struct Pending {
 
 // The class listeners of the ancestry of `t` on `eventId`, gathered again
 // only when some class listener changed since.
-const std::vector<const COSListener*>& ancestryListeners(vcos::internal::ClassTables& t, COSID eventId) {
+const vcos::internal::AncestryListeners& ancestryListeners(vcos::internal::ClassTables& t, COSID eventId) {
   using vcos::internal::classListenerEpoch;
   auto& cache = t.ancestryListeners;
   vcos::internal::AncestryListeners* entry = cache[0].eventId == eventId ? &cache[0] : &cache[1];
-  if (entry->eventId == eventId && entry->epoch == classListenerEpoch) return entry->listeners;
+  if (entry->eventId == eventId && entry->epoch == classListenerEpoch) return *entry;
   if (entry->eventId != eventId && cache[0].epoch == 0) entry = &cache[0];
   entry->eventId = eventId;
   entry->listeners.clear();
@@ -48,7 +48,7 @@ const std::vector<const COSListener*>& ancestryListeners(vcos::internal::ClassTa
         if (id == eventId)
           for (const auto& l : list) entry->listeners.push_back(static_cast<const COSListener*>(l.listener.get()));
   entry->epoch = classListenerEpoch;
-  return entry->listeners;
+  return *entry;
 }
 
 }  // namespace
@@ -67,9 +67,17 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
     const bool ownListener = extras_ && std::any_of(extras_->listeners.begin(), extras_->listeners.end(),
                                                     [&](const auto& e) { return !e.property && e.eventId == eventId; });
     if (!ownListener) {
-      const auto& listeners = ancestryListeners(class_->tables(), eventId);
-      if (std::none_of(listeners.begin(), listeners.end(), [this](const COSListener* l) { return l->mayRunFor(this); }))
-        return;
+      // Each asked only while no class listener has changed and the entry
+      // still holds this event: a mayRunFor that sends events or removes
+      // listeners leaves the answer to the general path, which holds its
+      // listeners.
+      const std::uint64_t epoch = vcos::internal::classListenerEpoch;
+      const vcos::internal::AncestryListeners& entry = ancestryListeners(class_->tables(), eventId);
+      bool mayRun = false;
+      for (std::size_t k = 0; k < entry.listeners.size() && !mayRun; ++k)
+        mayRun = vcos::internal::classListenerEpoch != epoch || entry.eventId != eventId ||
+                 entry.listeners[k]->mayRunFor(this);
+      if (!mayRun) return;
     }
   }
   // Most notifications reach one or two listeners: no heap list for them.
