@@ -176,19 +176,25 @@ bool carriesGraphicsBlock(const COSClass* cls) {
 }
 
 // The Graphics block of a new object: a concrete class with its own SGHandle
-// subclass makes it. The cross-cast is remembered for the last class info
-// seen (class infos live for the process), since objects of one class tend
-// to come in runs.
+// subclass makes it. The cross-cast is remembered for the last class seen
+// (classes and their infos live for the process), since objects of one class
+// tend to come in runs.
+// The Graphics class that counts the new block is remembered with the class
+// of the object, whose ancestor it is.
 SGHandle* makeGraphicsBlock(COSInterface* instance) {
   struct LastFactory {
+    const COSClass* cls = nullptr;
     const COSClassInfo* info = nullptr;
     SGHandleBlockFactory* factory = nullptr;
+    COSClass* graphics = nullptr;
   };
   thread_local LastFactory last;
-  const COSClassInfo* info = instance->getClass()->getClassInfo();
-  if (info != last.info) last = {info, dynamic_cast<SGHandleBlockFactory*>(const_cast<COSClassInfo*>(info))};
+  const COSClass* cls = instance->getClass();
+  const COSClassInfo* info = cls->getClassInfo();
+  if (cls != last.cls || info != last.info || !last.graphics)
+    last = {cls, info, dynamic_cast<SGHandleBlockFactory*>(const_cast<COSClassInfo*>(info)), SGHandle::getClassInstance()};
   SGHandle* block = last.factory ? last.factory->createHandleBlock() : new SGHandle;
-  if (COSClass* graphics = SGHandle::getClassInstance()) graphics->notifyInstanceAllocated(instance);
+  if (last.graphics) last.graphics->notifyInstanceAllocated(instance);
   block->setCOSReference(COSInterfacePtr(instance, COSWeakReference));
   return block;
 }

@@ -53,13 +53,22 @@ class ObjectCtorMI final : public COSMethodInfo {
     if (!self) return;
     COSInterfacePtr object = omGetArrayElement(self, 0);
     if (!object) return;
+    construct(client, object, nrhs, prhs);
+  }
+
+  bool constructWithoutInputs(const COSClient* client, const COSInterfacePtr& object) const override {
+    construct(client, object, 0, nullptr);
+    return true;
+  }
+
+ private:
+  void construct(const COSClient* client, const COSInterfacePtr& object, int nrhs, const COSValue* prhs) const {
     COSClass* cls = getDefiningClass();
     auto* block = static_cast<Class*>(static_cast<SGReference*>(object->getInstanceData(cls->getID())));
     if (!privateClient_) privateClient_ = sgutils::privateClientOf(cls);
     sgutils::runConstructorStages(client, object, block, privateClient_, nrhs, prhs);
   }
 
- private:
   COSID methodId_;
   COSMethodSignaturePtr signature_;
   // Found on the first call, when the class is complete.

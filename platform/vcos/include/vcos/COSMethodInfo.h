@@ -40,6 +40,12 @@ class VCOS_API COSMethodInfo : public COSInterface {
   virtual bool isExplicit() const;
   // True: the inherited methods of the same name are not tried after this one.
   virtual bool doesMethodOverrideAllSignatures() const;
+  // A constructor's entry for a construction without inputs: it takes the
+  // new object as it is, where invoke finds it in a 1-by-1 object array.
+  // The class system calls it in place of invoke only where the call would
+  // reach invoke (the only candidate of its name, admitted, its signature
+  // taking no inputs). False, having done nothing: no such entry.
+  virtual bool constructWithoutInputs(const COSClient* client, const COSInterfacePtr& object) const;
 
   COSID getID() const noexcept { return id_; }
   COSClass* getDefiningClass() const noexcept { return definingClass_; }

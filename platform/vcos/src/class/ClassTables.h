@@ -4,6 +4,7 @@
 // method and event tables with their id indexes, and class listeners.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -68,7 +69,28 @@ struct ClassPropertyListener {
   std::uint64_t sequence = 0;
 };
 
+// Moves on every change to any class's class listeners (added, removed, or
+// gone with their class): the listeners an ancestry holds for an event, once
+// gathered, stay true while it has not moved.
+extern std::uint64_t classListenerEpoch;
+
+// The class listeners that the ancestry of a class holds for one event, in
+// ancestry order, as gathered at `epoch` (0: never gathered).
+struct AncestryListeners {
+  COSID eventId;
+  std::uint64_t epoch = 0;
+  std::vector<const COSListener*> listeners;
+};
+
 struct ClassTables {
+  ClassTables() = default;
+  ClassTables(const ClassTables&) = delete;
+  ClassTables& operator=(const ClassTables&) = delete;
+  // A class that goes takes its listeners with it.
+  ~ClassTables() {
+    if (classListenerCount) ++classListenerEpoch;
+  }
+
   enum class State : unsigned char { Initializing, SlotsReady, Ready };
   State state = State::Initializing;
 
@@ -134,6 +156,10 @@ struct ClassTables {
 
   std::vector<std::pair<COSID, std::vector<ClassListener>>> classListeners;
   std::size_t classListenerCount = 0;
+  // The events sent to every instance ("InstanceCreated",
+  // "ObjectBeingDestroyed") ask these first: most have no listener that
+  // would run, and then nothing is dispatched without a walk of the ancestry.
+  std::array<AncestryListeners, 2> ancestryListeners;
   std::vector<ClassPropertyListener> propertyListeners;
 
   // The meta classes of this class's members.

@@ -14,6 +14,8 @@
 #include "foundation/core/except/Error.h"
 #include "vcos/COSClassInfo.h"
 #include "vcos/COSListener.h"
+#include "vcos/COSMethodInfo.h"
+#include "vcos/COSMethodSignature.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/FaultInjection.h"
 #include "vcos/FirstInstanceListener.h"
@@ -126,6 +128,23 @@ class ConstructorArray {
 
 }  // namespace
 
+namespace {
+
+// Whether a call of the constructor `ctor` of `c` without inputs would reach
+// ctor's invoke: it is the only candidate of its name, the client is
+// admitted and its signature takes no inputs. Otherwise the call goes the
+// general way, which raises what it raises.
+bool reachesWithoutInputs(COSClass* c, COSMethodInfo* ctor, const COSClient* client) {
+  const ClassTables& t = c->tables();
+  const std::uint32_t* i = t.methodIndex.find(t.constructorId);
+  if (!i || t.methods[*i].candidates.size() != 1 || t.methods[*i].candidates[0] != ctor) return false;
+  if (!vcos::internal::admits(ctor->getMemberAccess(), ctor->getExtendedAccess(), c, client)) return false;
+  const COSMethodSignature* sig = ctor->getMethodSignature();
+  return !sig || sig->accepts(0, nullptr);
+}
+
+}  // namespace
+
 COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, const COSValue* prhs) {
   if (isAbstract()) throw Error(vcos::msg::AbstractClass, getName());
   COSInterfacePtr object = makeInstance(this, nullptr);
@@ -135,6 +154,16 @@ COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, cons
   for (COSClass* c : tables_->ancestry) {
     COSMethodInfo* ctor = c->findMethod(c->tables().constructorId);
     if (!ctor || ctor->getDefiningClass() != c) continue;
+    if (nrhs == 0 && reachesWithoutInputs(c, ctor, client)) {
+      bool done = false;
+      try {
+        done = ctor->constructWithoutInputs(client, object);
+      } catch (...) {
+        ObjectOps::destroy(object.get(), nullptr);
+        throw;
+      }
+      if (done) break;
+    }
     ConstructorArray self(this, object.get());
     COSValue out[1] = {COSValue(self.get())};
     int nlhs = 1;
@@ -170,6 +199,8 @@ COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, cons
 
 COSInterfacePtr COSClass::wrapInstanceData(void* data) { return makeInstance(this, data); }
 
+std::uint64_t vcos::internal::classListenerEpoch = 1;
+
 void COSClass::addClassListener(const COSClient* client, COSID eventId, COSListener* listener, int priority) {
   assert(listener && "addClassListener needs a listener");
   if (COSEventInfo* e = findEvent(eventId))
@@ -181,6 +212,7 @@ void COSClass::addClassListener(const COSClient* client, COSID eventId, COSListe
   if (it == lists.end()) it = lists.insert(lists.end(), {eventId, {}});
   it->second.push_back({COSInterfacePtr(listener), priority, ++sequence});
   ++tables_->classListenerCount;
+  ++vcos::internal::classListenerEpoch;
 }
 
 void COSClass::addClassListener(COSID eventId, COSListener* listener, int priority) {
@@ -194,6 +226,7 @@ void vcos::addFirstInstanceListener(COSClass* cls, COSID eventId, COSListener* l
   if (it == lists.end()) it = lists.insert(lists.end(), {eventId, {}});
   it->second.push_back({COSInterfacePtr(listener), priority, 0, /*firstOfInstance=*/true});
   ++cls->tables().classListenerCount;
+  ++vcos::internal::classListenerEpoch;
 }
 
 void COSClass::removeClassListener(COSID eventId, const COSListener* listener) {
@@ -205,6 +238,7 @@ void COSClass::removeClassListener(COSID eventId, const COSListener* listener) {
       static_cast<COSListener*>(it->listener.get())->markRemoved();
       list.erase(it);
       --tables_->classListenerCount;
+      ++vcos::internal::classListenerEpoch;
       return;
     }
   }

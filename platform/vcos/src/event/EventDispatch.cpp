@@ -32,6 +32,25 @@ struct Pending {
   std::uint64_t sequence;
 };
 
+// The class listeners of the ancestry of `t` on `eventId`, gathered again
+// only when some class listener changed since.
+const vcos::internal::AncestryListeners& ancestryListeners(vcos::internal::ClassTables& t, COSID eventId) {
+  using vcos::internal::classListenerEpoch;
+  auto& cache = t.ancestryListeners;
+  vcos::internal::AncestryListeners* entry = cache[0].eventId == eventId ? &cache[0] : &cache[1];
+  if (entry->eventId == eventId && entry->epoch == classListenerEpoch) return *entry;
+  if (entry->eventId != eventId && cache[0].epoch == 0) entry = &cache[0];
+  entry->eventId = eventId;
+  entry->listeners.clear();
+  for (COSClass* a : t.ancestry)
+    if (a->tables().classListenerCount)
+      for (const auto& [id, list] : a->tables().classListeners)
+        if (id == eventId)
+          for (const auto& l : list) entry->listeners.push_back(static_cast<const COSListener*>(l.listener.get()));
+  entry->epoch = classListenerEpoch;
+  return *entry;
+}
+
 }  // namespace
 
 void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventData* eventData) {
@@ -40,6 +59,27 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
     if (COSEventInfo* e = class_->findEvent(eventId))
       if (!vcos::internal::admits(e->getSendAccess(), e->getExtendedSendAccess(), e->getDefiningClass(), client))
         throw Error(vcos::msg::EventAccessDenied, eventId.str(), class_->getName());
+  // Nothing is dispatched when no listener would run: no class listener of
+  // the ancestry may run for this object (asked without a walk of the
+  // ancestry) and the object has none of its own on the event. This is the
+  // case of nearly every creation and deletion.
+  if (class_) {
+    const bool ownListener = extras_ && std::any_of(extras_->listeners.begin(), extras_->listeners.end(),
+                                                    [&](const auto& e) { return !e.property && e.eventId == eventId; });
+    if (!ownListener) {
+      // Each asked only while no class listener has changed and the entry
+      // still holds this event: a mayRunFor that sends events or removes
+      // listeners leaves the answer to the general path, which holds its
+      // listeners.
+      const std::uint64_t epoch = vcos::internal::classListenerEpoch;
+      const vcos::internal::AncestryListeners& entry = ancestryListeners(class_->tables(), eventId);
+      bool mayRun = false;
+      for (std::size_t k = 0; k < entry.listeners.size() && !mayRun; ++k)
+        mayRun = vcos::internal::classListenerEpoch != epoch || entry.eventId != eventId ||
+                 entry.listeners[k]->mayRunFor(this);
+      if (!mayRun) return;
+    }
+  }
   // Most notifications reach one or two listeners: no heap list for them.
   // One walk of the ancestry collects them; classes without class
   // listeners are passed over by their count.

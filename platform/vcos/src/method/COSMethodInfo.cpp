@@ -27,6 +27,7 @@ bool COSMethodInfo::isDestructible() const { return true; }
 bool COSMethodInfo::isLocked() const { return false; }
 bool COSMethodInfo::isExplicit() const { return false; }
 bool COSMethodInfo::doesMethodOverrideAllSignatures() const { return false; }
+bool COSMethodInfo::constructWithoutInputs(const COSClient*, const COSInterfacePtr&) const { return false; }
 
 COSMethodBase::COSMethodBase(COSID classId, COSID methodId, MemberAccess access, const char* description,
                              COSMethodSignaturePtr signature)
