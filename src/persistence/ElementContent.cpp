@@ -23,7 +23,9 @@ bool restoresElements(const COSClass* cls) {
 matrix::unique_vxArray elementsOf(const std::vector<vxNamedValue>& fields) {
   matrix::unique_vxArray out(vxCreateStructMatrix(1, 1, 0, nullptr));
   for (const vxNamedValue& field : fields) {
-    if (field.name == GraphicsFile::kChildrenField || field.name == GraphicsFile::kDefaultsField) continue;
+    if (field.name == GraphicsFile::kChildrenField || field.name == GraphicsFile::kDefaultsField ||
+        field.name == GraphicsFile::kDynamicPropertiesField)
+      continue;
     const int number = vxAddField(out.get(), field.name.c_str());
     if (number < 0) continue;
     vxSetFieldByNumber(out.get(), 0, number, field.value ? vxCreateSharedDataCopy(field.value.get()) : nullptr);

@@ -15,6 +15,7 @@
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/ElementContent.h"
 #include "src/persistence/SavedDefaults.h"
+#include "src/persistence/SavedDynamicProperties.h"
 #include "src/persistence/SavedForms.h"
 #include "src/persistence/SavedPropertyList.h"
 #include "vcos/COSClass.h"
@@ -47,8 +48,10 @@ constexpr std::uint32_t kConversionBit = 1u << 9;
 // The kinds of a record's fields besides values (0) and modes (1).
 constexpr unsigned char kChildren = 2;
 constexpr unsigned char kDefaults = 3;
+constexpr unsigned char kDynamic = 4;
 constexpr std::string_view childrenField(GraphicsFile::kChildrenField);
 constexpr std::string_view defaultsField(GraphicsFile::kDefaultsField);
+constexpr std::string_view dynamicField(GraphicsFile::kDynamicPropertiesField);
 
 const COSID& graphicsClassId() {
   static const COSID id("vantel.graphics.Graphics");
@@ -261,9 +264,9 @@ void GraphicsLoader::setFields(std::size_t i, std::vector<vxNamedValue>& fields)
       modes_.push_back(kChildren);
       continue;
     }
-    if (name == defaultsField) {
+    if (name == defaultsField || name == dynamicField) {
       properties_.push_back(nullptr);
-      modes_.push_back(kDefaults);
+      modes_.push_back(name == defaultsField ? kDefaults : kDynamic);
       continue;
     }
     const std::ptrdiff_t k = list.find(name);
@@ -275,6 +278,11 @@ void GraphicsLoader::setFields(std::size_t i, std::vector<vxNamedValue>& fields)
       const vxNamedValue& field = fields[f];
       const vxArray* value = field.value.get();
       if (modes_[f] == kChildren) continue;
+      if (modes_[f] == kDynamic) {
+        // Made again, with their values, by the first pass.
+        if (pass == 0) restoreDynamicProperties(object, value);
+        continue;
+      }
       if (modes_[f] == kDefaults) {
         if (pass == 1) continue;
         if (!vxIsStruct(value)) throw Error("VANTEL:sg:load:BadDefaults");

@@ -16,6 +16,7 @@
 #include "sgutils/tree/ChildStrategy.h"
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/GraphicsLoader.h"
+#include "src/persistence/SavedDynamicProperties.h"
 #include "src/persistence/SavedForms.h"
 #include "src/persistence/SavedPropertyList.h"
 #include "foundation/core/except/Error.h"
@@ -187,6 +188,10 @@ std::int64_t GraphicsSaver::addTree(const COSInterfacePtr& object, std::int64_t 
   // Only a child of a saved tree leaves values out: a top (a figure) or a
   // part its owner made is written whole.
   records_.push_back({object, madeBy, madeByProperty, child && madeBy < 0, {}});
+  // The class system's rule: a class whose info answers areChildrenSaved
+  // false is saved without the objects below it (the library's classes
+  // inherit true; the walk below is the library's own).
+  if (const COSClassInfo* info = object->getClass()->getClassInfo(); info && !info->areChildrenSaved()) return index;
 
   // Children oldest first, hidden ones too; the ones not saved
   // (Serializable off) and those already in the table are left out.
@@ -347,8 +352,14 @@ void GraphicsSaver::readFields(Record& record) {
     fields_.push_back({property->getName(), array.get()});
     held_.push_back(std::move(array));
   }
-  // Run-time properties that are stored: the defaults put there by customSave.
+  // Run-time properties that are stored: the defaults put there by
+  // customSave, and those added by addprop.
   if (vcos::hasDynamicProperties(object)) {
+    if (matrix::unique_vxArray added = savedDynamicProperties(object)) {
+      fields_.push_back({GraphicsFile::kDynamicPropertiesField, added.get()});
+      held_.push_back(std::move(added));
+      dynamicWritten_ = true;
+    }
     static const COSID defaults(GraphicsFile::kDefaultsField);
     COSInterfacePtr found;
     object->findDynamicProperty(found, defaults);
@@ -398,6 +409,9 @@ std::vector<std::uint8_t> GraphicsSaver::serialize(std::span<const std::pair<std
     writer.addObject(record.object->getClass()->getName(), record.madeBy, record.madeByProperty, fields_);
   }
   forms.writeTo(writer);
+  // Older readers would pass the added properties over: such a set is
+  // written in the version that has them.
+  if (dynamicWritten_) writer.requireVersion(vxSerializeDynamicPropertiesVersion);
   return writer.finish();
 }
 

@@ -84,6 +84,7 @@ class GraphicsSaver {
   matrix::unique_vxArray converted_;  // its saved form, when that is a new array
   std::vector<unsigned char> differs_;  // per group head, reused
   std::vector<COSInterfacePtr> found_;  // objects a value holds, reused
+  bool dynamicWritten_ = false;         // a record held added properties
 };
 
 }  // namespace sgutils::persistence

@@ -2,6 +2,7 @@
 // of the call, the class's "doloadobj", and sgLoadObj on the result.
 #include <string>
 
+#include "foundation/core/except/Error.h"
 #include "foundation/core/except/IMsgIDException.h"
 #include "foundation/log/Logger.h"
 #include "sgutils/classinfo/finalizeIncomingObjectMI.h"
@@ -13,6 +14,8 @@
 #include "vcos/COSClass.h"
 #include "vcos/COSClient.h"
 #include "vcos/COSDataType.h"
+#include "vcos/COSMethodInfo.h"
+#include "vcos/COSMethodSignature.h"
 #include "vcos/COSObjectOperations.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/COSTypeRepository.h"
@@ -137,12 +140,19 @@ void loadobjBaseMI::invoke(const COSClient* client, int& nlhs, COSValue* plhs, i
   matrix::unique_vxArray scalar(ownScalar ? vxCreateSharedDataCopy(first) : omCreateVCOSScalar(target));
   vxArray* result = nullptr;
   static const COSID doloadobj("doloadobj");
-  if (cls->findMethod(doloadobj)) {
+  // Static or instance, visible, and admitted to this client: a hidden
+  // doloadobj, or one whose access keeps this client out, counts as none.
+  // The method found is the one called.
+  if (const COSMethodInfo* method = cls->findMethod(doloadobj, true, false, client)) {
     if (lg.isOn(kFormBit)) lg.write(kFormBit, "    Calling doloadobj");
-    const vxArray* in[1] = {scalar.get()};
-    vxArray* out[1] = {nullptr};
-    omCallMethod(cls->getID(), doloadobj, client, 1, out, 1, in, true);
-    result = out[0];
+    const COSValue in[1] = {COSValue(static_cast<const vxArray*>(scalar.get()))};
+    const COSMethodSignature* signature = method->getMethodSignature();
+    if (signature && !signature->accepts(1, in))
+      throw foundation::core::except::Error("VANTEL:vcos:NoMatchingSignature", "doloadobj", cls->getName());
+    COSValue out[1];
+    int n = 1;
+    method->invoke(client, n, out, 1, in);
+    result = out[0].asPointer<vxArray>();
   } else {
     if (lg.isOn(kStepBit)) lg.write(kStepBit, "    No doloadobj found");
     result = scalar.release();

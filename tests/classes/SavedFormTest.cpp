@@ -234,7 +234,7 @@ TEST_F(SavedFormTest, FormsComeBackInValuesAndInsideATreeWithReferencesShared) {
   bookmark(second).target = obj(saved.mark);
   Arr figureValue = obj(saved.figure), markValue = obj(saved.mark);
   const Bytes bytes = save({{"fig", figureValue.get()}, {"mark", markValue.get()}});
-  EXPECT_EQ(bytes[8], vxSerializeFormatVersion);
+  EXPECT_EQ(bytes[8], vxSerializeSavedFormsVersion);
 
   const std::size_t live = liveCount();
   std::vector<vxNamedValue> values = load(bytes);
@@ -274,7 +274,7 @@ TEST_F(SavedFormTest, FormsComeBackInValuesAndInsideATreeWithReferencesShared) {
   // Files without forms keep their older versions.
   const COSInterfacePtr unmarked = sgclasses::create(sgclasses::kFigureClass, sgclasses::root());
   Arr unmarkedValue = obj(unmarked);
-  EXPECT_LT(save({{"fig", unmarkedValue.get()}})[8], vxSerializeFormatVersion);
+  EXPECT_LT(save({{"fig", unmarkedValue.get()}})[8], vxSerializeSavedFormsVersion);
   remove({loaded.figure, loaded.mark, loadedSecond, saved.figure, saved.mark, second, unmarked});
 }
 

@@ -61,10 +61,12 @@ class SGUTILS_API GraphicsFile {
   // too), so that it needs this writer rather than the plain one.
   static bool holdsObjects(const vxArray* value);
 
-  // The names of the two fields an object's entry may carry besides its
-  // properties: its children in order, oldest first, and its stored defaults.
+  // The names of the fields an object's entry may carry besides its
+  // properties: its children in order, oldest first, its stored defaults,
+  // and the properties added to it at run time that are stored.
   static constexpr const char* kChildrenField = "SerializedChildren";
   static constexpr const char* kDefaultsField = "InternalDefaultPropMap";
+  static constexpr const char* kDynamicPropertiesField = "DynamicProperties";
 };
 
 }  // namespace sgutils

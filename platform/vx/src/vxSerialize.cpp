@@ -710,6 +710,7 @@ struct vxDocumentWriter::State {
   // 32-bit placeholder and filled in by finish(), and how many were added.
   std::size_t formsCountAt = 0;
   std::uint32_t forms = 0;
+  std::uint32_t required = 0;  // the least version the writer asked for
 };
 
 vxDocumentWriter::vxDocumentWriter(std::span<const std::pair<std::string, const vxArray*>> values,
@@ -768,9 +769,15 @@ void vxDocumentWriter::addSavedForm(std::string_view className, std::string_view
   if (buffer.size() > kMaxRawBytes) throw Error("VANTEL:vx:serialize:TooLarge");
 }
 
+void vxDocumentWriter::requireVersion(std::uint32_t version) {
+  if (version > vxSerializeFormatVersion) throw Error("VANTEL:vx:serialize:NewerVersion", version, vxSerializeFormatVersion);
+  state_->required = std::max(state_->required, version);
+}
+
 std::vector<std::uint8_t> vxDocumentWriter::finish() {
   // A table shorter than announced would not read back.
   if (state_->remaining != 0) throw Error("VANTEL:vx:serialize:Corrupt", "records missing from the object table");
+  const std::uint32_t required = state_->required;
   if (state_->forms > 0) {
     // [values, objects] becomes [values, objects, forms]: the body's head is
     // the one-byte array head the constructor wrote.
@@ -778,9 +785,10 @@ std::vector<std::uint8_t> vxDocumentWriter::finish() {
     data[0] = static_cast<char>(0x93);
     for (int i = 0; i < 4; ++i)
       data[state_->formsCountAt + static_cast<std::size_t>(i)] = static_cast<char>(state_->forms >> (8 * (3 - i)));
-    return frame(state_->buffer, vxSerializeFormatVersion);
+    return frame(state_->buffer, std::max(vxSerializeSavedFormsVersion, required));
   }
-  return frame(state_->buffer, state_->captures ? vxSerializeCapturesVersion : vxSerializeObjectTableVersion);
+  return frame(state_->buffer,
+               std::max(state_->captures ? vxSerializeCapturesVersion : vxSerializeObjectTableVersion, required));
 }
 
 std::vector<std::uint8_t> vxSerializeDocument(std::span<const std::pair<std::string, const vxArray*>> values,
@@ -818,7 +826,7 @@ vxSavedDocument vxDeserializeDocument(std::span<const std::uint8_t> bytes, const
     out.values = readEntries(c, reader);
     return out;
   }
-  // Versions 2 to 4: [values, object table], and from version 4 the saved
+  // Versions 2 to 5: [values, object table], and from version 4 the saved
   // forms may follow. One pass over the body checks its form, reads the
   // heads and notes where each record's values start; the heads are handed
   // up first, so that the objects exist before any value refers to them.

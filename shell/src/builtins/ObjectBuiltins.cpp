@@ -6,6 +6,7 @@
 #include <vcos/COSDataType.h>  // before COSClass.h: COSDataTypePtr needs it complete
 #include <vcos/COSClass.h>
 #include <vcos/COSPropInfo.h>
+#include <vcos/DynamicProperties.h>
 #include <vcos/MemberAccess.h>
 #include <vcos/ObjectArray.h>
 #include <vcos/VxProperty.h>
@@ -42,17 +43,21 @@ void sortNames(std::vector<const COSPropInfo*>& props) {
 enum class Access { Get, Set };
 
 // The visible properties of the objects' class that the public client may
-// read (or write), sorted.
+// read (or write), sorted; for one object, those added to it (addprop) too.
 std::vector<const COSPropInfo*> publicProperties(const vxArray* objects, Access access) {
   std::vector<const COSPropInfo*> props;
   COSClass* cls = vcos::array::classOf(objects);
   if (!cls) return props;
-  for (std::size_t i = 0; i < cls->getPropertyCount(); ++i) {
-    const COSPropInfo* p = cls->getPropertyAt(i);
-    if (!p || !p->isVisible()) continue;
+  const auto take = [&](const COSPropInfo* p) {
+    if (!p || !p->isVisible()) return;
     const MemberAccess a = access == Access::Get ? p->getMemberGetAccess() : p->getMemberSetAccess();
     if (a == PublicAccess) props.push_back(p);
-  }
+  };
+  for (std::size_t i = 0; i < cls->getPropertyCount(); ++i) take(cls->getPropertyAt(i));
+  if (vxGetNumberOfElements(objects) == 1)
+    if (COSInterfacePtr object = omGetLiveArrayElement(objects, 0))
+      for (const COSInterfacePtr& p : vcos::dynamicProperties(object.get()))
+        take(static_cast<const COSPropInfo*>(p.get()));
   sortNames(props);
   return props;
 }
@@ -121,10 +126,20 @@ Value allowedValues(const COSPropInfo* prop) {
 }
 
 // The property that set may write, looked up as the set path does; raises
-// before anything is set.
+// before anything is set. A name the class lacks may be a property added to
+// the objects (addprop): each of them must have it, and may write it.
 const COSPropInfo* settable(const vxArray* h, const std::string& name) {
   COSClass* cls = vcos::array::classOf(h);
-  const COSPropInfo* prop = cls ? cls->findProperty(COSID(name.c_str())) : nullptr;
+  const COSID id(name.c_str());
+  const COSPropInfo* prop = cls ? cls->findProperty(id) : nullptr;
+  const vxSize n = vxGetNumberOfElements(h);
+  for (vxSize i = 0; !prop && cls && i < n; ++i) {
+    COSInterfacePtr object = omGetLiveArrayElement(h, i);
+    const COSPropInfo* added = object ? object->findPropertyInfo(id) : nullptr;
+    if (!added) break;
+    if (added->getMemberSetAccess() != PublicAccess) throw Error("VANTEL:sgsh:NotSettable", name, vxGetClassName(h));
+    if (i + 1 == n) prop = added;
+  }
   if (!prop) throw Error("VANTEL:vcos:UnknownProperty", name, vxGetClassName(h));  // as get and h.X raise
   if (prop->getMemberSetAccess() != PublicAccess) throw Error("VANTEL:sgsh:NotSettable", name, vxGetClassName(h));
   return prop;

@@ -46,7 +46,7 @@ std::vector<std::uint8_t> writeWithForm() {
 
 TEST(SavedFormFormat, OnlyVersionFourBodiesHoldForms) {
   std::vector<std::uint8_t> bytes = writeWithForm();
-  EXPECT_EQ(bytes[8], vxSerializeFormatVersion);
+  EXPECT_EQ(bytes[8], vxSerializeSavedFormsVersion);
   vxReadOptions options;
   options.makeObjects = [](std::span<const vxSavedObjectHead>) {};
   options.makeObjectArray = [](const std::string&, std::span<const vxSize>, std::span<const std::int64_t>) {
@@ -72,6 +72,30 @@ TEST(SavedFormFormat, OnlyVersionFourBodiesHoldForms) {
   EXPECT_EQ(plain[8], vxSerializeObjectTableVersion);
   plain[8] = 4;
   EXPECT_EQ(vxDeserializeDocument(plain, options).forms.size(), 0u);
+}
+
+// A writer may ask for a newer version than its contents need (added
+// properties in its records): the body stays that of version 4, with or
+// without forms; a version this build does not write is refused.
+TEST(SavedFormFormat, AWriterAsksForTheVersionItsRecordsNeed) {
+  vxReadOptions options;
+  options.makeObjects = [](std::span<const vxSavedObjectHead>) {};
+  options.makeObjectArray = [](const std::string&, std::span<const vxSize>, std::span<const std::int64_t>) {
+    return vxCreateDoubleMatrix(0, 0, vxREAL);
+  };
+  unique_vxArray value = oneObject();
+  vxWriteOptions write;
+  write.objectClassName = [](const vxArray*) { return std::string("a.Owner"); };
+  write.objectIndex = [](const vxArray*, std::size_t) -> std::int64_t { return 0; };
+  const Entries values{{"x", value.get()}};
+  vxDocumentWriter writer(values, 1, write);
+  writer.addObject("a.Owner", -1, "", {});
+  EXPECT_EQ(idOf([&] { writer.requireVersion(vxSerializeFormatVersion + 1); }), "VANTEL:vx:serialize:NewerVersion");
+  writer.requireVersion(vxSerializeDynamicPropertiesVersion);
+  writer.requireVersion(vxSerializeObjectTableVersion);  // the highest asked for counts
+  std::vector<std::uint8_t> plain = writer.finish();
+  EXPECT_EQ(plain[8], vxSerializeDynamicPropertiesVersion);
+  EXPECT_EQ(vxDeserializeDocument(plain, options).values.size(), 1u);
 }
 
 }  // namespace

@@ -34,6 +34,9 @@ int doLoadObjCalls = 0;
 // map waiting in its dynamic property, and the store itself.
 bool sawSavedMap = false;
 bool sawStore = false;
+// The access and visibility the test class's "doloadobj" answers with.
+MemberAccess doLoadObjAccess = PublicAccess;
+bool doLoadObjVisible = true;
 
 void lookAtDefaults(const vxArray* self) {
   if (!self || !omIsVCOS(self) || vxGetNumberOfElements(self) != 1) return;
@@ -47,6 +50,8 @@ void lookAtDefaults(const vxArray* self) {
 class DoLoadObjMI final : public COSMethodBase {
  public:
   explicit DoLoadObjMI(COSID classId) : COSMethodBase(classId, COSID("doloadobj"), PublicAccess, "test load step") {}
+  MemberAccess getMemberAccess() const override { return doLoadObjAccess; }
+  bool isVisible() const override { return doLoadObjVisible; }
   void invoke(const COSClient*, int& nlhs, COSValue* plhs, int, const COSValue* prhs) const override {
     ++doLoadObjCalls;
     lookAtDefaults(prhs[0].asPointer<const vxArray>());
@@ -82,11 +87,12 @@ struct Call {
 };
 
 // Calls a static method of the test class with the inputs, asking for `nlhs` outputs.
-Call call(const char* method, std::vector<const vxArray*> in, int nlhs = 1) {
+Call call(const char* method, std::vector<const vxArray*> in, int nlhs = 1,
+          const COSClient* client = COSGetPublicClient()) {
   registerMixinTestClasses();
   vxArray* out[1] = {nullptr};
   Call c;
-  c.called = omCallMethod(COSID("sg2utils.TestLoadObj"), COSID(method), COSGetPublicClient(), nlhs, out,
+  c.called = omCallMethod(COSID("sg2utils.TestLoadObj"), COSID(method), client, nlhs, out,
                           static_cast<int>(in.size()), in.data(), false);
   c.out.reset(out[0]);
   return c;
@@ -116,6 +122,8 @@ struct LoadObjTest : ::testing::Test {
     registerMixinTestClasses();
     doLoadObjMode = DoLoadObj::Same;
     doLoadObjCalls = 0;
+    doLoadObjAccess = PublicAccess;
+    doLoadObjVisible = true;
     sawSavedMap = sawStore = false;
   }
 };
@@ -183,6 +191,53 @@ TEST_F(LoadObjTest, APassBeforeTheObjectsOwnLoadStepLeavesAMarkThatSgLoadObjFoll
   core(object).sgLoadObj();
   EXPECT_TRUE(core(object).getLoadObjCalled());
   EXPECT_TRUE(core(object).peekTopLevelSerializedObject());
+  remove(object);
+}
+
+// doloadobj is looked up as the calling client sees it: a hidden one, or one
+// whose access keeps the client out, counts as none, and the object itself
+// goes on to sgLoadObj; the class's own client is admitted to a private one.
+TEST_F(LoadObjTest, AHiddenOrInaccessibleDoloadobjCountsAsNone) {
+  COSInterfacePtr object = make("sg2utils.TestLoadObj");
+  core(object).setTopLevelSerializedObject(false);
+  Arr self = obj(object);
+  const COSClient* own = COSClass::getClass(COSID("sg2utils.TestLoadObj"))->getPrivateClient();
+  struct Case {
+    MemberAccess access;
+    bool visible;
+    const COSClient* client;
+    bool runs;
+  };
+  const Case cases[] = {{PrivateAccess, true, COSGetPublicClient(), false},
+                        {ProtectedAccess, true, COSGetPublicClient(), false},
+                        {PublicAccess, false, COSGetPublicClient(), false},
+                        {PrivateAccess, true, own, true},
+                        {PrivateAccess, false, own, false}};
+  for (const Case& c : cases) {
+    doLoadObjAccess = c.access;
+    doLoadObjVisible = c.visible;
+    doLoadObjCalls = 0;
+    std::vector<std::string> lines;
+    Call result;
+    {
+      Log log(kAllBits);
+      result = call("loadobj", {self.get()}, 1, c.client);
+      lines = log.lines();
+    }
+    const char* step = c.runs ? "    Calling doloadobj" : "    No doloadobj found";
+    EXPECT_EQ(lines, (std::vector<std::string>{"sg2utils.TestLoadObj.loadobj(obj)", step, "    Calling sgLoadObj"}))
+        << int(c.access) << c.visible;
+    EXPECT_EQ(doLoadObjCalls, c.runs ? 1 : 0);
+    EXPECT_EQ(element(result.out), object);
+  }
+  // Through a file (the public client): a private doloadobj is passed over.
+  doLoadObjAccess = PrivateAccess;
+  doLoadObjCalls = 0;
+  std::vector<COSInterfacePtr> loaded = saveAndLoad({object});
+  ASSERT_EQ(loaded.size(), 1u);
+  EXPECT_EQ(doLoadObjCalls, 0);
+  EXPECT_TRUE(core(loaded[0]).getLoadObjCalled());
+  remove(loaded[0]);
   remove(object);
 }
 

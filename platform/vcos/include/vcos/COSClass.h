@@ -73,6 +73,11 @@ class VCOS_API COSClass final : public COSInterface {
   COSPropInfo* findPropertyExact(COSID name) const noexcept;
   // The most derived method of that name, or null.
   COSMethodInfo* findMethod(COSID name) const noexcept;
+  // The most derived method of that name that a look-up with these flags
+  // sees, or null: static methods only when `staticOrInstance` (instance
+  // methods always), hidden ones (isVisible false) only when `withHidden`,
+  // and with a client only those whose access admits it (null: no check).
+  COSMethodInfo* findMethod(COSID name, bool staticOrInstance, bool withHidden, const COSClient* client) const noexcept;
   COSEventInfo* findEvent(COSID name) const noexcept;
 
   // Used in initializeClass. `first` puts the superclass before the others.

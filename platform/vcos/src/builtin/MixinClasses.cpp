@@ -8,6 +8,8 @@
 #include "vcos/src/builtin/BuiltinMethod.h"
 #include "vcos/src/builtin/BuiltinNames.h"
 #include "vcos/src/builtin/ClassMembers.h"
+#include "vx/matrix.h"
+#include "vx/vxCreate.h"
 #include "vx/vxQuery.h"
 #include "vx/vxText.h"
 
@@ -18,7 +20,8 @@ namespace vcos::builtin {
 namespace {
 
 // addprop(object, name): a public property of type "any" on this instance
-// alone; gives the new property object.
+// alone, stored when the object is saved, holding [] until it is set; gives
+// the new property object.
 void addpropMethod(const COSClient*, int& nlhs, vxArray* plhs[], int, const vxArray* prhs[]) {
   COSInterfacePtr object = omGetLiveArrayElement(prhs[0], 0);
   if (!object || vxGetNumberOfElements(prhs[0]) != 1) throw Error("VANTEL:vcos:addprop:NeedsScalarObject");
@@ -27,7 +30,10 @@ void addpropMethod(const COSClient*, int& nlhs, vxArray* plhs[], int, const vxAr
   const std::string text = vxArrayToStdString(name);
   if (text.empty()) throw Error("VANTEL:vcos:addprop:BadName");
   COSInterfacePtr property(COSGenericProp::createNewDynamicProp(text, object->getClass()->getID(), names().any));
-  object->addDynamicProperty(static_cast<COSPropInfo*>(property.get()));
+  auto* added = static_cast<COSPropInfo*>(property.get());
+  object->addDynamicProperty(added);
+  const matrix::unique_vxArray empty(vxCreateDoubleMatrix(0, 0, vxREAL));
+  added->setValue(object.get(), COSValue(empty.get()));
   if (nlhs > 0 && property->getClass()) plhs[0] = omCreateVCOSScalar(property);
 }
 

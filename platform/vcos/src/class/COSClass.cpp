@@ -9,6 +9,7 @@
 #include "vcos/BuiltinClasses.h"
 #include "vcos/src/class/ClassRegistry.h"
 #include "vcos/src/class/ClassTables.h"
+#include "vcos/src/core/Access.h"
 #include "vcos/src/core/Messages.h"
 #include "vcos/src/core/ObjectOps.h"
 #include "foundation/core/except/Error.h"
@@ -303,6 +304,20 @@ COSPropInfo* COSClass::findProperty(COSID name) const {
 COSMethodInfo* COSClass::findMethod(COSID name) const noexcept {
   const std::uint32_t* i = tables_->methodIndex.find(name);
   return i ? tables_->methods[*i].candidates.front() : nullptr;
+}
+
+COSMethodInfo* COSClass::findMethod(COSID name, bool staticOrInstance, bool withHidden,
+                                    const COSClient* client) const noexcept {
+  const std::uint32_t* i = tables_->methodIndex.find(name);
+  if (!i) return nullptr;
+  for (COSMethodInfo* m : tables_->methods[*i].candidates) {
+    if (m->isStatic() && !staticOrInstance) continue;
+    if (!withHidden && !m->isVisible()) continue;
+    if (client && !vcos::internal::admits(m->getMemberAccess(), m->getExtendedAccess(), m->getDefiningClass(), client))
+      continue;
+    return m;
+  }
+  return nullptr;
 }
 
 COSEventInfo* COSClass::findEvent(COSID name) const noexcept {

@@ -89,3 +89,9 @@ bool vcos::hasDynamicProperties(const COSInterface* object) noexcept {
   const vcos::internal::InstanceExtras* x = object ? vcos::internal::ObjectOps::extrasIfAny(object) : nullptr;
   return x && !x->dynamicProperties.empty();
 }
+
+std::span<const COSInterfacePtr> vcos::dynamicProperties(const COSInterface* object) noexcept {
+  const vcos::internal::InstanceExtras* x = object ? vcos::internal::ObjectOps::extrasIfAny(object) : nullptr;
+  if (!x) return {};
+  return {x->dynamicProperties.data(), x->dynamicProperties.size()};
+}

@@ -110,12 +110,18 @@ struct vxReadOptions {
   std::function<void(std::size_t index, std::vector<vxNamedValue>& fields)> takeObject;
 };
 
-// The newest format version this build reads and writes. A set with
-// objects that saved forms of their own is written as version 4; else a set
-// with a function handle that captured variables as version 3; else a set
-// with an object table as version 2, and a set without one as version 1,
-// so that older readers read every file they can represent.
-inline constexpr std::uint32_t vxSerializeFormatVersion = 4;
+// The newest format version this build reads and writes. A set whose
+// writer asks for it (objects with properties added at run time) is written
+// as version 5; else a set with objects that saved forms of their own as
+// version 4; else a set with a function handle that captured variables as
+// version 3; else a set with an object table as version 2, and a set
+// without one as version 1, so that older readers read every file they can
+// represent. The body of version 5 has the form of version 4.
+inline constexpr std::uint32_t vxSerializeFormatVersion = 5;
+// The version of a set whose objects carry properties added at run time.
+inline constexpr std::uint32_t vxSerializeDynamicPropertiesVersion = 5;
+// The version of a set with objects that saved forms of their own.
+inline constexpr std::uint32_t vxSerializeSavedFormsVersion = 4;
 // The version of a set with a function handle that captured variables.
 inline constexpr std::uint32_t vxSerializeCapturesVersion = 3;
 // The version of a set with an object table and no captured variables.
@@ -158,6 +164,9 @@ class VX_API vxDocumentWriter {
   // is the record count plus the forms added before it; forms may be added
   // while one is written (an object its form holds). Makes the set version 4.
   void addSavedForm(std::string_view className, std::string_view typeName, const vxArray* form);
+  // Marks the set as needing at least `version` (a meaning of its records'
+  // fields that older readers lack); at most vxSerializeFormatVersion.
+  void requireVersion(std::uint32_t version);
   // The framed bytes; every announced record must have been added.
   std::vector<std::uint8_t> finish();
 
