@@ -14,6 +14,7 @@
 #include "sgutils/propinfos/BlockOf.h"
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/ElementContent.h"
+#include "src/persistence/LoadedValue.h"
 #include "src/persistence/SavedDefaults.h"
 #include "src/persistence/SavedDynamicProperties.h"
 #include "src/persistence/SavedForms.h"
@@ -39,11 +40,6 @@ using foundation::core::except::IMsgIDException;
 namespace sgutils::persistence {
 
 namespace {
-
-// The verbosity bits of the serialization channel's lines.
-constexpr std::uint32_t kLoadingBit = 1u << 2;
-constexpr std::uint32_t kSetBit = 1u << 8;
-constexpr std::uint32_t kConversionBit = 1u << 9;
 
 // The kinds of a record's fields besides values (0) and modes (1).
 constexpr unsigned char kChildren = 2;
@@ -245,7 +241,6 @@ vxArray* GraphicsLoader::makeObjectArray(const std::string& className, std::span
 }
 
 void GraphicsLoader::setFields(std::size_t i, std::vector<vxNamedValue>& fields) {
-  foundation::log::Logger& lg = serializationLog();
   const COSInterfacePtr& object = objects_[i];
   // A class that restores itself element by element gets its fields in its
   // load step instead.
@@ -301,26 +296,8 @@ void GraphicsLoader::setFields(std::size_t i, std::vector<vxNamedValue>& fields)
         auto owner = partOwner_.find(part);
         if (owner != partOwner_.end() && owner->second == i) continue;
       }
-      if (lg.isOn(kLoadingBit)) lg.write(kLoadingBit, "    Loading property: " + field.name);
-      // A value that no longer fits is dropped, and the others load. An
-      // array property takes the read array itself: it stores a copy of
-      // its own, so no conversion copy is made and freed in between.
-      const COSDataTypePtr type = property->getDataType();
-      copy::OwnedValue converted;
-      if (!copy::passesArrays(type)) {
-        try {
-          converted = copy::OwnedValue(type, copy::fromArray(type, value));
-        } catch (const IMsgIDException&) {
-          if (lg.isOn(kConversionBit)) lg.write(kConversionBit, "        Failed datatype conversion");
-          continue;
-        }
-      }
-      try {
-        vcos::omCopyPropertyWithNoPermissionCheck(object, property,
-                                                  converted.has() ? converted.get() : COSValue(value));
-      } catch (const IMsgIDException&) {
-        if (lg.isOn(kSetBit)) lg.write(kSetBit, "        set." + field.name + " failed");
-      }
+      // A value that no longer fits is dropped, and the others load.
+      setLoadedValue(object, property, value, field.name);
     }
   }
   // The child lists are kept, as table indexes, for hooking the trees once

@@ -4,11 +4,11 @@
 #include <string_view>
 
 #include "foundation/core/except/Error.h"
-#include "foundation/core/except/IMsgIDException.h"
 #include "foundation/log/Logger.h"
 #include "sgutils/persistence/GraphicsFile.h"
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/GraphicsLoader.h"
+#include "src/persistence/LoadedValue.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSGenericProp.h"
@@ -24,7 +24,6 @@
 #include "vx/vxText.h"
 
 using foundation::core::except::Error;
-using foundation::core::except::IMsgIDException;
 
 namespace sgutils::persistence {
 
@@ -32,11 +31,6 @@ namespace {
 
 const char* kFields[] = {"Name", "Type", "Value", "Visible"};
 constexpr int kName = 0, kType = 1, kValue = 2, kVisible = 3;
-
-// The verbosity bits of the serialization channel (see serializationLog).
-constexpr std::uint32_t kLoadingBit = 1u << 2;
-constexpr std::uint32_t kSetBit = 1u << 8;
-constexpr std::uint32_t kConversionBit = 1u << 9;
 
 bool isStored(const COSPropInfo* property) {
   return !property->isTransient() && std::string_view(property->getName()) != GraphicsFile::kDefaultsField &&
@@ -90,7 +84,6 @@ void restoreDynamicProperties(const COSInterfacePtr& object, const vxArray* save
     throw Error("VANTEL:sg:load:BadDynamicProperties", cls->getName());
   for (int f = 0; f < 4; ++f)
     if (vxGetFieldNumber(saved, kFields[f]) != f) throw Error("VANTEL:sg:load:BadDynamicProperties", cls->getName());
-  foundation::log::Logger& lg = serializationLog();
   const std::size_t n = vxGetNumberOfElements(saved);
   for (std::size_t i = 0; i < n; ++i) {
     const std::string name = textField(saved, i, kName, object);
@@ -117,22 +110,7 @@ void restoreDynamicProperties(const COSInterfacePtr& object, const vxArray* save
       property = generic;
     }
     if (!value) continue;
-    if (lg.isOn(kLoadingBit)) lg.write(kLoadingBit, "    Loading property: " + name);
-    const COSDataTypePtr type = property->getDataType();
-    copy::OwnedValue converted;
-    if (!copy::passesArrays(type)) {
-      try {
-        converted = copy::OwnedValue(type, copy::fromArray(type, value));
-      } catch (const IMsgIDException&) {
-        if (lg.isOn(kConversionBit)) lg.write(kConversionBit, "        Failed datatype conversion");
-        continue;
-      }
-    }
-    try {
-      vcos::omCopyPropertyWithNoPermissionCheck(object, property, converted.has() ? converted.get() : COSValue(value));
-    } catch (const IMsgIDException&) {
-      if (lg.isOn(kSetBit)) lg.write(kSetBit, "        set." + name + " failed");
-    }
+    setLoadedValue(object, property, value, name);
   }
 }
 
