@@ -7,15 +7,30 @@
 #include "sgdatatypes/Registration.h"
 #include "sgdatatypes/VCallback.h"
 #include "vcos/BorrowedPropertyValue.h"
+#include "vcos/COSClass.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
 #include "vcos/COSListenerOp.h"
 #include "vcos/COSPropInfo.h"
+#include "vcos/DynamicProperties.h"
 #include "vx/vxQuery.h"
 
 namespace graphics::datatype {
 namespace {
+
+// The callback property by its own name: the class's, else one added to the
+// object at run time. No prefix match: a listener for one callback never
+// runs a property of a longer name, and a class without the property (most
+// of those that hear a creation) answers at the cost of one look-up.
+COSPropInfo* callbackProperty(COSInterface* source, COSID name) {
+  if (const COSClass* cls = source->getClass())
+    if (COSPropInfo* p = cls->findPropertyExact(name)) return p;
+  if (!vcos::hasDynamicProperties(source)) return nullptr;
+  COSInterfacePtr found;
+  source->findDynamicProperty(found, name);
+  return static_cast<COSPropInfo*>(found.get());
+}
 
 class PropertyCallbackOp final : public COSListenerOp {
  public:
@@ -24,7 +39,7 @@ class PropertyCallbackOp final : public COSListenerOp {
 
   void callback(COSInterface* source, COSEventData* data) override {
     if (!source || source->isDestroyed() || (skipDying_ && source->isBeingDestroyed())) return;
-    COSPropInfo* property = source->findPropertyInfo(property_);
+    COSPropInfo* property = callbackProperty(source, property_);
     if (!property) return;
     // A copy: the callback may replace or clear the property it runs from.
     VCallback callback = read(source, property);
@@ -50,7 +65,7 @@ class PropertyCallbackOp final : public COSListenerOp {
   bool mayRunFor(COSInterface* source) const noexcept override {
     if (!source || source->isDestroyed() || (skipDying_ && source->isBeingDestroyed())) return false;
     try {
-      COSPropInfo* property = source->findPropertyInfo(property_);
+      COSPropInfo* property = callbackProperty(source, property_);
       if (!property) return false;
       return visitHeld(
           source, property, [](const VCallback* held) { return held && !held->isEmpty(); },

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "DatatypesTestSupport.h"
+#include "vcos/COSGenericProp.h"
 
 using namespace graphics::datatype;
 using namespace dtt;
@@ -114,6 +115,27 @@ TEST_F(CallbackListeners, MayRunOnlyWhereTheSourceHoldsACallback) {
   EXPECT_TRUE(array->mayRunFor(w.get()));
   click->setEnabled(false);
   EXPECT_FALSE(click->mayRunFor(w.get()));
+}
+
+TEST_F(CallbackListeners, APropertyAddedAtRunTimeHoldsACallbackTooButNoOtherNameStandsForIt) {
+  COSInterfacePtr w = make("dtt.Widget");
+  const COSInterfacePtr held[] = {createListener("AddedFcn", false, false), createListener("Added", false, false)};
+  COSListener* added = COSListener::toListener(held[0]);
+  COSListener* prefix = COSListener::toListener(held[1]);
+  EXPECT_FALSE(added->mayRunFor(w.get()));
+  COSInterfacePtr property(COSGenericProp::createNewDynamicProp(COSString("AddedFcn"), w->getClass()->getID(),
+                                                                COSID(kCallbackType)));
+  w->addDynamicProperty(static_cast<COSPropInfo*>(property.get()));
+  int runs = 0;
+  VCallback cb([&](COSInterface*, COSEventData*) { ++runs; });
+  w->setPropertyValue(COSGetPublicClient(), w->findPropertyInfo(COSID("AddedFcn")), COSValue(&cb));
+  EXPECT_TRUE(added->mayRunFor(w.get()));
+  added->fire(w.get(), nullptr);
+  EXPECT_EQ(runs, 1);
+  // A listener names its property in full: a shorter name finds nothing.
+  EXPECT_FALSE(prefix->mayRunFor(w.get()));
+  prefix->fire(w.get(), nullptr);
+  EXPECT_EQ(runs, 1);
 }
 
 TEST_F(CallbackListeners, ClassListenerRunsForEveryInstanceAndSkipsOnesWithoutTheProperty) {
