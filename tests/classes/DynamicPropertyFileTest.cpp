@@ -189,26 +189,18 @@ TEST_F(DynamicPropertyFileTest, EveryTruncationAndByteChangeLoadsTheSameOrNothin
   set(top, "Note", note.get());
   const Bytes bytes = save(top);
   const std::size_t live = liveCount();
-  int loadedSame = 0, refused = 0;
-  auto attempt = [&](std::span<const std::uint8_t> damaged) {
-    try {
-      const COSInterfacePtr loaded = load(damaged);
-      ASSERT_TRUE(loaded);
-      EXPECT_EQ(getText(loaded, "Note"), "kept");
-      loaded->deleteObject(COSGetPublicClient());
-      sgclasses::makeCurrent(top);
-      ++loadedSame;
-    } catch (const foundation::core::except::IMsgIDException& e) {
-      const std::string id = e.identifier();
-      EXPECT_TRUE(sgtest::isLoaderRefusal(id)) << id;
-      ++refused;
-    }
-    ASSERT_EQ(liveCount(), live) << "after " << damaged.size() << " bytes";
+  auto loadAndCheck = [&](std::span<const std::uint8_t> damaged) {
+    const COSInterfacePtr loaded = load(damaged);
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(getText(loaded, "Note"), "kept");
+    loaded->deleteObject(COSGetPublicClient());
+    sgclasses::makeCurrent(top);
   };
-  attempt(bytes);
-  ASSERT_EQ(loadedSame, 1);
-  sgtest::forEachDamagedCopy(bytes, attempt);
-  EXPECT_EQ(refused + loadedSame, static_cast<int>(2 * bytes.size() + 1));
+  sgtest::SweepResult whole;
+  sgtest::tryDamagedCopy(bytes, live, liveCount, loadAndCheck, whole);
+  ASSERT_EQ(whole.loadedSame, 1);
+  const sgtest::SweepResult r = sgtest::sweepDamagedCopies(bytes, live, liveCount, loadAndCheck);
+  EXPECT_EQ(r.refused + r.loadedSame, static_cast<int>(2 * bytes.size()));
 }
 
 // The class info's areChildrenSaved gates the walk below an object: the

@@ -255,26 +255,17 @@ TEST_F(GraphicsFileTest, EveryTruncationAndByteChangeLoadsTheSameTreeOrNothing) 
   const Bytes bytes = save(figure);
   const std::string expected = signature(figure);
   const std::size_t live = liveCount();
-  int loadedSame = 0, refused = 0;
-  auto attempt = [&](std::span<const std::uint8_t> damaged) {
-    try {
-      const COSInterfacePtr loaded = load(damaged);
-      ASSERT_TRUE(loaded);
-      EXPECT_EQ(signature(loaded), expected);
-      loaded->deleteObject(COSGetPublicClient());
-      // The root holds its current figure, the loaded one: point it back.
-      sgclasses::makeCurrent(figure);
-      ++loadedSame;
-    } catch (const foundation::core::except::IMsgIDException& e) {
-      const std::string id = e.identifier();
-      EXPECT_TRUE(sgtest::isLoaderRefusal(id)) << id;
-      ++refused;
-    }
-    ASSERT_EQ(liveCount(), live) << "after " << damaged.size() << " bytes, loaded " << loadedSame;
-  };
-  sgtest::forEachDamagedCopy(bytes, attempt);
-  EXPECT_EQ(refused + loadedSame, static_cast<int>(2 * bytes.size()));
-  EXPECT_GT(refused, 0);
+  const sgtest::SweepResult r =
+      sgtest::sweepDamagedCopies(bytes, live, liveCount, [&](std::span<const std::uint8_t> damaged) {
+        const COSInterfacePtr loaded = load(damaged);
+        ASSERT_TRUE(loaded);
+        EXPECT_EQ(signature(loaded), expected);
+        loaded->deleteObject(COSGetPublicClient());
+        // The root holds its current figure, the loaded one: point it back.
+        sgclasses::makeCurrent(figure);
+      });
+  EXPECT_EQ(r.refused + r.loadedSame, static_cast<int>(2 * bytes.size()));
+  EXPECT_GT(r.refused, 0);
 }
 
 // Files whose frame is sound but whose objects do not fit together: the

@@ -352,28 +352,19 @@ TEST_F(SavedFormTest, EveryTruncationAndByteChangeLoadsTheSameFormOrNothing) {
   Arr figureValue = obj(saved.figure);
   const Bytes bytes = save({{"fig", figureValue.get()}});
   const std::size_t live = liveCount();
-  int loadedSame = 0, refused = 0;
-  auto attempt = [&](const Bytes& damaged) {
-    try {
-      std::vector<vxNamedValue> values = load(damaged);
-      const MarkedLine loaded = markedLineOf(values.size() == 1 ? element(values[0].value.get()) : COSInterfacePtr());
-      ASSERT_TRUE(loaded.mark);
-      EXPECT_EQ(bookmark(loaded.mark).label, "marked");
-      EXPECT_EQ(bookmark(loaded.mark).marks.size(), 3u);
-      EXPECT_EQ(element(bookmark(loaded.mark).target.get()), loaded.line);
-      remove({loaded.figure, loaded.mark});
-      sgclasses::makeCurrent(saved.figure);
-      ++loadedSame;
-    } catch (const foundation::core::except::IMsgIDException& e) {
-      const std::string id = e.identifier();
-      EXPECT_TRUE(sgtest::isLoaderRefusal(id)) << id;
-      ++refused;
-    }
-    ASSERT_EQ(liveCount(), live) << "after " << damaged.size() << " bytes";
-  };
-  sgtest::forEachDamagedCopy(bytes, [&](std::span<const std::uint8_t> damaged) { attempt(Bytes(damaged.begin(), damaged.end())); });
-  EXPECT_EQ(loadedSame + refused, static_cast<int>(2 * bytes.size()));
-  EXPECT_GT(refused, 0);
+  const sgtest::SweepResult r =
+      sgtest::sweepDamagedCopies(bytes, live, liveCount, [&](std::span<const std::uint8_t> damaged) {
+        std::vector<vxNamedValue> values = load(Bytes(damaged.begin(), damaged.end()));
+        const MarkedLine loaded = markedLineOf(values.size() == 1 ? element(values[0].value.get()) : COSInterfacePtr());
+        ASSERT_TRUE(loaded.mark);
+        EXPECT_EQ(bookmark(loaded.mark).label, "marked");
+        EXPECT_EQ(bookmark(loaded.mark).marks.size(), 3u);
+        EXPECT_EQ(element(bookmark(loaded.mark).target.get()), loaded.line);
+        remove({loaded.figure, loaded.mark});
+        sgclasses::makeCurrent(saved.figure);
+      });
+  EXPECT_EQ(r.loadedSame + r.refused, static_cast<int>(2 * bytes.size()));
+  EXPECT_GT(r.refused, 0);
   remove({saved.figure, saved.mark});
 }
 

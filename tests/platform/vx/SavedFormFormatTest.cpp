@@ -29,6 +29,25 @@ std::string idOf(const std::function<void()>& f) {
 // A 1-by-1 object array; the writer asks the callbacks for its class and index.
 unique_vxArray oneObject() { return unique_vxArray(vxCreateObjectMatrix(1, 1, nullptr)); }
 
+// Read options that make no objects: an object array reads as an empty
+// double matrix.
+vxReadOptions makingNoObjects() {
+  vxReadOptions options;
+  options.makeObjects = [](std::span<const vxSavedObjectHead>) {};
+  options.makeObjectArray = [](const std::string&, std::span<const vxSize>, std::span<const std::int64_t>) {
+    return vxCreateDoubleMatrix(0, 0, vxREAL);
+  };
+  return options;
+}
+
+// Write options that name every object an "a.Owner" at record 0.
+vxWriteOptions everyObjectAnOwner() {
+  vxWriteOptions write;
+  write.objectClassName = [](const vxArray*) { return std::string("a.Owner"); };
+  write.objectIndex = [](const vxArray*, std::size_t) -> std::int64_t { return 0; };
+  return write;
+}
+
 // A set of one value referring to a form after one record (index 1); a
 // form is refused before the last record.
 std::vector<std::uint8_t> writeWithForm() {
@@ -47,11 +66,7 @@ std::vector<std::uint8_t> writeWithForm() {
 TEST(SavedFormFormat, OnlyVersionFourBodiesHoldForms) {
   std::vector<std::uint8_t> bytes = writeWithForm();
   EXPECT_EQ(bytes[8], vxSerializeSavedFormsVersion);
-  vxReadOptions options;
-  options.makeObjects = [](std::span<const vxSavedObjectHead>) {};
-  options.makeObjectArray = [](const std::string&, std::span<const vxSize>, std::span<const std::int64_t>) {
-    return vxCreateDoubleMatrix(0, 0, vxREAL);
-  };
+  const vxReadOptions options = makingNoObjects();
   const vxSavedDocument document = vxDeserializeDocument(bytes, options);
   ASSERT_EQ(document.forms.size(), 1u);
   EXPECT_TRUE(document.forms[0].head.savedForm);
@@ -62,9 +77,7 @@ TEST(SavedFormFormat, OnlyVersionFourBodiesHoldForms) {
   EXPECT_EQ(idOf([&] { vxDeserializeDocument(bytes, options); }), "VANTEL:vx:serialize:Corrupt");
   // A set without forms keeps version 2, and version 4 reads two-part bodies.
   unique_vxArray value = oneObject();
-  vxWriteOptions write;
-  write.objectClassName = [](const vxArray*) { return std::string("a.Owner"); };
-  write.objectIndex = [](const vxArray*, std::size_t) -> std::int64_t { return 0; };
+  const vxWriteOptions write = everyObjectAnOwner();
   const Entries values{{"x", value.get()}};
   vxDocumentWriter writer(values, 1, write);
   writer.addObject("a.Owner", -1, "", {});
@@ -78,15 +91,9 @@ TEST(SavedFormFormat, OnlyVersionFourBodiesHoldForms) {
 // properties in its records): the body stays that of version 4, with or
 // without forms; a version this build does not write is refused.
 TEST(SavedFormFormat, AWriterAsksForTheVersionItsRecordsNeed) {
-  vxReadOptions options;
-  options.makeObjects = [](std::span<const vxSavedObjectHead>) {};
-  options.makeObjectArray = [](const std::string&, std::span<const vxSize>, std::span<const std::int64_t>) {
-    return vxCreateDoubleMatrix(0, 0, vxREAL);
-  };
+  const vxReadOptions options = makingNoObjects();
   unique_vxArray value = oneObject();
-  vxWriteOptions write;
-  write.objectClassName = [](const vxArray*) { return std::string("a.Owner"); };
-  write.objectIndex = [](const vxArray*, std::size_t) -> std::int64_t { return 0; };
+  const vxWriteOptions write = everyObjectAnOwner();
   const Entries values{{"x", value.get()}};
   vxDocumentWriter writer(values, 1, write);
   writer.addObject("a.Owner", -1, "", {});
