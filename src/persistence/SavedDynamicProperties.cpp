@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "foundation/core/except/Error.h"
 #include "foundation/log/Logger.h"
@@ -9,6 +10,7 @@
 #include "src/copy/ArrayValue.h"
 #include "src/persistence/GraphicsLoader.h"
 #include "src/persistence/LoadedValue.h"
+#include "src/persistence/SavedPropertyAttributes.h"
 #include "vcos/COSClass.h"
 #include "vcos/COSDataType.h"
 #include "vcos/COSGenericProp.h"
@@ -29,8 +31,10 @@ namespace sgutils::persistence {
 
 namespace {
 
-const char* kFields[] = {"Name", "Type", "Value", "Visible"};
-constexpr int kName = 0, kType = 1, kValue = 2, kVisible = 3;
+// The fifth field is written only when a property's attributes differ from
+// a newly added one's, so that other lists read as before.
+const char* kFields[] = {"Name", "Type", "Value", "Visible", "Attributes"};
+constexpr int kName = 0, kType = 1, kValue = 2, kVisible = 3, kAttributes = 4;
 
 bool isStored(const COSPropInfo* property) {
   return !property->isTransient() && std::string_view(property->getName()) != GraphicsFile::kDefaultsField &&
@@ -51,14 +55,19 @@ std::string textField(const vxArray* saved, std::size_t i, int field, const COSI
 
 matrix::unique_vxArray savedDynamicProperties(COSInterface* object) {
   const std::span<const COSInterfacePtr> all = vcos::dynamicProperties(object);
-  std::size_t n = 0;
-  for (const COSInterfacePtr& p : all) n += isStored(static_cast<const COSPropInfo*>(p.get())) ? 1 : 0;
-  if (n == 0) return nullptr;
-  matrix::unique_vxArray out(vxCreateStructMatrix(1, n, 4, kFields));
-  std::size_t i = 0;
-  for (const COSInterfacePtr& p : all) {
-    const auto* property = static_cast<const COSPropInfo*>(p.get());
-    if (!isStored(property)) continue;
+  std::vector<const COSPropInfo*> stored;
+  for (const COSInterfacePtr& p : all)
+    if (const auto* property = static_cast<const COSPropInfo*>(p.get()); isStored(property)) stored.push_back(property);
+  if (stored.empty()) return nullptr;
+  std::vector<matrix::unique_vxArray> attributes;
+  bool anyAttributes = false;
+  for (const COSPropInfo* property : stored) {
+    attributes.push_back(SavedPropertyAttributes::write(property));
+    anyAttributes = anyAttributes || attributes.back();
+  }
+  matrix::unique_vxArray out(vxCreateStructMatrix(1, stored.size(), anyAttributes ? 5 : 4, kFields));
+  for (std::size_t i = 0; i < stored.size(); ++i) {
+    const COSPropInfo* property = stored[i];
     const COSDataTypePtr type = property->getDataType();
     const COSValue read = property->getValue(object);
     matrix::unique_vxArray value;
@@ -73,16 +82,16 @@ matrix::unique_vxArray savedDynamicProperties(COSInterface* object) {
     vxSetFieldByNumber(out.get(), i, kType, vxCreateString(type->getID().c_str()));
     vxSetFieldByNumber(out.get(), i, kValue, value.release());
     vxSetFieldByNumber(out.get(), i, kVisible, vxCreateLogicalScalar(property->isVisible()));
-    ++i;
+    if (attributes[i]) vxSetFieldByNumber(out.get(), i, kAttributes, attributes[i].release());
   }
   return out;
 }
 
 void restoreDynamicProperties(const COSInterfacePtr& object, const vxArray* saved) {
   COSClass* cls = object->getClass();
-  if (!saved || !vxIsStruct(saved) || vxGetNumberOfFields(saved) != 4)
-    throw Error("VANTEL:sg:load:BadDynamicProperties", cls->getName());
-  for (int f = 0; f < 4; ++f)
+  const int fields = saved && vxIsStruct(saved) ? vxGetNumberOfFields(saved) : 0;
+  if (fields != 4 && fields != 5) throw Error("VANTEL:sg:load:BadDynamicProperties", cls->getName());
+  for (int f = 0; f < fields; ++f)
     if (vxGetFieldNumber(saved, kFields[f]) != f) throw Error("VANTEL:sg:load:BadDynamicProperties", cls->getName());
   const std::size_t n = vxGetNumberOfElements(saved);
   for (std::size_t i = 0; i < n; ++i) {
@@ -92,6 +101,8 @@ void restoreDynamicProperties(const COSInterfacePtr& object, const vxArray* save
     if (!visible || !vxIsLogical(visible) || vxGetNumberOfElements(visible) != 1)
       throw Error("VANTEL:sg:load:BadDynamicProperties", cls->getName());
     const vxArray* value = vxGetFieldByNumber(saved, i, kValue);
+    const SavedPropertyAttributes attributes = SavedPropertyAttributes::read(
+        fields == 5 ? vxGetFieldByNumber(saved, i, kAttributes) : nullptr, name, cls->getName());
     const COSID id(name.c_str());
     // The class's own property of that name (one it gained since) wins.
     if (cls->findPropertyExact(id)) continue;
@@ -109,8 +120,10 @@ void restoreDynamicProperties(const COSInterfacePtr& object, const vxArray* save
       object->addDynamicProperty(generic);
       property = generic;
     }
-    if (!value) continue;
-    setLoadedValue(object, property, value, name);
+    // The value first, past access checks; then the attributes, which may
+    // make the property read-only.
+    if (value) setLoadedValue(object, property, value, name);
+    attributes.applyTo(property, name);
   }
 }
 
