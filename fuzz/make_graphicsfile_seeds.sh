@@ -18,9 +18,12 @@ text(b, 'String', 'text'); patch(b, 'XData', [0 1 1], 'YData', [0 0 1]);
 savefig(g, '$tmp/full.fig')
 h = findobj(g, 'Type', 'line'); c = {cm, 'menu'}; n = 3;
 save('$tmp/vars.fig', 'h', 'c', 'n')
+d = figure; l = line(axes(d)); q = addprop(l, 'Note'); l.Note = {l, 'x'}; q.Hidden = true;
+q.Resettable = false; q.DeepCopy = true; addprop(l, 'Plain');
+savefig(d, '$tmp/dynamic.fig')
 SG
 "$sgsh" "$tmp/make.sg" >/dev/null
-for name in small full vars; do
+for name in small full vars dynamic; do
   file="$tmp/$name.fig"
   flags=$(od -An -tu4 -j12 -N4 "$file" | tr -d ' ')
   tail -c +41 "$file" >"$tmp/$name.body"
