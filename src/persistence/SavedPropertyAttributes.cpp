@@ -55,19 +55,21 @@ constexpr FlagRow kFlags[] = {
 // Resettable is not here: for an added property it is the flag above.
 struct MetaRow {
   const char* name;
-  bool (SGCustomMetaProperty::*get)() const;
-  void (SGCustomMetaProperty::*set)(bool);
+  bool (*get)(const SGCustomMetaProperty&);
+  void (*set)(SGCustomMetaProperty&, bool);
 };
+// One row: the attribute's name and its accessors on the block.
+#define SG_META_ROW(Name)                                                                          \
+  MetaRow {                                                                                        \
+    #Name, [](const SGCustomMetaProperty& m) { return m.get##Name(); },                            \
+        [](SGCustomMetaProperty& m, bool value) { m.set##Name(value); }                            \
+  }
 const MetaRow kMeta[] = {
-    {"DeepCopy", &SGCustomMetaProperty::getDeepCopy, &SGCustomMetaProperty::setDeepCopy},
-    {"ReconnectOnCopy", &SGCustomMetaProperty::getReconnectOnCopy, &SGCustomMetaProperty::setReconnectOnCopy},
-    {"AffectsObject", &SGCustomMetaProperty::getAffectsObject, &SGCustomMetaProperty::setAffectsObject},
-    {"AffectsDataLimits", &SGCustomMetaProperty::getAffectsDataLimits, &SGCustomMetaProperty::setAffectsDataLimits},
-    {"AffectsLegend", &SGCustomMetaProperty::getAffectsLegend, &SGCustomMetaProperty::setAffectsLegend},
-    {"InternalComponent", &SGCustomMetaProperty::getInternalComponent,
-     &SGCustomMetaProperty::setInternalComponent},
-    {"UsedInUpdate", &SGCustomMetaProperty::getUsedInUpdate, &SGCustomMetaProperty::setUsedInUpdate},
+    SG_META_ROW(DeepCopy),          SG_META_ROW(ReconnectOnCopy), SG_META_ROW(AffectsObject),
+    SG_META_ROW(AffectsDataLimits), SG_META_ROW(AffectsLegend),   SG_META_ROW(InternalComponent),
+    SG_META_ROW(UsedInUpdate),
 };
+#undef SG_META_ROW
 
 const char* const kAccess[] = {"GetAccess", "SetAccess"};
 
@@ -147,8 +149,8 @@ matrix::unique_vxArray SavedPropertyAttributes::write(const COSPropInfo* propert
   if (const SGCustomMetaProperty* meta = SGCustomMetaProperty::of(property)) {
     const SGCustomMetaProperty fresh(nullptr);
     for (const MetaRow& row : kMeta) {
-      const bool value = (meta->*row.get)();
-      if (value == (fresh.*row.get)()) continue;
+      const bool value = row.get(*meta);
+      if (value == row.get(fresh)) continue;
       names.push_back(row.name);
       values.emplace_back(vxCreateLogicalScalar(value));
     }
@@ -229,7 +231,7 @@ void SavedPropertyAttributes::applyTo(COSPropInfo* property, std::string_view na
     return;
   }
   for (std::size_t m = 0; m < std::size(kMeta); ++m)
-    if (metaGiven_ & (1u << m)) (meta->*kMeta[m].set)((metaValues_ & (1u << m)) != 0);
+    if (metaGiven_ & (1u << m)) kMeta[m].set(*meta, (metaValues_ & (1u << m)) != 0);
 }
 
 }  // namespace sgutils::persistence
