@@ -18,7 +18,7 @@ text(b, 'String', 'text'); patch(b, 'XData', [0 1 1], 'YData', [0 0 1]);
 savefig(g, '$tmp/full.fig')
 h = findobj(g, 'Type', 'line'); c = {cm, 'menu'}; n = 3;
 save('$tmp/vars.fig', 'h', 'c', 'n')
-d = figure; l = line(axes(d)); q = addprop(l, 'Note'); l.Note = {l, 'x'}; q.Hidden = true;
+d = figure; l = line(axes(d)); q = addprop(l, 'Note'); l.Note = {'x', 3}; q.Hidden = true;
 q.Resettable = false; q.DeepCopy = true; addprop(l, 'Plain');
 savefig(d, '$tmp/dynamic.fig')
 SG
