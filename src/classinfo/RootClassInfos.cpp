@@ -263,6 +263,8 @@ void* SGHandleClassInfo::allocateInstance(COSInterface* instance) {
   return asBlock(makeGraphicsBlock(instance));
 }
 
+bool SGHandleClassInfo::isSharedAnswerSkippable() const { return true; }
+
 void SGHandleClassInfo::deallocateInstance(COSInterface* instance, void* data) {
   // A block shared with the ReferenceObject slot goes with that slot.
   if (data && instance->getInstanceData(referenceObjectId()) != data) delete static_cast<SGReference*>(data);
