@@ -54,6 +54,8 @@ class SGUTILS_API GeneratedClassInfo : public BaseObjectCOSInfo {
     GeneratedClassInfo* owner;
     COSID ownerId;
     std::vector<COSID> sharers;
+    // No sharer's slot is made before this one's: the block is made here.
+    bool makesFirst;
   };
   const BlockPlan& planFor(COSClass* cls);
 
