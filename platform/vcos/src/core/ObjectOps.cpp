@@ -291,7 +291,8 @@ void ObjectOps::freeEveryFixedBlock(COSInterface* o) noexcept {
 }
 
 void ObjectOps::makeFixedBlocks(COSInterface* o, std::size_t* asked) {
-  BlockArenaScope room = roomScope(o);
+  auto* instance = static_cast<COSObject*>(o);  // only instances have a room
+  BlockArenaScope room(instance->blockRoomBegin(), instance->blockRoomEnd());
   const ClassTables& t = o->class_->tables();
   auto* self = reinterpret_cast<std::byte*>(o);
   const ClassTables::BlockStep* steps = t.blockSteps.data();  // base first
@@ -350,8 +351,9 @@ void ObjectOps::makeFixedBlocks(COSInterface* o, std::size_t* asked) {
 void ObjectOps::deallocateBlocks(COSInterface* o) noexcept {
   if (!(o->state_ & (COSInterface::kHeapBlocks | COSInterface::kFixedBlocks))) return;
   // Blocks in the room go with the slot; the allocator must not take them.
-  BlockArenaScope room = roomScope(o);
   if (o->state_ & COSInterface::kFixedBlocks) {
+    auto* instance = static_cast<COSObject*>(o);  // only instances have a room
+    BlockArenaScope room(instance->blockRoomBegin(), instance->blockRoomEnd());
     // Most derived first.
     if (o->state_ & COSInterface::kEveryInfoAsked)
       freeEveryFixedBlock(o);
@@ -359,6 +361,7 @@ void ObjectOps::deallocateBlocks(COSInterface* o) noexcept {
       freeFixedBlocks(o, o->class_->tables().blockSteps.size());
     return;
   }
+  BlockArenaScope room = roomScope(o);
   InstanceExtras* x = o->extras_;
   void** blocks = x->blocks;
   const std::vector<COSClass*>& ancestry = o->class_->tables().ancestry;
