@@ -84,6 +84,7 @@ class AnchorNodeInfo final : public BaseObjectCOSInfo, public SGHandleBlockFacto
   SGHandle* createHandleBlock() const override { return new AnchorHandle; }
   void* allocateInstance(COSInterface* i) override { return i->getInstanceData(graphicsId()); }
   void deallocateInstance(COSInterface*, void*) override {}
+  bool isSharedAnswerSkippable() const override { return true; }
 };
 
 }  // namespace

@@ -111,6 +111,8 @@ bool HandleNumberTable::isRetired(double number) noexcept { return table().retir
 
 void HandleNumberTable::removeObject(COSInterface* object) noexcept {
   Table& t = table();
+  // Asked for every graphics object deleted; most never had a number.
+  if (t.numbers.empty()) return;
   auto it = t.numbers.find(object);
   if (it != t.numbers.end()) remove(it->second);
 }

@@ -158,43 +158,41 @@ const COSID& referenceObjectId() {
   return id;
 }
 
-// Whether objects of `cls` have a Graphics block. Their ReferenceObject slot
-// holds that block too rather than a block of its own: the Graphics block is
-// an SGReference with the same state. Asked for every new object, so the
-// answer for the last class is kept.
-bool carriesGraphicsBlock(const COSClass* cls) {
-  struct Last {
-    const COSClass* cls = nullptr;
-    bool graphics = false;
-  };
-  thread_local Last last;
-  if (cls != last.cls) {
+// What making the block of a new object asks of its class, kept for the last
+// class seen, since objects of one class tend to come in runs: whether its
+// objects have a Graphics block (their ReferenceObject slot holds that block
+// too rather than a block of its own: the Graphics block is an SGReference
+// with the same state), the class info that makes it when the class has its
+// own SGHandle subclass (the cross-cast), and the Graphics class that counts
+// a new Graphics block. Not kept per thread: like the block pools, it serves
+// the interpreter thread, and a thread-local costs a look-up on every use.
+struct ClassBlockPlan {
+  const COSClass* cls = nullptr;
+  const COSClassInfo* info = nullptr;
+  bool carriesGraphics = false;
+  SGHandleBlockFactory* factory = nullptr;
+  COSClass* graphics = nullptr;
+};
+ClassBlockPlan lastBlockPlan;
+
+const ClassBlockPlan& blockPlanFor(const COSClass* cls) {
+  ClassBlockPlan& last = lastBlockPlan;
+  const COSClassInfo* info = cls->getClassInfo();
+  if (cls != last.cls || info != last.info || !last.graphics) {
     static const COSID graphicsId("vantel.graphics.Graphics");
-    last = {cls, cls->getID() == graphicsId || cls->isSubclassOf(graphicsId)};
+    last = {cls, info, cls->getID() == graphicsId || cls->isSubclassOf(graphicsId),
+            dynamic_cast<SGHandleBlockFactory*>(const_cast<COSClassInfo*>(info)), SGHandle::getClassInstance()};
   }
-  return last.graphics;
+  return last;
 }
 
 // The Graphics block of a new object: a concrete class with its own SGHandle
-// subclass makes it. The cross-cast is remembered for the last class seen
-// (classes and their infos live for the process), since objects of one class
-// tend to come in runs.
-// The Graphics class that counts the new block is remembered with the class
-// of the object, whose ancestor it is.
-SGHandle* makeGraphicsBlock(COSInterface* instance) {
-  struct LastFactory {
-    const COSClass* cls = nullptr;
-    const COSClassInfo* info = nullptr;
-    SGHandleBlockFactory* factory = nullptr;
-    COSClass* graphics = nullptr;
-  };
-  thread_local LastFactory last;
-  const COSClass* cls = instance->getClass();
-  const COSClassInfo* info = cls->getClassInfo();
-  if (cls != last.cls || info != last.info || !last.graphics)
-    last = {cls, info, dynamic_cast<SGHandleBlockFactory*>(const_cast<COSClassInfo*>(info)), SGHandle::getClassInstance()};
-  SGHandle* block = last.factory ? last.factory->createHandleBlock() : new SGHandle;
-  if (last.graphics) last.graphics->notifyInstanceAllocated(instance);
+// subclass makes it.
+SGHandle* makeGraphicsBlock(COSInterface* instance, const ClassBlockPlan& plan) {
+  // The factory may make objects of other classes, which changes the plan.
+  COSClass* graphics = plan.graphics;
+  SGHandle* block = plan.factory ? plan.factory->createHandleBlock() : new SGHandle;
+  if (graphics) graphics->notifyInstanceAllocated(instance);
   block->setCOSReference(COSInterfacePtr(instance, COSWeakReference));
   return block;
 }
@@ -258,10 +256,13 @@ void SGHandleClassInfo::addMembers(COSClass* cls) {
 
 void* SGHandleClassInfo::allocateInstance(COSInterface* instance) {
   // Made already for the ReferenceObject slot (blocks are made base first).
-  if (carriesGraphicsBlock(instance->getClass()))
+  const ClassBlockPlan& plan = blockPlanFor(instance->getClass());
+  if (plan.carriesGraphics)
     if (void* shared = instance->getInstanceData(referenceObjectId())) return shared;
-  return asBlock(makeGraphicsBlock(instance));
+  return asBlock(makeGraphicsBlock(instance, plan));
 }
+
+bool SGHandleClassInfo::isSharedAnswerSkippable() const { return true; }
 
 void SGHandleClassInfo::deallocateInstance(COSInterface* instance, void* data) {
   // A block shared with the ReferenceObject slot goes with that slot.
@@ -279,7 +280,8 @@ bool GraphicsPlaceholderCI::willAllocateData() const { return false; }
 
 SGReferenceClassInfo::SGReferenceClassInfo() noexcept : RootClassInfo(kReferenceRow) {}
 void* SGReferenceClassInfo::allocateInstance(COSInterface* instance) {
-  if (carriesGraphicsBlock(instance->getClass())) return asBlock(makeGraphicsBlock(instance));
+  const ClassBlockPlan& plan = blockPlanFor(instance->getClass());
+  if (plan.carriesGraphics) return asBlock(makeGraphicsBlock(instance, plan));
   auto* block = new SGReference;
   block->setCOSReference(COSInterfacePtr(instance, COSWeakReference));
   return asBlock(block);

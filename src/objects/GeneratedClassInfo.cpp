@@ -39,9 +39,20 @@ const GeneratedClassInfo::BlockPlan& GeneratedClassInfo::planFor(COSClass* cls) 
       break;
     }
   }
-  BlockPlan plan{cls, owner, owner->ownClassID(), {}};
-  for (COSClass* c : ancestry)
-    if (c->getID() != me && owner->blockContains(c->getID())) plan.sharers.push_back(c->getID());
+  BlockPlan plan{cls, owner, owner->ownClassID(), {}, false};
+  // Blocks are made base first, from the end of the ancestry: where every
+  // sharer comes before this class in it, none has made the block yet.
+  bool meSeen = false;
+  plan.makesFirst = true;
+  for (COSClass* c : ancestry) {
+    if (c->getID() == me)
+      meSeen = true;
+    else if (owner->blockContains(c->getID())) {
+      plan.sharers.push_back(c->getID());
+      if (meSeen) plan.makesFirst = false;
+    }
+  }
+  plan.makesFirst = plan.makesFirst && meSeen;
   plans_.push_back(std::move(plan));
   return plans_[lastPlan_ = plans_.size() - 1];
 }
@@ -50,14 +61,15 @@ void* GeneratedClassInfo::allocateInstance(COSInterface* instance) {
   const BlockPlan& plan = planFor(instance->getClass());
   // Blocks are made base first: a generated ancestor may have made the
   // owner's block already.
-  for (COSID id : plan.sharers) {
-    void* slot = instance->getInstanceData(id);
-    if (!slot) continue;
-    auto* block = static_cast<GeneratedBlock*>(static_cast<SGReference*>(slot));
-    if (block->blockClassID() != plan.ownerId) continue;
-    ++block->sharedSlots_;
-    return slot;
-  }
+  if (!plan.makesFirst)
+    for (COSID id : plan.sharers) {
+      void* slot = instance->getInstanceData(id);
+      if (!slot) continue;
+      auto* block = static_cast<GeneratedBlock*>(static_cast<SGReference*>(slot));
+      if (block->blockClassID() != plan.ownerId) continue;
+      ++block->sharedSlots_;
+      return slot;
+    }
   GeneratedBlock* block = plan.owner->newBlock();
   // A weak reference: the block never keeps its object alive.
   block->setCOSReference(COSInterfacePtr(instance, COSWeakReference));

@@ -15,6 +15,8 @@ class SGUTILS_API GraphicsDisplayClassInfo final : public COSClassInfo {
   const char* getName() const override { return "GraphicsDisplay"; }
   bool isHidden() const override { return true; }
   void initializeClass(COSClass* cls, const COSClient* client) override;
+  // No block of its own (the default allocateInstance): nothing to ask.
+  bool isSharedAnswerSkippable() const override { return true; }
 };
 
 }  // namespace sgutils

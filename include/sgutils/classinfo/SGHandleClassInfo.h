@@ -26,6 +26,9 @@ class SGUTILS_API SGHandleClassInfo : public RootClassInfo {
   SGHandleClassInfo() noexcept;
   void* allocateInstance(COSInterface* instance) override;
   void deallocateInstance(COSInterface* instance, void* data) override;
+  // The block shared with the ReferenceObject slot is all it answers
+  // without making one.
+  bool isSharedAnswerSkippable() const override;
 
  protected:
   // A graphics class of its own row (GraphicsPlaceholder).

@@ -19,6 +19,8 @@ class SGUTILS_API GeneratedClassInfo : public BaseObjectCOSInfo {
  public:
   void* allocateInstance(COSInterface* instance) override;
   void deallocateInstance(COSInterface* instance, void* data) override;
+  // A block shared with another generated slot only counts that slot.
+  bool isSharedAnswerSkippable() const override { return true; }
 
   virtual COSID ownClassID() const = 0;
   // A new block of this class.
@@ -52,6 +54,8 @@ class SGUTILS_API GeneratedClassInfo : public BaseObjectCOSInfo {
     GeneratedClassInfo* owner;
     COSID ownerId;
     std::vector<COSID> sharers;
+    // No sharer's slot is made before this one's: the block is made here.
+    bool makesFirst;
   };
   const BlockPlan& planFor(COSClass* cls);
 

@@ -96,4 +96,11 @@ class VCOS_API COSClassInfo {
   virtual void* copyData(COSInterface* destination, const void* data);
   // False when allocateInstance never makes a block: the class gets no slot.
   virtual bool willAllocateData() const;
+  // True when a call of allocateInstance that answers null, or the block
+  // that a more basic class of the instance's ancestry made for it, gives
+  // the same kind of answer for every instance of one class and has no
+  // effect that deallocateInstance of that answer would not undo. Instances
+  // made at their class's fixed offsets then skip both calls wherever the
+  // first instance of their class got such an answer. False by default.
+  virtual bool isSharedAnswerSkippable() const;
 };

@@ -178,14 +178,18 @@ class VCOS_API COSInterface {
   // kFixedBlocksPartial: they lie there but some are not made yet or freed
   // already, those with an ancestry index below blocksGone_;
   // kListedBlocks: they are being made into a list of the maker's (see
-  // ObjectOps::BlockListScope).
+  // ObjectOps::BlockListScope); kEveryInfoAsked: with kFixedBlocks, every
+  // class info of the ancestry was asked for its block, the skippable ones
+  // too (an instance made before its class's steps were known), and each
+  // is asked to free it.
   enum : unsigned char {
     kBeingDestroyed = 1,
     kDestroyed = 2,
     kHeapBlocks = 4,
     kFixedBlocks = 8,
     kFixedBlocksPartial = 16,
-    kListedBlocks = 32
+    kListedBlocks = 32,
+    kEveryInfoAsked = 64
   };
   // Out of line: the look-up for an object whose blocks are listed, or are
   // being made or freed.

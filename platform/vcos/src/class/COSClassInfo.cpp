@@ -59,6 +59,7 @@ bool COSClassInfo::allowInstanceUpdates() const { return false; }
 bool COSClassInfo::isIDConsistent() const { return true; }
 void* COSClassInfo::copyData(COSInterface*, const void*) { return nullptr; }
 bool COSClassInfo::willAllocateData() const { return true; }
+bool COSClassInfo::isSharedAnswerSkippable() const { return false; }
 
 bool AbstractClassInfo::isAbstract() const { return true; }
 bool AbstractClassInfo::classIsAbstract() const { return true; }

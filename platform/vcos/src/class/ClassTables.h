@@ -134,6 +134,18 @@ struct ClassTables {
   // when it is deleted.
   std::vector<std::pair<std::uint32_t, std::int32_t>> fixedBlocks;
   bool blockOffsetsKnown = false;
+  // The calls that make and free the blocks of an instance at the fixed
+  // offsets, base first: the entries of fixedBlocks less those whose class
+  // info may skip its answer (COSClassInfo::isSharedAnswerSkippable) and
+  // whose first instance got null or a block made before its own. Worked
+  // out with the offsets, so an instance is made by a plain loop.
+  struct BlockStep {
+    COSClassInfo* info;
+    std::uint32_t index;     // into the ancestry
+    std::int32_t offset;     // from the instance; 0: the block is null
+    std::uint32_t position;  // in fixedBlocks
+  };
+  std::vector<BlockStep> blockSteps;
   // Objects whose blocks wait for this (meta) class's slot table.
   std::vector<COSInterface*> pendingInstances;
   // Properties turned on for the custom set or get path before the table

@@ -96,14 +96,38 @@ const std::vector<std::uint32_t>& allocatingBlocks(ClassTables& t) {
   return t.allocatingBlocks;
 }
 
-[[gnu::always_inline]] inline void freeBlock(COSInterface* o, COSClass* of, void* block) noexcept {
+[[gnu::always_inline]] inline void freeBlock(COSInterface* o, COSClassInfo* info, void* block) noexcept {
   try {
-    of->getClassInfo()->deallocateInstance(o, block);
+    info->deallocateInstance(o, block);
   } catch (...) {
     assert(false && "deallocateInstance must not throw");
   }
 }
+
+[[gnu::always_inline]] inline void freeBlock(COSInterface* o, COSClass* of, void* block) noexcept {
+  freeBlock(o, of->getClassInfo(), block);
+}
+
+// The steps of the class's fixed blocks, from the blocks its first instance
+// got (`made`, by ancestry index): an entry is left out where its class info
+// allows it and its block is null or one that an entry before it made.
+void learnBlockSteps(ClassTables& t, void* const* made) {
+  t.blockSteps.clear();
+  for (std::size_t p = 0; p < t.fixedBlocks.size(); ++p) {
+    const auto [index, offset] = t.fixedBlocks[p];
+    COSClassInfo* info = t.ancestry[index]->getClassInfo();
+    bool shared = !made[index];
+    for (std::size_t q = 0; q < p && !shared; ++q) shared = made[t.fixedBlocks[q].first] == made[index];
+    if (shared && info->isSharedAnswerSkippable()) continue;
+    t.blockSteps.push_back({info, index, offset, static_cast<std::uint32_t>(p)});
+  }
+}
 }  // namespace
+
+unsigned char ObjectOps::fixedBits(const ClassTables& t) noexcept {
+  return t.blockSteps.size() == t.fixedBlocks.size() ? COSInterface::kFixedBlocks
+                                                      : COSInterface::kFixedBlocks | COSInterface::kEveryInfoAsked;
+}
 
 ObjectOps::BlockListScope::BlockListScope(COSInterface* o, void** list) noexcept
     : object_(o), list_(list), outer_(std::exchange(innermostList, this)) {
@@ -215,8 +239,9 @@ void ObjectOps::keepBlocks(COSInterface* o, void** made, std::byte* roomBegin, s
         t.indexByKey[id.entry()->blockKey] = static_cast<std::uint8_t>(s.index);
       });
       t.blockSlot.forEachValue([&](BlockSlot& s) { s.offset = t.blockOffsets[s.index]; });
+      learnBlockSteps(t, made);
       t.blockOffsetsKnown = true;
-      o->state_ |= COSInterface::kFixedBlocks;
+      o->state_ |= fixedBits(t);
       return;
     }
   }
@@ -230,7 +255,7 @@ void ObjectOps::keepBlocks(COSInterface* o, void** made, std::byte* roomBegin, s
     fixed = off == 0;
   }
   if (fixed) {
-    o->state_ |= COSInterface::kFixedBlocks;
+    o->state_ |= fixedBits(t);
     return;
   }
   keepBlockArray(o, made, n);
@@ -239,10 +264,24 @@ void ObjectOps::keepBlocks(COSInterface* o, void** made, std::byte* roomBegin, s
 [[gnu::always_inline]] inline void ObjectOps::freeFixedBlocks(COSInterface* o, std::size_t end) noexcept {
   // Each block counts as gone from the start of its release, as with a
   // block array whose entry is cleared first.
-  const ClassTables& t = o->class_->tables();
+  const ClassTables::BlockStep* steps = o->class_->tables().blockSteps.data();
   auto* self = reinterpret_cast<std::byte*>(o);
   o->state_ = static_cast<unsigned char>((o->state_ & ~COSInterface::kFixedBlocks) | COSInterface::kFixedBlocksPartial);
   for (std::size_t k = end; k-- > 0;) {
+    const ClassTables::BlockStep& step = steps[k];
+    o->blocksGone_ = static_cast<unsigned char>(step.index + 1);
+    if (step.offset) freeBlock(o, step.info, self + step.offset);
+  }
+  o->blocksGone_ = 0;
+  o->state_ &= static_cast<unsigned char>(~COSInterface::kFixedBlocksPartial);
+}
+
+void ObjectOps::freeEveryFixedBlock(COSInterface* o) noexcept {
+  const ClassTables& t = o->class_->tables();
+  auto* self = reinterpret_cast<std::byte*>(o);
+  o->state_ = static_cast<unsigned char>(
+      (o->state_ & ~(COSInterface::kFixedBlocks | COSInterface::kEveryInfoAsked)) | COSInterface::kFixedBlocksPartial);
+  for (std::size_t k = t.fixedBlocks.size(); k-- > 0;) {
     const auto [index, offset] = t.fixedBlocks[k];
     o->blocksGone_ = static_cast<unsigned char>(index + 1);
     if (offset) freeBlock(o, t.ancestry[index], self + offset);
@@ -252,21 +291,23 @@ void ObjectOps::keepBlocks(COSInterface* o, void** made, std::byte* roomBegin, s
 }
 
 void ObjectOps::makeFixedBlocks(COSInterface* o, std::size_t* asked) {
-  BlockArenaScope room = roomScope(o);
+  auto* instance = static_cast<COSObject*>(o);  // only instances have a room
+  BlockArenaScope room(instance->blockRoomBegin(), instance->blockRoomEnd());
   const ClassTables& t = o->class_->tables();
   auto* self = reinterpret_cast<std::byte*>(o);
-  const auto& fixed = t.fixedBlocks;  // base first
+  const ClassTables::BlockStep* steps = t.blockSteps.data();  // base first
+  const std::size_t count = t.blockSteps.size();
   // While they are made, the blocks not made yet (this one and the more
   // derived ones, below blocksGone_) answer null, as during teardown.
   o->state_ |= COSInterface::kFixedBlocksPartial;
   std::size_t k = 0;
   void* block = nullptr;
   try {
-    for (; k < fixed.size(); ++k) {
-      const auto [index, offset] = fixed[k];
-      o->blocksGone_ = static_cast<unsigned char>(index + 1);
-      block = t.ancestry[index]->getClassInfo()->allocateInstance(o);
-      if (block != (offset ? self + offset : nullptr)) break;
+    for (; k < count; ++k) {
+      const ClassTables::BlockStep& step = steps[k];
+      o->blocksGone_ = static_cast<unsigned char>(step.index + 1);
+      block = step.info->allocateInstance(o);
+      if (block != (step.offset ? self + step.offset : nullptr)) break;
     }
   } catch (...) {
     freeFixedBlocks(o, k);
@@ -274,30 +315,34 @@ void ObjectOps::makeFixedBlocks(COSInterface* o, std::size_t* asked) {
   }
   o->blocksGone_ = 0;
   o->state_ &= static_cast<unsigned char>(~COSInterface::kFixedBlocksPartial);
-  if (k == fixed.size()) {
+  if (k == count) {
     o->state_ |= COSInterface::kFixedBlocks;
     if (asked) *asked = room.asked();
     return;
   }
-  // Block k lies off its place: the rest are listed as they come, and the
-  // object keeps them in an array like any instance off the fixed path.
+  // Step k's block lies off its place: the rest are listed as they come,
+  // and the object keeps them in an array like any instance off the fixed
+  // path. The infos that the steps left out before it are asked now (base
+  // first), so that the list holds what every class info answered.
   const std::size_t n = t.ancestry.size();
   std::array<void*, kMaxFixedBlocks> list{};  // offsets are known only up to this length
   for (std::size_t j = 0; j < k; ++j)
-    if (const std::int32_t offset = fixed[j].second) list[fixed[j].first] = self + offset;
-  list[fixed[k].first] = block;
-  {
+    if (steps[j].offset) list[steps[j].index] = self + steps[j].offset;
+  list[steps[k].index] = block;
+  const std::size_t at = steps[k].position;
+  try {
     BlockListScope listed(o, list.data());
-    for (++k; k < fixed.size(); ++k) {
-      const std::uint32_t index = fixed[k].first;
-      try {
-        list[index] = t.ancestry[index]->getClassInfo()->allocateInstance(o);
-      } catch (...) {
-        for (std::size_t j = index + 1; j < n; ++j)
-          if (void* b = std::exchange(list[j], nullptr)) freeBlock(o, t.ancestry[j], b);
-        throw;
+    for (std::size_t p = 0, j = 0; p < t.fixedBlocks.size(); ++p) {
+      if (p == at || (j < k && steps[j].position == p)) {
+        j += p != at;
+        continue;
       }
+      const std::uint32_t index = t.fixedBlocks[p].first;
+      list[index] = t.ancestry[index]->getClassInfo()->allocateInstance(o);
     }
+  } catch (...) {
+    freeListedBlocks(o, list.data());
+    throw;
   }
   if (asked) *asked = room.asked();
   keepBlockArray(o, list.data(), n);
@@ -306,11 +351,17 @@ void ObjectOps::makeFixedBlocks(COSInterface* o, std::size_t* asked) {
 void ObjectOps::deallocateBlocks(COSInterface* o) noexcept {
   if (!(o->state_ & (COSInterface::kHeapBlocks | COSInterface::kFixedBlocks))) return;
   // Blocks in the room go with the slot; the allocator must not take them.
-  BlockArenaScope room = roomScope(o);
   if (o->state_ & COSInterface::kFixedBlocks) {
-    freeFixedBlocks(o, o->class_->tables().fixedBlocks.size());  // most derived first
+    auto* instance = static_cast<COSObject*>(o);  // only instances have a room
+    BlockArenaScope room(instance->blockRoomBegin(), instance->blockRoomEnd());
+    // Most derived first.
+    if (o->state_ & COSInterface::kEveryInfoAsked)
+      freeEveryFixedBlock(o);
+    else
+      freeFixedBlocks(o, o->class_->tables().blockSteps.size());
     return;
   }
+  BlockArenaScope room = roomScope(o);
   InstanceExtras* x = o->extras_;
   void** blocks = x->blocks;
   const std::vector<COSClass*>& ancestry = o->class_->tables().ancestry;

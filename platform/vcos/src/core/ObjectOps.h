@@ -44,8 +44,8 @@ class ObjectOps {
   // Whether instances of `cls` made with its room take makeFixedBlocks.
   static bool madeAtOffsets(const COSClass* cls) noexcept { return cls->tables().blockOffsetsKnown; }
   // Makes the blocks of instance `o` (made with its class's room; the
-  // class's offsets are known) base first, each checked against its place
-  // as it comes: no list of them is kept. A block off its place (a class
+  // class's offsets are known) base first, by the class's block steps, each
+  // checked against its place as it comes: no list of them is kept. A block off its place (a class
   // info that made it apart) gives the object a block array, as
   // keepBlocks does. On failure frees those made and raises.
   static void makeFixedBlocks(COSInterface* o, std::size_t* asked);
@@ -129,8 +129,15 @@ class ObjectOps {
   // before its release.
   static void freeListedBlocks(COSInterface* o, void** list) noexcept;
   // Frees the fixed blocks of `o` made so far, most derived first: those of
-  // the class's fixedBlocks before position `end`.
+  // the class's blockSteps before position `end`.
   static void freeFixedBlocks(COSInterface* o, std::size_t end) noexcept;
+  // Frees the fixed blocks of `o` (kEveryInfoAsked) by every class info
+  // that made one, most derived first.
+  static void freeEveryFixedBlock(COSInterface* o) noexcept;
+  // The state of an instance of the class of `t` whose blocks every class
+  // info made at the fixed offsets: freed by every class info too where the
+  // class's block steps leave some out.
+  static unsigned char fixedBits(const ClassTables& t) noexcept;
   // Gives `o` a block array in its side table listing `made`.
   static void keepBlockArray(COSInterface* o, void** made, std::size_t n);
 };
