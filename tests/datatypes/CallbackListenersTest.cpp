@@ -181,3 +181,27 @@ TEST_F(CallbackListeners, ObjectListenerRunsForADyingSourceClassListenerDoesNot)
 }
 
 }  // namespace
+
+TEST_F(CallbackListeners, OneListenerAnswersForEachClassItHearsAndForPropertiesAClassGainsLater) {
+  COSInterfacePtr w = make("dtt.Widget");
+  COSInterfacePtr f = make("vantel.ui.Figure");
+  const COSInterfacePtr held[] = {createListener("ClickFcn", false, false), createListener("LateFcn", false, false)};
+  COSListener* click = COSListener::toListener(held[0]);
+  COSListener* late = COSListener::toListener(held[1]);
+  setClick(w, [](COSInterface*, COSEventData*) {});
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_FALSE(click->mayRunFor(f.get())) << round;
+    EXPECT_TRUE(click->mayRunFor(w.get())) << round;
+  }
+  // The figure's class gains the property after the listener found none.
+  EXPECT_FALSE(late->mayRunFor(f.get()));
+  COSClass* figure = f->getClass();
+  figure->addProperty(new COSPropT(figure->getID(), COSID("LateFcn"), COSDataTypePtr(kCallbackType)));
+  COSInterfacePtr g = make("vantel.ui.Figure");
+  int runs = 0;
+  VCallback cb([&](COSInterface*, COSEventData*) { ++runs; });
+  g->setPropertyValue(COSGetPublicClient(), g->findPropertyInfo(COSID("LateFcn")), COSValue(&cb));
+  EXPECT_TRUE(late->mayRunFor(g.get()));
+  late->fire(g.get(), nullptr);
+  EXPECT_EQ(runs, 1);
+}

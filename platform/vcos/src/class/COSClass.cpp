@@ -78,6 +78,8 @@ void insertMethod(ClassTables& t, COSMethodInfo* m, bool mostDerived) {
 }
 
 void insertEvent(ClassTables& t, COSEventInfo* e, bool override) {
+  // The events that notifyEvent found with the class listeners are found again.
+  ++classListenerEpoch;
   if (std::uint32_t* i = t.eventIndex.find(e->getID())) {
     if (override) t.events[*i] = e;
     return;

@@ -75,10 +75,13 @@ struct ClassPropertyListener {
 extern std::uint64_t classListenerEpoch;
 
 // The class listeners that the ancestry of a class holds for one event, in
-// ancestry order, as gathered at `epoch` (0: never gathered).
+// ancestry order, as gathered at `epoch` (0: never gathered), with the
+// class's event of that id (null for none) found at the same time: an event
+// added to a class moves the epoch too.
 struct AncestryListeners {
   COSID eventId;
   std::uint64_t epoch = 0;
+  COSEventInfo* event = nullptr;
   std::vector<const COSListener*> listeners;
 };
 

@@ -32,15 +32,18 @@ struct Pending {
   std::uint64_t sequence;
 };
 
-// The class listeners of the ancestry of `t` on `eventId`, gathered again
-// only when some class listener changed since.
-const vcos::internal::AncestryListeners& ancestryListeners(vcos::internal::ClassTables& t, COSID eventId) {
+// The class listeners of the ancestry of `cls` on `eventId`, with the
+// class's event of that id, gathered again only when some class listener or
+// event changed since.
+const vcos::internal::AncestryListeners& ancestryListeners(const COSClass* cls, COSID eventId) {
   using vcos::internal::classListenerEpoch;
+  vcos::internal::ClassTables& t = cls->tables();
   auto& cache = t.ancestryListeners;
   vcos::internal::AncestryListeners* entry = cache[0].eventId == eventId ? &cache[0] : &cache[1];
   if (entry->eventId == eventId && entry->epoch == classListenerEpoch) return *entry;
   if (entry->eventId != eventId && cache[0].epoch == 0) entry = &cache[0];
   entry->eventId = eventId;
+  entry->event = cls->findEvent(eventId);
   entry->listeners.clear();
   for (COSClass* a : t.ancestry)
     if (a->tables().classListenerCount)
@@ -55,15 +58,18 @@ const vcos::internal::AncestryListeners& ancestryListeners(vcos::internal::Class
 
 void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventData* eventData) {
   checkValid();
-  if (class_ && kind_ == COSKind::Instance)
-    if (COSEventInfo* e = class_->findEvent(eventId))
+  // The class's event and its listeners, kept per class for the events sent
+  // to every instance.
+  const vcos::internal::AncestryListeners* entry = class_ ? &ancestryListeners(class_, eventId) : nullptr;
+  if (entry && kind_ == COSKind::Instance)
+    if (COSEventInfo* e = entry->event)
       if (!vcos::internal::admits(e->getSendAccess(), e->getExtendedSendAccess(), e->getDefiningClass(), client))
         throw Error(vcos::msg::EventAccessDenied, eventId.str(), class_->getName());
   // Nothing is dispatched when no listener would run: no class listener of
   // the ancestry may run for this object (asked without a walk of the
   // ancestry) and the object has none of its own on the event. This is the
   // case of nearly every creation and deletion.
-  if (class_) {
+  if (entry) {
     const bool ownListener = extras_ && std::any_of(extras_->listeners.begin(), extras_->listeners.end(),
                                                     [&](const auto& e) { return !e.property && e.eventId == eventId; });
     if (!ownListener) {
@@ -72,11 +78,10 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
       // listeners leaves the answer to the general path, which holds its
       // listeners.
       const std::uint64_t epoch = vcos::internal::classListenerEpoch;
-      const vcos::internal::AncestryListeners& entry = ancestryListeners(class_->tables(), eventId);
       bool mayRun = false;
-      for (std::size_t k = 0; k < entry.listeners.size() && !mayRun; ++k)
-        mayRun = vcos::internal::classListenerEpoch != epoch || entry.eventId != eventId ||
-                 entry.listeners[k]->mayRunFor(this);
+      for (std::size_t k = 0; k < entry->listeners.size() && !mayRun; ++k)
+        mayRun = vcos::internal::classListenerEpoch != epoch || entry->eventId != eventId ||
+                 entry->listeners[k]->mayRunFor(this);
       if (!mayRun) return;
     }
   }
