@@ -74,6 +74,22 @@ struct ClassPropertyListener {
 // gathered, stay true while it has not moved.
 extern std::uint64_t classListenerEpoch;
 
+// Moves on every method added to a built class, and when a class goes: the
+// constructor a class chose for its instances is chosen again.
+extern std::uint64_t methodTableEpoch;
+
+// The constructor that makes the instances of a class: the first class of
+// the ancestry that defines its own, found at `epoch` (0: never found).
+// `openWithoutInputs`: a call of it without inputs reaches its entry for
+// every client (the only candidate of its name, public without an access
+// list, a signature that takes no inputs).
+struct ConstructorChoice {
+  std::uint64_t epoch = 0;
+  COSClass* definer = nullptr;
+  COSMethodInfo* ctor = nullptr;
+  bool openWithoutInputs = false;
+};
+
 // The class listeners that the ancestry of a class holds for one event, in
 // ancestry order, as gathered at `epoch` (0: never gathered), with the
 // class's event of that id (null for none) found at the same time: an event
@@ -147,6 +163,7 @@ struct ClassTables {
   bool anyCustomGet = false;
   // The name of the constructor method (the last component of the class name).
   COSID constructorId;
+  ConstructorChoice constructor;
   // Per-class answers for making instances, found on the first instance:
   // the ancestry indices whose class info allocates a block (base first).
   std::vector<std::uint32_t> allocatingBlocks;
