@@ -190,6 +190,12 @@ struct ClassTables {
   bool caseInsensitive = true;
 };
 
+// Whether a notification of `eventId` to an instance of `cls` that has no
+// listener of its own would do nothing at all: no class listener of the
+// ancestry on it, and the public client may send it. Asked from the kept
+// answer of notifyEvent, without a walk.
+bool sendsToNoOne(const COSClass* cls, COSID eventId) noexcept;
+
 // The class info of the meta class of `cls`, when it is a COSCustomMetaClass.
 // A unique-prefix match among `candidates`; null for none, raises for an
 // ambiguous prefix.

@@ -394,6 +394,16 @@ const COSID& objectBeingDestroyedId() {
 }
 }  // namespace
 
+void ObjectOps::destroyQuietLeaf(COSInterface* o) noexcept {
+  COSInterfacePtr holdMemory(o, COSWeakReference);
+  o->state_ |= COSInterface::kBeingDestroyed;
+  COSInterfacePtr chainReference = unlinkChild(o);
+  deallocateBlocks(o);
+  o->state_ |= COSInterface::kDestroyed;
+  // A block's destructor may have made extras.
+  if (o->extras_) freeExtras(o);
+}
+
 bool ObjectOps::destroy(COSInterface* o, const COSClient* client) {
   if (o->isBeingDestroyed() || o->isDestroyed()) return false;
   // Explicit deletion asks the classes; the last strong reference and a
@@ -401,6 +411,14 @@ bool ObjectOps::destroy(COSInterface* o, const COSClient* client) {
   if (client && o->class_) {
     for (COSClass* c : o->class_->tables().ancestry)
       if (!c->getClassInfo()->isOkToDestroy(client, o)) return false;
+  }
+  // An object without children, listeners of its own or other extras, whose
+  // "ObjectBeingDestroyed" reaches no one (the leaves of nearly every tree):
+  // the steps that remain, in their order, without the general frame.
+  if (!o->newestChild_ && !o->extras_ && o->class_ && o->kind_ == COSKind::Instance &&
+      sendsToNoOne(o->class_, objectBeingDestroyedId())) {
+    destroyQuietLeaf(o);
+    return true;
   }
   COSInterfacePtr holdMemory(o, COSWeakReference);
   o->state_ |= COSInterface::kBeingDestroyed;

@@ -32,20 +32,18 @@ struct Pending {
   std::uint64_t sequence;
 };
 
-// The class listeners of the ancestry of `cls` on `eventId`, with the
-// class's event of that id, gathered again only when some class listener or
-// event changed since.
-const vcos::internal::AncestryListeners& ancestryListeners(const COSClass* cls, COSID eventId) {
+// Gathers the entry of `cls` for `eventId` again: the class's event and the
+// class listeners of its ancestry on it.
+[[gnu::noinline]] const vcos::internal::AncestryListeners& gatherAncestryListeners(const COSClass* cls,
+                                                                                   COSID eventId) {
   using vcos::internal::classListenerEpoch;
-  vcos::internal::ClassTables& t = cls->tables();
-  auto& cache = t.ancestryListeners;
+  auto& cache = cls->tables().ancestryListeners;
   vcos::internal::AncestryListeners* entry = cache[0].eventId == eventId ? &cache[0] : &cache[1];
-  if (entry->eventId == eventId && entry->epoch == classListenerEpoch) return *entry;
   if (entry->eventId != eventId && cache[0].epoch == 0) entry = &cache[0];
   entry->eventId = eventId;
   entry->event = cls->findEvent(eventId);
   entry->listeners.clear();
-  for (COSClass* a : t.ancestry)
+  for (COSClass* a : cls->tables().ancestry)
     if (a->tables().classListenerCount)
       for (const auto& [id, list] : a->tables().classListeners)
         if (id == eventId)
@@ -54,7 +52,87 @@ const vcos::internal::AncestryListeners& ancestryListeners(const COSClass* cls, 
   return *entry;
 }
 
+// The class listeners of the ancestry of `cls` on `eventId`, with the
+// class's event of that id, gathered again only when some class listener or
+// event changed since.
+[[gnu::always_inline]] inline const vcos::internal::AncestryListeners& ancestryListeners(const COSClass* cls,
+                                                                                         COSID eventId) {
+  auto& cache = cls->tables().ancestryListeners;
+  const vcos::internal::AncestryListeners* entry = cache[0].eventId == eventId ? &cache[0] : &cache[1];
+  if (entry->eventId == eventId && entry->epoch == vcos::internal::classListenerEpoch) return *entry;
+  return gatherAncestryListeners(cls, eventId);
+}
+
+[[noreturn, gnu::cold, gnu::noinline]] void refuseSend(COSID eventId, const COSClass* cls) {
+  throw Error(vcos::msg::EventAccessDenied, eventId.str(), cls->getName());
+}
+
+// The general path of notifyEvent: every listener on the event, in order.
+// Apart from the check that answers most notifications, so that those keep
+// a small frame.
+[[gnu::noinline]] void dispatchEvent(COSInterface* self, COSID eventId, COSEventData* eventData) {
+  // Most notifications reach one or two listeners: no heap list for them.
+  // One walk of the ancestry collects them; classes without class
+  // listeners are passed over by their count.
+  boost::container::small_vector<Pending, 4> pending;
+  if (COSClass* cls = self->getClass())
+    for (COSClass* a : cls->tables().ancestry)
+      if (a->tables().classListenerCount)
+        for (const auto& [id, list] : a->tables().classListeners)
+          if (id == eventId)
+            for (const auto& l : list)
+              pending.push_back({l.listener, l.priority, l.firstOfInstance ? 1 : 0, l.firstOfInstance ? 0 : l.sequence});
+  if (const vcos::internal::InstanceExtras* x = ObjectOps::extrasIfAny(self))
+    for (const auto& e : x->listeners)
+      if (!e.property && e.eventId == eventId) pending.push_back({e.listener, e.priority, 1, e.sequence});
+  // Nothing is dispatched (no data, no hold, no listener call) when no
+  // listener would do anything: the "InstanceCreated" listener that runs
+  // CreateFcn meets an empty CreateFcn on nearly every new object. Asked
+  // before any runs, so no listener's effect can change another's answer.
+  if (std::none_of(pending.begin(), pending.end(), [self](const Pending& p) {
+        return static_cast<const COSListener*>(p.listener.get())->mayRunFor(self);
+      }))
+    return;
+  const auto before = [](const Pending& a, const Pending& b) {
+    if (a.priority != b.priority) return a.priority > b.priority;
+    if (a.rank != b.rank) return a.rank < b.rank;
+    return a.sequence < b.sequence;
+  };
+  if (pending.size() > 1) std::stable_sort(pending.begin(), pending.end(), before);
+
+  // Data is made only when some listener reads it: the "InstanceCreated"
+  // listener that runs CreateFcn, reached by every new graphics object,
+  // does not.
+  COSInterfacePtr ownData;
+  if (!eventData && std::any_of(pending.begin(), pending.end(), [](const Pending& p) {
+        return static_cast<const COSListener*>(p.listener.get())->readsEventData();
+      })) {
+    ownData = COSInterfacePtr(new COSEventData(self, eventId));
+    eventData = static_cast<COSEventData*>(ownData.get());
+  }
+  COSInterfacePtr holdMemory(self, COSWeakReference);
+  if (eventData) eventData->incrementNotifyCount();
+  struct Done {
+    COSEventData* d;
+    ~Done() {
+      if (d) d->decrementNotifyCount();
+    }
+  } done{eventData};
+  static const COSID beingDestroyed("ObjectBeingDestroyed");
+  for (Pending& p : pending) {
+    if (self->isDestroyed() && eventId != beingDestroyed) break;
+    static_cast<COSListener*>(p.listener.get())->fire(self, eventData);
+  }
+}
+
 }  // namespace
+
+bool vcos::internal::sendsToNoOne(const COSClass* cls, COSID eventId) noexcept {
+  const AncestryListeners& entry = ancestryListeners(cls, eventId);
+  if (!entry.listeners.empty()) return false;
+  const COSEventInfo* e = entry.event;
+  return !e || admits(e->getSendAccess(), e->getExtendedSendAccess(), e->getDefiningClass(), COSGetPublicClient());
+}
 
 void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventData* eventData) {
   checkValid();
@@ -64,7 +142,7 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
   if (entry && kind_ == COSKind::Instance)
     if (COSEventInfo* e = entry->event)
       if (!vcos::internal::admits(e->getSendAccess(), e->getExtendedSendAccess(), e->getDefiningClass(), client))
-        throw Error(vcos::msg::EventAccessDenied, eventId.str(), class_->getName());
+        refuseSend(eventId, class_);
   // Nothing is dispatched when no listener would run: no class listener of
   // the ancestry may run for this object (asked without a walk of the
   // ancestry) and the object has none of its own on the event. This is the
@@ -85,58 +163,7 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
       if (!mayRun) return;
     }
   }
-  // Most notifications reach one or two listeners: no heap list for them.
-  // One walk of the ancestry collects them; classes without class
-  // listeners are passed over by their count.
-  boost::container::small_vector<Pending, 4> pending;
-  if (class_)
-    for (COSClass* a : class_->tables().ancestry)
-      if (a->tables().classListenerCount)
-        for (const auto& [id, list] : a->tables().classListeners)
-          if (id == eventId)
-            for (const auto& l : list)
-              pending.push_back({l.listener, l.priority, l.firstOfInstance ? 1 : 0, l.firstOfInstance ? 0 : l.sequence});
-  if (extras_)
-    for (const auto& e : extras_->listeners)
-      if (!e.property && e.eventId == eventId) pending.push_back({e.listener, e.priority, 1, e.sequence});
-  // Nothing is dispatched (no data, no hold, no listener call) when no
-  // listener would do anything: the "InstanceCreated" listener that runs
-  // CreateFcn meets an empty CreateFcn on nearly every new object. Asked
-  // before any runs, so no listener's effect can change another's answer.
-  if (std::none_of(pending.begin(), pending.end(), [this](const Pending& p) {
-        return static_cast<const COSListener*>(p.listener.get())->mayRunFor(this);
-      }))
-    return;
-  const auto before = [](const Pending& a, const Pending& b) {
-    if (a.priority != b.priority) return a.priority > b.priority;
-    if (a.rank != b.rank) return a.rank < b.rank;
-    return a.sequence < b.sequence;
-  };
-  if (pending.size() > 1) std::stable_sort(pending.begin(), pending.end(), before);
-
-  // Data is made only when some listener reads it: the "InstanceCreated"
-  // listener that runs CreateFcn, reached by every new graphics object,
-  // does not.
-  COSInterfacePtr ownData;
-  if (!eventData && std::any_of(pending.begin(), pending.end(), [](const Pending& p) {
-        return static_cast<const COSListener*>(p.listener.get())->readsEventData();
-      })) {
-    ownData = COSInterfacePtr(new COSEventData(this, eventId));
-    eventData = static_cast<COSEventData*>(ownData.get());
-  }
-  COSInterfacePtr holdMemory(this, COSWeakReference);
-  if (eventData) eventData->incrementNotifyCount();
-  struct Done {
-    COSEventData* d;
-    ~Done() {
-      if (d) d->decrementNotifyCount();
-    }
-  } done{eventData};
-  static const COSID beingDestroyed("ObjectBeingDestroyed");
-  for (Pending& p : pending) {
-    if (isDestroyed() && eventId != beingDestroyed) break;
-    static_cast<COSListener*>(p.listener.get())->fire(this, eventData);
-  }
+  dispatchEvent(this, eventId, eventData);
 }
 
 void COSInterface::addListener(const COSClient* client, COSID eventId, COSListener* listener, int priority) {
