@@ -88,6 +88,11 @@ class PropertyCallbackOp final : public COSListenerOp {
   // Nothing runs for a source whose callback property is missing or empty,
   // which is the case of nearly every new object and its CreateFcn. Read
   // in place, without the copy that callback takes.
+  // An instance without properties added at run time has only its class's.
+  bool mayRunForInstancesOf(const COSClass* cls) const noexcept override {
+    return !cls || memo_.find(cls, property_) != nullptr;
+  }
+
   bool mayRunFor(COSInterface* source) const noexcept override {
     if (!source || source->isDestroyed() || (skipDying_ && source->isBeingDestroyed())) return false;
     try {

@@ -94,11 +94,17 @@ struct ConstructorChoice {
 // ancestry order, as gathered at `epoch` (0: never gathered), with the
 // class's event of that id (null for none) found at the same time: an event
 // added to a class moves the epoch too.
+//
+// `quiet`: none of the listeners would run for an instance without extras
+// (no listeners of its own, no properties added at run time), as their ops
+// answered at the property route epoch `quietEpoch` (0: not asked yet).
 struct AncestryListeners {
   COSID eventId;
   std::uint64_t epoch = 0;
   COSEventInfo* event = nullptr;
   std::vector<const COSListener*> listeners;
+  std::uint64_t quietEpoch = 0;
+  bool quiet = false;
 };
 
 struct ClassTables {

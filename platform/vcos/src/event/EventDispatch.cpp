@@ -19,6 +19,7 @@
 #include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
 #include "vcos/ObjectEvents.h"
+#include "vcos/PropertyRouteEpoch.h"
 
 using foundation::core::except::Error;
 using vcos::internal::ObjectOps;
@@ -34,8 +35,7 @@ struct Pending {
 
 // Gathers the entry of `cls` for `eventId` again: the class's event and the
 // class listeners of its ancestry on it.
-[[gnu::noinline]] const vcos::internal::AncestryListeners& gatherAncestryListeners(const COSClass* cls,
-                                                                                   COSID eventId) {
+[[gnu::noinline]] vcos::internal::AncestryListeners& gatherAncestryListeners(const COSClass* cls, COSID eventId) {
   using vcos::internal::classListenerEpoch;
   auto& cache = cls->tables().ancestryListeners;
   vcos::internal::AncestryListeners* entry = cache[0].eventId == eventId ? &cache[0] : &cache[1];
@@ -43,6 +43,7 @@ struct Pending {
   entry->eventId = eventId;
   entry->event = cls->findEvent(eventId);
   entry->listeners.clear();
+  entry->quietEpoch = 0;
   for (COSClass* a : cls->tables().ancestry)
     if (a->tables().classListenerCount)
       for (const auto& [id, list] : a->tables().classListeners)
@@ -55,12 +56,28 @@ struct Pending {
 // The class listeners of the ancestry of `cls` on `eventId`, with the
 // class's event of that id, gathered again only when some class listener or
 // event changed since.
-[[gnu::always_inline]] inline const vcos::internal::AncestryListeners& ancestryListeners(const COSClass* cls,
-                                                                                         COSID eventId) {
+[[gnu::always_inline]] inline vcos::internal::AncestryListeners& ancestryListeners(const COSClass* cls,
+                                                                                   COSID eventId) {
   auto& cache = cls->tables().ancestryListeners;
-  const vcos::internal::AncestryListeners* entry = cache[0].eventId == eventId ? &cache[0] : &cache[1];
+  vcos::internal::AncestryListeners* entry = cache[0].eventId == eventId ? &cache[0] : &cache[1];
   if (entry->eventId == eventId && entry->epoch == vcos::internal::classListenerEpoch) return *entry;
   return gatherAncestryListeners(cls, eventId);
+}
+
+[[gnu::noinline]] void askQuiet(const COSClass* cls, vcos::internal::AncestryListeners& entry, std::uint64_t epoch) {
+  entry.quiet = std::none_of(entry.listeners.begin(), entry.listeners.end(),
+                             [cls](const COSListener* l) { return l->mayRunForInstancesOf(cls); });
+  entry.quietEpoch = epoch;
+}
+
+// Whether no listener of `entry` would run for an instance of `cls` without
+// extras (no listener of its own, no property added at run time): asked of
+// the listeners' ops once per class while no class's properties change.
+inline bool quietWithoutExtras(const COSClass* cls, vcos::internal::AncestryListeners& entry) {
+  if (entry.listeners.empty()) return true;
+  const std::uint64_t epoch = vcos::propertyRouteEpoch();
+  if (entry.quietEpoch != epoch) askQuiet(cls, entry, epoch);
+  return entry.quiet;
 }
 
 [[noreturn, gnu::cold, gnu::noinline]] void refuseSend(COSID eventId, const COSClass* cls) {
@@ -128,8 +145,8 @@ struct Pending {
 }  // namespace
 
 bool vcos::internal::sendsToNoOne(const COSClass* cls, COSID eventId) noexcept {
-  const AncestryListeners& entry = ancestryListeners(cls, eventId);
-  if (!entry.listeners.empty()) return false;
+  AncestryListeners& entry = ancestryListeners(cls, eventId);
+  if (!quietWithoutExtras(cls, entry)) return false;
   const COSEventInfo* e = entry.event;
   return !e || admits(e->getSendAccess(), e->getExtendedSendAccess(), e->getDefiningClass(), COSGetPublicClient());
 }
@@ -138,7 +155,7 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
   checkValid();
   // The class's event and its listeners, kept per class for the events sent
   // to every instance.
-  const vcos::internal::AncestryListeners* entry = class_ ? &ancestryListeners(class_, eventId) : nullptr;
+  vcos::internal::AncestryListeners* entry = class_ ? &ancestryListeners(class_, eventId) : nullptr;
   if (entry && kind_ == COSKind::Instance)
     if (COSEventInfo* e = entry->event)
       if (!vcos::internal::admits(e->getSendAccess(), e->getExtendedSendAccess(), e->getDefiningClass(), client))
@@ -148,6 +165,7 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
   // ancestry) and the object has none of its own on the event. This is the
   // case of nearly every creation and deletion.
   if (entry) {
+    if (!extras_ && quietWithoutExtras(class_, *entry)) return;
     const bool ownListener = extras_ && std::any_of(extras_->listeners.begin(), extras_->listeners.end(),
                                                     [&](const auto& e) { return !e.property && e.eventId == eventId; });
     if (!ownListener) {
