@@ -105,6 +105,9 @@ struct AncestryListeners {
   std::vector<const COSListener*> listeners;
   std::uint64_t quietEpoch = 0;
   bool quiet = false;
+  // The public client may send the event (no event of the id, or one it is
+  // admitted to).
+  bool publicSends = true;
 };
 
 struct ClassTables {
@@ -196,11 +199,18 @@ struct ClassTables {
   bool caseInsensitive = true;
 };
 
-// Whether a notification of `eventId` to an instance of `cls` that has no
-// listener of its own would do nothing at all: no class listener of the
-// ancestry on it, and the public client may send it. Asked from the kept
-// answer of notifyEvent, without a walk.
-bool sendsToNoOne(const COSClass* cls, COSID eventId) noexcept;
+// Whether a notification of `eventId` from the public client to an
+// instance of `cls` without extras (no listener of its own, no property
+// added at run time) would do nothing at all: no class listener of the
+// ancestry would run for it, and the public client may send it. Asked from
+// the kept answer of notifyEvent, without a walk.
+bool sendsToNoOneSlow(const COSClass* cls, COSID eventId) noexcept;
+inline bool sendsToNoOne(const COSClass* cls, COSID eventId) noexcept {
+  const auto& cache = cls->tables().ancestryListeners;
+  const AncestryListeners& e = cache[0].eventId == eventId ? cache[0] : cache[1];
+  if (e.eventId == eventId && e.epoch == classListenerEpoch && e.listeners.empty()) return e.publicSends;
+  return sendsToNoOneSlow(cls, eventId);
+}
 
 // The class info of the meta class of `cls`, when it is a COSCustomMetaClass.
 // A unique-prefix match among `candidates`; null for none, raises for an

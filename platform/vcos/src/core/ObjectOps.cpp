@@ -381,7 +381,8 @@ COSInterfacePtr ObjectOps::takeOutOfChain(COSInterface* child) noexcept {
 COSInterfacePtr ObjectOps::unlinkChild(COSInterface* child) noexcept {
   COSInterface* owner = child->owner_;
   if (!owner) return {};
-  COSInterfacePtr ref = takeOutOfChain(child);
+  // A child deleted with its owner left the chain before its deletion began.
+  COSInterfacePtr ref = child->newer_ || owner->newestChild_ == child ? takeOutOfChain(child) : COSInterfacePtr();
   child->owner_ = nullptr;
   owner->releaseReference(COSWeakReference);
   return ref;

@@ -42,6 +42,9 @@ struct Pending {
   if (entry->eventId != eventId && cache[0].epoch == 0) entry = &cache[0];
   entry->eventId = eventId;
   entry->event = cls->findEvent(eventId);
+  const COSEventInfo* e = entry->event;
+  entry->publicSends = !e || vcos::internal::admits(e->getSendAccess(), e->getExtendedSendAccess(),
+                                                    e->getDefiningClass(), COSGetPublicClient());
   entry->listeners.clear();
   entry->quietEpoch = 0;
   for (COSClass* a : cls->tables().ancestry)
@@ -144,11 +147,9 @@ inline bool quietWithoutExtras(const COSClass* cls, vcos::internal::AncestryList
 
 }  // namespace
 
-bool vcos::internal::sendsToNoOne(const COSClass* cls, COSID eventId) noexcept {
+bool vcos::internal::sendsToNoOneSlow(const COSClass* cls, COSID eventId) noexcept {
   AncestryListeners& entry = ancestryListeners(cls, eventId);
-  if (!quietWithoutExtras(cls, entry)) return false;
-  const COSEventInfo* e = entry.event;
-  return !e || admits(e->getSendAccess(), e->getExtendedSendAccess(), e->getDefiningClass(), COSGetPublicClient());
+  return entry.publicSends && quietWithoutExtras(cls, entry);
 }
 
 void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventData* eventData) {
