@@ -31,7 +31,7 @@ void runConstructorStages(const COSClient* callClient, const COSInterfacePtr& ob
     else
       block->runSetup(object);
     step.run(object);
-    SGHandle::setPVPairs(callClient, object, nrhs, prhs);
+    if (nrhs > 0) SGHandle::setPVPairs(callClient, object, nrhs, prhs);
     if (acts & SGReference::kCreationCompleteActs)
       block->CreationComplete(object);
     else
