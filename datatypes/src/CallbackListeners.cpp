@@ -14,22 +14,48 @@
 #include "vcos/COSListenerOp.h"
 #include "vcos/COSPropInfo.h"
 #include "vcos/DynamicProperties.h"
+#include "vcos/PropertyRouteEpoch.h"
 #include "vx/vxQuery.h"
 
 namespace graphics::datatype {
 namespace {
 
+// The class's property of one name, remembered for the last class asked
+// while no property slot of any class has changed (the property route
+// epoch): the listeners that hear every creation and deletion meet one class
+// after another of the same kind.
+class ClassPropertyMemo {
+ public:
+  COSPropInfo* find(const COSClass* cls, COSID name) const noexcept {
+    const std::uint64_t epoch = vcos::propertyRouteEpoch();
+    if (cls != class_ || epoch != epoch_) {
+      property_ = cls->findPropertyExact(name);
+      class_ = cls;
+      epoch_ = epoch;
+    }
+    return property_;
+  }
+
+ private:
+  mutable const COSClass* class_ = nullptr;
+  mutable std::uint64_t epoch_ = 0;
+  mutable COSPropInfo* property_ = nullptr;
+};
+
 // The callback property by its own name: the class's, else one added to the
 // object at run time. No prefix match: a listener for one callback never
 // runs a property of a longer name, and a class without the property (most
-// of those that hear a creation) answers at the cost of one look-up.
-COSPropInfo* callbackProperty(COSInterface* source, COSID name) {
-  if (const COSClass* cls = source->getClass())
-    if (COSPropInfo* p = cls->findPropertyExact(name)) return p;
-  if (!vcos::hasDynamicProperties(source)) return nullptr;
+// of those that hear a creation) answers without a look-up.
+[[gnu::noinline]] COSPropInfo* dynamicCallbackProperty(COSInterface* source, COSID name) {
   COSInterfacePtr found;
   source->findDynamicProperty(found, name);
   return static_cast<COSPropInfo*>(found.get());
+}
+
+inline COSPropInfo* callbackProperty(COSInterface* source, COSID name, const ClassPropertyMemo& memo) {
+  if (const COSClass* cls = source->getClass())
+    if (COSPropInfo* p = memo.find(cls, name)) return p;
+  return vcos::hasDynamicProperties(source) ? dynamicCallbackProperty(source, name) : nullptr;
 }
 
 class PropertyCallbackOp final : public COSListenerOp {
@@ -39,7 +65,7 @@ class PropertyCallbackOp final : public COSListenerOp {
 
   void callback(COSInterface* source, COSEventData* data) override {
     if (!source || source->isDestroyed() || (skipDying_ && source->isBeingDestroyed())) return;
-    COSPropInfo* property = callbackProperty(source, property_);
+    COSPropInfo* property = callbackProperty(source, property_, memo_);
     if (!property) return;
     // A copy: the callback may replace or clear the property it runs from.
     VCallback callback = read(source, property);
@@ -62,10 +88,15 @@ class PropertyCallbackOp final : public COSListenerOp {
   // Nothing runs for a source whose callback property is missing or empty,
   // which is the case of nearly every new object and its CreateFcn. Read
   // in place, without the copy that callback takes.
+  // An instance without properties added at run time has only its class's.
+  bool mayRunForInstancesOf(const COSClass* cls) const noexcept override {
+    return !cls || memo_.find(cls, property_) != nullptr;
+  }
+
   bool mayRunFor(COSInterface* source) const noexcept override {
     if (!source || source->isDestroyed() || (skipDying_ && source->isBeingDestroyed())) return false;
     try {
-      COSPropInfo* property = callbackProperty(source, property_);
+      COSPropInfo* property = callbackProperty(source, property_, memo_);
       if (!property) return false;
       return visitHeld(
           source, property, [](const VCallback* held) { return held && !held->isEmpty(); },
@@ -97,6 +128,7 @@ class PropertyCallbackOp final : public COSListenerOp {
   }
 
   COSID property_;
+  ClassPropertyMemo memo_;
   bool passEventData_;
   bool skipDying_;
   Interruption interruption_;

@@ -29,13 +29,13 @@ void runConstructorStages(const COSClient* callClient, const COSInterfacePtr& ob
     if (acts & SGReference::kSetupActs)
       block->Setup(object);
     else
-      block->runSetup(object);
+      block->runSetup(object, acts);
     step.run(object);
-    SGHandle::setPVPairs(callClient, object, nrhs, prhs);
+    if (nrhs > 0) SGHandle::setPVPairs(callClient, object, nrhs, prhs);
     if (acts & SGReference::kCreationCompleteActs)
       block->CreationComplete(object);
     else
-      block->runCreationComplete(object);
+      block->runCreationComplete(object, acts);
   } catch (...) {
     // An object that the failure already deleted gets neither step.
     if (!object->isDestroyed()) {

@@ -43,15 +43,15 @@ bool hookTraceOn() noexcept { return (foundation::log::classGenBits() & foundati
 
 // Each runner asks the class's bit before the trace word: most blocks that
 // act have their bit set, and the rest answer without a call.
-void SGReference::runSetup(const COSInterfacePtr& object) {
-  if ((stageHooksThatAct() & kSetupActs) || hookTraceOn() || !isLiveForHooks(object))
+void SGReference::runSetup(const COSInterfacePtr& object, unsigned acts) {
+  if ((acts & kSetupActs) || hookTraceOn() || !isLiveForHooks(object))
     Setup(object);
   else
     setApplyingDefaults(false);
 }
 
-void SGReference::runCreationComplete(const COSInterfacePtr& object) {
-  if ((stageHooksThatAct() & kCreationCompleteActs) || hookTraceOn() || !isLiveForHooks(object))
+void SGReference::runCreationComplete(const COSInterfacePtr& object, unsigned acts) {
+  if ((acts & kCreationCompleteActs) || hookTraceOn() || !isLiveForHooks(object))
     CreationComplete(object);
 }
 

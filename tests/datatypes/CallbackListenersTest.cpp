@@ -181,3 +181,63 @@ TEST_F(CallbackListeners, ObjectListenerRunsForADyingSourceClassListenerDoesNot)
 }
 
 }  // namespace
+
+TEST_F(CallbackListeners, OneListenerAnswersForEachClassItHearsAndForPropertiesAClassGainsLater) {
+  COSInterfacePtr w = make("dtt.Widget");
+  COSInterfacePtr f = make("vantel.ui.Figure");
+  const COSInterfacePtr held[] = {createListener("ClickFcn", false, false), createListener("LateFcn", false, false)};
+  COSListener* click = COSListener::toListener(held[0]);
+  COSListener* late = COSListener::toListener(held[1]);
+  setClick(w, [](COSInterface*, COSEventData*) {});
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_FALSE(click->mayRunFor(f.get())) << round;
+    EXPECT_TRUE(click->mayRunFor(w.get())) << round;
+  }
+  // The figure's class gains the property after the listener found none.
+  EXPECT_FALSE(late->mayRunFor(f.get()));
+  COSClass* figure = f->getClass();
+  figure->addProperty(new COSPropT(figure->getID(), COSID("LateFcn"), COSDataTypePtr(kCallbackType)));
+  COSInterfacePtr g = make("vantel.ui.Figure");
+  int runs = 0;
+  VCallback cb([&](COSInterface*, COSEventData*) { ++runs; });
+  g->setPropertyValue(COSGetPublicClient(), g->findPropertyInfo(COSID("LateFcn")), COSValue(&cb));
+  EXPECT_TRUE(late->mayRunFor(g.get()));
+  late->fire(g.get(), nullptr);
+  EXPECT_EQ(runs, 1);
+}
+
+// A class listener on a class without the callback property is skipped for
+// objects that have nothing added; what is added to an object, or to the
+// class, later counts at once.
+TEST_F(CallbackListeners, AClassListenerSkippedForItsClassStillRunsWhatIsAddedLater) {
+  COSClass* figure = COSClass::getClass(COSID("vantel.ui.Figure"));
+  const COSInterfacePtr held[] = {createClassListener("OwnPingFcn", false, false),
+                                  createClassListener("ClassPingFcn", false, false)};
+  for (const COSInterfacePtr& l : held) figure->addClassListener(COSID("Ping"), COSListener::toListener(l));
+  std::vector<std::string> ran;
+  auto ping = [](const COSInterfacePtr& o) { o->notifyEvent(COSGetPublicClient(), COSID("Ping"), nullptr); };
+
+  COSInterfacePtr f = make("vantel.ui.Figure");
+  ping(f);  // neither property exists
+  COSInterfacePtr own(COSGenericProp::createNewDynamicProp(COSString("OwnPingFcn"), figure->getID(),
+                                                           COSID(kCallbackType)));
+  f->addDynamicProperty(static_cast<COSPropInfo*>(own.get()));
+  VCallback first([&](COSInterface*, COSEventData*) { ran.push_back("own"); });
+  f->setPropertyValue(COSGetPublicClient(), f->findPropertyInfo(COSID("OwnPingFcn")), COSValue(&first));
+  ping(f);
+  EXPECT_EQ(ran, (std::vector<std::string>{"own"}));
+
+  COSInterfacePtr g = make("vantel.ui.Figure");
+  ping(g);
+  // The class gains the property with a callback for its default value:
+  // a new object holds it without anything of its own.
+  VCallback second([&](COSInterface*, COSEventData*) { ran.push_back("class"); });
+  figure->addProperty(
+      new COSPropT(figure->getID(), COSID("ClassPingFcn"), COSDataTypePtr(kCallbackType), COSValue(&second)));
+  COSInterfacePtr h = make("vantel.ui.Figure");
+  ping(h);
+  EXPECT_EQ(ran, (std::vector<std::string>{"own", "class"}));
+
+  for (const COSInterfacePtr& l : held) figure->removeClassListener(COSID("Ping"), COSListener::toListener(l));
+  for (const COSInterfacePtr& o : {f, g, h}) o->deleteObject(COSGetPublicClient());
+}

@@ -58,8 +58,11 @@ class SGUTILS_API SGReference : public CVObject {
   // hook when it acts, when the generated classes' trace is on (their lines
   // must come), or for an object that is not live (where a generated hook
   // stops); otherwise only what this class's own hook does.
-  void runSetup(const COSInterfacePtr& object);
-  void runCreationComplete(const COSInterfacePtr& object);
+  void runSetup(const COSInterfacePtr& object) { runSetup(object, stageHooksThatAct()); }
+  void runCreationComplete(const COSInterfacePtr& object) { runCreationComplete(object, stageHooksThatAct()); }
+  // The same for a block whose stageHooksThatAct answered `acts` already.
+  void runSetup(const COSInterfacePtr& object, unsigned acts);
+  void runCreationComplete(const COSInterfacePtr& object, unsigned acts);
   void runApplyingDefaults(const COSInterfacePtr& object);
   void runDefaultsApplied(const COSInterfacePtr& object, bool fromReset);
 

@@ -113,6 +113,12 @@ class DirectInfo final : public COSClassInfo {
   MemberAccess access_;
 };
 
+class PlainLateInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "Late"; }
+  void* allocateInstance(COSInterface*) override { return nullptr; }
+};
+
 COSClass* directClass(const char* name, MemberAccess access) {
   vt::registerClasses();
   if (COSClass* c = COSClass::getClass(COSID(std::string("vt.") + name))) return c;
@@ -153,6 +159,30 @@ TEST(ObjectCreation, AConstructionWithoutInputsTakesTheDirectEntryOnlyWhereTheCa
   a->deleteObject(COSGetPublicClient());
   b->deleteObject(COSGetPublicClient());
   open->removeClassListener(COSID("ObjectBeingDestroyed"), vt::L(onDelete));
+}
+
+// The constructor a class chose is chosen again when its methods change.
+TEST(ObjectCreation, AConstructorAddedToABuiltClassRunsFromItsNextInstanceOn) {
+  static bool once = [] {
+    vt::registerClasses();
+    COSPackage::getNamespace("vt")->addClass(new PlainLateInfo);
+    return true;
+  }();
+  (void)once;
+  COSClass* late = COSClass::getClass(COSID("vt.Late"));
+  ASSERT_NE(late, nullptr);
+  directLog = {};
+  COSInterfacePtr a = late->createInstance(COSGetPublicClient());
+  EXPECT_EQ(directLog.direct + directLog.invoked, 0) << "a class without a constructor ran one";
+  late->addMethod(new DirectCtor(late->getID(), COSID("Late"), PublicAccess));
+  COSInterfacePtr b = late->createInstance(COSGetPublicClient());
+  EXPECT_EQ(directLog.direct, 1);
+  // A second candidate of the name: the call chooses among them.
+  late->addMethod(new DirectCtor(late->getID(), COSID("Late"), PublicAccess));
+  COSInterfacePtr c = late->createInstance(COSGetPublicClient());
+  EXPECT_EQ(directLog.direct, 1);
+  EXPECT_EQ(directLog.invoked, 1);
+  for (COSInterfacePtr* o : {&a, &b, &c}) (*o)->deleteObject(COSGetPublicClient());
 }
 
 TEST(ObjectCreation, AConstructorsCopyOfItsArrayKeepsItsObject) {

@@ -42,6 +42,28 @@ TEST(ListenAccess, EventListenAccessDecidesWhoMayAddListeners) {
   s->addListener(COSGetPublicClient(), COSID("Undeclared"), vt::L(any));
 }
 
+// The class's event and listeners are kept per class between
+// notifications: an event declared after instances were notified of its
+// name, and a listener added then, count from that moment.
+TEST(SendAccess, AnEventDeclaredOnABuiltClassGuardsItsSendsFromThen) {
+  COSInterfacePtr s = vt::make("vt.Shape");
+  COSClass* shape = vt::cls("vt.Shape");
+  const COSID late("LateShout");
+  s->notifyEvent(COSGetPublicClient(), late, nullptr);  // undeclared: open to everyone
+  shape->addEvent(new COSEventT(late, PrivateAccess));
+  EXPECT_EQ(errorId([&] { s->notifyEvent(COSGetPublicClient(), late, nullptr); }), "VANTEL:vcos:EventAccessDenied");
+  int heard = 0;
+  COSInterfacePtr l = vt::listener([&](COSInterface*, COSEventData*) { ++heard; });
+  shape->addClassListener(shape->getPrivateClient(), late, vt::L(l));
+  s->notifyEvent(shape->getPrivateClient(), late, nullptr);
+  EXPECT_EQ(heard, 1);
+  EXPECT_EQ(errorId([&] { s->notifyEvent(COSGetPublicClient(), late, nullptr); }), "VANTEL:vcos:EventAccessDenied");
+  EXPECT_EQ(heard, 1);
+  shape->removeClassListener(late, vt::L(l));
+  s->notifyEvent(shape->getPrivateClient(), late, nullptr);
+  EXPECT_EQ(heard, 1);
+}
+
 TEST(ListenAccess, PropertyListenersNeedGetAccess) {
   COSInterfacePtr s = vt::make("vt.Shape");
   COSPropInfo* secret = vt::prop(s, "Secret");  // protected get and set

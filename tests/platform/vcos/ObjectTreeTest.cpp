@@ -96,6 +96,52 @@ TEST(ObjectDeletion, DeletingAParentDeletesTheSubtreeNewestFirstWithOneEventEach
   EXPECT_EQ(t.root->getNewestChild(), nullptr);
 }
 
+// A class whose instances may not be sent "ObjectBeingDestroyed" by the
+// public client.
+class GuardedInfo final : public COSClassInfo {
+ public:
+  const char* getName() const override { return "Guarded"; }
+  void initializeClass(COSClass* c, const COSClient*) override {
+    c->addEvent(new COSEventT(COSID("ObjectBeingDestroyed"), PrivateAccess));
+  }
+  void* allocateInstance(COSInterface*) override { return nullptr; }
+};
+
+TEST(ObjectDeletion, ALeafNoOneListensToLeavesItsParentFreesItsBlocksAndStillChecksTheSend) {
+  COSInterfacePtr parent = vt::make("vt.Shape");
+  COSInterfacePtr older = vt::make("vt.Shape");
+  COSInterfacePtr leaf = vt::make("vt.Circle");
+  parent->hookChild(older.get());
+  parent->hookChild(leaf.get());
+  const int shapes = vt::journal().shapeBlocks, circles = vt::journal().circleBlocks;
+  EXPECT_TRUE(leaf->deleteObject(COSGetPublicClient()));
+  EXPECT_TRUE(leaf->isDestroyed());
+  EXPECT_EQ(leaf->getOwnerObject(), nullptr);
+  EXPECT_EQ(parent->getNewestChild(), older.get());
+  EXPECT_EQ(parent->getOldestChild(), older.get());
+  EXPECT_EQ(vt::journal().shapeBlocks, shapes - 1);
+  EXPECT_EQ(vt::journal().circleBlocks, circles - 1);
+  EXPECT_EQ(leaf->getInstanceData(COSID("vt.Circle")), nullptr);
+
+  static bool once = [] {
+    vt::registerClasses();
+    COSPackage::getNamespace("vt")->addClass(new GuardedInfo);
+    return true;
+  }();
+  (void)once;
+  COSInterfacePtr guarded = COSClass::getClass(COSID("vt.Guarded"))->createInstance(COSGetPublicClient());
+  parent->hookChild(guarded.get());
+  try {
+    guarded->deleteObject(COSGetPublicClient());
+    ADD_FAILURE() << "an event the public client may not send was sent";
+  } catch (const Error& e) {
+    EXPECT_EQ(e.identifier(), "VANTEL:vcos:EventAccessDenied");
+  }
+  EXPECT_TRUE(guarded->isDestroyed()) << "the refused event stopped the deletion";
+  EXPECT_EQ(parent->getNewestChild(), older.get());
+  parent->deleteObject(COSGetPublicClient());
+}
+
 TEST(ObjectDeletion, AChildDeletingItsSiblingDuringTeardownLeavesTheTreeConsistent) {
   Tree t;
   // When a2 goes, it deletes its older sibling a1 first.

@@ -34,6 +34,9 @@ class VCOS_API COSListener : public COSInterface {
   // disabled, removed, already running without the recursive mark, or the
   // op says so (COSListenerOp::mayRunFor).
   bool mayRunFor(COSInterface* source) const noexcept;
+  // What the op answers for the instances of a class without properties
+  // added at run time (COSListenerOp::mayRunForInstancesOf).
+  bool mayRunForInstancesOf(const COSClass* cls) const noexcept;
 
  protected:
   ~COSListener() override;

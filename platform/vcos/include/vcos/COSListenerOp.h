@@ -6,6 +6,7 @@
 
 #include "foundation/PlatformExport.h"
 
+class COSClass;
 class COSEventData;
 class COSInterface;
 
@@ -20,6 +21,12 @@ class VCOS_API COSListenerOp {
   // now (say, the callback property it runs is empty). A notification that
   // no listener may run for is not dispatched at all.
   virtual bool mayRunFor(COSInterface* /*source*/) const noexcept { return true; }
+  // False only when callback would certainly do nothing for any instance of
+  // `cls` that has no properties added at run time (say, the class has no
+  // callback property of the name it runs). Asked once per class while no
+  // class's properties change; a notification whose listeners all answer
+  // false is not dispatched to such an instance.
+  virtual bool mayRunForInstancesOf(const COSClass* /*cls*/) const noexcept { return true; }
 
   static COSListenerOp* fromFunction(std::function<void(COSInterface*, COSEventData*)> fn);
 };

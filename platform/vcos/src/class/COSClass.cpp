@@ -69,6 +69,7 @@ MethodGroup& methodGroup(ClassTables& t, COSID name) {
 }
 
 void insertMethod(ClassTables& t, COSMethodInfo* m, bool mostDerived) {
+  ++methodTableEpoch;
   auto& c = methodGroup(t, m->getID()).candidates;
   if (std::find(c.begin(), c.end(), m) != c.end()) return;
   if (mostDerived)
@@ -78,6 +79,8 @@ void insertMethod(ClassTables& t, COSMethodInfo* m, bool mostDerived) {
 }
 
 void insertEvent(ClassTables& t, COSEventInfo* e, bool override) {
+  // The events that notifyEvent found with the class listeners are found again.
+  ++classListenerEpoch;
   if (std::uint32_t* i = t.eventIndex.find(e->getID())) {
     if (override) t.events[*i] = e;
     return;
@@ -165,7 +168,10 @@ COSClass::COSClass(COSID id, COSClassInfo* info, COSPackage* package)
       privateClient_(this),
       tables_(std::make_unique<ClassTables>()) {}
 
-COSClass::~COSClass() { vcos::bumpPropertyRouteEpoch(); }
+COSClass::~COSClass() {
+  vcos::bumpPropertyRouteEpoch();
+  ++vcos::internal::methodTableEpoch;
+}
 
 namespace {
 

@@ -74,12 +74,40 @@ struct ClassPropertyListener {
 // gathered, stay true while it has not moved.
 extern std::uint64_t classListenerEpoch;
 
+// Moves on every method added to a built class, and when a class goes: the
+// constructor a class chose for its instances is chosen again.
+extern std::uint64_t methodTableEpoch;
+
+// The constructor that makes the instances of a class: the first class of
+// the ancestry that defines its own, found at `epoch` (0: never found).
+// `openWithoutInputs`: a call of it without inputs reaches its entry for
+// every client (the only candidate of its name, public without an access
+// list, a signature that takes no inputs).
+struct ConstructorChoice {
+  std::uint64_t epoch = 0;
+  COSClass* definer = nullptr;
+  COSMethodInfo* ctor = nullptr;
+  bool openWithoutInputs = false;
+};
+
 // The class listeners that the ancestry of a class holds for one event, in
-// ancestry order, as gathered at `epoch` (0: never gathered).
+// ancestry order, as gathered at `epoch` (0: never gathered), with the
+// class's event of that id (null for none) found at the same time: an event
+// added to a class moves the epoch too.
+//
+// `quiet`: none of the listeners would run for an instance without extras
+// (no listeners of its own, no properties added at run time), as their ops
+// answered at the property route epoch `quietEpoch` (0: not asked yet).
 struct AncestryListeners {
   COSID eventId;
   std::uint64_t epoch = 0;
+  COSEventInfo* event = nullptr;
   std::vector<const COSListener*> listeners;
+  std::uint64_t quietEpoch = 0;
+  bool quiet = false;
+  // The public client may send the event (no event of the id, or one it is
+  // admitted to).
+  bool publicSends = true;
 };
 
 struct ClassTables {
@@ -156,6 +184,7 @@ struct ClassTables {
   bool anyCustomGet = false;
   // The name of the constructor method (the last component of the class name).
   COSID constructorId;
+  ConstructorChoice constructor;
   // Per-class answers for making instances, found on the first instance:
   // the ancestry indices whose class info allocates a block (base first).
   std::vector<std::uint32_t> allocatingBlocks;
@@ -181,6 +210,19 @@ struct ClassTables {
   bool truncationAllowed = false;
   bool caseInsensitive = true;
 };
+
+// Whether a notification of `eventId` from the public client to an
+// instance of `cls` without extras (no listener of its own, no property
+// added at run time) would do nothing at all: no class listener of the
+// ancestry would run for it, and the public client may send it. Asked from
+// the kept answer of notifyEvent, without a walk.
+bool sendsToNoOneSlow(const COSClass* cls, COSID eventId) noexcept;
+inline bool sendsToNoOne(const COSClass* cls, COSID eventId) noexcept {
+  const auto& cache = cls->tables().ancestryListeners;
+  const AncestryListeners& e = cache[0].eventId == eventId ? cache[0] : cache[1];
+  if (e.eventId == eventId && e.epoch == classListenerEpoch && e.listeners.empty()) return e.publicSends;
+  return sendsToNoOneSlow(cls, eventId);
+}
 
 // The class info of the meta class of `cls`, when it is a COSCustomMetaClass.
 // A unique-prefix match among `candidates`; null for none, raises for an

@@ -143,6 +143,45 @@ bool reachesWithoutInputs(COSClass* c, COSMethodInfo* ctor, const COSClient* cli
   return !sig || sig->accepts(0, nullptr);
 }
 
+// The general way: the constructor `c` defines is called through the client
+// path, and finds the new object of `cls` as element 0 of the 1-by-1 object
+// array in plhs[0]. A failure deletes the object.
+void constructByCall(COSClass* cls, COSClass* c, const COSClient* client, const COSInterfacePtr& object, int nrhs,
+                     const COSValue* prhs) {
+  ConstructorArray self(cls, object.get());
+  COSValue out[1] = {COSValue(self.get())};
+  int nlhs = 1;
+  try {
+    vcos::internal::callMethod(c, c->tables().constructorId, client, nlhs, out, nrhs, prhs);
+  } catch (...) {
+    if (out[0].asPointer<vxArray>() != self.get()) vxDestroyArray(out[0].asPointer<vxArray>());
+    self.dropObject();
+    ObjectOps::destroy(object.get(), nullptr);
+    throw;
+  }
+  if (out[0].asPointer<vxArray>() != self.get()) vxDestroyArray(out[0].asPointer<vxArray>());
+}
+
+// The constructor of the instances of `cls`: the nearest class of the
+// ancestry that defines one runs it. Found again only after a method was
+// added to a built class or a class went.
+const vcos::internal::ConstructorChoice& constructorOf(COSClass* cls) {
+  vcos::internal::ConstructorChoice& choice = cls->tables().constructor;
+  if (choice.epoch == vcos::internal::methodTableEpoch) return choice;
+  choice = {};
+  for (COSClass* c : cls->tables().ancestry) {
+    COSMethodInfo* ctor = c->findMethod(c->tables().constructorId);
+    if (!ctor || ctor->getDefiningClass() != c) continue;
+    choice.definer = c;
+    choice.ctor = ctor;
+    // Reached for every client: asked with no client at all.
+    choice.openWithoutInputs = reachesWithoutInputs(c, ctor, nullptr);
+    break;
+  }
+  choice.epoch = vcos::internal::methodTableEpoch;
+  return choice;
+}
+
 }  // namespace
 
 COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, const COSValue* prhs) {
@@ -151,32 +190,19 @@ COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, cons
   // The nearest class of the ancestry that defines a constructor runs it. It
   // finds the new object as element 0 of the 1-by-1 object array in
   // plhs[0]; prhs are the caller's inputs.
-  for (COSClass* c : tables_->ancestry) {
-    COSMethodInfo* ctor = c->findMethod(c->tables().constructorId);
-    if (!ctor || ctor->getDefiningClass() != c) continue;
-    if (nrhs == 0 && reachesWithoutInputs(c, ctor, client)) {
-      bool done = false;
+  const vcos::internal::ConstructorChoice& choice = constructorOf(this);
+  if (COSMethodInfo* ctor = choice.ctor) {
+    COSClass* c = choice.definer;
+    bool done = false;
+    if (nrhs == 0 && (choice.openWithoutInputs || reachesWithoutInputs(c, ctor, client))) {
       try {
         done = ctor->constructWithoutInputs(client, object);
       } catch (...) {
         ObjectOps::destroy(object.get(), nullptr);
         throw;
       }
-      if (done) break;
     }
-    ConstructorArray self(this, object.get());
-    COSValue out[1] = {COSValue(self.get())};
-    int nlhs = 1;
-    try {
-      vcos::internal::callMethod(c, c->tables().constructorId, client, nlhs, out, nrhs, prhs);
-    } catch (...) {
-      if (out[0].asPointer<vxArray>() != self.get()) vxDestroyArray(out[0].asPointer<vxArray>());
-      self.dropObject();
-      ObjectOps::destroy(object.get(), nullptr);
-      throw;
-    }
-    if (out[0].asPointer<vxArray>() != self.get()) vxDestroyArray(out[0].asPointer<vxArray>());
-    break;
+    if (!done) constructByCall(this, c, client, object, nrhs, prhs);
   }
   // A listener that raises fails the creation: the caller gets the error
   // and no object, so the new object must not stay behind in a tree.
@@ -200,6 +226,7 @@ COSInterfacePtr COSClass::createInstance(const COSClient* client, int nrhs, cons
 COSInterfacePtr COSClass::wrapInstanceData(void* data) { return makeInstance(this, data); }
 
 std::uint64_t vcos::internal::classListenerEpoch = 1;
+std::uint64_t vcos::internal::methodTableEpoch = 1;
 
 void COSClass::addClassListener(const COSClient* client, COSID eventId, COSListener* listener, int priority) {
   assert(listener && "addClassListener needs a listener");

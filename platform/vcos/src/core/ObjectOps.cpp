@@ -432,7 +432,8 @@ COSInterfacePtr ObjectOps::takeOutOfChain(COSInterface* child) noexcept {
 COSInterfacePtr ObjectOps::unlinkChild(COSInterface* child) noexcept {
   COSInterface* owner = child->owner_;
   if (!owner) return {};
-  COSInterfacePtr ref = takeOutOfChain(child);
+  // A child deleted with its owner left the chain before its deletion began.
+  COSInterfacePtr ref = child->newer_ || owner->newestChild_ == child ? takeOutOfChain(child) : COSInterfacePtr();
   child->owner_ = nullptr;
   owner->releaseReference(COSWeakReference);
   return ref;
@@ -445,6 +446,16 @@ const COSID& objectBeingDestroyedId() {
 }
 }  // namespace
 
+void ObjectOps::destroyQuietLeaf(COSInterface* o) noexcept {
+  COSInterfacePtr holdMemory(o, COSWeakReference);
+  o->state_ |= COSInterface::kBeingDestroyed;
+  COSInterfacePtr chainReference = unlinkChild(o);
+  deallocateBlocks(o);
+  o->state_ |= COSInterface::kDestroyed;
+  // A block's destructor may have made extras.
+  if (o->extras_) freeExtras(o);
+}
+
 bool ObjectOps::destroy(COSInterface* o, const COSClient* client) {
   if (o->isBeingDestroyed() || o->isDestroyed()) return false;
   // Explicit deletion asks the classes; the last strong reference and a
@@ -452,6 +463,14 @@ bool ObjectOps::destroy(COSInterface* o, const COSClient* client) {
   if (client && o->class_) {
     for (COSClass* c : o->class_->tables().ancestry)
       if (!c->getClassInfo()->isOkToDestroy(client, o)) return false;
+  }
+  // An object without children, listeners of its own or other extras, whose
+  // "ObjectBeingDestroyed" reaches no one (the leaves of nearly every tree):
+  // the steps that remain, in their order, without the general frame.
+  if (!o->newestChild_ && !o->extras_ && o->class_ && o->kind_ == COSKind::Instance &&
+      sendsToNoOne(o->class_, objectBeingDestroyedId())) {
+    destroyQuietLeaf(o);
+    return true;
   }
   COSInterfacePtr holdMemory(o, COSWeakReference);
   o->state_ |= COSInterface::kBeingDestroyed;

@@ -93,6 +93,9 @@ class ObjectOps {
 
   // Full deletion; see COSInterface::deleteObject.
   static bool destroy(COSInterface* o, const COSClient* client);
+  // The deletion of an object that has no children and no extras and whose
+  // "ObjectBeingDestroyed" reaches no one: unhook, blocks, destroyed.
+  static void destroyQuietLeaf(COSInterface* o) noexcept;
 
   static void setState(COSInterface* o, unsigned char bits) noexcept { o->state_ |= bits; }
   static constexpr unsigned char beingDestroyedBit() noexcept { return COSInterface::kBeingDestroyed; }

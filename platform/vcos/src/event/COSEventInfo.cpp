@@ -72,6 +72,8 @@ bool COSListener::mayRunFor(COSInterface* source) const noexcept {
   return isEnabled() && (running_ == 0 || recursive_) && op_->mayRunFor(source);
 }
 
+bool COSListener::mayRunForInstancesOf(const COSClass* cls) const noexcept { return op_->mayRunForInstancesOf(cls); }
+
 void COSListener::fire(COSInterface* source, COSEventData* data) {
   if (!isEnabled() || (running_ > 0 && !recursive_)) return;
   vcos::fault::at(vcos::fault::Point::Listener);

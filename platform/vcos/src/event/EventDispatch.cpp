@@ -19,6 +19,7 @@
 #include "vcos/COSEventData.h"
 #include "vcos/COSListener.h"
 #include "vcos/ObjectEvents.h"
+#include "vcos/PropertyRouteEpoch.h"
 
 using foundation::core::except::Error;
 using vcos::internal::ObjectOps;
@@ -32,17 +33,21 @@ struct Pending {
   std::uint64_t sequence;
 };
 
-// The class listeners of the ancestry of `t` on `eventId`, gathered again
-// only when some class listener changed since.
-const vcos::internal::AncestryListeners& ancestryListeners(vcos::internal::ClassTables& t, COSID eventId) {
+// Gathers the entry of `cls` for `eventId` again: the class's event and the
+// class listeners of its ancestry on it.
+[[gnu::noinline]] vcos::internal::AncestryListeners& gatherAncestryListeners(const COSClass* cls, COSID eventId) {
   using vcos::internal::classListenerEpoch;
-  auto& cache = t.ancestryListeners;
+  auto& cache = cls->tables().ancestryListeners;
   vcos::internal::AncestryListeners* entry = cache[0].eventId == eventId ? &cache[0] : &cache[1];
-  if (entry->eventId == eventId && entry->epoch == classListenerEpoch) return *entry;
   if (entry->eventId != eventId && cache[0].epoch == 0) entry = &cache[0];
   entry->eventId = eventId;
+  entry->event = cls->findEvent(eventId);
+  const COSEventInfo* e = entry->event;
+  entry->publicSends = !e || vcos::internal::admits(e->getSendAccess(), e->getExtendedSendAccess(),
+                                                    e->getDefiningClass(), COSGetPublicClient());
   entry->listeners.clear();
-  for (COSClass* a : t.ancestry)
+  entry->quietEpoch = 0;
+  for (COSClass* a : cls->tables().ancestry)
     if (a->tables().classListenerCount)
       for (const auto& [id, list] : a->tables().classListeners)
         if (id == eventId)
@@ -51,55 +56,61 @@ const vcos::internal::AncestryListeners& ancestryListeners(vcos::internal::Class
   return *entry;
 }
 
-}  // namespace
+// The class listeners of the ancestry of `cls` on `eventId`, with the
+// class's event of that id, gathered again only when some class listener or
+// event changed since.
+[[gnu::always_inline]] inline vcos::internal::AncestryListeners& ancestryListeners(const COSClass* cls,
+                                                                                   COSID eventId) {
+  auto& cache = cls->tables().ancestryListeners;
+  vcos::internal::AncestryListeners* entry = cache[0].eventId == eventId ? &cache[0] : &cache[1];
+  if (entry->eventId == eventId && entry->epoch == vcos::internal::classListenerEpoch) return *entry;
+  return gatherAncestryListeners(cls, eventId);
+}
 
-void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventData* eventData) {
-  checkValid();
-  if (class_ && kind_ == COSKind::Instance)
-    if (COSEventInfo* e = class_->findEvent(eventId))
-      if (!vcos::internal::admits(e->getSendAccess(), e->getExtendedSendAccess(), e->getDefiningClass(), client))
-        throw Error(vcos::msg::EventAccessDenied, eventId.str(), class_->getName());
-  // Nothing is dispatched when no listener would run: no class listener of
-  // the ancestry may run for this object (asked without a walk of the
-  // ancestry) and the object has none of its own on the event. This is the
-  // case of nearly every creation and deletion.
-  if (class_) {
-    const bool ownListener = extras_ && std::any_of(extras_->listeners.begin(), extras_->listeners.end(),
-                                                    [&](const auto& e) { return !e.property && e.eventId == eventId; });
-    if (!ownListener) {
-      // Each asked only while no class listener has changed and the entry
-      // still holds this event: a mayRunFor that sends events or removes
-      // listeners leaves the answer to the general path, which holds its
-      // listeners.
-      const std::uint64_t epoch = vcos::internal::classListenerEpoch;
-      const vcos::internal::AncestryListeners& entry = ancestryListeners(class_->tables(), eventId);
-      bool mayRun = false;
-      for (std::size_t k = 0; k < entry.listeners.size() && !mayRun; ++k)
-        mayRun = vcos::internal::classListenerEpoch != epoch || entry.eventId != eventId ||
-                 entry.listeners[k]->mayRunFor(this);
-      if (!mayRun) return;
-    }
-  }
+[[gnu::noinline]] void askQuiet(const COSClass* cls, vcos::internal::AncestryListeners& entry, std::uint64_t epoch) {
+  entry.quiet = std::none_of(entry.listeners.begin(), entry.listeners.end(),
+                             [cls](const COSListener* l) { return l->mayRunForInstancesOf(cls); });
+  entry.quietEpoch = epoch;
+}
+
+// Whether no listener of `entry` would run for an instance of `cls` without
+// extras (no listener of its own, no property added at run time): asked of
+// the listeners' ops once per class while no class's properties change.
+inline bool quietWithoutExtras(const COSClass* cls, vcos::internal::AncestryListeners& entry) {
+  if (entry.listeners.empty()) return true;
+  const std::uint64_t epoch = vcos::propertyRouteEpoch();
+  if (entry.quietEpoch != epoch) askQuiet(cls, entry, epoch);
+  return entry.quiet;
+}
+
+[[noreturn, gnu::cold, gnu::noinline]] void refuseSend(COSID eventId, const COSClass* cls) {
+  throw Error(vcos::msg::EventAccessDenied, eventId.str(), cls->getName());
+}
+
+// The general path of notifyEvent: every listener on the event, in order.
+// Apart from the check that answers most notifications, so that those keep
+// a small frame.
+[[gnu::noinline]] void dispatchEvent(COSInterface* self, COSID eventId, COSEventData* eventData) {
   // Most notifications reach one or two listeners: no heap list for them.
   // One walk of the ancestry collects them; classes without class
   // listeners are passed over by their count.
   boost::container::small_vector<Pending, 4> pending;
-  if (class_)
-    for (COSClass* a : class_->tables().ancestry)
+  if (COSClass* cls = self->getClass())
+    for (COSClass* a : cls->tables().ancestry)
       if (a->tables().classListenerCount)
         for (const auto& [id, list] : a->tables().classListeners)
           if (id == eventId)
             for (const auto& l : list)
               pending.push_back({l.listener, l.priority, l.firstOfInstance ? 1 : 0, l.firstOfInstance ? 0 : l.sequence});
-  if (extras_)
-    for (const auto& e : extras_->listeners)
+  if (const vcos::internal::InstanceExtras* x = ObjectOps::extrasIfAny(self))
+    for (const auto& e : x->listeners)
       if (!e.property && e.eventId == eventId) pending.push_back({e.listener, e.priority, 1, e.sequence});
   // Nothing is dispatched (no data, no hold, no listener call) when no
   // listener would do anything: the "InstanceCreated" listener that runs
   // CreateFcn meets an empty CreateFcn on nearly every new object. Asked
   // before any runs, so no listener's effect can change another's answer.
-  if (std::none_of(pending.begin(), pending.end(), [this](const Pending& p) {
-        return static_cast<const COSListener*>(p.listener.get())->mayRunFor(this);
+  if (std::none_of(pending.begin(), pending.end(), [self](const Pending& p) {
+        return static_cast<const COSListener*>(p.listener.get())->mayRunFor(self);
       }))
     return;
   const auto before = [](const Pending& a, const Pending& b) {
@@ -116,10 +127,10 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
   if (!eventData && std::any_of(pending.begin(), pending.end(), [](const Pending& p) {
         return static_cast<const COSListener*>(p.listener.get())->readsEventData();
       })) {
-    ownData = COSInterfacePtr(new COSEventData(this, eventId));
+    ownData = COSInterfacePtr(new COSEventData(self, eventId));
     eventData = static_cast<COSEventData*>(ownData.get());
   }
-  COSInterfacePtr holdMemory(this, COSWeakReference);
+  COSInterfacePtr holdMemory(self, COSWeakReference);
   if (eventData) eventData->incrementNotifyCount();
   struct Done {
     COSEventData* d;
@@ -129,9 +140,49 @@ void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventD
   } done{eventData};
   static const COSID beingDestroyed("ObjectBeingDestroyed");
   for (Pending& p : pending) {
-    if (isDestroyed() && eventId != beingDestroyed) break;
-    static_cast<COSListener*>(p.listener.get())->fire(this, eventData);
+    if (self->isDestroyed() && eventId != beingDestroyed) break;
+    static_cast<COSListener*>(p.listener.get())->fire(self, eventData);
   }
+}
+
+}  // namespace
+
+bool vcos::internal::sendsToNoOneSlow(const COSClass* cls, COSID eventId) noexcept {
+  AncestryListeners& entry = ancestryListeners(cls, eventId);
+  return entry.publicSends && quietWithoutExtras(cls, entry);
+}
+
+void COSInterface::notifyEvent(const COSClient* client, COSID eventId, COSEventData* eventData) {
+  checkValid();
+  // The class's event and its listeners, kept per class for the events sent
+  // to every instance.
+  vcos::internal::AncestryListeners* entry = class_ ? &ancestryListeners(class_, eventId) : nullptr;
+  if (entry && kind_ == COSKind::Instance)
+    if (COSEventInfo* e = entry->event)
+      if (!vcos::internal::admits(e->getSendAccess(), e->getExtendedSendAccess(), e->getDefiningClass(), client))
+        refuseSend(eventId, class_);
+  // Nothing is dispatched when no listener would run: no class listener of
+  // the ancestry may run for this object (asked without a walk of the
+  // ancestry) and the object has none of its own on the event. This is the
+  // case of nearly every creation and deletion.
+  if (entry) {
+    if (!extras_ && quietWithoutExtras(class_, *entry)) return;
+    const bool ownListener = extras_ && std::any_of(extras_->listeners.begin(), extras_->listeners.end(),
+                                                    [&](const auto& e) { return !e.property && e.eventId == eventId; });
+    if (!ownListener) {
+      // Each asked only while no class listener has changed and the entry
+      // still holds this event: a mayRunFor that sends events or removes
+      // listeners leaves the answer to the general path, which holds its
+      // listeners.
+      const std::uint64_t epoch = vcos::internal::classListenerEpoch;
+      bool mayRun = false;
+      for (std::size_t k = 0; k < entry->listeners.size() && !mayRun; ++k)
+        mayRun = vcos::internal::classListenerEpoch != epoch || entry->eventId != eventId ||
+                 entry->listeners[k]->mayRunFor(this);
+      if (!mayRun) return;
+    }
+  }
+  dispatchEvent(this, eventId, eventData);
 }
 
 void COSInterface::addListener(const COSClient* client, COSID eventId, COSListener* listener, int priority) {
