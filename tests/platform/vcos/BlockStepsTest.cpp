@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "vcos/BlockArena.h"
+#include "support/RoomBlocks.h"
 #include "vcos/InstanceBlocks.h"
 #include "vcos/vcos.h"
 
@@ -49,20 +49,15 @@ struct Block {
 
 void* makeBlock(bool outside) {
   ++record().liveBlocks;
-  if (!outside)
-    if (void* room = vcos::blockarena::allocate(sizeof(Block))) return ::new (room) Block;
-  return new Block;
+  return sgtest::makeRoomBlock<Block>(outside);
 }
 
 void freeBlock(void* b) {
   --record().liveBlocks;
-  if (vcos::blockarena::owns(b))
-    static_cast<Block*>(b)->~Block();
-  else
-    delete static_cast<Block*>(b);
+  sgtest::freeRoomBlock<Block>(b);
 }
 
-const char* found(COSInterface* o, const COSID& id) { return o->getInstanceData(id) ? "found" : "none"; }
+using sgtest::foundBlock;
 
 class BaseInfo final : public COSClassInfo {
  public:
@@ -101,12 +96,12 @@ class TopInfo final : public COSClassInfo {
   const char* getName() const override { return "Top"; }
   void initializeClass(COSClass* c, const COSClient*) override { c->addSuperclass(midId()); }
   void* allocateInstance(COSInterface* o) override {
-    record().seen.push_back(std::string("make Top, Mid ") + found(o, midId()));
+    record().seen.push_back(std::string("make Top, Mid ") + foundBlock(o, midId()));
     if (std::exchange(record().topThrows, false)) throw std::runtime_error("no Top block");
     return makeBlock(std::exchange(record().topOutside, false));
   }
   void deallocateInstance(COSInterface* o, void* b) override {
-    record().seen.push_back(std::string("free Top, Mid ") + found(o, midId()));
+    record().seen.push_back(std::string("free Top, Mid ") + foundBlock(o, midId()));
     freeBlock(b);
   }
 };

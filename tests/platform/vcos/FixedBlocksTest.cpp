@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "vcos/BlockArena.h"
+#include "support/RoomBlocks.h"
 #include "vcos/InstanceBlocks.h"
 #include "vcos/vcos.h"
 
@@ -38,30 +38,20 @@ struct Block {
   std::uint64_t words[5] = {};
 };
 
-void* makeBlock(bool outside) {
-  if (!outside)
-    if (void* room = vcos::blockarena::allocate(sizeof(Block))) return ::new (room) Block;
-  return new Block;
-}
+void* makeBlock(bool outside) { return sgtest::makeRoomBlock<Block>(outside); }
+void freeBlock(void* b) { sgtest::freeRoomBlock<Block>(b); }
 
-void freeBlock(void* b) {
-  if (vcos::blockarena::owns(b))
-    static_cast<Block*>(b)->~Block();
-  else
-    delete static_cast<Block*>(b);
-}
-
-const char* found(COSInterface* o, const COSID& id) { return o->getInstanceData(id) ? "found" : "none"; }
+using sgtest::foundBlock;
 
 class BaseInfo final : public COSClassInfo {
  public:
   const char* getName() const override { return "Base"; }
   void* allocateInstance(COSInterface* o) override {
-    record().seen.push_back(std::string("make Base, Derived ") + found(o, derivedId()));
+    record().seen.push_back(std::string("make Base, Derived ") + foundBlock(o, derivedId()));
     return makeBlock(std::exchange(record().baseOutside, false));
   }
   void deallocateInstance(COSInterface* o, void* b) override {
-    record().seen.push_back(std::string("free Base, Base ") + found(o, baseId()) + ", Derived " + found(o, derivedId()));
+    record().seen.push_back(std::string("free Base, Base ") + foundBlock(o, baseId()) + ", Derived " + foundBlock(o, derivedId()));
     freeBlock(b);
   }
 };
@@ -71,13 +61,13 @@ class DerivedInfo final : public COSClassInfo {
   const char* getName() const override { return "Derived"; }
   void initializeClass(COSClass* c, const COSClient*) override { c->addSuperclass(baseId()); }
   void* allocateInstance(COSInterface* o) override {
-    record().seen.push_back(std::string("make Derived, Base ") + found(o, baseId()));
+    record().seen.push_back(std::string("make Derived, Base ") + foundBlock(o, baseId()));
     if (std::exchange(record().derivedThrows, false)) throw std::runtime_error("no Derived block");
     return makeBlock(std::exchange(record().derivedOutside, false));
   }
   void deallocateInstance(COSInterface* o, void* b) override {
-    record().seen.push_back(std::string("free Derived, Base ") + found(o, baseId()) + ", Derived " +
-                            found(o, derivedId()));
+    record().seen.push_back(std::string("free Derived, Base ") + foundBlock(o, baseId()) + ", Derived " +
+                            foundBlock(o, derivedId()));
     freeBlock(b);
   }
 };
